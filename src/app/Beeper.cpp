@@ -1,0 +1,15 @@
+#include "app/Beeper.h"
+
+#include <QSoundEffect>
+#include <QUrl>
+
+Beeper::Beeper() = default;
+Beeper::~Beeper() = default;
+
+void Beeper::beep() {
+  if (!effect_) {
+    effect_ = std::make_unique<QSoundEffect>();
+    effect_->setSource(QUrl(QStringLiteral("qrc:/sounds/beep.wav")));
+  }
+  effect_->play();
+}

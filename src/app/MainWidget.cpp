@@ -1,0 +1,239 @@
+#include "app/MainWidget.h"
+
+#include "app/Beeper.h"
+#include "app/ToolbarActions.h"
+#include "net/Proxy.h"
+#include "net/SendLine.h"
+#include "settings/SettingsStore.h"
+#include "settings/UsableValues.h"
+#include "terminal/core/InputSubmission.h"
+#include "terminal/core/Vitals.h"
+#include "terminal/view/InputWidget.h"
+#include "terminal/view/OutputWidget.h"
+#include "terminal/view/VitalsBars.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QScreen>
+#include <QTcpSocket>
+#include <QTextStream>
+#include <QToolBar>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int toolbarHeight = 70;
+/// Bytes taken from the socket at a time. A server that never pauses is read
+/// in bites, so that keys and paint get their turn between two of them.
+constexpr qint64 readBite = 64 * 1024;
+
+AnsiTranslator::ColourTexts textsOf(const std::array<ColourText, 8>& colours) {
+  AnsiTranslator::ColourTexts texts;
+  std::transform(colours.begin(), colours.end(), texts.begin(),
+                 [](const ColourText& colour) { return colour.text(); });
+  return texts;
+}
+
+std::size_t indexOf(ConnectionAction action) {
+  switch (action) {
+    case ConnectionAction::Connect:
+      return static_cast<std::size_t>(ToolbarAction::Connect);
+    case ConnectionAction::Disconnect:
+      return static_cast<std::size_t>(ToolbarAction::Disconnect);
+    case ConnectionAction::ProxySettings:
+      break;
+  }
+  return static_cast<std::size_t>(ToolbarAction::Proxy);
+}
+
+}  // namespace
+
+MainWidget::MainWidget() {
+  setWindowTitle(QStringLiteral("Kelmora - The Official Client"));
+  setWindowIcon(QIcon(QStringLiteral(":/icons/mainicon.png")));
+  loadStoredSettings();
+  if (settings_.useProxyServer) net::installConfiguredProxy(settings_);
+  echoEnabled_ = settings_.displayLocalEcho;
+  buildColourSpans();
+  QApplication::setStyle(settings_.interfaceStyle);
+  createWidgets();
+  layOutWidgets();
+  connectSocket();
+  inputBar_->setFocus(Qt::OtherFocusReason);
+}
+
+MainWidget::~MainWidget() {
+  // The socket is a child and outlives the members; it must not report its
+  // end to a window that is half gone.
+  socket_->disconnect(this);
+}
+
+void MainWidget::loadStoredSettings() {
+  const WindowPlace place = SettingsStore().load(settings_);
+  QSize largest(8192, 8192);
+  QList<QRect> screens;
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    screens.append(screen->geometry());
+    largest = largest.expandedTo(screen->virtualSize());
+  }
+  const QSize size = usableWindowSize(place.size, largest);
+  resize(size);
+  move(usableWindowPos(place.pos, size, screens));
+}
+
+void MainWidget::storeSettings() { SettingsStore().save(settings_, {size(), pos()}); }
+
+void MainWidget::buildColourSpans() {
+  pipeline_.translator().buildColourSpans(textsOf(settings_.normalColour),
+                                          textsOf(settings_.boldColour));
+}
+
+void MainWidget::createWidgets() {
+  socket_ = new QTcpSocket(this);
+  socket_->setReadBufferSize(readBite);
+  toolbar_ = new QToolBar(this);
+  toolbar_->setIconSize(usableIconSize(settings_.iconSize));
+  inputBar_ = new InputWidget(*this, this);
+  inputBar_->setAccessibleName(tr("Input bar"));
+  inputBar_->setFont(settings_.inFont);
+  outputPane_ = new OutputWidget(*inputBar_, this);
+  outputPane_->setAccessibleName(tr("Game text"));
+  outputPane_->setFont(settings_.outFont);
+  QPalette palette = outputPane_->palette();
+  palette.setBrush(QPalette::Active, QPalette::Base, Qt::black);
+  palette.setBrush(QPalette::Inactive, QPalette::Base, Qt::black);
+  outputPane_->setPalette(palette);
+  beeper_ = std::make_unique<Beeper>();
+  connection_ = std::make_unique<ServerConnection>(*socket_, settings_, *this);
+}
+
+void MainWidget::layOutWidgets() {
+  auto* grid = new QGridLayout(this);
+  grid->addWidget(toolbar_, 0, 0);
+  grid->addWidget(outputPane_, 1, 0);
+  grid->addWidget(inputBar_, 2, 0);
+  toolbar_->setFixedHeight(toolbarHeight);
+  actions_ = addToolbarActions(*toolbar_, *this);
+  vitalsBars_ = std::make_unique<VitalsBars>(*toolbar_);
+}
+
+void MainWidget::connectSocket() {
+  connect(socket_, &QTcpSocket::errorOccurred, this, &MainWidget::displaySocketError);
+  connect(socket_, &QTcpSocket::readyRead, this, &MainWidget::readSocketData);
+  connect(socket_, &QTcpSocket::connected, this, &MainWidget::clientConnected);
+  connect(socket_, &QTcpSocket::disconnected, this, &MainWidget::clientDisconnected);
+}
+
+void MainWidget::closeEvent(QCloseEvent* event) {
+  storeSettings();
+  event->accept();
+}
+
+void MainWidget::connectToServer() { connection_->connectToServer(); }
+
+void MainWidget::disconnectFromServer() { connection_->disconnectFromServer(); }
+
+void MainWidget::displaySocketError(QAbstractSocket::SocketError sockerr) {
+  connection_->displaySocketError(sockerr);
+}
+
+void MainWidget::clientConnected() { connection_->clientConnected(); }
+
+void MainWidget::clientDisconnected() { connection_->clientDisconnected(); }
+
+void MainWidget::readSocketData() {
+  pipeline_.readSocketData(socket_->readAll(),
+                           {.displayAnsiColor = settings_.displayAnsiColor,
+                            .playBeeps = settings_.playBeeps,
+                            .parseHtml = settings_.parseHtml,
+                            .displayURLs = settings_.displayURLs},
+                           *this);
+}
+
+void MainWidget::configureSettings() { focusInputBar(); }
+void MainWidget::proxySettings() { focusInputBar(); }
+void MainWidget::saveBuffer() { focusInputBar(); }
+void MainWidget::saveSettings() { focusInputBar(); }
+void MainWidget::loadSettings() { focusInputBar(); }
+void MainWidget::editMacros() { focusInputBar(); }
+void MainWidget::editTriggers() { focusInputBar(); }
+void MainWidget::editAliases() { focusInputBar(); }
+void MainWidget::showHelp() { focusInputBar(); }
+
+void MainWidget::submitInput() {
+  const InputSubmission submission = ::submitInput(inputBar_->text(),
+                                                   {.echoEnabled = echoEnabled_,
+                                                    .displayLocalEcho = settings_.displayLocalEcho,
+                                                    .flushInput = settings_.flushInput,
+                                                    .splitInput = settings_.splitInput,
+                                                    .splitString = settings_.splitString},
+                                                   inputHistory_);
+  if (submission.route == InputSubmission::Route::ActionList) {
+    runActions(submission.actions);
+  } else {
+    // A line that goes straight to the interpreter has no list behind it, so
+    // a pause in it has nothing to hold back.
+    QTextStream stream(socket_);
+    stream.setAutoDetectUnicode(true);
+    QString timerId;
+    interpretAction(submission.actions.first(), stream, timerId);
+  }
+  if (submission.afterwards == InputSubmission::Afterwards::SelectAll)
+    inputBar_->selectAll();
+  else
+    inputBar_->clear();
+}
+
+void MainWidget::historyOlder() {
+  if (const auto text = inputHistory_.historyOlder()) inputBar_->setText(*text);
+}
+
+void MainWidget::historyNewer() {
+  if (const auto text = inputHistory_.historyNewer()) inputBar_->setText(*text);
+}
+
+void MainWidget::parseVitals(const char* line) {
+  if (const auto vitals = ::parseVitals(line)) vitalsBars_->show(*vitals);
+}
+
+void MainWidget::runActions(const QStringList& actions) { actionQueue_.runActions(actions); }
+
+int MainWidget::interpretAction(QString action, QTextStream& stream, QString& timerId) {
+  return interpreter_.interpretAction(std::move(action), stream, timerId);
+}
+
+bool MainWidget::dispatchMacro(int /*key*/) { return false; }
+
+bool MainWidget::claimsShortcut(QKeyCombination keys) const {
+  return std::any_of(actions_.begin(), actions_.end(), [&](const QAction* action) {
+    return action->isEnabled() && action->shortcut() == QKeySequence(keys);
+  });
+}
+
+void MainWidget::beep() { beeper_->beep(); }
+
+void MainWidget::showServerHtml(const QString& html) { outputPane_->insertServerHtml(html); }
+
+void MainWidget::checkTriggers(const QByteArray& /*line*/) {}
+
+void MainWidget::appendStatusLine(const QString& html) {
+  outputPane_->appendStatusLine(
+      QString::fromLatin1(pipeline_.translator().normalSpan(AnsiTranslator::white)) + html);
+}
+
+void MainWidget::setActionEnabled(ConnectionAction action, bool enabled) {
+  actions_.at(indexOf(action))->setEnabled(enabled);
+}
+
+void MainWidget::focusInputBar() { inputBar_->setFocus(Qt::OtherFocusReason); }
+
+QIODevice& MainWidget::gameDevice() { return *socket_; }
+
+void MainWidget::sendLine(QTextStream& stream, const QString& line) {
+  net::sendLine(stream, line);
+  if (echoEnabled_ && settings_.displayLocalEcho)
+    outputPane_->echoSentText(line + QStringLiteral("\r\n"));
+}

@@ -1,0 +1,116 @@
+#pragma once
+
+#include "net/ServerConnection.h"
+#include "script/ActionQueue.h"
+#include "script/Interpreter.h"
+#include "script/ScriptHost.h"
+#include "settings/ClientSettings.h"
+#include "terminal/core/InputHistory.h"
+#include "terminal/core/OutputPipeline.h"
+#include "terminal/view/InputHost.h"
+
+#include <QAbstractSocket>
+#include <QWidget>
+
+#include <array>
+#include <memory>
+
+class Beeper;
+class InputWidget;
+class OutputWidget;
+class QAction;
+class QTcpSocket;
+class QToolBar;
+class VitalsBars;
+
+/// The window. It owns everything and decides nothing: each operation goes on
+/// to the room that does the work, under the same name.
+class MainWidget : public QWidget,
+                   private PipelineHost,
+                   private ConnectionHost,
+                   private ScriptHost,
+                   private InputHost {
+  Q_OBJECT
+
+ public:
+  static constexpr int actionCount = 11;
+
+  MainWidget();
+  ~MainWidget() override;
+
+  [[nodiscard]] const ClientSettings& settings() const { return settings_; }
+  /// Writes every option and the window's place to the settings store.
+  void storeSettings();
+
+  // Also called by the rooms that this window serves.
+  void submitInput() override;
+  void historyOlder() override;
+  void historyNewer() override;
+  void parseVitals(const char* line) override;
+  void runActions(const QStringList& actions);
+  int interpretAction(QString action, QTextStream& stream, QString& timerId);
+  bool dispatchMacro(int key) override;
+
+ public Q_SLOTS:
+  // The meta-object's slot table is these fifteen, in this order; helpers
+  // stay plain functions.
+  void connectToServer();
+  void disconnectFromServer();
+  void displaySocketError(QAbstractSocket::SocketError sockerr);
+  void readSocketData();
+  void clientConnected();
+  void clientDisconnected();
+  void configureSettings();
+  void proxySettings();
+  void saveBuffer();
+  void saveSettings();
+  void loadSettings();
+  void editMacros();
+  void editTriggers();
+  void editAliases();
+  void showHelp();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void loadStoredSettings();
+  void buildColourSpans();
+  void createWidgets();
+  void layOutWidgets();
+  void connectSocket();
+
+  // PipelineHost
+  void beep() override;
+  void showServerHtml(const QString& html) override;
+  void checkTriggers(const QByteArray& line) override;
+  // ConnectionHost
+  void appendStatusLine(const QString& html) override;
+  void setActionEnabled(ConnectionAction action, bool enabled) override;
+  void focusInputBar() override;
+  // ScriptHost
+  QIODevice& gameDevice() override;
+  void sendLine(QTextStream& stream, const QString& line) override;
+  // InputHost
+  [[nodiscard]] bool claimsShortcut(QKeyCombination keys) const override;
+
+  InputHistory inputHistory_;
+  ClientSettings settings_;
+  /// Local echo as it was at the start; an option switched on during play
+  /// takes effect at the next start.
+  bool echoEnabled_ = false;
+  OutputPipeline pipeline_;
+  Interpreter interpreter_{*this};
+  ActionQueue actionQueue_{*this, interpreter_};
+
+  // Children of the window.
+  QTcpSocket* socket_ = nullptr;
+  QToolBar* toolbar_ = nullptr;
+  InputWidget* inputBar_ = nullptr;
+  OutputWidget* outputPane_ = nullptr;
+  std::array<QAction*, actionCount> actions_{};
+
+  std::unique_ptr<ServerConnection> connection_;
+  std::unique_ptr<VitalsBars> vitalsBars_;
+  std::unique_ptr<Beeper> beeper_;
+};

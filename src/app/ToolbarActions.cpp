@@ -1,0 +1,65 @@
+#include "app/ToolbarActions.h"
+
+#include "app/MainWidget.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QIcon>
+#include <QToolBar>
+
+namespace {
+
+struct ActionRow {
+  const char* icon;
+  const char* text;  ///< also the status tip
+  const char* shortcut;
+  void (MainWidget::*slot)();
+  bool enabled;
+  bool separatorBehind;
+};
+
+constexpr std::array<ActionRow, MainWidget::actionCount> actionRows{{
+    {"connect", QT_TRANSLATE_NOOP("MainWidget", "Play Kelmora (Ctrl+J)"),
+     QT_TRANSLATE_NOOP("MainWidget", "Ctrl+J"), &MainWidget::connectToServer, true, false},
+    {"disconnect", QT_TRANSLATE_NOOP("MainWidget", "Disconnect from Kelmora (Ctrl+D)"),
+     QT_TRANSLATE_NOOP("MainWidget", "Ctrl+D"), &MainWidget::disconnectFromServer, false, true},
+    {"savebuffer", QT_TRANSLATE_NOOP("MainWidget", "Save game session to file (Ctrl+S)"),
+     QT_TRANSLATE_NOOP("MainWidget", "Ctrl+S"), &MainWidget::saveBuffer, true, false},
+    {"savesettings", QT_TRANSLATE_NOOP("MainWidget", "Export settings (Ctrl+E)"),
+     QT_TRANSLATE_NOOP("MainWidget", "Ctrl+E"), &MainWidget::saveSettings, true, false},
+    {"loadsettings", QT_TRANSLATE_NOOP("MainWidget", "Import settings (Ctrl+I)"),
+     QT_TRANSLATE_NOOP("MainWidget", "Ctrl+I"), &MainWidget::loadSettings, true, true},
+    {"configure", QT_TRANSLATE_NOOP("MainWidget", "General settings (Ctrl+G)"),
+     QT_TRANSLATE_NOOP("MainWidget", "Ctrl+G"), &MainWidget::configureSettings, true, false},
+    {"proxy", QT_TRANSLATE_NOOP("MainWidget", "Proxy settings (Ctrl+P)"),
+     QT_TRANSLATE_NOOP("MainWidget", "Ctrl+P"), &MainWidget::proxySettings, true, true},
+    {"macros", QT_TRANSLATE_NOOP("MainWidget", "Edit macros (Ctrl+M)"),
+     QT_TRANSLATE_NOOP("MainWidget", "Ctrl+M"), &MainWidget::editMacros, true, false},
+    {"aliases", QT_TRANSLATE_NOOP("MainWidget", "Edit aliases (Ctrl+L)"),
+     QT_TRANSLATE_NOOP("MainWidget", "Ctrl+L"), &MainWidget::editAliases, true, false},
+    {"triggers", QT_TRANSLATE_NOOP("MainWidget", "Edit triggers (Ctrl+T)"),
+     QT_TRANSLATE_NOOP("MainWidget", "Ctrl+T"), &MainWidget::editTriggers, true, true},
+    {"help", QT_TRANSLATE_NOOP("MainWidget", "Kelmora help (Ctrl+H)"),
+     QT_TRANSLATE_NOOP("MainWidget", "Ctrl+H"), &MainWidget::showHelp, true, true},
+}};
+
+QString translated(const char* text) { return QCoreApplication::translate("MainWidget", text); }
+
+}  // namespace
+
+std::array<QAction*, 11> addToolbarActions(QToolBar& toolbar, MainWidget& window) {
+  std::array<QAction*, actionRows.size()> actions{};
+  for (std::size_t i = 0; i < actionRows.size(); ++i) {
+    const ActionRow& row = actionRows.at(i);
+    const QIcon icon(QStringLiteral(":/icons/%1.png").arg(QLatin1String(row.icon)));
+    auto* action = new QAction(icon, translated(row.text), &toolbar);
+    action->setShortcut(QKeySequence(translated(row.shortcut)));
+    action->setStatusTip(QString::fromLatin1(row.text));
+    action->setEnabled(row.enabled);
+    QObject::connect(action, &QAction::triggered, &window, row.slot);
+    toolbar.addAction(action);
+    if (row.separatorBehind) toolbar.addSeparator();
+    actions.at(i) = action;
+  }
+  return actions;
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QLineEdit>
+
+class InputHost;
+
+/// The one-line editor under the output pane. It only routes keys; what they
+/// do is its host's business.
+class InputWidget : public QLineEdit {
+  Q_OBJECT
+
+ public:
+  /// The host outlives the bar.
+  InputWidget(InputHost& host, QWidget* parent);
+
+ protected:
+  bool event(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  bool browsesOrMoves(QKeyEvent* event);
+  bool answersControl(int key);
+
+  InputHost& host_;
+};

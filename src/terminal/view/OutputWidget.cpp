@@ -1,0 +1,53 @@
+#include "terminal/view/OutputWidget.h"
+
+#include "terminal/view/InputWidget.h"
+
+OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
+    : QTextBrowser(parent), inputBar_(inputBar) {
+  document()->setMaximumBlockCount(maximumParagraphs);
+  setOpenExternalLinks(true);
+  setWordWrapMode(QTextOption::WordWrap);
+  setReadOnly(true);
+  QWidget::setTabOrder(this, &inputBar_);
+}
+
+void OutputWidget::insertServerHtml(const QString& html) {
+  moveCursor(QTextCursor::End);
+  insertHtml(html);
+  moveCursor(QTextCursor::End);
+}
+
+void OutputWidget::appendStatusLine(const QString& html) {
+  moveCursor(QTextCursor::End);
+  append(html);
+  moveCursor(QTextCursor::End);
+}
+
+void OutputWidget::echoSentText(const QString& text) {
+  insertPlain(text, Qt::yellow, Qt::black);
+}
+
+void OutputWidget::printText(const QString& text, const QColor& colour) {
+  insertPlain(text + u'\n', colour.isValid() ? colour : QColor(Qt::white), Qt::black);
+}
+
+void OutputWidget::printError(const QString& text) {
+  insertPlain(QStringLiteral("## ") + text + u'\n', Qt::yellow, Qt::red);
+}
+
+void OutputWidget::printInfo(const QString& text) {
+  insertPlain(QStringLiteral("++ ") + text + u'\n', Qt::white, Qt::blue);
+}
+
+QVariant OutputWidget::loadResource(int /*type*/, const QUrl& /*name*/) { return {}; }
+
+void OutputWidget::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {}
+
+void OutputWidget::insertPlain(const QString& text, const QColor& colour,
+                               const QColor& background) {
+  moveCursor(QTextCursor::End);
+  setTextColor(colour);
+  setTextBackgroundColor(background);
+  insertPlainText(text);
+  moveCursor(QTextCursor::End);
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QTextBrowser>
+
+class InputWidget;
+
+/// The scrolling pane, and the one door to it: server text, status lines, the
+/// echo of sent lines and the client's own messages all enter here, each at
+/// the end of the document and in the order of the calls.
+class OutputWidget : public QTextBrowser {
+  Q_OBJECT
+
+ public:
+  /// Older paragraphs are dropped from the top beyond this many.
+  static constexpr int maximumParagraphs = 750;
+
+  /// The input bar outlives the pane; typing is a Tab away from reading.
+  OutputWidget(InputWidget& inputBar, QWidget* parent);
+
+  /// Continues the last paragraph with what the pipeline made of one read.
+  void insertServerHtml(const QString& html);
+  /// A paragraph of its own.
+  void appendStatusLine(const QString& html);
+  /// Yellow on black; the text is shown with its own line end.
+  void echoSentText(const QString& text);
+  /// One line in a colour on black; an invalid colour is drawn white.
+  void printText(const QString& text, const QColor& colour);
+  /// "## " and the text, yellow on red.
+  void printError(const QString& text);
+  /// "++ " and the text, white on blue.
+  void printInfo(const QString& text);
+
+  /// Nothing that the server names is ever loaded: no file, no picture, no
+  /// style sheet.
+  QVariant loadResource(int type, const QUrl& name) override;
+
+ protected:
+  /// A link never replaces what the pane shows.
+  void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
+
+ private:
+  void insertPlain(const QString& text, const QColor& colour, const QColor& background);
+
+  InputWidget& inputBar_;
+};

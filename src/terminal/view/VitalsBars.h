@@ -1,0 +1,23 @@
+#pragma once
+
+#include "terminal/core/Vitals.h"
+
+#include <array>
+
+class QProgressBar;
+class QWidget;
+
+/// The three bars for hit, spell and endurance points. They stand at fixed
+/// places on the toolbar, drawn for the default window width.
+class VitalsBars {
+ public:
+  /// The bars become children of the toolbar and go with it.
+  explicit VitalsBars(QWidget& toolbar);
+
+  /// Percentages; a bar keeps its value where none is given or where it lies
+  /// outside 0 to 100.
+  void show(const VitalPercentages& percentages);
+
+ private:
+  std::array<QProgressBar*, 3> bars_;
+};
