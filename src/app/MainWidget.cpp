@@ -30,7 +30,7 @@ constexpr int toolbarHeight = 70;
 /// in bites, so that keys and paint get their turn between two of them.
 constexpr qint64 readBite = 64 * 1024;
 
-AnsiTranslator::ColourTexts textsOf(const std::array<ColourText, 8>& colours) {
+AnsiTranslator::ColourTexts textsOf(const ColourTexts& colours) {
   AnsiTranslator::ColourTexts texts;
   std::transform(colours.begin(), colours.end(), texts.begin(),
                  [](const ColourText& colour) { return colour.text(); });
@@ -72,19 +72,21 @@ MainWidget::~MainWidget() {
 }
 
 void MainWidget::loadStoredSettings() {
-  const WindowPlace place = SettingsStore().load(settings_);
+  const WindowPlace place = settings::load(settings_);
   QSize largest(8192, 8192);
   QList<QRect> screens;
   for (const QScreen* screen : QGuiApplication::screens()) {
     screens.append(screen->geometry());
     largest = largest.expandedTo(screen->virtualSize());
   }
-  const QSize size = usableWindowSize(place.size, largest);
+  const QSize size = settings::usableWindowSize(place.size, largest);
   resize(size);
-  move(usableWindowPos(place.pos, size, screens));
+  move(settings::usableWindowPos(place.pos, size, screens));
 }
 
-void MainWidget::storeSettings() { SettingsStore().save(settings_, {size(), pos()}); }
+void MainWidget::storeSettings() {
+  settings::save(settings_, {.size = size(), .pos = pos()});
+}
 
 void MainWidget::buildColourSpans() {
   pipeline_.translator().buildColourSpans(textsOf(settings_.normalColour),
@@ -95,7 +97,7 @@ void MainWidget::createWidgets() {
   socket_ = new QTcpSocket(this);
   socket_->setReadBufferSize(readBite);
   toolbar_ = new QToolBar(this);
-  toolbar_->setIconSize(usableIconSize(settings_.iconSize));
+  toolbar_->setIconSize(settings::usableIconSize(settings_.iconSize));
   inputBar_ = new InputWidget(*this, this);
   inputBar_->setAccessibleName(tr("Input bar"));
   inputBar_->setFont(settings_.inFont);
@@ -218,6 +220,8 @@ void MainWidget::beep() { beeper_->beep(); }
 void MainWidget::showServerHtml(const QString& html) { outputPane_->insertServerHtml(html); }
 
 void MainWidget::checkTriggers(const QByteArray& /*line*/) {}
+
+void MainWidget::moveCursorToEnd() { outputPane_->moveCursor(QTextCursor::End); }
 
 void MainWidget::appendStatusLine(const QString& html) {
   outputPane_->appendStatusLine(

@@ -38,7 +38,8 @@ class MainWidget : public QWidget,
   MainWidget();
   ~MainWidget() override;
 
-  [[nodiscard]] const ClientSettings& settings() const { return settings_; }
+  /// The options, edited in place by the dialogs.
+  [[nodiscard]] ClientSettings& settings() { return settings_; }
   /// Writes every option and the window's place to the settings store.
   void storeSettings();
 
@@ -85,6 +86,7 @@ class MainWidget : public QWidget,
   void showServerHtml(const QString& html) override;
   void checkTriggers(const QByteArray& line) override;
   // ConnectionHost
+  void moveCursorToEnd() override;
   void appendStatusLine(const QString& html) override;
   void setActionEnabled(ConnectionAction action, bool enabled) override;
   void focusInputBar() override;

@@ -1,0 +1,143 @@
+#include "PlayWindow.h"
+#include "support/ScratchMain.h"
+
+#include <QApplication>
+#include <QNetworkProxy>
+
+/// Connecting and disconnecting as a player sees it: status lines in the pane,
+/// the state of the toolbar.
+class TestConnection : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void cleanup() { QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy); }
+  void connectsAndDisconnects();
+  void theServersEndShowsOneLine();
+  void aRefusedPortIsReported();
+  void aHostThatDoesNotExistIsReported();
+  void disconnectDuringAnAttemptEnablesConnectAtOnce();
+  void statusLinesAreItalicAndWhite();
+  void aLongHostNameIsCut();
+  void theSameWindowConnectsAgain();
+  void sendingWithoutAConnectionIsSilent();
+  void connectingGivesTheBarTheFocus();
+};
+
+void TestConnection::connectsAndDisconnects() {
+  GameServer server;
+  PlayWindow play(server.port());
+  QCOMPARE(play.connectionStates(), QString("+-+"));
+  play.window->connectToServer();
+  QCOMPARE(play.connectionStates(), QString("--+"));
+  const QString attempt =
+      QStringLiteral("Attempting to connect to 127.0.0.1 on port %1...").arg(server.port());
+  QCOMPARE(play.text(), attempt);
+  QTRY_COMPARE(play.connectionStates(), QString("-+-"));
+  QCOMPARE(play.text(), attempt + "\nConnected to host!");
+  play.window->disconnectFromServer();
+  QCOMPARE(play.actions.at(0)->isEnabled(), true);
+  QCOMPARE(play.actions.at(1)->isEnabled(), false);
+  QTRY_COMPARE(play.connectionStates(), QString("+-+"));
+  QCOMPARE(play.text(), attempt + "\nConnected to host!\nDisconnected from host!");
+}
+
+void TestConnection::theServersEndShowsOneLine() {
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  server.peer()->close();
+  QTRY_COMPARE(play.connectionStates(), QString("+-+"));
+  QCOMPARE(play.lastLine(), QString("Disconnected from host!"));
+  QVERIFY(!play.text().contains("Error"));
+}
+
+void TestConnection::aRefusedPortIsReported() {
+  GameServer server;
+  const quint16 port = server.port();
+  server.stopListening();
+  PlayWindow play(port);
+  play.window->connectToServer();
+  QTRY_COMPARE(play.lastLine(), QString("Error: Connection refused by the peer"));
+  QCOMPARE(play.connectionStates(), QString("+-+"));
+}
+
+void TestConnection::aHostThatDoesNotExistIsReported() {
+  PlayWindow play(5000, {{"hostName", "nowhere.invalid"}});
+  play.window->connectToServer();
+  QTRY_COMPARE_WITH_TIMEOUT(play.lastLine(), QString("Error: Host not found"), 30000);
+  QCOMPARE(play.connectionStates(), QString("+-+"));
+}
+
+void TestConnection::disconnectDuringAnAttemptEnablesConnectAtOnce() {
+  // A proxy that takes the connection and never answers keeps the attempt
+  // under way for as long as the test wants.
+  GameServer silentProxy;
+  PlayWindow play(5000, {{"hostName", "0.0.0.0"},
+                         {"useProxyServer", 1},
+                         {"proxyType", 1},
+                         {"proxyHostName", "127.0.0.1"},
+                         {"proxyPortNumber", QString::number(silentProxy.port())}});
+  play.window->connectToServer();
+  QTRY_VERIFY(!silentProxy.received().isEmpty());
+  QCOMPARE(play.connectionStates(), QString("--+"));
+  play.window->disconnectFromServer();
+  QCOMPARE(play.connectionStates(), QString("+-+"));
+  QTest::qWait(100);
+  QCOMPARE(play.text(), QString("Attempting to connect to 0.0.0.0 on port 5000..."));
+}
+
+void TestConnection::statusLinesAreItalicAndWhite() {
+  GameServer server;
+  PlayWindow play(server.port(), {{"white", "#ABCDEF"}});
+  QVERIFY(play.connectTo(server));
+  QVERIFY(play.formatOf("Connected to host!").fontItalic());
+  QCOMPARE(play.formatOf("Connected to host!").foreground().color(), QColor("#ABCDEF"));
+}
+
+void TestConnection::aLongHostNameIsCut() {
+  PlayWindow play(5000, {{"hostName", QString(100000, 'h')}});
+  play.window->connectToServer();
+  QVERIFY(play.text().startsWith("Attempting to connect to hhhh"));
+  QVERIFY(play.text().size() < 1024);
+  QVERIFY(play.text().contains("on port 5000..."));
+}
+
+void TestConnection::theSameWindowConnectsAgain() {
+  GameServer server;
+  PlayWindow play(server.port());
+  for (int round = 0; round < 3; ++round) {
+    QVERIFY(play.connectTo(server));
+    server.send("round " + QByteArray::number(round) + "\r\n");
+    QTRY_VERIFY(play.text().contains(QStringLiteral("round %1").arg(round)));
+    if (round == 1) {
+      server.peer()->close();
+    } else {
+      play.window->disconnectFromServer();
+    }
+    QTRY_COMPARE(play.connectionStates(), QString("+-+"));
+  }
+}
+
+void TestConnection::sendingWithoutAConnectionIsSilent() {
+  PlayWindow play(5000);
+  QTest::failOnWarning(QRegularExpression(".*"));
+  play.type("hello");
+  QCOMPARE(play.text(), QString("hello\n"));
+  QCOMPARE(play.connectionStates(), QString("+-+"));
+}
+
+void TestConnection::connectingGivesTheBarTheFocus() {
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(QTest::qWaitForWindowActive(play.window.get()));
+  play.pane->setFocus();
+  play.window->connectToServer();
+  QVERIFY(play.bar->hasFocus());
+  QTRY_COMPARE(play.connectionStates(), QString("-+-"));
+  play.pane->setFocus();
+  play.window->disconnectFromServer();
+  QVERIFY(play.bar->hasFocus());
+}
+
+KELMORA_GUI_TEST_MAIN(TestConnection)
+#include "tst_connection.moc"

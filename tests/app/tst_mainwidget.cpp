@@ -1,0 +1,343 @@
+#include "app/MainWidget.h"
+#include "settings/SettingsStore.h"
+#include "support/ScratchMain.h"
+#include "terminal/view/InputWidget.h"
+#include "terminal/view/OutputWidget.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QGridLayout>
+#include <QMetaMethod>
+#include <QProgressBar>
+#include <QSettings>
+#include <QStyle>
+#include <QTcpSocket>
+#include <QTest>
+#include <QToolBar>
+
+/// The window as it stands after construction, before any connection.
+class TestMainWidget : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+  void theSlotTableHasFifteenSlotsInOrder();
+  void titleAndIcon();
+  void firstStartPlacesTheWindow();
+  void storedPlaceIsTaken();
+  void hostilePlaces_data();
+  void hostilePlaces();
+  void toolbarRows_data();
+  void toolbarRows();
+  void separatorsStandWhereToldTo();
+  void everyActionHasItsIcon();
+  void theToolbarIs70PixelsHighAndTakesTheIconSize();
+  void layoutIsOneColumn();
+  void thePaneIsBlackAndReadOnly();
+  void fontsComeFromTheSettings();
+  void vitalsBars_data();
+  void vitalsBars();
+  void vitalsFollowThePrompt_data();
+  void vitalsFollowThePrompt();
+  void theBarHasTheFocusAtTheStart();
+  void closingSavesTheSettings();
+  void destructionSavesNothing();
+  void anUnknownStyleChangesNothing();
+  void hostileStoresStart_data();
+  void hostileStoresStart();
+
+ private:
+  static void store(const QString& key, const QVariant& value) {
+    QSettings store("Dunmere Works", "Kelmora Client v3.9b");
+    store.setValue("Global Settings/" + key, value);
+  }
+};
+
+void TestMainWidget::init() { QSettings("Dunmere Works", "Kelmora Client v3.9b").clear(); }
+
+void TestMainWidget::theSlotTableHasFifteenSlotsInOrder() {
+  const QMetaObject& meta = MainWidget::staticMetaObject;
+  QStringList slotNames;
+  for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
+    slotNames << QString::fromLatin1(meta.method(i).methodSignature());
+  QCOMPARE(slotNames,
+           (QStringList{"connectToServer()", "disconnectFromServer()",
+                        "displaySocketError(QAbstractSocket::SocketError)", "readSocketData()",
+                        "clientConnected()", "clientDisconnected()", "configureSettings()",
+                        "proxySettings()", "saveBuffer()", "saveSettings()", "loadSettings()",
+                        "editMacros()", "editTriggers()", "editAliases()", "showHelp()"}));
+}
+
+void TestMainWidget::titleAndIcon() {
+  const MainWidget window;
+  QCOMPARE(window.windowTitle(), QString("Kelmora - The Official Client"));
+  QVERIFY(!window.windowIcon().isNull());
+  QVERIFY(!window.windowIcon().pixmap(64).isNull());
+}
+
+void TestMainWidget::firstStartPlacesTheWindow() {
+  const MainWidget window;
+  QCOMPARE(window.size(), QSize(800, 800));
+  QCOMPARE(window.pos(), QPoint(200, 200));
+  QCOMPARE(window.findChild<QToolBar*>()->iconSize(), QSize(48, 48));
+}
+
+void TestMainWidget::storedPlaceIsTaken() {
+  store("size", QSize(640, 500));
+  store("pos", QPoint(30, 40));
+  const MainWidget window;
+  QCOMPARE(window.size(), QSize(640, 500));
+  QCOMPARE(window.pos(), QPoint(30, 40));
+}
+
+void TestMainWidget::hostilePlaces_data() {
+  QTest::addColumn<QVariant>("size");
+  QTest::addColumn<QVariant>("pos");
+  QTest::newRow("a giant window opens at the default size")
+      << QVariant(QSize(2000000000, 2000000000)) << QVariant(QPoint(200, 200));
+  QTest::newRow("a negative size opens at the default size")
+      << QVariant(QSize(-5, -5)) << QVariant(QPoint(200, 200));
+  QTest::newRow("a size that is no size opens at the default size")
+      << QVariant("huge") << QVariant(QPoint(200, 200));
+  QTest::newRow("a place outside every screen opens at the default place")
+      << QVariant(QSize(800, 800)) << QVariant(QPoint(2000000000, -2000000000));
+}
+
+void TestMainWidget::hostilePlaces() {
+  QFETCH(const QVariant, size);
+  QFETCH(const QVariant, pos);
+  store("size", size);
+  store("pos", pos);
+  MainWidget window;
+  window.show();
+  QCOMPARE(window.size(), QSize(800, 800));
+  QCOMPARE(window.pos(), QPoint(200, 200));
+}
+
+void TestMainWidget::toolbarRows_data() {
+  QTest::addColumn<int>("index");
+  QTest::addColumn<QString>("text");
+  QTest::addColumn<QString>("shortcut");
+  QTest::addColumn<bool>("enabled");
+  const auto row = [](int index, const char* text, const char* shortcut, bool enabled = true) {
+    QTest::newRow(text) << index << QString(text) << QString(shortcut) << enabled;
+  };
+  row(0, "Play Kelmora (Ctrl+J)", "Ctrl+J");
+  row(1, "Disconnect from Kelmora (Ctrl+D)", "Ctrl+D", false);
+  row(2, "Save game session to file (Ctrl+S)", "Ctrl+S");
+  row(3, "Export settings (Ctrl+E)", "Ctrl+E");
+  row(4, "Import settings (Ctrl+I)", "Ctrl+I");
+  row(5, "General settings (Ctrl+G)", "Ctrl+G");
+  row(6, "Proxy settings (Ctrl+P)", "Ctrl+P");
+  row(7, "Edit macros (Ctrl+M)", "Ctrl+M");
+  row(8, "Edit aliases (Ctrl+L)", "Ctrl+L");
+  row(9, "Edit triggers (Ctrl+T)", "Ctrl+T");
+  row(10, "Kelmora help (Ctrl+H)", "Ctrl+H");
+}
+
+void TestMainWidget::toolbarRows() {
+  QFETCH(const int, index);
+  QFETCH(const QString, text);
+  QFETCH(const QString, shortcut);
+  QFETCH(const bool, enabled);
+  const MainWidget window;
+  QList<QAction*> actions;
+  for (QAction* action : window.findChild<QToolBar*>()->actions())
+    if (!action->isSeparator()) actions << action;
+  QCOMPARE(actions.size(), 11);
+  QCOMPARE(actions.at(index)->text(), text);
+  QCOMPARE(actions.at(index)->statusTip(), text);
+  QCOMPARE(actions.at(index)->shortcut(), QKeySequence(shortcut));
+  QCOMPARE(actions.at(index)->isEnabled(), enabled);
+}
+
+void TestMainWidget::separatorsStandWhereToldTo() {
+  const MainWidget window;
+  QList<int> places;
+  const QList<QAction*> actions = window.findChild<QToolBar*>()->actions();
+  for (int i = 0; i < actions.size(); ++i)
+    if (actions.at(i)->isSeparator()) places << i;
+  QCOMPARE(places, (QList<int>{2, 6, 9, 13, 15}));
+  QCOMPARE(actions.size(), 16);
+}
+
+void TestMainWidget::everyActionHasItsIcon() {
+  const MainWidget window;
+  QSet<QByteArray> pictures;
+  for (const QAction* action : window.findChild<QToolBar*>()->actions()) {
+    if (action->isSeparator()) continue;
+    const QImage image = action->icon().pixmap(48).toImage();
+    QVERIFY2(!image.isNull(), qPrintable(action->text()));
+    pictures.insert(QByteArray(reinterpret_cast<const char*>(image.constBits()),
+                               image.sizeInBytes()));
+  }
+  QCOMPARE(pictures.size(), 11);
+}
+
+void TestMainWidget::theToolbarIs70PixelsHighAndTakesTheIconSize() {
+  store("iconSize", QSize(32, 24));
+  MainWidget window;
+  window.show();
+  const auto* toolbar = window.findChild<QToolBar*>();
+  QCOMPARE(toolbar->height(), 70);
+  QCOMPARE(toolbar->iconSize(), QSize(32, 24));
+}
+
+void TestMainWidget::layoutIsOneColumn() {
+  const MainWidget window;
+  const auto* grid = qobject_cast<QGridLayout*>(window.layout());
+  QVERIFY(grid);
+  QCOMPARE(grid->columnCount(), 1);
+  QCOMPARE(grid->itemAtPosition(0, 0)->widget(), window.findChild<QToolBar*>());
+  QCOMPARE(grid->itemAtPosition(1, 0)->widget(), window.findChild<OutputWidget*>());
+  QCOMPARE(grid->itemAtPosition(2, 0)->widget(), window.findChild<InputWidget*>());
+}
+
+void TestMainWidget::thePaneIsBlackAndReadOnly() {
+  const MainWidget window;
+  const auto* pane = window.findChild<OutputWidget*>();
+  QCOMPARE(pane->palette().color(QPalette::Active, QPalette::Base), QColor(Qt::black));
+  QCOMPARE(pane->palette().color(QPalette::Inactive, QPalette::Base), QColor(Qt::black));
+  QVERIFY(pane->isReadOnly());
+  QVERIFY(pane->openExternalLinks());
+  QCOMPARE(pane->document()->maximumBlockCount(), 750);
+}
+
+void TestMainWidget::fontsComeFromTheSettings() {
+  store("outfont", "Courier,14,-1,5,50,0,0,0,0,0");
+  store("infont", "Courier,9,-1,5,75,0,0,0,0,0");
+  const MainWidget window;
+  QCOMPARE(window.findChild<OutputWidget*>()->font().pointSize(), 14);
+  QCOMPARE(window.findChild<OutputWidget*>()->font().family(), QString("Courier"));
+  QCOMPARE(window.findChild<InputWidget*>()->font().pointSize(), 9);
+  QVERIFY(window.findChild<InputWidget*>()->font().bold());
+}
+
+void TestMainWidget::vitalsBars_data() {
+  QTest::addColumn<int>("index");
+  QTest::addColumn<QRect>("geometry");
+  QTest::addColumn<QString>("styleSheet");
+  QTest::newRow("hit points") << 0 << QRect(QPoint(670, 10), QPoint(787, 25))
+                              << "::chunk { background-color: red }";
+  QTest::newRow("spell points") << 1 << QRect(QPoint(670, 30), QPoint(787, 45))
+                                << "::chunk { background-color: blue }";
+  QTest::newRow("endurance points") << 2 << QRect(QPoint(670, 50), QPoint(787, 65))
+                                    << "::chunk { background-color: green }";
+}
+
+void TestMainWidget::vitalsBars() {
+  QFETCH(const int, index);
+  QFETCH(const QRect, geometry);
+  QFETCH(const QString, styleSheet);
+  MainWidget window;
+  window.show();
+  const auto bars = window.findChild<QToolBar*>()->findChildren<QProgressBar*>("progHP");
+  QCOMPARE(bars.size(), 3);
+  QCOMPARE(bars.at(index)->geometry(), geometry);
+  QCOMPARE(bars.at(index)->styleSheet(), styleSheet);
+  QCOMPARE(bars.at(index)->value(), 100);
+  QCOMPARE(bars.at(index)->minimum(), 0);
+  QCOMPARE(bars.at(index)->maximum(), 100);
+  QVERIFY(!bars.at(index)->isTextVisible());
+}
+
+void TestMainWidget::vitalsFollowThePrompt_data() {
+  QTest::addColumn<QByteArray>("line");
+  QTest::addColumn<QList<int>>("values");
+  const auto row = [](const char* name, const char* line, const QList<int>& values) {
+    QTest::newRow(name) << QByteArray(line) << values;
+  };
+  row("a prompt moves all three", "hp: [ 50 / 200 ], sp: [ 10 / 10 ], ep: [ 0 / 80 ]",
+      {25, 100, 0});
+  row("a value above its maximum keeps the bar",
+      "hp: [ 300 / 200 ], sp: [ 5 / 10 ], ep: [ 40 / 80 ]", {100, 50, 50});
+  row("a negative value empties the bar", "HP: [-3/200], SP: [10/10], EP: [80/80]",
+      {0, 100, 100});
+  row("a maximum of nothing keeps the bar", "HP: [0/0], SP: [1/0], EP: [1/4]", {100, 100, 25});
+  row("any other line keeps all three", "You have 3 hp.", {100, 100, 100});
+}
+
+void TestMainWidget::vitalsFollowThePrompt() {
+  QFETCH(const QByteArray, line);
+  QFETCH(const QList<int>, values);
+  MainWidget window;
+  window.parseVitals(line.constData());
+  QList<int> shown;
+  for (const QProgressBar* bar : window.findChildren<QProgressBar*>("progHP"))
+    shown << bar->value();
+  QCOMPARE(shown, values);
+}
+
+void TestMainWidget::theBarHasTheFocusAtTheStart() {
+  MainWidget window;
+  window.show();
+  QVERIFY(QTest::qWaitForWindowActive(&window));
+  QCOMPARE(QApplication::focusWidget(), window.findChild<InputWidget*>());
+}
+
+void TestMainWidget::closingSavesTheSettings() {
+  MainWidget window;
+  window.show();
+  window.resize(700, 600);
+  window.move(50, 60);
+  QVERIFY(window.close());
+  ClientSettings record;
+  const WindowPlace place = settings::load(record);
+  QCOMPARE(place.size, QSize(700, 600));
+  QCOMPARE(place.pos, QPoint(50, 60));
+  QSettings store("Dunmere Works", "Kelmora Client v3.9b");
+  store.beginGroup("Global Settings");
+  QCOMPARE(store.childKeys().size(), 38);
+}
+
+void TestMainWidget::destructionSavesNothing() {
+  {
+    MainWidget window;
+    window.resize(700, 600);
+  }
+  QSettings store("Dunmere Works", "Kelmora Client v3.9b");
+  QVERIFY(store.allKeys().isEmpty());
+}
+
+void TestMainWidget::anUnknownStyleChangesNothing() {
+  const QString before = QApplication::style()->objectName();
+  MainWidget window;
+  QCOMPARE(window.settings().interfaceStyle, QString("Plastique"));
+  QCOMPARE(QApplication::style()->objectName(), before);
+}
+
+void TestMainWidget::hostileStoresStart_data() {
+  QTest::addColumn<QString>("key");
+  QTest::addColumn<QVariant>("value");
+  QTest::newRow("a font of a hundred thousand points")
+      << "outfont" << QVariant("Courier,100000,-1,5,50,0,0,0,0,0");
+  QTest::newRow("an input font of a hundred thousand pixels")
+      << "infont" << QVariant("Courier,-1,100000,5,50,0,0,0,0,0");
+  QTest::newRow("a font that is none") << "infont" << QVariant("no,font");
+  QTest::newRow("a font that is a list") << "outfont" << QVariant(QStringList{"a", "b"});
+  QTest::newRow("giant icons") << "iconSize" << QVariant(QSize(1 << 30, 1 << 30));
+  QTest::newRow("icons of nothing") << "iconSize" << QVariant(QSize(0, 0));
+  QTest::newRow("negative icons") << "iconSize" << QVariant(QSize(-48, -48));
+  QTest::newRow("a colour of a thousand letters") << "white" << QVariant(QString(1000, 'x'));
+  QTest::newRow("a colour that is markup") << "white" << QVariant("\"><b>");
+  QTest::newRow("a flag that is a text") << "splitInput" << QVariant("perhaps");
+  QTest::newRow("a style of a megabyte") << "interfaceStyle" << QVariant(QString(1000000, 'y'));
+  QTest::newRow("a proxy of no known type")
+      << "proxyType" << QVariant(std::numeric_limits<int>::max());
+}
+
+void TestMainWidget::hostileStoresStart() {
+  QFETCH(const QString, key);
+  QFETCH(const QVariant, value);
+  store(key, value);
+  store("useProxyServer", 1);
+  MainWidget window;
+  window.show();
+  QVERIFY(QTest::qWaitForWindowExposed(&window));
+  QVERIFY(window.height() <= 4096);
+  QVERIFY(window.findChild<InputWidget*>()->isVisible());
+  window.grab();
+}
+
+KELMORA_GUI_TEST_MAIN(TestMainWidget)
+#include "tst_mainwidget.moc"

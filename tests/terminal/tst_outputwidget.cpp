@@ -1,0 +1,191 @@
+#include "support/ScratchMain.h"
+#include "terminal/view/InputHost.h"
+#include "terminal/view/InputWidget.h"
+#include "terminal/view/OutputWidget.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QFile>
+#include <QScrollBar>
+#include <QTest>
+#include <QTextBlock>
+
+namespace {
+
+class IdleHost : public InputHost {
+ public:
+  void submitInput() override {}
+  void historyOlder() override {}
+  void historyNewer() override {}
+  bool dispatchMacro(int /*key*/) override { return false; }
+  [[nodiscard]] bool claimsShortcut(QKeyCombination /*keys*/) const override { return false; }
+};
+
+}  // namespace
+
+class TestOutputWidget : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+  void cleanup();
+  void isReadOnlyAndWrapsAtWords();
+  void keepsAtMost750Paragraphs();
+  void serverTextContinuesTheLastParagraph();
+  void aStatusLineIsAParagraphOfItsOwn();
+  void messages_data();
+  void messages();
+  void theEchoEndsItsLine();
+  void writesKeepTheirOrder();
+  void theViewFollowsWhateverArrives();
+  void aLocalFileIsNeverReadIntoThePane();
+  void aClickOnALocalLinkKeepsTheText();
+  void declaresNoSlotsOrSignals();
+
+ private:
+  [[nodiscard]] QTextCharFormat formatOf(const QString& text) const {
+    return pane_->document()->find(text).charFormat();
+  }
+
+  IdleHost host_;
+  QWidget* window_ = nullptr;
+  OutputWidget* pane_ = nullptr;
+};
+
+void TestOutputWidget::init() {
+  window_ = new QWidget;
+  auto* bar = new InputWidget(host_, window_);
+  pane_ = new OutputWidget(*bar, window_);
+  pane_->setGeometry(0, 0, 400, 300);
+  window_->show();
+}
+
+void TestOutputWidget::cleanup() { delete window_; }
+
+void TestOutputWidget::isReadOnlyAndWrapsAtWords() {
+  QVERIFY(pane_->isReadOnly());
+  QCOMPARE(pane_->wordWrapMode(), QTextOption::WordWrap);
+  QVERIFY(pane_->openExternalLinks());
+}
+
+void TestOutputWidget::keepsAtMost750Paragraphs() {
+  QCOMPARE(pane_->document()->maximumBlockCount(), 750);
+  for (int i = 0; i < 800; ++i) pane_->appendStatusLine(QStringLiteral("<i>line %1</i>").arg(i));
+  QCOMPARE(pane_->document()->blockCount(), 750);
+  QCOMPARE(pane_->document()->firstBlock().text(), QString("line 50"));
+  QCOMPARE(pane_->document()->lastBlock().text(), QString("line 799"));
+}
+
+void TestOutputWidget::serverTextContinuesTheLastParagraph() {
+  pane_->insertServerHtml("one ");
+  pane_->insertServerHtml("two<br>\nthree");
+  QCOMPARE(pane_->document()->blockCount(), 1);
+  QCOMPARE(pane_->toPlainText(), QString("one two\nthree"));
+}
+
+void TestOutputWidget::aStatusLineIsAParagraphOfItsOwn() {
+  pane_->insertServerHtml("text");
+  pane_->appendStatusLine("<span style=\"color:#BDBDBD\"><i>status</i>");
+  QCOMPARE(pane_->document()->blockCount(), 2);
+  QCOMPARE(pane_->toPlainText(), QString("text\nstatus"));
+  QVERIFY(formatOf("status").fontItalic());
+  QCOMPARE(formatOf("status").foreground().color(), QColor("#BDBDBD"));
+}
+
+void TestOutputWidget::messages_data() {
+  QTest::addColumn<std::function<void(OutputWidget&)>>("write");
+  QTest::addColumn<QString>("text");
+  QTest::addColumn<QColor>("colour");
+  QTest::addColumn<QColor>("background");
+  using Write = std::function<void(OutputWidget&)>;
+  QTest::newRow("an error is yellow on red, behind two number signs")
+      << Write([](OutputWidget& pane) { pane.printError("wrong"); }) << "## wrong\n"
+      << QColor(Qt::yellow) << QColor(Qt::red);
+  QTest::newRow("an information is white on blue, behind two plus signs")
+      << Write([](OutputWidget& pane) { pane.printInfo("told"); }) << "++ told\n"
+      << QColor(Qt::white) << QColor(Qt::blue);
+  QTest::newRow("an echoed line is yellow on black")
+      << Write([](OutputWidget& pane) { pane.echoSentText("look\r\n"); }) << "look\n"
+      << QColor(Qt::yellow) << QColor(Qt::black);
+  QTest::newRow("a printed text has its colour, on black")
+      << Write([](OutputWidget& pane) { pane.printText("hello", QColor("#FF8000")); })
+      << "hello\n" << QColor("#FF8000") << QColor(Qt::black);
+  QTest::newRow("a printed text in a colour that is none is white, never black on black")
+      << Write([](OutputWidget& pane) { pane.printText("hello", QColor()); }) << "hello\n"
+      << QColor(Qt::white) << QColor(Qt::black);
+  QTest::newRow("markup in a message is plain text")
+      << Write([](OutputWidget& pane) { pane.printError("<b>bold</b> &amp;"); })
+      << "## <b>bold</b> &amp;\n" << QColor(Qt::yellow) << QColor(Qt::red);
+}
+
+void TestOutputWidget::messages() {
+  QFETCH(const std::function<void(OutputWidget&)>, write);
+  QFETCH(const QString, text);
+  QFETCH(const QColor, colour);
+  QFETCH(const QColor, background);
+  write(*pane_);
+  QCOMPARE(pane_->toPlainText(), text);
+  QCOMPARE(formatOf(text.trimmed()).foreground().color(), colour);
+  QCOMPARE(formatOf(text.trimmed()).background().color(), background);
+}
+
+void TestOutputWidget::theEchoEndsItsLine() {
+  pane_->echoSentText("look\r\n");
+  pane_->insertServerHtml("You see a lamp.");
+  QCOMPARE(pane_->toPlainText(), QString("look\nYou see a lamp."));
+}
+
+void TestOutputWidget::writesKeepTheirOrder() {
+  pane_->insertServerHtml("server ");
+  pane_->printError("error");
+  pane_->appendStatusLine("<i>status</i>");
+  pane_->printInfo("info");
+  pane_->echoSentText("echo\r\n");
+  pane_->insertServerHtml("server again");
+  QCOMPARE(pane_->toPlainText(),
+           QString("server ## error\n\nstatus++ info\necho\nserver again"));
+}
+
+void TestOutputWidget::theViewFollowsWhateverArrives() {
+  const auto atBottom = [this] {
+    return pane_->verticalScrollBar()->value() == pane_->verticalScrollBar()->maximum();
+  };
+  for (int i = 0; i < 100; ++i) pane_->insertServerHtml("line<br>\n");
+  QVERIFY(pane_->verticalScrollBar()->maximum() > 0);
+  QVERIFY(atBottom());
+  pane_->verticalScrollBar()->setValue(0);
+  pane_->appendStatusLine("<i>status</i>");
+  QVERIFY(atBottom());
+  pane_->verticalScrollBar()->setValue(0);
+  pane_->printInfo("info");
+  QVERIFY(atBottom());
+}
+
+void TestOutputWidget::aLocalFileIsNeverReadIntoThePane() {
+  QFile file("secret.txt");
+  QVERIFY(file.open(QIODevice::WriteOnly));
+  file.write("secret");
+  file.close();
+  const QUrl url = QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath());
+  QVERIFY(!pane_->loadResource(QTextDocument::ImageResource, url).isValid());
+  QVERIFY(!pane_->document()->resource(QTextDocument::StyleSheetResource, url).isValid());
+}
+
+void TestOutputWidget::aClickOnALocalLinkKeepsTheText() {
+  QFile file("other.html");
+  QVERIFY(file.open(QIODevice::WriteOnly));
+  file.write("<p>other</p>");
+  file.close();
+  pane_->insertServerHtml("here");
+  pane_->setSource(QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath()));
+  pane_->setSource(QUrl("other.html"));
+  QCOMPARE(pane_->toPlainText(), QString("here"));
+}
+
+void TestOutputWidget::declaresNoSlotsOrSignals() {
+  const QMetaObject* meta = pane_->metaObject();
+  QCOMPARE(meta->methodCount(), meta->methodOffset());
+}
+
+KELMORA_GUI_TEST_MAIN(TestOutputWidget)
+#include "tst_outputwidget.moc"
