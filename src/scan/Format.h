@@ -62,8 +62,8 @@ class Format {
   struct Step {
     Kind kind;
     bool suppressed = false;
-    QByteArray literal = {};         // of Literal
-    std::bitset<256> stops = {};     // of UntilOneOf
+    QByteArray literal = {};      // of Literal
+    std::bitset<256> stops = {};  // of UntilOneOf
   };
   struct Compiler;
   struct Cursor;

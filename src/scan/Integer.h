@@ -9,7 +9,9 @@ namespace scan {
   return byte == ' ' || (byte >= '\t' && byte <= '\r');
 }
 
-[[nodiscard]] constexpr bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
+[[nodiscard]] constexpr bool isDigit(char byte) {
+  return byte >= '0' && byte <= '9';
+}
 
 /// Decimal digits, summed one at a time as a C library with 64-bit longs does
 /// it: clamped at 64 bits, of which the low 32 are kept in the end. So a count

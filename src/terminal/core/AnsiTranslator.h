@@ -39,7 +39,8 @@ class AnsiTranslator {
   enum class Extended { No, Foreground, Background };
   using Spans = std::array<QByteArray, 8>;
 
-  void applyCode(quint8 code, QByteArray& html, Extended& extended);
+  /// Answers whether a palette index follows.
+  [[nodiscard]] Extended applyCode(quint8 code, QByteArray& html);
   void applyReset(QByteArray& html);
   void applyBold(QByteArray& html);
   void applyForeground(quint8 colour, QByteArray& html);

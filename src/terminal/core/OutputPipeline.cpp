@@ -1,0 +1,125 @@
+#include "terminal/core/OutputPipeline.h"
+
+#include <algorithm>
+
+#include "terminal/core/Links.h"
+
+namespace {
+
+enum class Mode { NoHtml, OutsideTag, InsideTag };
+
+/// What a byte becomes that is not shown as it is.
+struct ByteRow {
+  char byte;
+  std::array<QByteArrayView, 3> html;  // by Mode
+  QByteArrayView plain;
+};
+
+constexpr QByteArrayView hardTab = "&nbsp;&nbsp;&nbsp;&nbsp;";
+
+/// Angle brackets of plain text and the blanks of a TAB stay placeholders until
+/// the links are made. Quirk: the plain copy of a TAB is the HTML text.
+constexpr std::array<ByteRow, 7> byteRows{{
+    {'\a', {"", "", ""}, ""},
+    {'\t', {"<tab>", "<tab>", hardTab}, hardTab},
+    {'\n', {"<br>\n", "<br>\n", "<br>\n"}, "\n"},
+    {'\r', {"", "", ""}, ""},
+    {' ', {"&#32;", "&#32;", " "}, " "},
+    {'<', {"<lt>", "<", "<"}, "<"},
+    {'>', {"<gt>", ">", ">"}, ">"},
+}};
+
+constexpr char telnetCommand = '\xFF';
+constexpr qsizetype telnetCommandLength = 3;
+constexpr char escape = '\x1B';
+
+constexpr std::array<bool, 256> makeOrdinaryBytes() {
+  std::array<bool, 256> ordinary{};
+  ordinary.fill(true);
+  for (const ByteRow& row : byteRows)
+    ordinary[static_cast<unsigned char>(row.byte)] = false;
+  for (const char byte : {telnetCommand, escape})
+    ordinary[static_cast<unsigned char>(byte)] = false;
+  return ordinary;
+}
+
+constexpr std::array<bool, 256> ordinaryBytes = makeOrdinaryBytes();
+
+bool isOrdinary(char byte) {
+  return ordinaryBytes[static_cast<unsigned char>(byte)];
+}
+
+}  // namespace
+
+struct OutputPipeline::Read {
+  QByteArray html;
+  QByteArray pendingLineText = {};
+  bool beep = false;
+};
+
+void OutputPipeline::readSocketData(QByteArrayView data, const PipelineOptions& options,
+                                    PipelineHost& host) {
+  Read read{.html = translator_.currentSpan()};
+  walk(data, options, read);
+  QString text = QString::fromUtf8(read.html);
+  read.html = {};
+  if (options.displayURLs)
+    linkify(text);
+  resolvePlaceholders(text);
+
+  // From here on nothing of the pipeline is in use: the host may come back.
+  if (read.beep)
+    host.beep();
+  host.showServerHtml(text);
+  const QByteArray& lines = read.pendingLineText;
+  qsizetype end = 0;
+  for (qsizetype start = 0; end >= 0; start = end + 1) {
+    end = lines.indexOf('\n', start);
+    const QByteArray piece = lines.mid(start, end < 0 ? -1 : end - start);
+    host.parseVitals(piece.constData());
+    host.checkTriggers(piece);
+  }
+}
+
+void OutputPipeline::walk(QByteArrayView data, const PipelineOptions& options, Read& read) {
+  const auto colours =
+      options.displayAnsiColor ? AnsiTranslator::Colours::Shown : AnsiTranslator::Colours::Stripped;
+  for (qsizetype index = 0; index < data.size();) {
+    const char byte = data[index];
+    if (translator_.escapePending()) {
+      translator_.translateEscape(--index, data, read.html, colours);
+      ++index;
+    } else if (isOrdinary(byte)) {
+      const auto* begin = data.begin() + index;
+      const QByteArrayView run(begin, std::find_if_not(begin, data.end(), isOrdinary));
+      read.html += run;
+      read.pendingLineText += run;
+      index += run.size();
+    } else if (byte == escape) {
+      translator_.translateEscape(index, data, read.html, colours);
+      ++index;
+    } else if (byte == telnetCommand) {
+      index += telnetCommandLength;
+    } else {
+      translateByte(byte, options, read);
+      ++index;
+    }
+  }
+}
+
+void OutputPipeline::translateByte(char byte, const PipelineOptions& options, Read& read) {
+  const auto* row =
+      std::find_if(byteRows.begin(), byteRows.end(),
+                   [byte](const ByteRow& candidate) { return candidate.byte == byte; });
+  if (row == byteRows.end())
+    return;
+  const auto mode = !options.parseHtml ? Mode::NoHtml
+                    : insideTag_       ? Mode::InsideTag
+                                       : Mode::OutsideTag;
+  read.html += row->html[static_cast<std::size_t>(mode)];
+  read.pendingLineText += row->plain;
+  if (options.parseHtml && (byte == '<' || byte == '>'))
+    insideTag_ = byte == '<';
+  if (options.playBeeps && byte == '\a')
+    read.beep = true;
+}

@@ -1,0 +1,50 @@
+#include "terminal/core/Vitals.h"
+
+#include <QtGlobal>
+
+#include "scan/Format.h"
+
+namespace {
+
+constexpr qsizetype numberCount = 6;
+
+std::optional<scan::Result> readPrompt(const char* line) {
+  static const std::array<std::optional<scan::Format>, 2> formats{
+      scan::Format::compile("hp: [ %d / %d ], sp: [ %d / %d ], ep: [ %d / %d ]"),
+      scan::Format::compile("HP: [%d/%d], SP: [%d/%d], EP: [%d/%d]"),
+  };
+  for (const auto& format : formats) {
+    if (!format)
+      continue;
+    scan::Result result = format->scan(line);
+    if (result.count() == numberCount)
+      return result;
+  }
+  return std::nullopt;
+}
+
+std::optional<int> percentage(int current, int maximum) {
+  if (current < 0)
+    return 0;
+  if (maximum == 0)
+    return std::nullopt;
+  // 32-bit arithmetic that wraps: huge values give odd percentages, which the
+  // bar leaves aside.
+  const auto product = static_cast<int>(static_cast<quint32>(current) * 100U);
+  // The one quotient that does not fit wraps too, to the dividend itself.
+  return maximum == -1 ? static_cast<int>(0U - static_cast<quint32>(product)) : product / maximum;
+}
+
+}  // namespace
+
+std::optional<VitalPercentages> parseVitals(const char* line) {
+  const auto numbers = readPrompt(line);
+  if (!numbers)
+    return std::nullopt;
+  VitalPercentages percentages;
+  for (std::size_t bar = 0; bar < percentages.size(); ++bar) {
+    const auto field = static_cast<qsizetype>(2 * bar);
+    percentages[bar] = percentage(numbers->number(field), numbers->number(field + 1));
+  }
+  return percentages;
+}
