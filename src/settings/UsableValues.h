@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QFont>
+#include <QList>
+#include <QPoint>
+#include <QRect>
+#include <QSize>
+#include <QString>
+
+/// A stored value can be anything; these turn it into one that the window can
+/// take without harm. All lengths are pixels unless said otherwise.
+namespace settings {
+
+inline constexpr QSize defaultWindowSize{800, 800};
+inline constexpr QPoint defaultWindowPos{200, 200};
+inline constexpr QSize defaultIconSize{48, 48};
+inline constexpr int largestIcon = 512;
+inline constexpr int largestFontPoints = 200;
+inline constexpr int largestFontPixels = 400;
+
+/// The stored size, or the default for one that is empty or larger than largest
+/// in either direction.
+[[nodiscard]] QSize usableWindowSize(QSize stored, QSize largest);
+
+/// The stored position, or the default when a window of that size would touch
+/// none of the screens.
+[[nodiscard]] QPoint usableWindowPos(QPoint stored, QSize size, const QList<QRect>& screens);
+
+/// Each dimension from 0 to largestIcon stays, any other becomes 48.
+[[nodiscard]] QSize usableIconSize(QSize stored);
+
+/// The font with its size and spacings brought down to what can be laid out.
+[[nodiscard]] QFont usableFont(QFont font);
+
+/// The usable font of a text from QFont::toString; the default-constructed font
+/// for a text that does not parse.
+[[nodiscard]] QFont fontFromText(const QString& text);
+
+}  // namespace settings
