@@ -1,0 +1,90 @@
+#include "settings/SettingsStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+
+#include "settings/SettingsFields.h"
+
+namespace {
+
+constexpr auto sizeKey = "size";
+constexpr auto posKey = "pos";
+
+/// The user's store, inside the one group that holds everything.
+class Store {
+ public:
+  Store() {
+    // Where no file can be put beside the old one, writing it in place is
+    // better than losing the options.
+    settings_.setAtomicSyncRequired(false);
+    settings_.beginGroup(QStringLiteral("Global Settings"));
+  }
+
+  [[nodiscard]] QVariant value(const char* key, const QVariant& fallback) const {
+    return settings_.value(QLatin1String(key), fallback);
+  }
+  void setValue(const char* key, const QVariant& value) {
+    settings_.setValue(QLatin1String(key), value);
+  }
+  [[nodiscard]] QString fileName() const { return settings_.fileName(); }
+
+ private:
+  QSettings settings_{QStringLiteral("Dunmere Works"), QStringLiteral("Kelmora Client v3.9b")};
+};
+
+#ifndef Q_OS_WIN  // there the store is the user's registry, which is private already
+
+void makeOwnFolder(const QString& path) {
+  if (QFileInfo::exists(path))
+    return;
+  const QString parent = QFileInfo(path).path();
+  if (parent != path)
+    makeOwnFolder(parent);
+  QDir().mkdir(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+}
+
+// The toolkit gives a rewritten file the permissions of the old one, from its
+// first byte on; so it is enough that an old one is there and is private. A
+// password must never stand in a file that others can open.
+void makePrivate(const QString& path) {
+  constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+  makeOwnFolder(QFileInfo(path).path());
+  if (QFileInfo(path).isFile()) {
+    if (QFile::setPermissions(path, ownerOnly))
+      return;
+    QFile::remove(path);  // not ours: it gives way to one that is
+  }
+  QFile created(path);
+  (void)created.open(QIODevice::ReadWrite, ownerOnly);  // a folder in its place stays as it is
+}
+
+#endif
+
+}  // namespace
+
+namespace settings {
+
+WindowPlace load(ClientSettings& record) {
+  const Store store;
+  const WindowPlace fallback;
+  const WindowPlace place{store.value(sizeKey, fallback.size).toSize(),
+                          store.value(posKey, fallback.pos).toPoint()};
+  for (const SettingsField& field : fields())
+    assign(record, field, store.value(field.storeKey, field.defaultValue));
+  return place;
+}
+
+void save(const ClientSettings& record, const WindowPlace& place) {
+  Store store;
+#ifndef Q_OS_WIN
+  makePrivate(store.fileName());
+#endif
+  store.setValue(sizeKey, place.size);
+  store.setValue(posKey, place.pos);
+  for (const SettingsField& field : fields())
+    store.setValue(field.storeKey, storedValue(record, field));
+}
+
+}  // namespace settings

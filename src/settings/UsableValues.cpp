@@ -1,0 +1,64 @@
+#include "settings/UsableValues.h"
+
+#include <algorithm>
+
+namespace {
+
+// Spacings of a sane font are a few pixels or a percentage; far larger ones
+// overflow the text layout's fixed-point numbers.
+constexpr qreal widestSpacing = 400;
+
+bool isUsableSpacing(qreal spacing) {
+  return spacing >= -widestSpacing && spacing <= widestSpacing;  // false for NaN
+}
+
+// Computed wide: a stored position may stand at the very edge of int.
+bool overlap(qint64 start, qint64 length, qint64 otherStart, qint64 otherLength) {
+  return start < otherStart + otherLength && otherStart < start + length;
+}
+
+}  // namespace
+
+namespace settings {
+
+QSize usableWindowSize(QSize stored, QSize largest) {
+  const bool fits = stored.width() <= largest.width() && stored.height() <= largest.height();
+  return !stored.isEmpty() && fits ? stored : defaultWindowSize;
+}
+
+QPoint usableWindowPos(QPoint stored, QSize size, const QList<QRect>& screens) {
+  const bool seen = std::any_of(screens.begin(), screens.end(), [&](const QRect& screen) {
+    return overlap(stored.x(), size.width(), screen.x(), screen.width()) &&
+           overlap(stored.y(), size.height(), screen.y(), screen.height());
+  });
+  return seen ? stored : defaultWindowPos;
+}
+
+QSize usableIconSize(QSize stored) {
+  const auto usable = [](int length, int fallback) {
+    return length >= 0 && length <= largestIcon ? length : fallback;
+  };
+  return {usable(stored.width(), defaultIconSize.width()),
+          usable(stored.height(), defaultIconSize.height())};
+}
+
+QFont usableFont(QFont font) {
+  if (font.pointSizeF() > largestFontPoints)
+    font.setPointSize(largestFontPoints);
+  if (font.pixelSize() > largestFontPixels)
+    font.setPixelSize(largestFontPixels);
+  if (!isUsableSpacing(font.letterSpacing()))
+    font.setLetterSpacing(QFont::PercentageSpacing, 0);
+  if (!isUsableSpacing(font.wordSpacing()))
+    font.setWordSpacing(0);
+  return font;
+}
+
+QFont fontFromText(const QString& text) {
+  QFont font;
+  if (!font.fromString(text))
+    return QFont();
+  return usableFont(std::move(font));
+}
+
+}  // namespace settings
