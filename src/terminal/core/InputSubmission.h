@@ -12,7 +12,7 @@ struct InputOptions {
   bool displayLocalEcho = true;
   bool flushInput = false;
   bool splitInput = true;
-  QString splitString;
+  QString splitString = {};
 };
 
 /// What is to be done with a line once Enter was pressed.

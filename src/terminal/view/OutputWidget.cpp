@@ -39,7 +39,11 @@ void OutputWidget::printInfo(const QString& text) {
   insertPlain(QStringLiteral("++ ") + text + u'\n', Qt::white, Qt::blue);
 }
 
-QVariant OutputWidget::loadResource(int /*type*/, const QUrl& /*name*/) { return {}; }
+QVariant OutputWidget::loadResource(int /*type*/, const QUrl& /*name*/) {
+  // Empty, but not null: for a null answer the document goes and reads the
+  // file itself.
+  return QByteArray("");
+}
 
 void OutputWidget::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {}
 
