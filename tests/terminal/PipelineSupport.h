@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <array>
+
+#include "LiteralPipeline.h"
+#include "terminal/core/OutputPipeline.h"
+
+inline const AnsiTranslator::ColourTexts normalColours{"#000000", "#660000", "#006600", "#666600",
+                                                       "#000066", "#660066", "#006666", "#bdbdbd"};
+inline const AnsiTranslator::ColourTexts boldColours{"#333333", "#ff0000", "#00ff00", "#ffff00",
+                                                     "#0000ff", "#ff00ff", "#00ffff", "#ffffff"};
+inline const QByteArray resetSpan = "<span style=\"color:#bdbdbd;background-color:#000000\">";
+
+/// A window that writes down what it is asked.
+class RecordingHost : public PipelineHost {
+ public:
+  void beep() override { events << Event{Event::Kind::Beep, {}}; }
+  void showServerHtml(const QString& html) override {
+    events << Event{Event::Kind::Html, html.toUtf8()};
+  }
+  void parseVitals(const char* line) override { events << Event{Event::Kind::Vitals, line}; }
+  void checkTriggers(const QByteArray& line) override {
+    events << Event{Event::Kind::Triggers, line};
+  }
+
+  [[nodiscard]] QList<QByteArray> all(Event::Kind kind) const {
+    QList<QByteArray> found;
+    for (const Event& event : events)
+      if (event.kind == kind)
+        found << event.bytes;
+    return found;
+  }
+  [[nodiscard]] QByteArray html() const { return all(Event::Kind::Html).join(); }
+  [[nodiscard]] QList<QByteArray> lines() const { return all(Event::Kind::Triggers); }
+
+  QList<Event> events;
+};
