@@ -37,3 +37,26 @@ class RecordingHost : public PipelineHost {
 
   QList<Event> events;
 };
+
+inline constexpr PipelineOptions plainText{
+    .displayAnsiColor = true, .playBeeps = true, .parseHtml = false, .displayURLs = false};
+inline constexpr PipelineOptions markup{
+    .displayAnsiColor = true, .playBeeps = true, .parseHtml = true, .displayURLs = false};
+
+/// A pipeline with colours and the window it talks to.
+struct Client {
+  Client() { pipeline.translator().buildColourSpans(normalColours, boldColours); }
+
+  void read(const QByteArray& data, const PipelineOptions& options = plainText) {
+    host.events.clear();
+    pipeline.readSocketData(data, options, host);
+  }
+  /// The HTML of the last read without the span that it reopens.
+  [[nodiscard]] QByteArray html(const QByteArray& reopened = resetSpan) const {
+    const QByteArray whole = host.html();
+    return whole.startsWith(reopened) ? whole.mid(reopened.size()) : "not reopened: " + whole;
+  }
+
+  OutputPipeline pipeline;
+  RecordingHost host;
+};

@@ -1,0 +1,238 @@
+#include <QElapsedTimer>
+#include <QTest>
+#include <algorithm>
+#include <functional>
+#include <random>
+#include <utility>
+
+#include "PipelineSupport.h"
+#include "support/ScratchMain.h"
+
+namespace {
+
+/// What all reads of a stream give together.
+struct Whole {
+  QByteArray html;   // without what each read reopens
+  QByteArray plain;  // pieces of different reads put end to end
+};
+
+Whole readInPieces(const QByteArray& stream, const QList<qsizetype>& cuts,
+                   const PipelineOptions& options) {
+  Client client;
+  Whole whole;
+  qsizetype start = 0;
+  for (qsizetype end : cuts + QList<qsizetype>{stream.size()}) {
+    const QByteArray reopened = client.pipeline.translator().currentSpan();
+    client.read(stream.mid(start, end - start), options);
+    whole.html += client.html(reopened);
+    whole.plain += client.host.lines().join('\n');
+    start = end;
+  }
+  return whole;
+}
+
+class Generator {
+ public:
+  explicit Generator(quint32 seed) : engine_(seed) {}
+
+  int pick(int limit) { return static_cast<int>(engine_() % static_cast<unsigned>(limit)); }
+
+  QByteArray stream(const QList<QByteArray>& pieces) {
+    QByteArray bytes;
+    for (int left = pick(40); left > 0; --left)
+      bytes += pieces.at(pick(static_cast<int>(pieces.size())));
+    return bytes;
+  }
+
+  QList<qsizetype> cuts(qsizetype size) {
+    QList<qsizetype> made;
+    for (int left = pick(6); left > 0; --left)
+      made << pick(static_cast<int>(size) + 1);
+    std::sort(made.begin(), made.end());
+    return made;
+  }
+
+ private:
+  std::mt19937 engine_;
+};
+
+/// A window that comes back into the pipeline, or does something else to it.
+class MeddlingHost : public RecordingHost {
+ public:
+  void beep() override {
+    RecordingHost::beep();
+    meddle(Event::Kind::Beep);
+  }
+  void showServerHtml(const QString& html) override {
+    RecordingHost::showServerHtml(html);
+    meddle(Event::Kind::Html);
+  }
+  void parseVitals(const char* line) override {
+    RecordingHost::parseVitals(line);
+    meddle(Event::Kind::Vitals);
+  }
+  void checkTriggers(const QByteArray& line) override {
+    RecordingHost::checkTriggers(line);
+    meddle(Event::Kind::Triggers);
+  }
+
+  Event::Kind when = Event::Kind::Triggers;
+  std::function<void()> once;
+
+ private:
+  void meddle(Event::Kind kind) {
+    if (kind != when || !once)
+      return;
+    const auto call = std::exchange(once, nullptr);
+    call();
+  }
+};
+
+}  // namespace
+
+/// What holds for every stream, and what the window may do meanwhile.
+class TstPipelineProperties : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void plainLinesDoNotDependOnColours();
+  void textDoesNotDependOnCuts();
+  void theWindowMayComeBack_data();
+  void theWindowMayComeBack();
+  void theWindowMayRebuildTheColours();
+  void largeReadsTakeLinearTime_data();
+  void largeReadsTakeLinearTime();
+};
+
+void TstPipelineProperties::plainLinesDoNotDependOnColours() {
+  constexpr quint32 seed = 20240610;
+  constexpr int streams = 5000;
+  qInfo("%d streams, seed %u", streams, seed);
+  Generator random(seed);
+  const QList<QByteArray> text{"a", "b ", "<", ">", "\n", "\t", "\a", "\r", "hp: [", "\xC3\xA9"};
+  const QList<QByteArray> colours{"\x1B[m",
+                                  "\x1B[31m",
+                                  "\x1B[1;38;5;7m",
+                                  "\x1B[38;5;196m",
+                                  "\x1B"
+                                  "m",
+                                  "\x1B[48;5;2m"};
+  for (int k = 0; k < streams; ++k) {
+    const QByteArray coloured = random.stream(text + colours);
+    QByteArray bare = coloured;
+    for (const QByteArray& colour : colours)
+      bare.replace(colour, "");
+    PipelineOptions options = markup;
+    options.parseHtml = random.pick(2) == 0;
+    Client shown;
+    shown.read(coloured, options);
+    Client none;
+    none.read(bare, options);
+    options.displayAnsiColor = false;
+    Client stripped;
+    stripped.read(coloured, options);
+    QCOMPARE(shown.host.lines(), none.host.lines());
+    QCOMPARE(stripped.host.lines(), none.host.lines());
+    // With colours off, what is shown is the bare text too.
+    QCOMPARE(stripped.host.html(), none.host.html());
+  }
+}
+
+void TstPipelineProperties::textDoesNotDependOnCuts() {
+  constexpr quint32 seed = 20240611;
+  constexpr int streams = 20000;
+  qInfo("%d streams, seed %u", streams, seed);
+  Generator random(seed);
+  // Nothing here is longer than a byte in what it means.
+  const QList<QByteArray> html{"a", "b", "<", ">", "\n", "\t", "\a", "\r", ";", "m", "[", "&"};
+  const QList<QByteArray> plain =
+      html + QList<QByteArray>{" ", "&#32;", "www.a", "http://b", "<space>", "\xC3\xA9", "\xE2"};
+  for (int k = 0; k < streams; ++k) {
+    const PipelineOptions options{.displayAnsiColor = random.pick(2) == 0,
+                                  .playBeeps = true,
+                                  .parseHtml = random.pick(2) == 0,
+                                  .displayURLs = false};
+    const QByteArray htmlStream = random.stream(html);
+    const Whole uncut = readInPieces(htmlStream, {}, options);
+    const Whole cut = readInPieces(htmlStream, random.cuts(htmlStream.size()), options);
+    QCOMPARE(cut.html, uncut.html);
+    QCOMPARE(cut.plain, uncut.plain);
+    const QByteArray plainStream = random.stream(plain);
+    QCOMPARE(readInPieces(plainStream, random.cuts(plainStream.size()), options).plain,
+             readInPieces(plainStream, {}, options).plain);
+  }
+}
+
+void TstPipelineProperties::theWindowMayComeBack_data() {
+  QTest::addColumn<Event::Kind>("when");
+  QTest::newRow("at the beep") << Event::Kind::Beep;
+  QTest::newRow("when HTML is shown") << Event::Kind::Html;
+  QTest::newRow("at the vitals") << Event::Kind::Vitals;
+  QTest::newRow("at the triggers") << Event::Kind::Triggers;
+}
+
+void TstPipelineProperties::theWindowMayComeBack() {
+  QFETCH(Event::Kind, when);
+  Client client;
+  MeddlingHost host;
+  host.when = when;
+  QByteArray data = "\aone\x1B[31m\ntwo";
+  host.once = [&] {
+    data.fill('!');
+    client.pipeline.readSocketData("inner", plainText, host);
+  };
+  client.pipeline.readSocketData(data, plainText, host);
+  QList<QByteArray> lines = host.lines();
+  QCOMPARE(lines.removeAll("inner"), 1);
+  QCOMPARE(lines, (QList<QByteArray>{"one", "two"}));
+  QVERIFY(host.all(Event::Kind::Html).contains("<span style=\"color:#660000\">inner"));
+  QVERIFY(host.all(Event::Kind::Html)
+              .contains(resetSpan + "one<span style=\"color:#660000\"><br>\ntwo"));
+}
+
+void TstPipelineProperties::theWindowMayRebuildTheColours() {
+  Client client;
+  MeddlingHost host;
+  host.when = Event::Kind::Html;
+  host.once = [&] { client.pipeline.translator().buildColourSpans(boldColours, normalColours); };
+  client.pipeline.readSocketData("\x1B[31ma\nb", plainText, host);
+  QCOMPARE(host.lines(), (QList<QByteArray>{"a", "b"}));
+  client.read("c");
+  QCOMPARE(client.host.html(),
+           QByteArray("<span style=\"color:#ffffff;background-color:#333333\">c"));
+}
+
+void TstPipelineProperties::largeReadsTakeLinearTime_data() {
+  QTest::addColumn<QByteArray>("unit");
+  for (const char* unit :
+       {"\n", "\t", " ", "<", "\a", "\xFF", "\x1B", "\x1B[", "a", "\xC3", "<tab>"})
+    QTest::addRow("four megabytes of %s", QByteArray(unit).toPercentEncoding().constData())
+        << QByteArray(unit);
+  QTest::newRow("four megabytes of NUL") << QByteArray(1, '\0');
+}
+
+void TstPipelineProperties::largeReadsTakeLinearTime() {
+  /// Counts, so that the time is the pipeline's own.
+  class CountingHost : public PipelineHost {
+   public:
+    void beep() override {}
+    void showServerHtml(const QString&) override { ++html; }
+    void parseVitals(const char*) override {}
+    void checkTriggers(const QByteArray&) override { ++lines; }
+    qsizetype html = 0;
+    qsizetype lines = 0;
+  };
+  QFETCH(QByteArray, unit);
+  const QByteArray data = unit.repeated(4'000'000 / unit.size());
+  Client client;
+  CountingHost host;
+  QElapsedTimer timer;
+  timer.start();
+  client.pipeline.readSocketData(data, {}, host);
+  QVERIFY2(timer.elapsed() < 10000, "not linear");
+  QCOMPARE(host.html, 1);
+  QCOMPARE(host.lines, data.count('\n') + 1);
+}
+
+KELMORA_TEST_MAIN(TstPipelineProperties)
+#include "tst_pipelineproperties.moc"
