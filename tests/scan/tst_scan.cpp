@@ -60,7 +60,7 @@ class Generator {
           text.remove(at, 1 + pick(3));
           break;
         case 1:
-          text.insert(at, bytesOf(QByteArrayView(" \t\n\v,%]-+09ab\xE9\0", 16), 3));
+          text.insert(at, bytesOf(QByteArrayView::fromArray(" \t\n\v,%]-+09ab\xE9"), 3));
           break;
         case 2:
           text.truncate(at);

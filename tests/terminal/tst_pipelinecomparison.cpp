@@ -64,7 +64,8 @@ class Generator {
   }
 
   QByteArray parameters() {
-    static constexpr QByteArrayView alphabet("0123456789;;;; \t\v-+38485;x\0", 30);
+    // With the NUL at its end.
+    static constexpr auto alphabet = QByteArrayView::fromArray("0123456789;;;; \t\v-+38485;x");
     QByteArray bytes;
     for (int left = pick(16); left > 0; --left)
       bytes += alphabet[pick(static_cast<int>(alphabet.size()))];
@@ -144,7 +145,8 @@ void TstPipelineComparison::everyReadIsAsTheRulesSay() {
 }
 
 void TstPipelineComparison::numbersAreReadAsTheWholeTextWouldBe() {
-  static constexpr QByteArrayView alphabet(" \t019-+x\0", 9);
+  // With the NUL at its end.
+  static constexpr auto alphabet = QByteArrayView::fromArray(" \t019-+x");
   constexpr int length = 6;
   int texts = 1;
   for (int k = 0; k < length; ++k)
