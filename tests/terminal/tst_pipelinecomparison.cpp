@@ -161,9 +161,9 @@ void TstPipelineComparison::numbersAreReadAsTheWholeTextWouldBe() {
         QFAIL(text.toPercentEncoding().constData());
     }
   }
-  for (const char* start :
-       {"2147483640", "-2147483640", "4294967290", "9223372036854775800", "-9223372036854775800",
-        "18446744073709551610", "0000000000000000000000"}) {
+  for (const char* start : {"2147483647", "2147483648", "-2147483648", "-2147483649", "-2147483640",
+                            "4294967290", "9223372036854775800", "-9223372036854775800",
+                            "18446744073709551610", "0000000000000000000000"}) {
     CodeNumber number;
     QByteArray text;
     for (const char byte : QByteArray(start) + "9 ") {

@@ -20,14 +20,13 @@ class Parameter {
   void append(char byte) {
     number_.append(byte);
     if (length_ < head_.size())
-      head_[length_] = byte;
-    if (length_ <= head_.size())
-      ++length_;
+      head_[length_++] = byte;
   }
   /// The low byte of the value is what counts: 294 acts as 38.
   [[nodiscard]] quint8 code() const { return static_cast<quint8>(number_.value()); }
+  /// Asked only until it is one: nothing is appended to a marker.
   [[nodiscard]] bool isMarker(char colourCode) const {
-    return length_ == head_.size() && head_ == std::array<char, 4>{colourCode, '8', '5', ';'};
+    return head_ == std::array<char, 4>{colourCode, '8', '5', ';'};
   }
 
  private:
@@ -35,6 +34,26 @@ class Parameter {
   /// The first bytes, to know the introduction of a palette index by.
   std::array<char, 4> head_{};
   std::size_t length_ = 0;
+};
+
+/// A megabyte of ";" is a million times the same code. Its span opened once
+/// more shows nothing new, so a long run of it is not let into the HTML.
+class RepeatGuard {
+ public:
+  [[nodiscard]] bool admits(quint8 code) {
+    if (code != last_)
+      count_ = 0;
+    last_ = code;
+    if (count_ == limit)
+      return false;
+    ++count_;
+    return true;
+  }
+
+ private:
+  static constexpr int limit = 64;
+  quint8 last_ = 0;
+  int count_ = 0;
 };
 
 }  // namespace
@@ -70,6 +89,7 @@ void AnsiTranslator::translateEscape(qsizetype& index, QByteArrayView data, QByt
   // Both are lost when the data ends here: a resumed sequence starts empty.
   Parameter parameter;
   CodeNumber paletteIndex;
+  RepeatGuard repeats;
   auto extended = Extended::No;
   for (char byte = '\0'; byte != 'm';) {
     if (atEnd())
@@ -78,7 +98,7 @@ void AnsiTranslator::translateEscape(qsizetype& index, QByteArrayView data, QByt
     if (extended == Extended::No) {
       if (byte != ';' && byte != 'm')
         parameter.append(byte);
-      else if (colours == Colours::Shown)
+      else if (colours == Colours::Shown && repeats.admits(parameter.code()))
         extended = applyCode(parameter.code(), html);
     } else if (!parameter.isMarker(extended == Extended::Foreground ? '3' : '4')) {
       parameter.append(byte);

@@ -42,9 +42,10 @@ std::optional<VitalPercentages> parseVitals(const char* line) {
   if (!numbers)
     return std::nullopt;
   VitalPercentages percentages;
-  for (std::size_t bar = 0; bar < percentages.size(); ++bar) {
-    const auto field = static_cast<qsizetype>(2 * bar);
-    percentages[bar] = percentage(numbers->number(field), numbers->number(field + 1));
+  qsizetype field = 0;
+  for (auto& bar : percentages) {
+    bar = percentage(numbers->number(field), numbers->number(field + 1));
+    field += 2;
   }
   return percentages;
 }
