@@ -13,3 +13,5 @@ void Beeper::beep() {
   }
   effect_->play();
 }
+
+bool Beeper::isLoaded() const { return effect_ && effect_->isLoaded(); }

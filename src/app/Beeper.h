@@ -15,6 +15,9 @@ class Beeper {
   /// Plays the beep from its start.
   void beep();
 
+  /// Whether the sound is ready to be heard.
+  [[nodiscard]] bool isLoaded() const;
+
  private:
   std::unique_ptr<QSoundEffect> effect_;
 };

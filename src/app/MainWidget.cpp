@@ -28,7 +28,7 @@ namespace {
 constexpr int toolbarHeight = 70;
 /// Bytes taken from the socket at a time. A server that never pauses is read
 /// in bites, so that keys and paint get their turn between two of them.
-constexpr qint64 readBite = 16 * 1024;
+constexpr qint64 readBite = 4 * 1024;
 
 AnsiTranslator::ColourTexts textsOf(const ColourTexts& colours) {
   AnsiTranslator::ColourTexts texts;

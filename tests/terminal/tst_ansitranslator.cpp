@@ -73,7 +73,6 @@ class TstAnsiTranslator : public QObject {
   void equalColourTextsAreStillDifferentColours();
   void spansOfNormalColours();
   void nothingIsOpenedBeforeTheColoursAreKnown();
-  void aCodeRepeatedWithoutEndStaysSmall();
   void hostileSequencesTakeLinearTime_data();
   void hostileSequencesTakeLinearTime();
 };
@@ -355,19 +354,6 @@ void TstAnsiTranslator::nothingIsOpenedBeforeTheColoursAreKnown() {
   translator.translateEscape(index, "\x1B[1;31m", html, AnsiTranslator::Colours::Shown);
   QCOMPARE(html, QByteArray());
   QCOMPARE(index, 6);
-}
-
-void TstAnsiTranslator::aCodeRepeatedWithoutEndStaysSmall() {
-  Reader reader;
-  QCOMPARE(reader.read("\x1B[" + QByteArray(63, ';') + "m"), resetSpan.repeated(64));
-  QCOMPARE(reader.read("\x1B[" + QByteArray(1'000'000, ';') + "m"), resetSpan.repeated(64));
-  // The run ends with another code, which counts.
-  QCOMPARE(reader.read("\x1B[" + QByteArray(1'000'000, ';') + "3;1m"),
-           resetSpan.repeated(64) + normal(1));
-  QCOMPARE(reader.read("\x1B[1" + QByteArray(1'000'000, ';') + "m"), bold(1).repeated(64));
-  QVERIFY(reader.translator.boldActive());
-  QCOMPARE(reader.read("\x1B[42" + QByteArray(1'000'000, ';') + "m"), back(2).repeated(64));
-  QVERIFY(reader.read("\x1B[" + QByteArray("1;").repeated(1'000'000) + "m").size() < 10'000);
 }
 
 void TstAnsiTranslator::hostileSequencesTakeLinearTime_data() {

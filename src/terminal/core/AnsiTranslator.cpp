@@ -36,26 +36,6 @@ class Parameter {
   std::size_t length_ = 0;
 };
 
-/// A megabyte of ";" is a million times the same code. Its span opened once
-/// more shows nothing new, so a long run of it is not let into the HTML.
-class RepeatGuard {
- public:
-  [[nodiscard]] bool admits(quint8 code) {
-    if (code != last_)
-      count_ = 0;
-    last_ = code;
-    if (count_ == limit)
-      return false;
-    ++count_;
-    return true;
-  }
-
- private:
-  static constexpr int limit = 64;
-  quint8 last_ = 0;
-  int count_ = 0;
-};
-
 }  // namespace
 
 void AnsiTranslator::buildColourSpans(const ColourTexts& normalColour,
@@ -89,7 +69,6 @@ void AnsiTranslator::translateEscape(qsizetype& index, QByteArrayView data, QByt
   // Both are lost when the data ends here: a resumed sequence starts empty.
   Parameter parameter;
   CodeNumber paletteIndex;
-  RepeatGuard repeats;
   auto extended = Extended::No;
   for (char byte = '\0'; byte != 'm';) {
     if (atEnd())
@@ -98,7 +77,7 @@ void AnsiTranslator::translateEscape(qsizetype& index, QByteArrayView data, QByt
     if (extended == Extended::No) {
       if (byte != ';' && byte != 'm')
         parameter.append(byte);
-      else if (colours == Colours::Shown && repeats.admits(parameter.code()))
+      else if (colours == Colours::Shown)
         extended = applyCode(parameter.code(), html);
     } else if (!parameter.isMarker(extended == Extended::Foreground ? '3' : '4')) {
       parameter.append(byte);

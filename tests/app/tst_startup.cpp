@@ -1,0 +1,97 @@
+#include "app/ApplicationFonts.h"
+#include "app/Beeper.h"
+#include "app/MainWidget.h"
+#include "support/ScratchMain.h"
+#include "terminal/view/OutputWidget.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFontInfo>
+#include <QPixmap>
+#include <QSplashScreen>
+#include <QTest>
+
+namespace {
+
+/// Notes when a widget is painted for the first time.
+class PaintWatch : public QObject {
+ public:
+  explicit PaintWatch(QWidget& watched) { watched.installEventFilter(this); }
+  [[nodiscard]] bool painted() const { return painted_; }
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    painted_ = painted_ || event->type() == QEvent::Paint;
+    return false;
+  }
+
+ private:
+  bool painted_ = false;
+};
+
+}  // namespace
+
+/// The first second of the program.
+class TestStartup : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void theWindowIsPaintedWithinASecondOfTheSplash();
+  void theDefaultFontIsTheEmbeddedOne();
+  void courierIsOfFixedPitch_data();
+  void courierIsOfFixedPitch();
+  void theBeepCanBeLoadedAndPlayed();
+};
+
+void TestStartup::theWindowIsPaintedWithinASecondOfTheSplash() {
+  QElapsedTimer clock;
+  clock.start();
+  QSplashScreen splash(QPixmap(QStringLiteral(":/icons/splash.png")));
+  splash.show();
+  QVERIFY(splash.isVisible());
+  installApplicationFonts();
+  QApplication::processEvents();
+  MainWidget window;
+  const PaintWatch watch(window);
+  window.show();
+  splash.finish(&window);
+  QVERIFY(QTest::qWaitFor([&] { return watch.painted(); }));
+  const qint64 elapsed = clock.elapsed();
+  qInfo("first paint %lld ms after the splash", static_cast<long long>(elapsed));
+  QVERIFY(!splash.isVisible());
+  QVERIFY(elapsed < 1000);
+}
+
+void TestStartup::theDefaultFontIsTheEmbeddedOne() {
+  installApplicationFonts();
+  const QFont font = QApplication::font();
+  QCOMPARE(font.family(), QString("Ubuntu Mono Regular"));
+  QCOMPARE(font.pointSize(), 12);
+  QCOMPARE(int(font.weight()), 1);
+  QVERIFY(!font.italic());
+  QCOMPARE(QFontInfo(font).family(), QString("Ubuntu Mono"));
+}
+
+void TestStartup::courierIsOfFixedPitch_data() {
+  QTest::addColumn<QString>("family");
+  QTest::newRow("the font of the pane and the bar") << "Courier";
+  QTest::newRow("the font of the licences") << "Courier New";
+}
+
+void TestStartup::courierIsOfFixedPitch() {
+  QFETCH(const QString, family);
+  installApplicationFonts();
+  const QFontMetrics metrics(QFont(family, 10));
+  QCOMPARE(metrics.horizontalAdvance("iiiiiiiiii"), metrics.horizontalAdvance("WWWWWWWWWW"));
+}
+
+void TestStartup::theBeepCanBeLoadedAndPlayed() {
+  Beeper beeper;
+  QVERIFY(!beeper.isLoaded());
+  beeper.beep();
+  QTRY_VERIFY(beeper.isLoaded());
+  beeper.beep();
+}
+
+KELMORA_GUI_TEST_MAIN(TestStartup)
+#include "tst_startup.moc"
