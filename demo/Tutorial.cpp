@@ -1,0 +1,67 @@
+#include "demo/Tutorial.h"
+
+namespace {
+
+// A further chapter is one further row: the list, the numbers and the way
+// from chapter to chapter follow from it.
+constexpr demo::Chapter kChapters[] = {
+    {"Typing",
+     "The bar at the bottom of the window is where you speak to the world. Type a "
+     "line, press Enter, and it goes on its way; what you sent is shown in yellow, "
+     "and the world's answer follows.\n\n"
+     "After Enter your line stays in the bar, selected. Press Enter again to send it "
+     "once more, or just type: the new words replace it. Escape empties the bar.\n\n"
+     "Try it: type `look`, or `look fountain` if you are in the square."},
+    {"The lines you typed before",
+     "Everything you send is remembered, the latest 256 lines of it. Up brings back "
+     "the line before, Up again the one before that; Down goes the other way, and "
+     "past the newest line to an empty bar.\n\n"
+     "Try it: type `say hello`, then `inventory`, then press Up twice and Enter. You "
+     "have said hello twice, and typed it once."},
+    {"Several commands at once",
+     "One line can hold several commands with a semicolon between them. They are "
+     "sent one after another, each as if you had typed it alone.\n\n"
+     "Try it: type `look;inventory;score`.\n\n"
+     "If you would rather keep your semicolons for winking, change the string that "
+     "splits a line, or switch splitting off, in the General settings (Ctrl+G)."},
+    {"Links",
+     "An address in the text becomes a link: click it, and your web browser opens "
+     "it.\n\n"
+     "Try it: type `link`.\n\n"
+     "Links can be switched off with \"Display clickable URLs\" in the General "
+     "settings."},
+    {"Colours",
+     "The world speaks in sixteen colours of its own, eight normal and eight bold, "
+     "and now and then in one of 256 others.\n\n"
+     "Try it: type `colours`.\n\n"
+     "Is the red too red? Every one of the sixteen has a button in the General "
+     "settings (Ctrl+G), and the fonts of the window and of the bar are there too."},
+    {"The three bars",
+     "At the right of the toolbar three bars show how you are: red for hit points, "
+     "blue for spell points, green for endurance. They follow the line that the "
+     "world sends after each answer, the one that begins with \"hp:\".\n\n"
+     "Try it: walk to the North Gate (`map` shows the way), type `kill straw` and "
+     "watch the bars. `cast spark` hurts a foe and costs spell points, `flee` ends a "
+     "fight the wise way, and `rest` gives everything back."},
+    {"The toolbar",
+     "Each button of the toolbar has a key:\n\n"
+     "  `Ctrl+J`  play, that is, connect       `Ctrl+D`  disconnect\n"
+     "  `Ctrl+S`  save this session to a file\n"
+     "  `Ctrl+E`  export your settings         `Ctrl+I`  import them\n"
+     "  `Ctrl+G`  general settings             `Ctrl+P`  proxy (when not connected)\n"
+     "  `Ctrl+M`  macros                       `Ctrl+L`  aliases\n"
+     "  `Ctrl+T`  triggers                     `Ctrl+H`  help\n\n"
+     "A saved session is a web page: it keeps the colours and can be read in any "
+     "browser."},
+    {"Off you go",
+     "That is all you need. `help` lists what you can do here, `map` shows where, "
+     "and `score` keeps count: there are sixteen places to see, six creatures to "
+     "meet, and a key that somebody really ought to find.\n\n"
+     "Mind the step, and greet the lighthouse from us."},
+};
+
+}  // namespace
+
+std::span<const demo::Chapter> demo::tutorial() {
+  return kChapters;
+}
