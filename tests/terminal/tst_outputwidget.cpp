@@ -36,6 +36,7 @@ class TestOutputWidget : public QObject {
   void messages_data();
   void messages();
   void theEchoEndsItsLine();
+  void aLinkIsReadableOnBlack();
   void writesKeepTheirOrder();
   void theViewFollowsWhateverArrives();
   void aLocalFileIsNeverReadIntoThePane();
@@ -133,6 +134,13 @@ void TestOutputWidget::theEchoEndsItsLine() {
   pane_->echoSentText("look\r\n");
   pane_->insertServerHtml("You see a lamp.");
   QCOMPARE(pane_->toPlainText(), QString("look\nYou see a lamp."));
+}
+
+void TestOutputWidget::aLinkIsReadableOnBlack() {
+  pane_->insertServerHtml("see <a href=\"http://a.example\">there</a>");
+  const QTextCharFormat format = formatOf("there");
+  QCOMPARE(format.anchorHref(), QString("http://a.example"));
+  QVERIFY(format.foreground().color().lightness() > 128);
 }
 
 void TestOutputWidget::writesKeepTheirOrder() {

@@ -5,6 +5,8 @@
 OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
     : QTextBrowser(parent), inputBar_(inputBar) {
   document()->setMaximumBlockCount(maximumParagraphs);
+  // The toolkit's link blue is made for white paper.
+  document()->setDefaultStyleSheet(QStringLiteral("a { color: #6fa8ff }"));
   setOpenExternalLinks(true);
   setWordWrapMode(QTextOption::WordWrap);
   setReadOnly(true);
