@@ -87,6 +87,12 @@ void ServerConnection::clientDisconnected() {
 }
 
 void ServerConnection::displaySocketError(QAbstractSocket::SocketError error) {
+  // Lines typed during an attempt wait in the socket. When it fails they are
+  // lost, lest they fail once more by themselves or reach a later connection.
+  if (socket_.state() == QAbstractSocket::UnconnectedState) {
+    socket_.abort();  // empties the socket,
+    socket_.close();  // which is an open device until then
+  }
   if (const auto text = errorText(error))
     host_.appendStatusLine(italic(QStringLiteral("Error: ") + *text));
   host_.moveCursorToEnd();

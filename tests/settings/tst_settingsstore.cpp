@@ -1,0 +1,485 @@
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTest>
+#include <QThread>
+#include <atomic>
+#include <limits>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "settings/SettingsFields.h"
+#include "settings/SettingsStore.h"
+#include "support/ScratchMain.h"
+
+namespace {
+
+constexpr auto folderMode = S_IRUSR | S_IWUSR | S_IXUSR;
+constexpr auto fileMode = S_IRUSR | S_IWUSR;
+
+QString configFolder() {
+  return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+}
+QString folder() {
+  return configFolder() + QStringLiteral("/Dunmere Works");
+}
+QString file() {
+  return folder() + QStringLiteral("/Kelmora Client v3.9b.conf");
+}
+
+/// Permission bits, 0 where there is nothing.
+mode_t modeOf(const QString& path) {
+  struct stat info {};
+  return ::stat(QFile::encodeName(path).constData(), &info) == 0 ? info.st_mode & 0777 : 0;
+}
+
+bool write(const QByteArray& content) {
+  QFile out(file());
+  return QDir().mkpath(folder()) && out.open(QIODevice::WriteOnly) &&
+         out.write(content) == content.size();
+}
+
+bool writeGroup(const QByteArray& lines) {
+  return write("[Global%20Settings]\n" + lines);
+}
+
+QByteArray content() {
+  QFile in(file());
+  return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
+}
+
+QStringList storedKeys() {
+  QSettings store(QStringLiteral("Dunmere Works"), QStringLiteral("Kelmora Client v3.9b"));
+  store.beginGroup(QStringLiteral("Global Settings"));
+  return store.allKeys();
+}
+
+/// The whole process creates files as widely as it is told to.
+class NoUmask {
+ public:
+  NoUmask() : before_(::umask(0)) {}
+  ~NoUmask() { ::umask(before_); }
+  Q_DISABLE_COPY_MOVE(NoUmask)
+
+ private:
+  mode_t before_;
+};
+
+/// Looks at every file of the folder, over and over, as a neighbour could.
+class Watcher : public QThread {
+ public:
+  ~Watcher() override {
+    stop_ = true;
+    wait();
+  }
+  [[nodiscard]] bool sawWideSecrets() const { return wide_; }
+  [[nodiscard]] int looks() const { return looks_; }
+
+ protected:
+  void run() override {
+    while (!stop_) {
+      const auto names = QDir(folder()).entryList(QDir::Files | QDir::Hidden);
+      for (const QString& name : names) {
+        if (!name.endsWith(QStringLiteral(".lock")) && (modeOf(folder() + u'/' + name) & 077) != 0)
+          wide_ = true;
+      }
+      ++looks_;
+    }
+  }
+
+ private:
+  std::atomic<bool> stop_ = false;
+  std::atomic<bool> wide_ = false;
+  std::atomic<int> looks_ = 0;
+};
+
+}  // namespace
+
+class TestSettingsStore : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void cleanup();
+
+  void aFirstStartYieldsTheDefaultsAndWritesNothing();
+  void aSaveHoldsEveryKeyAndNoOther();
+  void aSaveHoldsThePlainForms();
+  void keysOfOthersSurviveASave();
+  void aChangedRecordComesBackWhole();
+  void aTextComesBackAsItWas_data();
+  void aTextComesBackAsItWas();
+  void oneStoredValue_data();
+  void oneStoredValue();
+  void loadWritesNothing();
+  void oneMissingKeyIsItsDefault();
+  void aStoreThatIsNoneYieldsTheDefaults_data();
+  void aStoreThatIsNoneYieldsTheDefaults();
+  void aFolderInPlaceOfTheStoreIsLeftAlone();
+  void anUnreadableStoreYieldsTheDefaults();
+
+  void aNewStoreAndItsFoldersAreTheOwnersAlone();
+  void anExistingStoreIsNarrowedBeforeItIsWritten_data();
+  void anExistingStoreIsNarrowedBeforeItIsWritten();
+  void anExistingFolderKeepsItsPermissions();
+  void aLinkedStoreStaysALink_data();
+  void aLinkedStoreStaysALink();
+  void theStoreIsNeverReadableByOthers();
+};
+
+void TestSettingsStore::cleanup() {
+  QVERIFY(QDir(configFolder()).removeRecursively());
+}
+
+void TestSettingsStore::aFirstStartYieldsTheDefaultsAndWritesNothing() {
+  ClientSettings record;
+  record.port = 1;
+  record.hostName = QStringLiteral("elsewhere");
+  record.boldColour[3].assign("#111111");
+  const WindowPlace place = settings::load(record);
+  QCOMPARE(record, ClientSettings());
+  QCOMPARE(place.size, QSize(800, 800));
+  QCOMPARE(place.pos, QPoint(200, 200));
+  QVERIFY(!QFileInfo::exists(folder()));
+  QVERIFY(!QFileInfo::exists(configFolder()));
+}
+
+void TestSettingsStore::aSaveHoldsEveryKeyAndNoOther() {
+  settings::save(ClientSettings(), WindowPlace());
+  QStringList expected = {QStringLiteral("size"), QStringLiteral("pos")};
+  for (const SettingsField& field : settings::fields())
+    expected << QString::fromLatin1(field.storeKey);
+  QCOMPARE(expected.size(), 38);
+  QStringList keys = storedKeys();
+  keys.sort();
+  expected.sort();
+  QCOMPARE(keys, expected);
+
+  ClientSettings record;
+  QCOMPARE(settings::load(record), WindowPlace());
+  QCOMPARE(record, ClientSettings());
+}
+
+void TestSettingsStore::aSaveHoldsThePlainForms() {
+  ClientSettings record;
+  record.proxyPassword = QStringLiteral("open sesame");
+  settings::save(record, {QSize(640, 480), QPoint(-5, 7)});
+  const QByteArray text = content();
+  QVERIFY(text.contains("\ndisplayAnsiColor=1\n"));
+  QVERIFY(text.contains("\nparseHtml=0\n"));
+  QVERIFY(text.contains("\nport=5000\n"));
+  QVERIFY(text.contains("\nproxyPassword=open sesame\n"));
+  QVERIFY(text.contains("\nproxyPortNumber=\n"));
+  QVERIFY(text.contains("\niconSize=@Size(48 48)\n"));
+  QVERIFY(text.contains("\nsize=@Size(640 480)\n"));
+  QVERIFY(text.contains("\npos=@Point(-5 7)\n"));
+  QVERIFY(text.contains("\nwhite=#BDBDBD\n"));
+  QVERIFY(text.contains("\noutfont=\"" + ClientSettings().outFont.toString().toUtf8() + "\"\n"));
+}
+
+void TestSettingsStore::keysOfOthersSurviveASave() {
+  QVERIFY(writeGroup("ofTomorrow=1\n"));
+  settings::save(ClientSettings(), WindowPlace());
+  QCOMPARE(storedKeys().size(), 39);
+}
+
+void TestSettingsStore::aChangedRecordComesBackWhole() {
+  ClientSettings record;
+  record.outFont = QFont(QStringLiteral("Two Words"), 17, QFont::Bold, true);
+  record.inFont = QFont(QStringLiteral("Other"), 9);
+  record.inFont.setPixelSize(23);
+  record.iconSize = QSize(16, 99);
+  for (bool ClientSettings::*flag :
+       {&ClientSettings::displayAnsiColor, &ClientSettings::displayLocalEcho,
+        &ClientSettings::playBeeps, &ClientSettings::parseHtml, &ClientSettings::flushInput,
+        &ClientSettings::useProxyServer, &ClientSettings::displayURLs, &ClientSettings::splitInput})
+    record.*flag = !(record.*flag);
+  record.splitString = QStringLiteral("  ");
+  record.hostName = QStringLiteral("mud.example");
+  record.port = std::numeric_limits<int>::min();
+  record.proxyType = 5;
+  record.proxyHostName = QStringLiteral("proxy.example");
+  record.proxyPortNumber = QStringLiteral("8080");
+  record.proxyUserName = QStringLiteral("user");
+  record.proxyPassword = QStringLiteral("pass");
+  record.interfaceStyle = QString();
+  for (std::size_t i = 0; i < 8; ++i) {
+    record.normalColour[i].assign("#10000" + QByteArray::number(static_cast<int>(i)));
+    record.boldColour[i].assign("#20000" + QByteArray::number(static_cast<int>(i)));
+  }
+  const WindowPlace place{QSize(321, 123), QPoint(-40, 3000)};
+  settings::save(record, place);
+  ClientSettings loaded;
+  QCOMPARE(settings::load(loaded), place);
+  for (const SettingsField& field : settings::fields())
+    QCOMPARE(settings::storedValue(loaded, field), settings::storedValue(record, field));
+  QCOMPARE(loaded, record);
+}
+
+void TestSettingsStore::aTextComesBackAsItWas_data() {
+  QTest::addColumn<QString>("text");
+  QTest::newRow("empty") << QString();
+  QTest::newRow("no number") << QStringLiteral("abc");
+  QTest::newRow("a number with a zero before it") << QStringLiteral("007");
+  QTest::newRow("blanks at both ends") << QStringLiteral("  a b  ");
+  QTest::newRow("a comma, a quote, a semicolon") << QStringLiteral("a,b;\"c\"\\");
+  QTest::newRow("an at sign first") << QStringLiteral("@Size(1 2)");
+  QTest::newRow("line ends and tabs") << QStringLiteral("a\r\nb\tc");
+  QTest::newRow("beyond Latin-1") << QStringLiteral("\u00e9\u20ac\u6f22\U0001F600");
+  QTest::newRow("half a pair") << QString(QChar(0xd83d));
+  QTest::newRow("a zero character") << QString(QChar(0)) + u'x';
+  QTest::newRow("hexadecimal digits after an escape") << QStringLiteral("\u0001f\u00ffa");
+  QTest::newRow("a hundred thousand characters") << QString(100000, u'k');
+}
+
+void TestSettingsStore::aTextComesBackAsItWas() {
+  QFETCH(QString, text);
+  ClientSettings record;
+  for (QString ClientSettings::*field :
+       {&ClientSettings::splitString, &ClientSettings::hostName, &ClientSettings::proxyHostName,
+        &ClientSettings::proxyPortNumber, &ClientSettings::proxyUserName,
+        &ClientSettings::proxyPassword, &ClientSettings::interfaceStyle})
+    record.*field = text;
+  settings::save(record, WindowPlace());
+  ClientSettings loaded;
+  QCOMPARE(settings::load(loaded), WindowPlace());
+  QCOMPARE(loaded, record);
+}
+
+void TestSettingsStore::oneStoredValue_data() {
+  QTest::addColumn<QByteArray>("line");
+  QTest::addColumn<QByteArray>("key");
+  QTest::addColumn<QVariant>("expected");
+  const auto row = [](const char* name, const char* line, const char* key, const QVariant& value) {
+    QTest::newRow(name) << QByteArray(line) << QByteArray(key) << value;
+  };
+  row("any number but zero is on", "parseHtml=7", "parseHtml", 1);
+  row("zero is off", "displayURLs=0", "displayURLs", 0);
+  row("a word is off", "displayURLs=abc", "displayURLs", 0);
+  row("the word true is off", "displayURLs=true", "displayURLs", 0);
+  row("nothing is off", "displayURLs=", "displayURLs", 0);
+  row("a list is off", "displayURLs=1, 1", "displayURLs", 0);
+  row("an invalid value is off", "displayURLs=@Invalid()", "displayURLs", 0);
+  row("a port that is no number is 0", "port=x", "port", 0);
+  row("a port beyond int is what the toolkit makes of it", "port=4294967297", "port",
+      QVariant(QStringLiteral("4294967297")).toInt());
+  row("a port beyond 16 bits is kept", "port=65537", "port", 65537);
+  row("a size that is none is invalid", "iconSize=large", "iconSize", QSize());
+  row("a giant size is kept", "iconSize=@Size(2147483647 -3)", "iconSize",
+      QSize(std::numeric_limits<int>::max(), -3));
+  row("a point is no size", "iconSize=@Point(3 4)", "iconSize", QSize());
+  row("a size is no text", "hostName=@Size(3 4)", "hostName", QString());
+  row("a long colour is cut", "red=#12345678901234567890", "red", QStringLiteral("#123456"));
+  row("a colour of eight characters is cut", "whiteB=#1234567", "whiteB",
+      QStringLiteral("#123456"));
+  row("a colour ends at a zero", "red=#1\\x0\\x32", "red", QStringLiteral("#1"));
+  row("a rubbish serial value is no text", "hostName=@Variant(\\0\\0\\0\\x7f\\xff\\xff\\xff\\xff)",
+      "hostName", QString());
+  row("a monstrous font is bounded", "infont=\"Courier,100000,-1,5,50,0,0,0,0,0\"", "infont",
+      QFont(QStringLiteral("Courier"), 200).toString());
+  QFont familyAlone;
+  familyAlone.setFamily(QStringLiteral("Courier"));
+  row("a single word is a font family", "infont=Courier", "infont", familyAlone.toString());
+}
+
+void TestSettingsStore::oneStoredValue() {
+  QFETCH(QByteArray, line);
+  QFETCH(QByteArray, key);
+  QFETCH(QVariant, expected);
+  QVERIFY(writeGroup(line + '\n'));
+  ClientSettings record;
+  QCOMPARE(settings::load(record), WindowPlace());
+  const ClientSettings defaults;
+  for (const SettingsField& field : settings::fields())
+    QCOMPARE(settings::storedValue(record, field),
+             key == field.storeKey ? expected : settings::storedValue(defaults, field));
+}
+
+void TestSettingsStore::loadWritesNothing() {
+  const QByteArray before = "[Global%20Settings]\nport=4023\nred=#toolongtexthere\n";
+  QVERIFY(write(before));
+  QVERIFY(QFile::setPermissions(file(), QFile::ReadOwner | QFile::ReadOther));
+  const mode_t mode = modeOf(file());
+  ClientSettings record;
+  QCOMPARE(settings::load(record), WindowPlace());
+  QCOMPARE(record.port, 4023);
+  QCOMPARE(content(), before);
+  QCOMPARE(modeOf(file()), mode);
+  QCOMPARE(QDir(folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(),
+           1);
+}
+
+void TestSettingsStore::oneMissingKeyIsItsDefault() {
+  ClientSettings changed;
+  for (const SettingsField& field : settings::fields())
+    if (field.kind() == FieldKind::Flag)
+      settings::assign(changed, field, field.defaultValue.toInt() == 0 ? 1 : 0);
+  for (const SettingsField& missing : settings::fields()) {
+    settings::save(changed, WindowPlace());
+    {
+      QSettings store(QStringLiteral("Dunmere Works"), QStringLiteral("Kelmora Client v3.9b"));
+      store.remove(QStringLiteral("Global Settings/") + QLatin1String(missing.storeKey));
+    }
+    ClientSettings record;
+    QCOMPARE(settings::load(record), WindowPlace());
+    for (const SettingsField& field : settings::fields())
+      QCOMPARE(settings::storedValue(record, field),
+               settings::storedValue(&field == &missing ? ClientSettings() : changed, field));
+  }
+}
+
+void TestSettingsStore::aStoreThatIsNoneYieldsTheDefaults_data() {
+  QTest::addColumn<QByteArray>("bytes");
+  QTest::newRow("an empty file") << QByteArray();
+  QTest::newRow("zero bytes") << QByteArray(4096, '\0');
+  QByteArray binary;
+  for (int i = 0; i < 70000; ++i)
+    binary += static_cast<char>((i * 7919) >> 3);
+  QTest::newRow("binary rubbish") << binary;
+  QTest::newRow("an open bracket") << QByteArray("[Global%20Settings");
+  QTest::newRow("another group") << QByteArray("[Others]\nport=1\n");
+  QTest::newRow("no group") << QByteArray("port=1\n");
+  QTest::newRow("one endless line") << QByteArray(3000000, 'x');
+  QTest::newRow("a backslash at the end") << QByteArray("[Global%20Settings]\nfoo=\\");
+}
+
+void TestSettingsStore::aStoreThatIsNoneYieldsTheDefaults() {
+  QFETCH(QByteArray, bytes);
+  QVERIFY(write(bytes));
+  ClientSettings record;
+  QCOMPARE(settings::load(record), WindowPlace());
+  QCOMPARE(record, ClientSettings());
+
+  record.port = 23;
+  settings::save(record, WindowPlace());
+  ClientSettings loaded;
+  QCOMPARE(settings::load(loaded), WindowPlace());
+  QCOMPARE(loaded, record);
+  QCOMPARE(modeOf(file()), fileMode);
+}
+
+void TestSettingsStore::aFolderInPlaceOfTheStoreIsLeftAlone() {
+  QVERIFY(QDir().mkpath(file() + QStringLiteral("/inner")));
+  const mode_t before = modeOf(file());
+  ClientSettings record;
+  QCOMPARE(settings::load(record), WindowPlace());
+  QCOMPARE(record, ClientSettings());
+  settings::save(record, WindowPlace());
+  QVERIFY(QFileInfo(file() + QStringLiteral("/inner")).isDir());
+  QCOMPARE(modeOf(file()), before);
+}
+
+void TestSettingsStore::anUnreadableStoreYieldsTheDefaults() {
+  QVERIFY(writeGroup("port=4023\n"));
+  // The owner of everything reads everything, so this test is somebody else.
+  const bool root = ::geteuid() == 0;
+  const uid_t nobody = 65534;
+  if (root) {
+    for (const QString& path : {QDir::homePath(), configFolder(), folder(), file()})
+      QCOMPARE(::chown(QFile::encodeName(path).constData(), nobody, static_cast<gid_t>(-1)), 0);
+    QCOMPARE(::seteuid(nobody), 0);
+  }
+  QCOMPARE(::chmod(QFile::encodeName(file()).constData(), 0), 0);
+  QFile probe(file());
+  const bool readable = probe.open(QIODevice::ReadOnly);
+  ClientSettings record;
+  const WindowPlace place = settings::load(record);
+  ClientSettings changed;
+  changed.port = 11995;
+  settings::save(changed, WindowPlace());
+  ClientSettings loaded;
+  const WindowPlace loadedPlace = settings::load(loaded);
+  if (root)
+    QCOMPARE(::seteuid(0), 0);
+  QVERIFY(!readable);
+  QCOMPARE(place, WindowPlace());
+  QCOMPARE(record, ClientSettings());
+  QCOMPARE(loadedPlace, WindowPlace());
+  QCOMPARE(loaded, changed);  // a save mends it
+  QCOMPARE(modeOf(file()), fileMode);
+}
+
+void TestSettingsStore::aNewStoreAndItsFoldersAreTheOwnersAlone() {
+  const NoUmask noUmask;
+  settings::save(ClientSettings(), WindowPlace());
+  QCOMPARE(modeOf(file()), fileMode);
+  QCOMPARE(modeOf(folder()), folderMode);
+  QCOMPARE(modeOf(configFolder()), folderMode);
+  settings::save(ClientSettings(), WindowPlace());
+  QCOMPARE(modeOf(file()), fileMode);
+}
+
+void TestSettingsStore::anExistingStoreIsNarrowedBeforeItIsWritten_data() {
+  QTest::addColumn<int>("mode");
+  QTest::newRow("0644") << 0644;
+  QTest::newRow("0666") << 0666;
+  QTest::newRow("0777") << 0777;
+  QTest::newRow("0400, too narrow to be written") << 0400;
+}
+
+void TestSettingsStore::anExistingStoreIsNarrowedBeforeItIsWritten() {
+  QFETCH(int, mode);
+  const NoUmask noUmask;
+  QVERIFY(writeGroup("port=4023\n"));
+  QCOMPARE(::chmod(QFile::encodeName(file()).constData(), static_cast<mode_t>(mode)), 0);
+  ClientSettings record;
+  record.proxyPassword = QStringLiteral("secret");
+  settings::save(record, WindowPlace());
+  QCOMPARE(modeOf(file()), fileMode);
+  QVERIFY(content().contains("proxyPassword=secret"));
+}
+
+void TestSettingsStore::anExistingFolderKeepsItsPermissions() {
+  QVERIFY(QDir().mkpath(folder()));
+  QCOMPARE(::chmod(QFile::encodeName(folder()).constData(), 0755), 0);
+  settings::save(ClientSettings(), WindowPlace());
+  QCOMPARE(modeOf(folder()), mode_t{0755});
+  QCOMPARE(modeOf(file()), fileMode);
+}
+
+void TestSettingsStore::aLinkedStoreStaysALink_data() {
+  QTest::addColumn<bool>("targetExists");
+  QTest::newRow("to a file") << true;
+  QTest::newRow("to nothing yet") << false;
+}
+
+void TestSettingsStore::aLinkedStoreStaysALink() {
+  QFETCH(bool, targetExists);
+  const NoUmask noUmask;
+  QVERIFY(QDir().mkpath(folder()));
+  const QString target = configFolder() + QStringLiteral("/kept elsewhere");
+  if (targetExists) {
+    QFile out(target);
+    QVERIFY(out.open(QIODevice::WriteOnly));
+  }
+  QVERIFY(QFile::link(target, file()));
+  settings::save(ClientSettings(), WindowPlace());
+  QVERIFY(QFileInfo(file()).isSymLink());
+  QCOMPARE(modeOf(target), fileMode);
+  QVERIFY(content().contains("port=5000"));
+}
+
+void TestSettingsStore::theStoreIsNeverReadableByOthers() {
+  const NoUmask noUmask;
+  QVERIFY(QDir().mkpath(folder()));
+  QCOMPARE(::chmod(QFile::encodeName(folder()).constData(), 0755), 0);
+  ClientSettings record;
+  record.proxyPassword = QStringLiteral("secret");
+  Watcher watcher;
+  watcher.start();
+  QTRY_VERIFY(watcher.looks() > 0);
+  for (int i = 0; i < 200; ++i) {
+    record.port = i;
+    settings::save(record, WindowPlace());
+    if (i % 2 == 0)
+      QVERIFY(QFile::remove(file()));
+  }
+  QVERIFY(watcher.looks() > 10);
+  QVERIFY(!watcher.sawWideSecrets());
+}
+
+KELMORA_VALUE_TEST_MAIN(TestSettingsStore)
+#include "tst_settingsstore.moc"
