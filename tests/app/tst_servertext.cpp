@@ -23,7 +23,6 @@ class TestServerText : public QObject {
   void anyBytesCutAnywhereLeaveTheWindowAlive_data();
   void anyBytesCutAnywhereLeaveTheWindowAlive();
   void oneByteAtATime();
-  void aLargeAnswerArrivesWhole();
   void markupOfAnyDepthIsSurvived_data();
   void markupOfAnyDepthIsSurvived();
 
@@ -189,17 +188,6 @@ void TestServerText::oneByteAtATime() {
     QTest::qWait(2);
   }
   QTRY_COMPARE(play.text(), QString("slow,but(whole)\n"));
-}
-
-void TestServerText::aLargeAnswerArrivesWhole() {
-  PlayWindow play(server_->port());
-  QVERIFY(play.connectTo(*server_));
-  play.pane->clear();
-  QByteArray bytes;
-  for (int i = 0; i < 2000; ++i) bytes += "line " + QByteArray::number(i) + " of the answer\r\n";
-  server_->send(bytes);
-  QTRY_VERIFY_WITH_TIMEOUT(play.text().endsWith("line 1999 of the answer\n"), 60000);
-  QCOMPARE(play.text().toLatin1(), QByteArray(bytes).replace('\r', ""));
 }
 
 void TestServerText::markupOfAnyDepthIsSurvived_data() {

@@ -1,0 +1,68 @@
+#include "PlayWindow.h"
+#include "net/ProxyProcess.h"
+#include "support/ScratchMain.h"
+
+#include <QApplication>
+
+/// More text than one read takes, straight and through real proxies: all of it
+/// arrives, in order, also when the server closes right behind it.
+class TestLongAnswer : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void cleanup() { QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy); }
+  void arrivesWhole_data();
+  void arrivesWhole();
+};
+
+void TestLongAnswer::arrivesWhole_data() {
+  QTest::addColumn<QString>("program");
+  QTest::addColumn<int>("proxyType");
+  QTest::newRow("straight") << QString() << 0;
+  QTest::newRow("through a SOCKS 5 proxy") << "microsocks" << int(QNetworkProxy::Socks5Proxy);
+  QTest::newRow("through an HTTP proxy") << "tinyproxy" << int(QNetworkProxy::HttpProxy);
+}
+
+void TestLongAnswer::arrivesWhole() {
+  QFETCH(const QString, program);
+  QFETCH(const int, proxyType);
+  PlayWindow::Options options;
+  ProxyProcess proxy;
+  if (!program.isEmpty()) {
+    const QString path = ProxyProcess::find(program);
+    if (path.isEmpty()) QSKIP("the proxy is not installed: its package has the name of the row");
+    const auto command = [&](quint16 port) -> QStringList {
+      if (program == "microsocks") return {path, "-i", "127.0.0.1", "-p", QString::number(port)};
+      QFile config("tinyproxy.conf");
+      if (config.open(QIODevice::WriteOnly))
+        config.write("Listen 127.0.0.1\nPort " + QByteArray::number(port) +
+                     "\nTimeout 60\nMaxClients 20\nAllow 127.0.0.1\n");
+      config.close();
+      return {path, "-d", "-c", QDir::current().absoluteFilePath("tinyproxy.conf")};
+    };
+    QVERIFY2(proxy.start(command), proxy.output().constData());
+    // An address that the toolkit does not take for the loopback, which it
+    // would never ask a proxy for.
+    options = {{"hostName", "0.0.0.0"},
+               {"useProxyServer", 1},
+               {"proxyType", proxyType},
+               {"proxyHostName", "127.0.0.1"},
+               {"proxyPortNumber", QString::number(proxy.port())}};
+  }
+
+  GameServer server;
+  PlayWindow play(server.port(), options);
+  QVERIFY(play.connectTo(server));
+  play.pane->clear();
+  QByteArray bytes;
+  for (int i = 0; i < 2000; ++i) bytes += "line " + QByteArray::number(i) + " of the answer\r\n";
+  server.send(bytes);
+  server.peer()->disconnectFromHost();
+  QTRY_COMPARE_WITH_TIMEOUT(play.connectionStates(), QString("+-+"), 60000);
+  QCOMPARE(play.text().section('\n', 0, 1999).toLatin1() + "\n",
+           QByteArray(bytes).replace('\r', ""));
+  QCOMPARE(play.lastLine(), QString("Disconnected from host!"));
+}
+
+KELMORA_GUI_TEST_MAIN(TestLongAnswer)
+#include "tst_longanswer.moc"
