@@ -1,12 +1,9 @@
 #include "demo/DemoServer.h"
 
 #include <QHostAddress>
-#include <QNetworkProxy>
 
 DemoServer::DemoServer(const DemoOptions& options, QObject* parent)
     : QObject(parent), options_(options), world_(options, *this) {
-  // A proxy that the rest of the process uses is no business of a local port.
-  listener_.setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
   heart_.setInterval(options_.roundInterval);
   connect(&heart_, &QTimer::timeout, this, [this] { world_.beat(); });
   connect(&listener_, &QTcpServer::newConnection, this, &DemoServer::acceptConnections);

@@ -29,7 +29,7 @@ bool isName(const QString& name) {
 }
 
 QString asName(const QString& typed) {
-  const QString composed = typed.normalized(QString::NormalizationForm_C).toLower();
+  QString composed = typed.normalized(QString::NormalizationForm_C).toLower();
   if (composed.isEmpty())
     return composed;
   return composed.at(0).toUpper() + composed.sliced(1);

@@ -26,7 +26,7 @@ constexpr std::array<demo::Scenery, 14> kScenery{{
     {PlaceId::Hollow, "sign", "Underneath, in even greater haste: \"AND CERTAINLY NOT ON DUTY\"."},
     {PlaceId::Harbour, "slate", "High water: yes. Low water: later."},
     {PlaceId::Lighthouse, "coats",
-     "Nine coats, nine hooks, one keeper. He likes to be asked twice."},
+     "Nine coats, nine pegs, one keeper. He likes to be asked twice."},
     {PlaceId::LampRoom, "lamp",
      "Its light passes over you like a page being turned. You feel read, and well reviewed."},
 }};

@@ -9,14 +9,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr qint64 kReadBuffer = 16 * 1024;
+constexpr qint64 kReadBuffer = 16'384;
 constexpr qint64 kReadChunk = 4096;
 // One player's stream of lines must not keep the others waiting.
 constexpr int kLinesPerTurn = 16;
 constexpr int kFloodLinesPerWrite = 100;
-constexpr qint64 kFloodWater = 64 * 1024;
+constexpr qint64 kFloodWater = 65'536;
 // A player who asks but does not read is not asked further questions.
-constexpr qint64 kInputWater = 256 * 1024;
+constexpr qint64 kInputWater = 262'144;
 constexpr auto kFarewell = 3s;
 
 }  // namespace
@@ -26,12 +26,15 @@ PlayerSession::PlayerSession(QTcpSocket* socket, qint64 maxUnsentBytes, QObject*
   socket_->setParent(this);
   socket_->setReadBufferSize(kReadBuffer);
   socket_->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+  later_.setSingleShot(true);
+  later_.setInterval(0);
+  connect(&later_, &QTimer::timeout, this, &PlayerSession::goOn);
   closing_.setSingleShot(true);
   connect(&closing_, &QTimer::timeout, this, &PlayerSession::end);
   connect(socket_, &QTcpSocket::readyRead, this, &PlayerSession::takeInput);
   connect(socket_, &QTcpSocket::bytesWritten, this, [this] {
     pumpFlood();
-    takeInputLater();
+    later_.start();
   });
   connect(socket_, &QTcpSocket::disconnected, this, &PlayerSession::end);
 }
@@ -51,7 +54,7 @@ void PlayerSession::send(const QByteArray& response) {
 
 void PlayerSession::startFlood(int lines) {
   flood_ = Flood{0, lines};
-  QMetaObject::invokeMethod(this, &PlayerSession::pumpFlood, Qt::QueuedConnection);
+  later_.start();
 }
 
 std::optional<int> PlayerSession::stopFlood() {
@@ -84,23 +87,19 @@ void PlayerSession::takeInput() {
       continue;
     Q_EMIT lineReceived(line->bytes, line->cut);
     if (++lines == kLinesPerTurn) {
-      takeInputLater();
+      later_.start();
       return;
     }
   }
 }
 
-void PlayerSession::takeInputLater() {
-  if (inputScheduled_ || over_)
+void PlayerSession::goOn() {
+  if (over_) {
+    Q_EMIT ended();
     return;
-  inputScheduled_ = true;
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        inputScheduled_ = false;
-        takeInput();
-      },
-      Qt::QueuedConnection);
+  }
+  pumpFlood();
+  takeInput();
 }
 
 void PlayerSession::pumpFlood() {
@@ -126,5 +125,5 @@ void PlayerSession::end() {
   over_ = true;
   flood_.reset();
   closing_.stop();
-  QMetaObject::invokeMethod(this, &PlayerSession::ended, Qt::QueuedConnection);
+  later_.start();
 }

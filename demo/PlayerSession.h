@@ -39,17 +39,19 @@ class PlayerSession : public QObject {
   };
 
   void takeInput();
-  void takeInputLater();
+  void goOn();
   void pumpFlood();
   void end();
 
   QTcpSocket* socket_;
+  /// Fires as soon as the event loop is back: for what must not happen inside
+  /// the call that brings it about, and for the rest of a long input.
+  QTimer later_;
   QTimer closing_;
   LineAssembler assembler_;
   QByteArray chunk_;
   qsizetype chunkPosition_ = 0;
   qint64 maxUnsentBytes_;
   std::optional<Flood> flood_;
-  bool inputScheduled_ = false;
   bool over_ = false;
 };

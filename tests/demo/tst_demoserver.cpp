@@ -1,7 +1,5 @@
-#include <QElapsedTimer>
-#include <QNetworkProxy>
+#include <QProcess>
 #include <QRegularExpression>
-#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
 
@@ -24,9 +22,16 @@ QByteArray withoutSequences(const QByteArray& bytes) {
   return QString::fromUtf8(bytes).remove(sequence).toUtf8();
 }
 
+const char* const kPrompt =
+    "(^|\n)hp: \\[ \\d+ / \\d+ \\], sp: \\[ \\d+ / \\d+ \\], ep: \\[ \\d+ / \\d+ \\]\r\n";
+
+bool hasPrompt(const QByteArray& heard) {
+  static const QRegularExpression prompt(QString::fromLatin1(kPrompt));
+  return prompt.match(QString::fromUtf8(heard)).hasMatch();
+}
+
 bool endsWithPrompt(const QByteArray& heard) {
-  static const QRegularExpression prompt(QStringLiteral(
-      "(^|\n)hp: \\[ \\d+ / \\d+ \\], sp: \\[ \\d+ / \\d+ \\], ep: \\[ \\d+ / \\d+ \\]\r\n$"));
+  static const QRegularExpression prompt(QString::fromLatin1(kPrompt) + u'$');
   return prompt.match(QString::fromUtf8(heard)).hasMatch();
 }
 
@@ -35,21 +40,22 @@ class Client {
  public:
   enum class Reading { Always, Never };
 
-  explicit Client(const DemoServer& server, Reading reading = Reading::Always) {
-    socket_.setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
+  explicit Client(const DemoServer& server, Reading reading = Reading::Always)
+      : Client(server.port(), reading) {}
+  explicit Client(quint16 port, Reading reading = Reading::Always) {
     if (reading == Reading::Never)
       socket_.setReadBufferSize(1);
     else
       QObject::connect(&socket_, &QTcpSocket::readyRead, &socket_,
                        [this] { raw_ += socket_.readAll(); });
-    socket_.connectToHost(QHostAddress(QHostAddress::LocalHost), server.port());
+    socket_.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
   }
 
   [[nodiscard]] bool waitFor(const QByteArray& text) {
     return QTest::qWaitFor([&] { return heard().contains(text); }, 20000);
   }
   [[nodiscard]] bool waitForPrompt() {
-    return QTest::qWaitFor([&] { return endsWithPrompt(heard()); }, 20000);
+    return QTest::qWaitFor([&] { return hasPrompt(heard()); }, 20000);
   }
   [[nodiscard]] bool waitForEnd() {
     return QTest::qWaitFor([&] { return socket_.state() == QAbstractSocket::UnconnectedState; },
@@ -61,7 +67,7 @@ class Client {
     send(name + "\r\n");
     return waitForPrompt();
   }
-  /// Sends a line and yields everything up to the prompt behind it.
+  /// Sends a line and yields what came, once a prompt is among it.
   [[nodiscard]] QByteArray ask(const QByteArray& line) {
     clear();
     send(line + "\r\n");
@@ -86,7 +92,8 @@ class TestDemoServer : public QObject {
  private Q_SLOTS:
   void listensOnThisComputerOnly();
   void aPortInUseIsRefusedWithAReason();
-  void aProxyOfTheProcessDoesNotMatter();
+  void theProgramTellsItsPort();
+  void theProgramRefusesWhatIsNoPort();
   void everyResponseArrivesInOnePiece();
   void playersSeeEachOther();
   void fightsGoOnByThemselves();
@@ -115,7 +122,6 @@ void TestDemoServer::listensOnThisComputerOnly() {
   QVERIFY(server.port() != 0);
   // Another address of this computer: a server on every address would answer.
   QTcpSocket socket;
-  socket.setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
   socket.connectToHost(QHostAddress(QStringLiteral("127.0.0.2")), server.port());
   QVERIFY(!socket.waitForConnected(2000));
 }
@@ -128,15 +134,37 @@ void TestDemoServer::aPortInUseIsRefusedWithAReason() {
   QVERIFY(!second.errorString().isEmpty());
 }
 
-void TestDemoServer::aProxyOfTheProcessDoesNotMatter() {
-  QNetworkProxy::setApplicationProxy(
-      QNetworkProxy(QNetworkProxy::Socks5Proxy, QStringLiteral("127.0.0.1"), 1));
-  DemoServer server(quick());
-  const bool listening = server.listen(0);
-  QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::NoProxy));
-  QVERIFY(listening);
-  Client ada(server);
+void TestDemoServer::theProgramTellsItsPort() {
+  QProcess program;
+  program.start(QStringLiteral(KELMORA_DEMO_PROGRAM),
+                {QStringLiteral("--port"), QStringLiteral("0")});
+  QVERIFY(QTest::qWaitFor([&] { return program.canReadLine(); }, 20000));
+  static const QRegularExpression form(
+      QStringLiteral("^Listening on 127\\.0\\.0\\.1 port (\\d+)\n$"));
+  const auto said = form.match(QString::fromUtf8(program.readLine()));
+  QVERIFY(said.hasMatch());
+  Client ada(said.captured(1).toUShort());
   QVERIFY(ada.enter("Ada"));
+
+  QProcess second;
+  second.start(QStringLiteral(KELMORA_DEMO_PROGRAM), {QStringLiteral("--port"), said.captured(1)});
+  QVERIFY(second.waitForFinished(20000));
+  QCOMPARE(second.exitCode(), 1);
+  QVERIFY(second.readAllStandardError().startsWith(
+      "kelmora-demo: cannot listen on 127.0.0.1 port " + said.captured(1).toUtf8()));
+  program.terminate();
+  QVERIFY(program.waitForFinished(20000));
+}
+
+void TestDemoServer::theProgramRefusesWhatIsNoPort() {
+  for (const char* port : {"65536", "-1", "five", ""}) {
+    QProcess program;
+    program.start(QStringLiteral(KELMORA_DEMO_PROGRAM),
+                  {QStringLiteral("--port"), QString::fromLatin1(port)});
+    QVERIFY(program.waitForFinished(20000));
+    QCOMPARE(program.exitCode(), 1);
+    QVERIFY(program.readAllStandardError().startsWith("kelmora-demo: a port is a number"));
+  }
 }
 
 void TestDemoServer::everyResponseArrivesInOnePiece() {
@@ -261,7 +289,7 @@ void TestDemoServer::binaryRubbishDoesNoHarm() {
                              "c\xFF\xFA\x18\x01\xFF\xF0"
                              "d",
                              19))
-              .startsWith("You say: abcd\r\n"));
+              .contains("You say: abcd\r\n"));
   QCOMPARE(server.sessionCount(), 2);
 }
 
