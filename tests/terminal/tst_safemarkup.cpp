@@ -1,0 +1,427 @@
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTest>
+
+#include "support/ScratchMain.h"
+#include "terminal/core/SafeMarkup.h"
+
+namespace {
+
+const QSet<QString> allowedNames{
+    "b",   "strong", "i",    "em",     "u",          "s",   "del",  "big", "small", "sub",
+    "sup", "tt",     "code", "kbd",    "samp",       "var", "cite", "dfn", "font",  "span",
+    "br",  "p",      "div",  "center", "pre",        "h1",  "h2",   "h3",  "h4",    "h5",
+    "h6",  "ul",     "ol",   "li",     "blockquote", "hr",  "a"};
+
+const QSet<QString> blockNames{"div", "center", "pre", "h1", "h2", "h3",
+                               "h4",  "h5",     "h6",  "ul", "ol", "blockquote"};
+
+/// One allowed attribute in the form it must have.
+const QRegularExpression& attributeForm(const QString& tag) {
+  static const QRegularExpression none("^(?!)");
+  static const QRegularExpression font(R"(^(color="[\w#(),.% ]{1,64}"|face="[^"<>&]{1,64}")$)");
+  static const QRegularExpression span(
+      R"(^style="((background-)?color:[\w#(),.% ]+|font-(weight|style):[\w ]+|text-decoration:[\w -]+)(;(background-)?color:[\w#(),.% ]+|;font-(weight|style):[\w ]+|;text-decoration:[\w -]+)*"$)");
+  static const QRegularExpression link(R"(^href="(?:https?|mailto):[^"<>]*"$)");
+  return tag == "font" ? font : tag == "span" ? span : tag == "a" ? link : none;
+}
+
+/// What is wrong with a result; empty when nothing is. Knows nothing of how
+/// tags are read: in a result each must have one exact form.
+QString faultOf(const QString& result) {
+  // Half a surrogate pair would match no expression at all.
+  const QString safe = QString::fromUtf8(result.toUtf8());
+  static const QRegularExpression tagForm(R"(<(/?)([a-z][a-z0-9]*)((?: [a-z]+="[^"<>]*")*)>)");
+  static const QRegularExpression attribute(R"([a-z]+="[^"<>]*")");
+  QStringList open;
+  for (qsizetype at = safe.indexOf('<'); at >= 0; at = safe.indexOf('<', at + 1)) {
+    const auto tag = tagForm.match(safe, at, QRegularExpression::NormalMatch,
+                                   QRegularExpression::AnchorAtOffsetMatchOption |
+                                       QRegularExpression::DontCheckSubjectStringMatchOption);
+    if (!tag.hasMatch())
+      return "no tag: " + safe.mid(at, 40);
+    const QString name = tag.captured(2);
+    if (!allowedNames.contains(name))
+      return "not allowed: " + tag.captured();
+    for (auto found = attribute.globalMatch(tag.captured(3)); found.hasNext();)
+      if (const QString one = found.next().captured(); !attributeForm(name).match(one).hasMatch())
+        return "not allowed in " + name + ": " + one;
+    if (name == "a" && tag.captured(1).isEmpty() && tag.captured(3).isEmpty())
+      return "an anchor without a link";
+    if (!blockNames.contains(name))
+      continue;
+    if (tag.captured(1).isEmpty())
+      open.append(name);
+    else if (!open.contains(name))
+      return "closes nothing: " + name;
+    else
+      while (open.takeLast() != name) {
+      }
+    if (open.size() > 32)
+      return "too deep";
+  }
+  return {};
+}
+
+template <std::size_t size>
+QString randomMarkup(QRandomGenerator& random, const std::array<QString, size>& pieces,
+                     quint32 longest) {
+  QString made;
+  for (quint32 count = random.bounded(longest); count > 0; --count)
+    made += pieces[random.bounded(static_cast<quint32>(size))];
+  return made;
+}
+
+}  // namespace
+
+class TestSafeMarkup : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void passesUnchanged_data();
+  void passesUnchanged();
+  void isWrittenAnew_data();
+  void isWrittenAnew();
+  void everyTagAllowedWithoutAttributesPassesInEitherCase();
+  void blocksNestThirtyTwoDeepAndNoDeeper_data();
+  void blocksNestThirtyTwoDeepAndNoDeeper();
+  void whatTheClientWritesIsNeverTouched();
+  void randomMarkupComesOutSafeAndStays();
+  void theTextBetweenAllowedTagsIsUnchanged();
+  void takesTimeInProportionToTheText_data();
+  void takesTimeInProportionToTheText();
+};
+
+void TestSafeMarkup::passesUnchanged_data() {
+  QTest::addColumn<QString>("html");
+  const auto row = [](const char* name, const char* html) {
+    QTest::newRow(name) << QString::fromUtf8(html);
+  };
+  row("an empty read", "");
+  row("plain text", "You see a lamp.");
+  row("the reset colour", R"(<span style="color:#BDBDBD;background-color:#000000">You)");
+  row("a background colour", R"(<span style="background-color:#0000ff">You)");
+  row("a colour given by its name", R"(<span style="color:red">You)");
+  row("a colour given by its parts", R"-(<span style="color:rgb(255, 0, 10%)">You)-");
+  row("a line break", "one<br>\ntwo<br>\n");
+  row("a link", R"(<a href="http://a.b/c?d=1&e#f">http://a.b/c?d=1&e#f</a>)");
+  row("a link that ran into a blank's entity",
+      R"(<a href="http://a.b/c&#32">http://a.b/c&#32</a>;now)");
+  row("a mail link", R"(<a href="mailto:a@b">a</a>)");
+  row("all declarations at once",
+      R"(<span style="color:#fff;background-color:#000;font-weight:bold;font-style:italic;)"
+      R"(text-decoration:underline line-through">)");
+  row("a font's colour and face", R"(<font color="red" face="Courier New,mono">x</font>)");
+  row("entities", "&lt;b&gt; &amp; &#32;&nbsp; &#0; &#x110000; &#xD800; &#99999999999; &bogus; &");
+  row("a closing bracket that ends nothing", "1 > 0");
+  row("text in other scripts", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
+  row("lists", "<ul><li>one</li><li>two</li></ul><ol><li>one<li>two</ol>");
+}
+
+void TestSafeMarkup::passesUnchanged() {
+  QFETCH(const QString, html);
+  QCOMPARE(safeMarkup(html), html);
+}
+
+void TestSafeMarkup::isWrittenAnew_data() {
+  QTest::addColumn<QString>("html");
+  QTest::addColumn<QString>("safe");
+  const auto row = [](const char* name, const char* html, const char* safe) {
+    QTest::newRow(name) << QString::fromUtf8(html) << QString::fromUtf8(safe);
+  };
+  // Tags.
+  row("names are told in any case", "<B>x</B>", "<b>x</b>");
+  row("attributes are told in any case", "<FONT COLOR=Red>", R"(<font color="Red">)");
+  row("a value needs no quotes", "<font color=#ff0000>", R"(<font color="#ff0000">)");
+  row("a value may have single quotes", "<font color='red'>", R"(<font color="red">)");
+  row("blanks may stand around the equals sign", "<font color = red>", R"(<font color="red">)");
+  row("a blank may stand before the name", "< b>x< /b>", "<b>x</b>");
+  row("a name may be quoted", R"(<"b">x<'table'>)", "<b>x");
+  row("a tag that a slash ends is closed at once", "<b/>x", "<b></b>x");
+  row("a line break with a slash is a line break", "<br/>x<br />y", "<br>x<br>y");
+  row("a line break has no end tag", "</br>x</hr>", "x");
+  row("attributes end at a slash", "<font / color=red>x", "<font></font>x");
+  row("a tag inside a tag is part of it", R"(<font <span style="color:red">x)", "<font>x");
+  row("a line end inside a tag ends it", "<font<br>\ncolor=red>x", "<font>\ncolor=red>x");
+  row("a closing bracket in a quoted value ends nothing", R"(<p title="a>b">x)", "<p>x");
+  row("a tag at the end of a read ends there", "x<b", "x<b>");
+  row("a value at the end of a read ends there", R"(<a href="http://x)", R"(<a href="http://x">)");
+  row("an unknown tag at the end of a read vanishes", "x<table width=", "x");
+  // Brackets that begin nothing.
+  row("a bracket at the end is text", "x<", "x&lt;");
+  row("a bracket before a closing one is text", "x<>y", "x&lt;>y");
+  row("a bracket before an equals sign is text", "x<=y", "x&lt;=y");
+  row("the first of two brackets is text", "<<b>x", "&lt;<b>x");
+  row("blanks behind a bracket stay with it", "<  <b>x", "&lt;  <b>x");
+  // What is dropped.
+  row("unknown tags leave their text", "<blink>x</blink> <foo bar=baz>y", "x y");
+  row("a picture leaves nothing", "<img src=file:///etc/passwd width=99999999>", "");
+  row("a script's text is shown", "<script>a<b>b</script>", "a<b>b");
+  row("a style sheet's text is shown", "<style>p{}</style><b>x", "p{}<b>x");
+  row("a title's text is shown", "<title>x</title>", "x");
+  row("head and body leave their text",
+      "<html><head><meta name=qrichtext content=1></head>"
+      "<body bgcolor=red>x</body></html>",
+      "x");
+  row("a style sheet by name is dropped", "<link rel=stylesheet href='file:///x.css'>x", "x");
+  row("form fields are dropped", "<input value=x><textarea>y</textarea>", "y");
+  row("a comment is dropped", "a<!-- <b> > -->b", "ab");
+  row("a comment without an end drops the rest", "a<!-- <b>b", "a");
+  row("a comment's dashes are not its end", "a<!-->b-->c", "ac");
+  row("a declaration is dropped", "a<!DOCTYPE html>b<?xml version='1'?>c", "abc");
+  row("a closing tag without a name is dropped", "a</>b</ b>c", "abc");
+  row("no fragment marker can be made", "<font face='<!--StartFragment-->'>x", "<font>x");
+  // Tables.
+  row("a table stays readable",
+      "a<table border=1><tr><th>h<th>i</tr><tr><td colspan=9999>x</td><td>y</td></tr></table>b",
+      "a<br>&nbsp;h&nbsp;i<br>&nbsp;x&nbsp;y<br>b");
+  // Attributes.
+  row("an unknown attribute is dropped", "<p onclick=x align=right style='color:red'>", "<p>");
+  row("a size is dropped", "<font size=7 color=red>", R"(<font color="red">)");
+  row("an attribute needs a value", "<font color face=>x", "<font>x");
+  row("a colour with anything else in it is dropped", "<font color='red;x'>", "<font>");
+  row("a colour of endless digits is dropped", "<span style='color:rgb(99999999999,0,0)'>x",
+      "<span>x");
+  row("a face with a quote in it is dropped", "<font face='a\"b'>", "<font>");
+  row("a rule's attributes are dropped", "<hr width=99999999 size=9999>", "<hr>");
+  // Styles.
+  row("other declarations are dropped",
+      "<span style='font-size:9999pt;color:red;line-height:99999999%;margin-left:9px'>",
+      R"(<span style="color:red">)");
+  row("declarations are trimmed", "<span style=' Color : red ; ; '>",
+      R"(<span style="color:red">)");
+  row("a declaration naming a file is dropped",
+      "<span style='background-color:url(file:///etc/passwd);color:url(x)'>", "<span>");
+  row("a short form naming a file is dropped", "<span style='background:url(x)'>", "<span>");
+  row("escapes do not hide a declaration",
+      R"(<span style="color:red&#59;font-size:99pt;c\6flor:red;color:r/**/ed">)", "<span>");
+  row("a weight is one of the known ones", "<span style='font-weight:123456789'>", "<span>");
+  row("a style without declarations is dropped", "<span style='x'>", "<span>");
+  // Links.
+  row("a link to a file is no link", "<a href=file:///etc/passwd>x</a>", "x</a>");
+  row("a link to a script is no link", "<a href=' javascript:x'>x</a>", "x</a>");
+  row("a link without a scheme is no link", "<a href=//host/x>x</a>", "x</a>");
+  row("an anchor's name is dropped", "<a name=x>x</a>", "x</a>");
+  row("a scheme is told in any case", "<a href=HTTPS://x>", R"(<a href="https://x">)");
+  row("a scheme with a foreign letter is written plainly", "<a href='http\xC5\xBF://x'>",
+      R"(<a href="https://x">)");
+  row("blanks and controls before a scheme are dropped", "<a href=' \x01\x0B\n http://x'>",
+      R"(<a href="http://x">)");
+  row("blanks do not hide another scheme", "<a href='\x01 file:///x'>", "");
+  row("entities do not hide another scheme", R"(<a href="&#102;ile:///x">)", "");
+  row("a scheme broken by an entity is none", R"(<a href="java&#10;script:http:">)", "");
+  row("quotes and brackets in a link are escaped", R"(<a href='http://"><b>'>x)",
+      R"(<a href="http://&quot;&gt;&lt;b&gt;">x)");
+  row("an ampersand in single quotes is no entity", "<a href='http://x?a&amp;b'>",
+      R"(<a href="http://x?a&amp;amp;b">)");
+  row("a quote behind a backslash ends no single-quoted value", R"(<a href='http://x\'y'>z)",
+      R"(<a href="http://x\'y">z)");
+  // Blocks.
+  row("an end tag of a block that is not open is dropped", "</div>x</ul>", "x");
+}
+
+void TestSafeMarkup::isWrittenAnew() {
+  QFETCH(const QString, html);
+  QFETCH(const QString, safe);
+  QCOMPARE(safeMarkup(html), safe);
+  QCOMPARE(safeMarkup(safe), safe);
+  QCOMPARE(faultOf(safe), QString());
+}
+
+void TestSafeMarkup::everyTagAllowedWithoutAttributesPassesInEitherCase() {
+  for (const QString& name : allowedNames) {
+    if (name == "a")
+      continue;
+    const QString start = '<' + name + '>';
+    const QString end = name == "br" || name == "hr" ? QString() : "</" + name + '>';
+    QCOMPARE(safeMarkup(start + 'x' + end), start + 'x' + end);
+    QCOMPARE(safeMarkup('<' + name.toUpper() + ">x" + end.toUpper()), start + 'x' + end);
+  }
+}
+
+void TestSafeMarkup::blocksNestThirtyTwoDeepAndNoDeeper_data() {
+  QTest::addColumn<QString>("name");
+  for (const QString& name : blockNames)
+    QTest::addRow("%s", qPrintable(name)) << name;
+}
+
+void TestSafeMarkup::blocksNestThirtyTwoDeepAndNoDeeper() {
+  QFETCH(const QString, name);
+  const QString start = '<' + name + '>';
+  const QString end = "</" + name + '>';
+  const QString most = start.repeated(32) + 'x' + end.repeated(32);
+  QCOMPARE(safeMarkup(most), most);
+  QCOMPARE(safeMarkup(start.repeated(40) + 'x' + end.repeated(40)), most);
+  // Closing counts, so that later blocks are whole again.
+  QCOMPARE(safeMarkup(start.repeated(40) + end.repeated(40) + most),
+           start.repeated(32) + end.repeated(32) + most);
+  const QString one = start + 'x' + end;
+  QCOMPARE(safeMarkup(one.repeated(100)), one.repeated(100));
+  // An outer end closes what is inside, seen or not.
+  QCOMPARE(safeMarkup("<ol>" + QString("<ul>").repeated(40) + "</ol>" + one),
+           "<ol>" + QString("<ul>").repeated(31) + "</ol>" + one);
+}
+
+void TestSafeMarkup::whatTheClientWritesIsNeverTouched() {
+  const std::array<QString, 12> pieces{R"(<span style="color:#BDBDBD;background-color:#000000">)",
+                                       R"(<span style="background-color:#0000ff">)",
+                                       R"(<span style="color:#660000">)",
+                                       "<br>\n",
+                                       "&#32;",
+                                       "&nbsp;",
+                                       "&lt;",
+                                       "&gt;",
+                                       "&#32;&nbsp;&#32;&nbsp;",
+                                       R"(<a href="http://a.b/c&#32">http://a.b/c&#32</a>)",
+                                       "&",
+                                       "text"};
+  QRandomGenerator random(1);
+  for (int run = 0; run < 10000; ++run) {
+    const QString html = randomMarkup(random, pieces, 40);
+    QCOMPARE(safeMarkup(html), html);
+  }
+}
+
+void TestSafeMarkup::randomMarkupComesOutSafeAndStays() {
+  const std::array<QString, 96> pieces{"<",
+                                       "<",
+                                       "<",
+                                       "<",
+                                       ">",
+                                       ">",
+                                       ">",
+                                       "/",
+                                       "</",
+                                       "/>",
+                                       "\"",
+                                       "\"",
+                                       "'",
+                                       "'",
+                                       "=",
+                                       "=",
+                                       " ",
+                                       " ",
+                                       "\t",
+                                       "\n",
+                                       "&",
+                                       ";",
+                                       ":",
+                                       "!",
+                                       "?",
+                                       "-",
+                                       "--",
+                                       "<!--",
+                                       "-->",
+                                       "\\",
+                                       "#",
+                                       "(",
+                                       ")",
+                                       ",",
+                                       "\x01",
+                                       QString(QChar(0)),
+                                       QString(QChar(0x2029)),
+                                       QString(QChar(0xA0)),
+                                       QString(QChar(0xD800)),
+                                       QString(QChar(0xDC00)),
+                                       QString(QChar(0xFFFF)),
+                                       QString(QChar(0x130)),
+                                       QString(QChar(0x212A)),
+                                       "b",
+                                       "B",
+                                       "i",
+                                       "br",
+                                       "hr",
+                                       "p",
+                                       "li",
+                                       "ul",
+                                       "<ul>",
+                                       "<OL>",
+                                       "</ul>",
+                                       "<blockquote>",
+                                       "<h1>",
+                                       "</h1>",
+                                       "div",
+                                       "pre",
+                                       "<table>",
+                                       "<tr>",
+                                       "<td>",
+                                       "</table>",
+                                       "img",
+                                       "script",
+                                       "<style>",
+                                       "</style>",
+                                       "<title>",
+                                       "textarea",
+                                       "<a ",
+                                       "href=",
+                                       "HREF=\"",
+                                       "http:",
+                                       "https:",
+                                       "mailto:",
+                                       "file:",
+                                       "javascript:",
+                                       "//x",
+                                       "<span ",
+                                       "style=",
+                                       "style=\"",
+                                       "color:",
+                                       "background-color:",
+                                       "red",
+                                       "rgb(1,2,3)",
+                                       "url(",
+                                       "font-size:9pt",
+                                       "font-weight:",
+                                       "bold",
+                                       "<font ",
+                                       "color=",
+                                       "face=",
+                                       "size=",
+                                       "&lt;",
+                                       "&#60;",
+                                       "&quot;"};
+  QRandomGenerator random(20);
+  for (int run = 0; run < 150000; ++run) {
+    const QString html = randomMarkup(random, pieces, 50);
+    const QString safe = safeMarkup(html);
+    const QString fault = faultOf(safe);
+    QVERIFY2(fault.isEmpty(), qPrintable(fault + "\nin " + safe + "\nfrom " + html));
+    QVERIFY2(safeMarkup(safe) == safe, qPrintable(safe + "\nfrom " + html));
+  }
+}
+
+void TestSafeMarkup::theTextBetweenAllowedTagsIsUnchanged() {
+  const std::array<QString, 14> pieces{
+      "<b>",   "</b>",          "<i>",     "</I>",  "<p>",  "<ul>",   "<li>",
+      "</ul>", "<font size=7>", "</font>", "a > b", "&lt;", "&#99;x", "\n "};
+  static const QRegularExpression tags("<[^>]*>");
+  QRandomGenerator random(3);
+  for (int run = 0; run < 10000; ++run) {
+    const QString html = randomMarkup(random, pieces, 200);
+    QCOMPARE(safeMarkup(html).remove(tags), QString(html).remove(tags));
+  }
+}
+
+void TestSafeMarkup::takesTimeInProportionToTheText_data() {
+  QTest::addColumn<QString>("piece");
+  for (const char* piece :
+       {"<", "< ", "<b>", "<ul>", "<ul></ol>", "</ul>", "<!--", "<\"", "<''", "<b x='", "<b c=d ",
+        "<a href=http://", "<a href='http://\"&<>", "<span style=\"color:red;", "<font color=rgb(",
+        "<span style='color:rgb( 1, ", "<table><tr><td>", "/", "<b "})
+    QTest::addRow("%s", piece) << QString(piece);
+}
+
+void TestSafeMarkup::takesTimeInProportionToTheText() {
+  QFETCH(const QString, piece);
+  // A megabyte, of which a cost in the square of the length makes hours.
+  const QString html = piece.repeated(1000000 / piece.size());
+  QElapsedTimer timer;
+  timer.start();
+  const QString safe = safeMarkup(html);
+  QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
+  QCOMPARE(faultOf(safe), QString());
+}
+
+KELMORA_TEST_MAIN(TestSafeMarkup)
+#include "tst_safemarkup.moc"
