@@ -7,6 +7,7 @@
 #include "settings/SettingsStore.h"
 #include "settings/UsableValues.h"
 #include "terminal/core/InputSubmission.h"
+#include "terminal/core/SafeMarkup.h"
 #include "terminal/core/Vitals.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
@@ -26,9 +27,6 @@
 namespace {
 
 constexpr int toolbarHeight = 70;
-/// Bytes taken from the socket at a time. A server that never pauses is read
-/// in bites, so that keys and paint get their turn between two of them.
-constexpr qint64 readBite = 4 * 1024;
 
 AnsiTranslator::ColourTexts textsOf(const ColourTexts& colours) {
   AnsiTranslator::ColourTexts texts;
@@ -95,7 +93,6 @@ void MainWidget::buildColourSpans() {
 
 void MainWidget::createWidgets() {
   socket_ = new QTcpSocket(this);
-  socket_->setReadBufferSize(readBite);
   toolbar_ = new QToolBar(this);
   toolbar_->setIconSize(settings::usableIconSize(settings_.iconSize));
   inputBar_ = new InputWidget(*this, this);
@@ -109,6 +106,14 @@ void MainWidget::createWidgets() {
   palette.setBrush(QPalette::Inactive, QPalette::Base, Qt::black);
   outputPane_->setPalette(palette);
   beeper_ = std::make_unique<Beeper>();
+  socketReader_ = std::make_unique<SocketReader>(*socket_, [this](const QByteArray& bytes) {
+    pipeline_.readSocketData(bytes,
+                             {.displayAnsiColor = settings_.displayAnsiColor,
+                              .playBeeps = settings_.playBeeps,
+                              .parseHtml = settings_.parseHtml,
+                              .displayURLs = settings_.displayURLs},
+                             *this);
+  });
   ConnectionHost& host = *this;
   connection_ = std::make_unique<ServerConnection>(*socket_, settings_, host);
 }
@@ -135,7 +140,10 @@ void MainWidget::closeEvent(QCloseEvent* event) {
   event->accept();
 }
 
-void MainWidget::connectToServer() { connection_->connectToServer(); }
+void MainWidget::connectToServer() {
+  socketReader_->limitWaiting();
+  connection_->connectToServer();
+}
 
 void MainWidget::disconnectFromServer() { connection_->disconnectFromServer(); }
 
@@ -145,16 +153,12 @@ void MainWidget::displaySocketError(QAbstractSocket::SocketError sockerr) {
 
 void MainWidget::clientConnected() { connection_->clientConnected(); }
 
-void MainWidget::clientDisconnected() { connection_->clientDisconnected(); }
-
-void MainWidget::readSocketData() {
-  pipeline_.readSocketData(socket_->readAll(),
-                           {.displayAnsiColor = settings_.displayAnsiColor,
-                            .playBeeps = settings_.playBeeps,
-                            .parseHtml = settings_.parseHtml,
-                            .displayURLs = settings_.displayURLs},
-                           *this);
+void MainWidget::clientDisconnected() {
+  socketReader_->drain();
+  connection_->clientDisconnected();
 }
+
+void MainWidget::readSocketData() { socketReader_->readSocketData(); }
 
 void MainWidget::configureSettings() { focusInputBar(); }
 void MainWidget::proxySettings() { focusInputBar(); }
@@ -218,7 +222,10 @@ bool MainWidget::claimsShortcut(QKeyCombination keys) const {
 
 void MainWidget::beep() { beeper_->beep(); }
 
-void MainWidget::showServerHtml(const QString& html) { outputPane_->insertServerHtml(html); }
+void MainWidget::showServerHtml(const QString& html) {
+  // Without tags of the server's own, every tag in the text is ours.
+  outputPane_->insertServerHtml(settings_.parseHtml ? safeMarkup(html) : html);
+}
 
 void MainWidget::checkTriggers(const QByteArray& /*line*/) {}
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "net/ServerConnection.h"
+#include "net/SocketReader.h"
 #include "script/ActionQueue.h"
 #include "script/Interpreter.h"
 #include "script/ScriptHost.h"
@@ -113,6 +114,7 @@ class MainWidget : public QWidget,
   std::array<QAction*, actionCount> actions_{};
 
   std::unique_ptr<ServerConnection> connection_;
+  std::unique_ptr<SocketReader> socketReader_;
   std::unique_ptr<VitalsBars> vitalsBars_;
   std::unique_ptr<Beeper> beeper_;
 };

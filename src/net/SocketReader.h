@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QByteArray>
+#include <QTimer>
+
+#include <functional>
+
+class QTcpSocket;
+
+/// Takes what the server has sent in reads of bounded size. What is there is
+/// one read, unless it is so much that keys and paint would have to wait for
+/// it; then it is cut behind a line end, and the rest follows in the next turn
+/// of the event loop.
+class SocketReader {
+ public:
+  /// A read grows no further than this many bytes, if a line ends in them.
+  static constexpr qint64 readSize = 16 * 1024;
+  /// What may wait in the socket; beyond it the server has to wait.
+  static constexpr qint64 waitingSize = 256 * 1024;
+
+  using Consumer = std::function<void(const QByteArray& data)>;
+
+  /// The socket outlives the reader.
+  SocketReader(QTcpSocket& socket, Consumer consume);
+
+  /// One read, also when nothing is there.
+  void readSocketData();
+  /// Reads until nothing waits: a connection that ends shows all of its text
+  /// before its end is told.
+  void drain();
+  /// To be called before each attempt to connect.
+  void limitWaiting();
+
+ private:
+  QTcpSocket& socket_;
+  Consumer consume_;
+  QTimer nextTurn_;
+};
