@@ -45,6 +45,8 @@ class TriggerTable {
   void check(const QByteArray& line, TriggerHost& host);
 
  private:
+  [[nodiscard]] bool contains(qsizetype position) const;
+
   QList<TriggerEntry> entries_;
   // Built at the first line after a change, so that loading a long table
   // compiles it once.
