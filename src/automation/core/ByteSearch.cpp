@@ -56,8 +56,8 @@ struct ByteSearch::Builder {
     search.outputs_.push_back({});
     search.labels_.push_back('\0');
     ranges.push_back({0, search.numbers_.size(), 0});
-    for (std::size_t state = 0; state < ranges.size(); ++state)
-      addState(ranges[state]);
+    while (search.states_.size() < ranges.size())
+      addState(ranges[search.states_.size()]);
     search.states_.push_back({.firstChild = static_cast<quint32>(ranges.size())});
   }
 
