@@ -1,0 +1,130 @@
+#include "automation/core/ByteSearch.h"
+
+#include <algorithm>
+#include <cstring>
+
+/// Lays the states out level by level. A state stands for the sorted needles
+/// that begin with its bytes.
+struct ByteSearch::Builder {
+  struct Range {
+    std::size_t first;
+    std::size_t last;
+    qsizetype depth;
+  };
+
+  ByteSearch& search;
+  const std::vector<QByteArray>& needles;
+  std::vector<Range> ranges = {};
+
+  [[nodiscard]] const QByteArray& needle(std::size_t place) const {
+    return needles[search.numbers_[place]];
+  }
+
+  void sortNeedles() {
+    auto& numbers = search.numbers_;
+    for (quint32 number = 0; number < needles.size(); ++number)
+      if (!needles[number].isEmpty())
+        numbers.push_back(number);
+    std::sort(numbers.begin(), numbers.end(),
+              [&](quint32 a, quint32 b) { return needles[a] < needles[b]; });
+  }
+
+  void addState(const Range range) {
+    State state;
+    state.firstChild = static_cast<quint32>(ranges.size());
+    // Those that end here sort before those that go on.
+    std::size_t place = range.first;
+    while (place < range.last && needle(place).size() == range.depth)
+      ++place;
+    if (place > range.first) {
+      state.output = static_cast<quint32>(search.outputs_.size());
+      search.outputs_.push_back(
+          {static_cast<quint32>(range.first), static_cast<quint32>(place - range.first)});
+    }
+    while (place < range.last) {
+      const std::size_t first = place;
+      const char label = needle(first).at(range.depth);
+      while (place < range.last && needle(place).at(range.depth) == label)
+        ++place;
+      search.labels_.push_back(label);
+      ranges.push_back({first, place, range.depth + 1});
+    }
+    search.states_.push_back(state);
+  }
+
+  void addStates() {
+    search.outputs_.push_back({});
+    search.labels_.push_back('\0');
+    ranges.push_back({0, search.numbers_.size(), 0});
+    while (search.states_.size() < ranges.size())
+      addState(ranges[search.states_.size()]);
+    search.states_.push_back({.firstChild = static_cast<quint32>(ranges.size())});
+  }
+
+  void addRootChildren() {
+    for (quint32 state = 1; state < search.states_[1].firstChild; ++state)
+      search.rootChildren_[static_cast<unsigned char>(search.labels_[state])] = state;
+  }
+
+  void addFallbacks() {
+    auto& states = search.states_;
+    // The root's children fall back to the root, which is how they start out.
+    for (quint32 state = 1; state < ranges.size(); ++state) {
+      for (quint32 next = states[state].firstChild; next < states[state + 1].firstChild; ++next) {
+        const quint32 fallback = search.step(states[state].fallback, search.labels_[next]);
+        states[next].fallback = fallback;
+        states[next].nextOutput =
+            states[fallback].output != 0 ? fallback : states[fallback].nextOutput;
+      }
+    }
+  }
+};
+
+ByteSearch::ByteSearch(const std::vector<QByteArray>& needles) {
+  Builder builder{*this, needles};
+  builder.sortNeedles();
+  builder.addStates();
+  builder.addRootChildren();
+  builder.addFallbacks();
+}
+
+void ByteSearch::find(QByteArrayView text, std::vector<quint32>& found) const {
+  if (numbers_.empty())
+    return;
+  std::vector<bool> seen;
+  quint32 state = 0;
+  for (const char byte : text) {
+    state = step(state, byte);
+    quint32 hit = states_[state].output != 0 ? state : states_[state].nextOutput;
+    for (; hit != 0; hit = states_[hit].nextOutput) {
+      const quint32 output = states_[hit].output;
+      if (seen.empty())
+        seen.resize(outputs_.size());
+      // Whatever follows an output was reported along with it.
+      if (seen[output])
+        break;
+      seen[output] = true;
+      const auto first = numbers_.begin() + outputs_[output].first;
+      found.insert(found.end(), first, first + outputs_[output].count);
+    }
+  }
+}
+
+quint32 ByteSearch::child(quint32 state, char byte) const {
+  if (state == 0)
+    return rootChildren_[static_cast<unsigned char>(byte)];
+  const quint32 first = states_[state].firstChild;
+  const quint32 count = states_[state + 1].firstChild - first;
+  const char* const labels = labels_.data() + first;
+  const void* const label = count == 0 ? nullptr : std::memchr(labels, byte, count);
+  return label ? first + static_cast<quint32>(static_cast<const char*>(label) - labels) : 0;
+}
+
+quint32 ByteSearch::step(quint32 state, char byte) const {
+  while (true) {
+    const quint32 next = child(state, byte);
+    if (next != 0 || state == 0)
+      return next;
+    state = states_[state].fallback;
+  }
+}

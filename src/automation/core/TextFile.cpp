@@ -1,0 +1,60 @@
+#include "automation/core/TextFile.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <algorithm>
+
+namespace {
+
+/// Opening a pipe waits for its other end, reading a device may never stop,
+/// and replacing a device that a link leads to would take it from the system.
+bool isOrdinaryOrMissing(const QString& path) {
+  const QFileInfo info(path);
+  return !info.exists() || info.isFile();
+}
+
+bool writeAll(QFileDevice& file, QByteArrayView bytes) {
+  return file.write(bytes.data(), bytes.size()) == bytes.size();
+}
+
+bool writeInPlace(const QString& path, QByteArrayView bytes) {
+  QFile file(path);
+  return file.open(QIODevice::WriteOnly) && writeAll(file, bytes) && file.flush();
+}
+
+}  // namespace
+
+namespace textfile {
+
+std::optional<Contents> read(const QString& path) {
+  if (!isOrdinaryOrMissing(path))
+    return std::nullopt;
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly) && !file.open(QIODevice::ReadWrite))
+    return std::nullopt;
+  // One byte more than may be there tells a file that is too long.
+  QByteArray bytes = file.read(std::min(file.size(), largestFile) + 1);
+  const bool whole = file.error() == QFileDevice::NoError && bytes.size() <= largestFile;
+  if (!whole)
+    bytes.truncate(bytes.lastIndexOf('\n') + 1);
+  return Contents{std::move(bytes), whole};
+}
+
+bool replace(const QString& path, QByteArrayView bytes) {
+  if (!isOrdinaryOrMissing(path))
+    return false;
+  QSaveFile file(path);
+  file.setDirectWriteFallback(true);
+  if (file.open(QIODevice::WriteOnly) && writeAll(file, bytes) && file.commit())
+    return true;
+  // The disk has taken all the bytes and only the exchange was refused, as for
+  // a file mounted by itself or another user's in a shared folder.
+  return file.error() == QFileDevice::RenameError && writeInPlace(path, bytes);
+}
+
+bool openAndEmpty(const QString& path) {
+  return isOrdinaryOrMissing(path) && QFile(path).open(QIODevice::WriteOnly);
+}
+
+}  // namespace textfile

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+#include <optional>
+
+namespace textfile {
+
+/// The most of a file that is read, in bytes. No table comes near it; a file
+/// beyond it is something else, and would take the memory many times over.
+inline constexpr qint64 largestFile = qint64{128} * 1024 * 1024;
+
+/// What a file held.
+struct Contents {
+  /// Ends with a whole line where the file could not be read to its end.
+  QByteArray bytes;
+  /// Whether that is the whole file.
+  bool whole;
+};
+
+/// Reads a file; one that is missing is created empty. Nothing where it can be
+/// neither read nor created, or is no ordinary file: a pipe could hold the
+/// program forever.
+[[nodiscard]] std::optional<Contents> read(const QString& path);
+
+/// Gives the file these bytes. It holds the old ones or the new ones, never a
+/// part: a crash, a full disk or a failing write leaves the old file. A link
+/// stays a link and the permissions stay. Only where a file cannot be put in
+/// the old one's place is it written in place. False when the old file stands.
+[[nodiscard]] bool replace(const QString& path, QByteArrayView bytes);
+
+/// Whether the file could be opened for writing, which leaves it empty.
+[[nodiscard]] bool openAndEmpty(const QString& path);
+
+}  // namespace textfile

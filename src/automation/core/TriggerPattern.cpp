@@ -1,0 +1,118 @@
+#include "automation/core/TriggerPattern.h"
+
+#include <algorithm>
+
+#include "scan/Integer.h"
+
+namespace {
+
+constexpr QLatin1StringView wildcard("{*}");
+
+/// Keeps the longest of the byte runs it is shown, the first of equals.
+class LongestRun {
+ public:
+  void add(char byte) { run_ += byte; }
+  void end() {
+    if (run_.size() > longest_.size())
+      longest_ = run_;
+    run_.clear();
+  }
+  [[nodiscard]] const QByteArray& longest() const { return longest_; }
+
+ private:
+  QByteArray run_;
+  QByteArray longest_;
+};
+
+/// What stands before a wildcard is read byte by byte, but a blank stands for
+/// any run of blanks, and blanks may stand before a per cent sign.
+void addRunsBeforeWildcard(const QByteArray& literal, LongestRun& runs) {
+  for (const char byte : literal) {
+    if (scan::isSpace(byte) || byte == '%')
+      runs.end();
+    if (!scan::isSpace(byte))
+      runs.add(byte);
+  }
+  runs.end();
+}
+
+/// The tail is compared as text, in which only ASCII is the same as bytes.
+void addRunsOfTail(const QByteArray& tail, LongestRun& runs) {
+  for (const char byte : tail) {
+    if (static_cast<unsigned char>(byte) < 0x80)
+      runs.add(byte);
+    else
+      runs.end();
+  }
+  runs.end();
+}
+
+}  // namespace
+
+const QString& TriggerLine::text() const {
+  if (!text_)
+    text_ = QString::fromUtf8(bytes_);
+  return *text_;
+}
+
+TriggerPattern::TriggerPattern(const QString& pattern) {
+  const qsizetype count = pattern.count(wildcard);
+  if (count >= 1 && count <= maximumWildcards) {
+    wildcards_ = count;
+    compileTemplate(pattern);
+  } else {
+    required_ = pattern.toLatin1();
+  }
+}
+
+void TriggerPattern::compileTemplate(const QString& pattern) {
+  QString converted = pattern;
+  converted.replace(QLatin1Char('%'), QLatin1StringView("%%"));
+  converted.replace(wildcard, QLatin1StringView("%s"));
+  const QByteArray format = converted.toLatin1();
+
+  // A quirk kept on purpose: the tail is looked for as bytes, so that a "%s"
+  // of the player's own, behind the last wildcard, is taken for one.
+  tail_ = format.sliced(format.lastIndexOf("%s") + 2);
+  // A quirk kept on purpose: no line passes a tail with a per cent sign in it.
+  if (tail_.contains('%'))
+    return;
+  // A NUL character ends the format, maybe before a wildcard.
+  format_ = scan::Format::compile(format);
+  if (format_ && format_->fieldCount() != wildcards_)
+    format_.reset();
+
+  LongestRun runs;
+  const QStringList literals = pattern.split(wildcard);
+  for (qsizetype place = 0; place < wildcards_; ++place)
+    addRunsBeforeWildcard(literals.at(place).toLatin1(), runs);
+  addRunsOfTail(tail_, runs);
+  required_ = runs.longest();
+}
+
+std::optional<QStringList> TriggerPattern::matches(const TriggerLine& line) const {
+  if (!isTemplate())
+    return line.bytes().contains(required_) ? std::optional(QStringList()) : std::nullopt;
+  if (!format_)
+    return std::nullopt;
+  const scan::Result fields = format_->scan(line.bytes());
+  if (!fields.complete())
+    return std::nullopt;
+  QStringList words;
+  for (qsizetype field = 0; field < wildcards_; ++field)
+    words += QString::fromUtf8(fields.text(field));
+  return tailFits(line, words.constLast()) ? std::optional(words) : std::nullopt;
+}
+
+bool TriggerPattern::tailFits(const TriggerLine& line, const QString& lastWord) const {
+  if (tail_.isEmpty())
+    return true;
+  const QLatin1StringView tail(tail_);
+  const QString& text = line.text();
+  const qsizetype place = text.size() - tail.size() - lastWord.size();
+  // The word is looked for from the line's end, wherever the scan took it from.
+  // Looking first at the one place where it would do bounds that search.
+  return place >= 0 && text.endsWith(tail) &&
+         QStringView(text).sliced(place).startsWith(lastWord) &&
+         text.lastIndexOf(lastWord) == place;
+}

@@ -1,0 +1,57 @@
+#include "automation/core/TriggerTable.h"
+
+#include <utility>
+
+#include "automation/core/TriggerMatcher.h"
+
+void TriggerTable::append(TriggerEntry entry) {
+  entries_.append(std::move(entry));
+  matcher_.reset();
+}
+
+void TriggerTable::removeAt(qsizetype position) {
+  if (!contains(position))
+    return;
+  entries_.removeAt(position);
+  matcher_.reset();
+}
+
+void TriggerTable::setPattern(qsizetype position, QString pattern) {
+  if (!contains(position))
+    return;
+  entries_[position].pattern = std::move(pattern);
+  matcher_.reset();
+}
+
+void TriggerTable::setCommands(qsizetype position, QStringList commands) {
+  if (contains(position))
+    entries_[position].commands = std::move(commands);
+}
+
+void TriggerTable::clear() {
+  entries_.clear();
+  matcher_.reset();
+}
+
+bool TriggerTable::contains(qsizetype position) const {
+  return position >= 0 && position < entries_.size();
+}
+
+void TriggerTable::check(const QByteArray& line, TriggerHost& host) {
+  if (entries_.isEmpty())
+    return;
+  if (!matcher_)
+    matcher_ = std::make_shared<const TriggerMatcher>(entries_);
+  // Held here, for the host may change the table under this loop.
+  const std::shared_ptr<const TriggerMatcher> matcher = matcher_;
+  const QList<TriggerEntry> entries = entries_;
+  const TriggerLine text(line);
+  for (const quint32 position : matcher->candidates(text)) {
+    const auto words = matcher->pattern(position).matches(text);
+    if (!words)
+      continue;
+    for (qsizetype word = 0; word < words->size(); ++word)
+      host.setVariable(QLatin1StringView("_trigOut") + QString::number(word), words->at(word));
+    host.runActions(entries.at(position).commands);
+  }
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <array>
+#include <cstdio>
+#include <optional>
+
+#include "automation/core/Entries.h"
+#include "automation/core/TriggerTable.h"
+
+/// The rule of the triggers told once more, word for word with the C library's
+/// own scanner and no thought of speed: what the compiled one is held against.
+/// The C locale must be in force.
+namespace literal {
+
+inline std::optional<QStringList> matches(const QString& pattern, const QByteArray& line) {
+  const qsizetype wildcards = pattern.count(QLatin1String("{*}"));
+  if (wildcards == 0 || wildcards > 10)
+    return line.indexOf(pattern.toLatin1()) >= 0 ? std::optional(QStringList()) : std::nullopt;
+
+  QString doubled = pattern;
+  doubled.replace(QLatin1String("%"), QLatin1String("%%"));
+  QString bounded = doubled;
+  const QByteArray format = doubled.replace(QLatin1String("{*}"), QLatin1String("%s")).toLatin1();
+  bounded.replace(QLatin1String("{*}"), QLatin1String("%1023s"));
+
+  std::array<std::array<char, 1024>, 10> words;
+  const auto at = [&](std::size_t word) { return words[word].data(); };
+  const int count = std::sscanf(line.constData(), bounded.toLatin1().constData(), at(0), at(1),
+                                at(2), at(3), at(4), at(5), at(6), at(7), at(8), at(9));
+  if (count != wildcards)
+    return std::nullopt;
+
+  QStringList captured;
+  for (qsizetype word = 0; word < wildcards; ++word)
+    captured += QString::fromUtf8(at(static_cast<std::size_t>(word)));
+
+  const QByteArray tail = format.mid(format.lastIndexOf("%s") + 2);
+  if (!tail.isEmpty()) {
+    if (tail.contains('%'))
+      return std::nullopt;
+    const QString text = QString::fromUtf8(line);
+    const qsizetype place = text.lastIndexOf(captured.last());
+    if (place < 0 || text.mid(place + captured.last().size()) != QString::fromLatin1(tail))
+      return std::nullopt;
+  }
+  return captured;
+}
+
+inline void check(const QList<TriggerEntry>& entries, const QByteArray& line, TriggerHost& host) {
+  for (const TriggerEntry& entry : entries) {
+    const auto words = matches(entry.pattern, line);
+    if (!words)
+      continue;
+    for (qsizetype word = 0; word < words->size(); ++word)
+      host.setVariable(QStringLiteral("_trigOut%1").arg(word), words->at(word));
+    host.runActions(entry.commands);
+  }
+}
+
+}  // namespace literal

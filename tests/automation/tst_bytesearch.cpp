@@ -1,0 +1,100 @@
+#include <QTest>
+#include <algorithm>
+#include <random>
+
+#include "automation/core/ByteSearch.h"
+#include "support/ScratchMain.h"
+
+namespace {
+
+using Numbers = std::vector<quint32>;
+
+Numbers found(const ByteSearch& search, QByteArrayView text) {
+  Numbers numbers;
+  search.find(text, numbers);
+  std::sort(numbers.begin(), numbers.end());
+  return numbers;
+}
+
+}  // namespace
+
+class TestByteSearch : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void withoutNeedlesNothingIsFound();
+  void anEmptyNeedleIsNeverFound();
+  void equalNeedlesAreFoundTogether();
+  void aNeedleThatOccursOftenIsFoundOnce();
+  void needlesInsideNeedlesAreFound();
+  void highBytesAndNulAreBytesLikeOthers();
+  void whatWasFoundBeforeIsKept();
+  void randomNeedlesAreFoundWhereTheyOccur();
+};
+
+void TestByteSearch::withoutNeedlesNothingIsFound() {
+  QVERIFY(found(ByteSearch({}), "any text").empty());
+  QVERIFY(found(ByteSearch({}), "").empty());
+}
+
+void TestByteSearch::anEmptyNeedleIsNeverFound() {
+  const ByteSearch search({"", "a", ""});
+  QCOMPARE(found(search, "cat"), Numbers({1}));
+  QVERIFY(found(search, "").empty());
+}
+
+void TestByteSearch::equalNeedlesAreFoundTogether() {
+  QCOMPARE(found(ByteSearch({"orc", "elf", "orc"}), "an orc"), Numbers({0, 2}));
+}
+
+void TestByteSearch::aNeedleThatOccursOftenIsFoundOnce() {
+  QCOMPARE(found(ByteSearch({"a", "aa"}), "aaaaaaaa"), Numbers({0, 1}));
+}
+
+void TestByteSearch::needlesInsideNeedlesAreFound() {
+  const ByteSearch search({"hers", "he", "she", "his", "er"});
+  QCOMPARE(found(search, "ushers"), Numbers({0, 1, 2, 4}));
+  QCOMPARE(found(search, "shis"), Numbers({3}));
+  QVERIFY(found(search, "HERS").empty());
+}
+
+void TestByteSearch::highBytesAndNulAreBytesLikeOthers() {
+  const ByteSearch search({QByteArray("\xff\x00\x80", 3), QByteArray("\0", 1), "\xc3\xa9"});
+  QCOMPARE(found(search, QByteArrayView("x\xff\x00\x80y", 5)), Numbers({0, 1}));
+  QCOMPARE(found(search, "caf\xc3\xa9"), Numbers({2}));
+}
+
+void TestByteSearch::whatWasFoundBeforeIsKept() {
+  Numbers numbers{7};
+  ByteSearch({"a"}).find("cat", numbers);
+  QCOMPARE(numbers, Numbers({7, 0}));
+}
+
+void TestByteSearch::randomNeedlesAreFoundWhereTheyOccur() {
+  std::mt19937 random(41);
+  const auto below = [&](quint32 limit) { return random() % limit; };
+  const auto text = [&](quint32 longest) {
+    QByteArray bytes(below(longest + 1), '\0');
+    for (char& byte : bytes)
+      byte = static_cast<char>("abc\xe9"[below(4)]);
+    return bytes;
+  };
+  int hits = 0;
+  for (int round = 0; round < 20000; ++round) {
+    std::vector<QByteArray> needles(below(20));
+    for (QByteArray& needle : needles)
+      needle = text(6);
+    const ByteSearch search(needles);
+    const QByteArray line = text(30);
+    Numbers expected;
+    for (quint32 number = 0; number < needles.size(); ++number)
+      if (!needles[number].isEmpty() && line.contains(needles[number]))
+        expected.push_back(number);
+    hits += static_cast<int>(expected.size());
+    QCOMPARE(found(search, line), expected);
+  }
+  QVERIFY(hits > 20000);
+}
+
+KELMORA_TEST_MAIN(TestByteSearch)
+#include "tst_bytesearch.moc"

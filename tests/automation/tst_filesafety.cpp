@@ -1,0 +1,276 @@
+// What stands between a table and its loss: other users' rights, full disks,
+// kills, and things that are no files. Most of it needs a child process.
+
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <algorithm>
+#include <csignal>
+#include <memory>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include "InChild.h"
+#include "OwnFolder.h"
+#include "automation/core/TextFile.h"
+#include "support/ScratchMain.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString path = u"./table.txt"_s;
+
+}  // namespace
+
+class TestFileSafety : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+  void cleanup();
+
+  void aPipeIsLeftAlone();
+  void aDeviceBehindALinkIsLeftAlone_data();
+  void aDeviceBehindALinkIsLeftAlone();
+  void aFileWithoutReadPermissionCannotBeRead();
+  void aMissingFileOfALockedFolderCannotBeRead();
+  void aReadOnlyFileIsNotReplaced();
+  void aFileInALockedFolderIsWrittenInPlace();
+  void anothersFileInASharedFolderIsWrittenInPlace();
+  void aSizeLimitLeavesTheOldFile();
+  void aKillLeavesTheOldFileOrTheNew();
+#ifdef Q_OS_LINUX
+  void aReadErrorIsNoEnd();
+  void aFullDiskLeavesTheOldFile();
+  void aFileMountedByItselfIsWrittenInPlace();
+#endif
+
+ private:
+  std::unique_ptr<OwnFolder> folder_;
+};
+
+void TestFileSafety::init() {
+  folder_ = std::make_unique<OwnFolder>();
+  QVERIFY(folder_->isValid());
+}
+
+void TestFileSafety::cleanup() {
+  folder_.reset();
+}
+
+void TestFileSafety::aPipeIsLeftAlone() {
+  QCOMPARE(mkfifo("table.txt", 0600), 0);
+  // Whoever opens it waits for the other end, which never comes.
+  QVERIFY(!textfile::read(path));
+  QVERIFY(!textfile::replace(path, "x"));
+  QVERIFY(!textfile::openAndEmpty(path));
+  struct stat status = {};
+  QCOMPARE(lstat("table.txt", &status), 0);
+  QVERIFY(S_ISFIFO(status.st_mode));
+}
+
+void TestFileSafety::aDeviceBehindALinkIsLeftAlone_data() {
+  QTest::addColumn<QString>("device");
+  for (const char* name : {"/dev/null", "/dev/full", "/dev/zero"})
+    if (QFileInfo::exists(QString::fromLatin1(name)))
+      QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void TestFileSafety::aDeviceBehindALinkIsLeftAlone() {
+  QFETCH(QString, device);
+  // A wrong step must not cost this computer its device.
+  const int result = inChild([&] {
+    if (!becomeOrdinaryUser())
+      return cannotTry;
+    return !textfile::read(device) && !textfile::replace(device, "x") ? asWished : notAsWished;
+  });
+  if (result == cannotTry)
+    QSKIP("no ordinary user can be had here");
+  QCOMPARE(result, asWished);
+  QVERIFY(QFile::link(device, path));
+  QVERIFY(!textfile::read(path));
+  QVERIFY(!textfile::openAndEmpty(path));
+  QVERIFY(QFileInfo(path).isSymLink());
+  struct stat status = {};
+  QCOMPARE(stat("table.txt", &status), 0);
+  QVERIFY(S_ISCHR(status.st_mode));
+}
+
+void TestFileSafety::aFileWithoutReadPermissionCannotBeRead() {
+  QVERIFY(put(path, "secret"));
+  QCOMPARE(chmod("table.txt", 0), 0);
+  QCOMPARE(chmod(".", 0777), 0);
+  const int result = inChild([] {
+    if (!becomeOrdinaryUser())
+      return cannotTry;
+    return textfile::read(path) ? notAsWished : asWished;
+  });
+  if (result == cannotTry)
+    QSKIP("no ordinary user can be had here");
+  QCOMPARE(result, asWished);
+}
+
+void TestFileSafety::aMissingFileOfALockedFolderCannotBeRead() {
+  QCOMPARE(chmod(".", 0555), 0);
+  const int result = inChild([] {
+    if (!becomeOrdinaryUser())
+      return cannotTry;
+    return textfile::read(path) || textfile::replace(path, "x") || textfile::openAndEmpty(path)
+               ? notAsWished
+               : asWished;
+  });
+  QCOMPARE(chmod(".", 0755), 0);
+  if (result == cannotTry)
+    QSKIP("no ordinary user can be had here");
+  QCOMPARE(result, asWished);
+  QCOMPARE(namesHere(), QStringList());
+}
+
+void TestFileSafety::aReadOnlyFileIsNotReplaced() {
+  QVERIFY(put(path, "old"));
+  QCOMPARE(chmod("table.txt", 0444), 0);
+  QCOMPARE(chmod(".", 0777), 0);
+  const int result = inChild([] {
+    if (!becomeOrdinaryUser())
+      return cannotTry;
+    return textfile::replace(path, "new") || textfile::openAndEmpty(path) ? notAsWished : asWished;
+  });
+  if (result == cannotTry)
+    QSKIP("no ordinary user can be had here");
+  QCOMPARE(result, asWished);
+  QCOMPARE(contentsOf(path), "old");
+  QCOMPARE(namesHere(), QStringList{u"table.txt"_s});
+}
+
+void TestFileSafety::aFileInALockedFolderIsWrittenInPlace() {
+  QVERIFY(put(path, "old and longer"));
+  QCOMPARE(chmod("table.txt", 0666), 0);
+  QCOMPARE(chmod(".", 0555), 0);
+  const int result = inChild([] {
+    if (!becomeOrdinaryUser())
+      return cannotTry;
+    return textfile::replace(path, "new") ? asWished : notAsWished;
+  });
+  QCOMPARE(chmod(".", 0755), 0);
+  if (result == cannotTry)
+    QSKIP("no ordinary user can be had here");
+  QCOMPARE(result, asWished);
+  QCOMPARE(contentsOf(path), "new");
+}
+
+void TestFileSafety::anothersFileInASharedFolderIsWrittenInPlace() {
+  if (geteuid() != 0)
+    QSKIP("only the administrator can make a file that belongs to another user");
+  QVERIFY(put(path, "old and longer"));
+  QCOMPARE(chmod("table.txt", 0666), 0);
+  QCOMPARE(chmod(".", 01777), 0);
+  const int result = inChild([] {
+    if (!becomeOrdinaryUser())
+      return cannotTry;
+    return textfile::replace(path, "new") ? asWished : notAsWished;
+  });
+  if (result == cannotTry)
+    QSKIP("no ordinary user can be had here");
+  QCOMPARE(result, asWished);
+  QCOMPARE(contentsOf(path), "new");
+  QCOMPARE(namesHere(), QStringList{u"table.txt"_s});
+}
+
+void TestFileSafety::aSizeLimitLeavesTheOldFile() {
+  QVERIFY(put(path, "old"));
+  for (const qsizetype size : {20'000, 2'000'000}) {
+    const int result = inChild([size] {
+      const rlimit limit{4096, 4096};
+      if (setrlimit(RLIMIT_FSIZE, &limit) != 0 || std::signal(SIGXFSZ, SIG_IGN) == SIG_ERR)
+        return cannotTry;
+      return textfile::replace(path, QByteArray(size, 'x')) ? notAsWished : asWished;
+    });
+    QCOMPARE(result, asWished);
+    QCOMPARE(contentsOf(path), "old");
+    QCOMPARE(namesHere(), QStringList{u"table.txt"_s});
+  }
+}
+
+void TestFileSafety::aKillLeavesTheOldFileOrTheNew() {
+  const auto version = [](int number) {
+    return (QByteArray::number(number) + '\n').repeated(200'000);
+  };
+  const auto numberOf = [](const QByteArray& bytes) {
+    return bytes.first(std::max(bytes.indexOf('\n'), qsizetype{0})).toInt();
+  };
+  int number = 1;
+  QVERIFY(put(path, version(number)));
+  QRandomGenerator random(42);
+  for (int kill = 0; kill < 50; ++kill) {
+    const pid_t child = startChild([&] {
+      for (int next = number + 1; textfile::replace(path, version(next)); ++next) {
+      }
+      return notAsWished;
+    });
+    QVERIFY(child > 0);
+    QTest::qSleep(static_cast<int>(random.bounded(1, 30)));
+    if (kill == 0)
+      QTRY_VERIFY_WITH_TIMEOUT(numberOf(contentsOf(path)) > 3, 30000);
+    QCOMPARE(::kill(child, SIGKILL), 0);
+    int status = 0;
+    QCOMPARE(waitpid(child, &status, 0), child);
+    QVERIFY2(WIFSIGNALED(status), "a save failed before the kill");
+
+    const QByteArray bytes = contentsOf(path);
+    QVERIFY(numberOf(bytes) >= number);
+    number = numberOf(bytes);
+    QVERIFY2(bytes == version(number), "the file is neither the old one nor the new");
+  }
+}
+
+#ifdef Q_OS_LINUX
+
+void TestFileSafety::aReadErrorIsNoEnd() {
+  // Its first page is never there, so that opening succeeds and reading fails.
+  const auto read = textfile::read(u"/proc/self/mem"_s);
+  QVERIFY(read);
+  QVERIFY(!read->whole);
+  QCOMPARE(read->bytes, QByteArray());
+}
+
+void TestFileSafety::aFullDiskLeavesTheOldFile() {
+  QVERIFY(QDir().mkdir(u"disk"_s));
+  const int result = inChild([] {
+    if (!leaveCommonMounts() || mount("none", "disk", "tmpfs", 0, "size=64k") != 0 ||
+        chdir("disk") != 0)
+      return cannotTry;
+    const QByteArray old(20'000, 'o');
+    if (!textfile::replace(path, old))
+      return notAsWished;
+    for (const qsizetype size : {60'000, 200'000, 5'000'000})
+      if (textfile::replace(path, QByteArray(size, 'n')) || contentsOf(path) != old ||
+          namesHere().size() != 1)
+        return notAsWished;
+    // Once there is room again, saving works again.
+    return textfile::replace(path, "new") && contentsOf(path) == "new" ? asWished : notAsWished;
+  });
+  if (result == cannotTry)
+    QSKIP("this user may not mount a small disk");
+  QCOMPARE(result, asWished);
+}
+
+void TestFileSafety::aFileMountedByItselfIsWrittenInPlace() {
+  QVERIFY(put(u"elsewhere.txt"_s, "old and longer"));
+  QVERIFY(put(path, "hidden"));
+  const int result = inChild([] {
+    if (!leaveCommonMounts() || mount("elsewhere.txt", "table.txt", nullptr, MS_BIND, nullptr) != 0)
+      return cannotTry;
+    return textfile::replace(path, "new") ? asWished : notAsWished;
+  });
+  if (result == cannotTry)
+    QSKIP("this user may not mount a file");
+  QCOMPARE(result, asWished);
+  QCOMPARE(contentsOf(u"elsewhere.txt"_s), "new");
+  QCOMPARE(contentsOf(path), "hidden");
+  QCOMPARE(namesHere(), (QStringList{u"elsewhere.txt"_s, u"table.txt"_s}));
+}
+
+#endif
+
+KELMORA_TEST_MAIN(TestFileSafety)
+#include "tst_filesafety.moc"

@@ -1,0 +1,169 @@
+#include <QFileInfo>
+#include <memory>
+
+#include "OwnFolder.h"
+#include "automation/core/TextFile.h"
+#include "support/ScratchMain.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString path = u"./table.txt"_s;
+
+}  // namespace
+
+class TestTextFile : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+  void cleanup();
+
+  void aFileIsReadByteForByte();
+  void aMissingFileIsCreatedEmpty();
+  void aMissingFileOfAMissingFolderCannotBeRead();
+  void aFolderInTheFilesPlaceIsNeitherReadNorReplaced();
+  void aFileThatIsTooLongIsReadInPart_data();
+  void aFileThatIsTooLongIsReadInPart();
+  void aFileIsReplacedByteForByte();
+  void aReplacedFileKeepsItsPermissions_data();
+  void aReplacedFileKeepsItsPermissions();
+  void aLinkStaysALink_data();
+  void aLinkStaysALink();
+  void aFileIsEmptied();
+
+ private:
+  std::unique_ptr<OwnFolder> folder_;
+};
+
+void TestTextFile::init() {
+  folder_ = std::make_unique<OwnFolder>();
+  QVERIFY(folder_->isValid());
+}
+
+void TestTextFile::cleanup() {
+  folder_.reset();
+}
+
+void TestTextFile::aFileIsReadByteForByte() {
+  const QByteArray bytes = "a\r\n\0\xE9\xFF\n\n x"_ba;
+  QVERIFY(put(path, bytes));
+  const auto read = textfile::read(path);
+  QVERIFY(read);
+  QVERIFY(read->whole);
+  QCOMPARE(read->bytes, bytes);
+  QCOMPARE(contentsOf(path), bytes);
+}
+
+void TestTextFile::aMissingFileIsCreatedEmpty() {
+  const auto read = textfile::read(path);
+  QVERIFY(read);
+  QVERIFY(read->whole);
+  QCOMPARE(read->bytes, QByteArray());
+  QCOMPARE(contentsOf(path), QByteArray(""));
+  QVERIFY(!contentsOf(path).isNull());
+}
+
+void TestTextFile::aMissingFileOfAMissingFolderCannotBeRead() {
+  QVERIFY(!textfile::read(u"./nowhere/table.txt"_s));
+  QVERIFY(!textfile::replace(u"./nowhere/table.txt"_s, "x"));
+  QVERIFY(!textfile::openAndEmpty(u"./nowhere/table.txt"_s));
+  QCOMPARE(namesHere(), QStringList());
+}
+
+void TestTextFile::aFolderInTheFilesPlaceIsNeitherReadNorReplaced() {
+  QVERIFY(QDir().mkdir(path));
+  QVERIFY(!textfile::read(path));
+  QVERIFY(!textfile::replace(path, "x"));
+  QVERIFY(!textfile::openAndEmpty(path));
+  QVERIFY(QFileInfo(path).isDir());
+  QCOMPARE(namesHere(), QStringList{u"table.txt"_s});
+}
+
+void TestTextFile::aFileThatIsTooLongIsReadInPart_data() {
+  QTest::addColumn<qint64>("size");
+  QTest::addColumn<bool>("whole");
+  QTest::addColumn<qsizetype>("length");
+  QTest::newRow("a file as long as may be is read whole")
+      << textfile::largestFile << true << qsizetype{textfile::largestFile};
+  QTest::newRow("of a longer one the whole lines")
+      << textfile::largestFile + 1 << false << qsizetype{4};
+}
+
+void TestTextFile::aFileThatIsTooLongIsReadInPart() {
+  QFETCH(qint64, size);
+  QFETCH(bool, whole);
+  QFETCH(qsizetype, length);
+  QVERIFY(put(path, "a\nb\nc"));
+  QVERIFY(QFile::resize(path, size));  // NULs that take no room on the disk
+  const auto read = textfile::read(path);
+  QVERIFY(read);
+  QCOMPARE(read->whole, whole);
+  QCOMPARE(read->bytes.size(), length);
+  QVERIFY(read->bytes.startsWith("a\nb\n"));
+}
+
+void TestTextFile::aFileIsReplacedByteForByte() {
+  for (const QByteArray& bytes : {"long \0\xE9\r\n text"_ba, "short"_ba, ""_ba, "again"_ba}) {
+    QVERIFY(textfile::replace(path, bytes));
+    QCOMPARE(contentsOf(path), bytes);
+    QCOMPARE(namesHere(), QStringList{u"table.txt"_s});
+  }
+}
+
+void TestTextFile::aReplacedFileKeepsItsPermissions_data() {
+  QTest::addColumn<QFile::Permissions>("permissions");
+  using P = QFileDevice::Permission;
+  const QFile::Permissions owner = P::ReadOwner | P::WriteOwner | P::ReadUser | P::WriteUser;
+  QTest::newRow("the owner alone") << owner;
+  QTest::newRow("the group reads") << (owner | P::ReadGroup);
+  QTest::newRow("all write") << (owner | P::ReadGroup | P::WriteGroup | P::ReadOther |
+                                 P::WriteOther);
+}
+
+void TestTextFile::aReplacedFileKeepsItsPermissions() {
+  QFETCH(QFile::Permissions, permissions);
+  QVERIFY(put(path, "old"));
+  QVERIFY(QFile::setPermissions(path, permissions));
+  QVERIFY(textfile::replace(path, "new"));
+  QCOMPARE(contentsOf(path), "new");
+  QCOMPARE(QFile::permissions(path), permissions);
+}
+
+void TestTextFile::aLinkStaysALink_data() {
+  QTest::addColumn<QString>("target");
+  QTest::addColumn<bool>("exists");
+  QTest::newRow("to a file beside it") << u"kept.txt"_s << true;
+  QTest::newRow("to a file in another folder") << u"folder/kept.txt"_s << true;
+  QTest::newRow("to a link to a file") << u"second"_s << true;
+  QTest::newRow("to a file that is missing") << u"folder/missing.txt"_s << false;
+}
+
+void TestTextFile::aLinkStaysALink() {
+  QFETCH(QString, target);
+  QFETCH(bool, exists);
+  QVERIFY(QDir().mkdir(u"folder"_s));
+  QVERIFY(QFile::link(u"folder/kept.txt"_s, u"second"_s));
+  if (exists)
+    QVERIFY(put(target, "old"));
+  QVERIFY(QFile::link(target, path));
+
+  const auto read = textfile::read(path);
+  QVERIFY(read);
+  QCOMPARE(read->bytes, exists ? "old"_ba : ""_ba);
+  QVERIFY(textfile::replace(path, "new"));
+  QVERIFY(QFileInfo(path).isSymLink());
+  QCOMPARE(contentsOf(target), "new");
+}
+
+void TestTextFile::aFileIsEmptied() {
+  QVERIFY(put(path, "old"));
+  QVERIFY(textfile::openAndEmpty(path));
+  QCOMPARE(contentsOf(path), QByteArray(""));
+  QVERIFY(textfile::openAndEmpty(u"./new.txt"_s));
+  QCOMPARE(namesHere(), (QStringList{u"new.txt"_s, u"table.txt"_s}));
+}
+
+KELMORA_TEST_MAIN(TestTextFile)
+#include "tst_textfile.moc"
