@@ -1,7 +1,9 @@
 #include "app/MainWidget.h"
 
+#include "app/AutomationStart.h"
 #include "app/Beeper.h"
 #include "app/ToolbarActions.h"
+#include "automation/core/AutomationFiles.h"
 #include "net/Proxy.h"
 #include "net/SendLine.h"
 #include "settings/SettingsStore.h"
@@ -56,6 +58,7 @@ MainWidget::MainWidget() {
   if (settings_.useProxyServer) net::installConfiguredProxy(settings_);
   echoEnabled_ = settings_.displayLocalEcho;
   buildColourSpans();
+  loadAutomationFiles(*this, macroTable_, triggerTable_, aliasTable_, variableTable_.map());
   QApplication::setStyle(settings_.interfaceStyle);
   createWidgets();
   layOutWidgets();
@@ -83,6 +86,8 @@ void MainWidget::loadStoredSettings() {
 }
 
 void MainWidget::storeSettings() {
+  // Whether the file took them is not told: the next save tries again.
+  (void)automation::writeVariables(variableTable_.entries());
   settings::save(settings_, {.size = size(), .pos = pos()});
 }
 
@@ -206,13 +211,19 @@ void MainWidget::parseVitals(const char* line) {
   if (const auto vitals = ::parseVitals(line)) vitalsBars_->show(*vitals);
 }
 
-void MainWidget::runActions(const QStringList& actions) { actionQueue_.runActions(actions); }
+void MainWidget::runActions(const QStringList& actions) {
+  interpreter_.actionQueue().runActions(actions);
+}
 
 int MainWidget::interpretAction(QString action, QTextStream& stream, QString& timerId) {
   return interpreter_.interpretAction(std::move(action), stream, timerId);
 }
 
-bool MainWidget::dispatchMacro(int /*key*/) { return false; }
+bool MainWidget::dispatchMacro(int key) {
+  const QStringList* commands = macroTable_.commandsOf(key);
+  if (commands) runActions(QStringList(*commands));
+  return commands != nullptr;
+}
 
 bool MainWidget::claimsShortcut(QKeyCombination keys) const {
   return std::any_of(actions_.begin(), actions_.end(), [&](const QAction* action) {
@@ -227,7 +238,7 @@ void MainWidget::showServerHtml(const QString& html) {
   outputPane_->insertServerHtml(settings_.parseHtml ? safeMarkup(html) : html);
 }
 
-void MainWidget::checkTriggers(const QByteArray& /*line*/) {}
+void MainWidget::checkTriggers(const QByteArray& line) { triggerTable_.check(line, *this); }
 
 void MainWidget::moveCursorToEnd() { outputPane_->moveCursor(QTextCursor::End); }
 
@@ -248,4 +259,22 @@ void MainWidget::sendLine(QTextStream& stream, const QString& line) {
   net::sendLine(stream, line);
   if (echoEnabled_ && settings_.displayLocalEcho)
     outputPane_->echoSentText(line + QStringLiteral("\r\n"));
+}
+
+void MainWidget::printError(const QString& text) { outputPane_->printError(text); }
+
+void MainWidget::printInfo(const QString& text) { outputPane_->printInfo(text); }
+
+void MainWidget::printText(const QString& text, const QString& colourName) {
+  outputPane_->printText(text, QColor(colourName));
+}
+
+QObject& MainWidget::timerParent() { return *this; }
+
+const QStringList* MainWidget::commandsOf(const QString& name) const {
+  return aliasTable_.commandsOf(name);
+}
+
+void MainWidget::setVariable(const QString& name, const QString& value) {
+  variableTable_.set(name, value);
 }

@@ -1,10 +1,15 @@
 #pragma once
 
+#include "automation/core/AliasTable.h"
+#include "automation/core/MacroTable.h"
+#include "automation/core/TriggerTable.h"
 #include "net/ServerConnection.h"
 #include "net/SocketReader.h"
 #include "script/ActionQueue.h"
+#include "script/AliasLookup.h"
 #include "script/Interpreter.h"
 #include "script/ScriptHost.h"
+#include "script/VariableTable.h"
 #include "settings/ClientSettings.h"
 #include "terminal/core/InputHistory.h"
 #include "terminal/core/OutputPipeline.h"
@@ -30,6 +35,8 @@ class MainWidget : public QWidget,
                    private PipelineHost,
                    private ConnectionHost,
                    private ScriptHost,
+                   private AliasLookup,
+                   private TriggerHost,
                    private InputHost {
   Q_OBJECT
 
@@ -41,7 +48,13 @@ class MainWidget : public QWidget,
 
   /// The options, edited in place by the dialogs.
   [[nodiscard]] ClientSettings& settings() { return settings_; }
-  /// Writes every option and the window's place to the settings store.
+  // The automation, edited in place by the editors.
+  [[nodiscard]] MacroTable& macros() { return macroTable_; }
+  [[nodiscard]] TriggerTable& triggers() { return triggerTable_; }
+  [[nodiscard]] AliasTable& aliases() { return aliasTable_; }
+  [[nodiscard]] VariableTable& variables() { return variableTable_; }
+  /// Writes the variables to their file, then every option and the window's
+  /// place to the settings store.
   void storeSettings();
 
   // Also called by the rooms that this window serves.
@@ -49,7 +62,7 @@ class MainWidget : public QWidget,
   void historyOlder() override;
   void historyNewer() override;
   void parseVitals(const char* line) override;
-  void runActions(const QStringList& actions);
+  void runActions(const QStringList& actions) override;
   int interpretAction(QString action, QTextStream& stream, QString& timerId);
   bool dispatchMacro(int key) override;
 
@@ -94,17 +107,28 @@ class MainWidget : public QWidget,
   // ScriptHost
   QIODevice& gameDevice() override;
   void sendLine(QTextStream& stream, const QString& line) override;
+  void printError(const QString& text) override;
+  void printInfo(const QString& text) override;
+  void printText(const QString& text, const QString& colourName) override;
+  QObject& timerParent() override;
+  // AliasLookup
+  [[nodiscard]] const QStringList* commandsOf(const QString& name) const override;
+  // TriggerHost
+  void setVariable(const QString& name, const QString& value) override;
   // InputHost
   [[nodiscard]] bool claimsShortcut(QKeyCombination keys) const override;
 
   InputHistory inputHistory_;
+  MacroTable macroTable_;
+  TriggerTable triggerTable_;
+  AliasTable aliasTable_;
+  VariableTable variableTable_;
   ClientSettings settings_;
   /// Local echo as it was at the start; an option switched on during play
   /// takes effect at the next start.
   bool echoEnabled_ = false;
   OutputPipeline pipeline_;
-  Interpreter interpreter_{*this};
-  ActionQueue actionQueue_{*this, interpreter_};
+  Interpreter interpreter_{*this, variableTable_, *this};
 
   // Children of the window.
   QTcpSocket* socket_ = nullptr;

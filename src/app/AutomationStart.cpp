@@ -1,0 +1,39 @@
+#include "app/AutomationStart.h"
+
+#include "automation/core/AutomationFiles.h"
+
+#include <QCoreApplication>
+#include <QMessageBox>
+
+#include <array>
+#include <functional>
+
+void loadAutomationFiles(QWidget& parent, MacroTable& macros, TriggerTable& triggers,
+                         AliasTable& aliases, QMap<QString, QString>& variables) {
+  struct FileRow {
+    const char* title;
+    const char* failure;
+    std::function<bool()> load;
+  };
+  const std::array<FileRow, 4> rows{{
+      {QT_TRANSLATE_NOOP("MainWidget", "Macros"),
+       QT_TRANSLATE_NOOP("MainWidget", "There has been a failure reading your macros.txt file."),
+       [&] { return automation::loadMacros(macros); }},
+      {QT_TRANSLATE_NOOP("MainWidget", "Triggers"),
+       QT_TRANSLATE_NOOP("MainWidget", "There has been a failure reading your triggers.txt file."),
+       [&] { return automation::loadTriggers(triggers); }},
+      {QT_TRANSLATE_NOOP("MainWidget", "Aliases"),
+       QT_TRANSLATE_NOOP("MainWidget", "There has been a failure reading your aliases.txt file."),
+       [&] { return automation::loadAliases(aliases); }},
+      {QT_TRANSLATE_NOOP("MainWidget", "Variables"),
+       QT_TRANSLATE_NOOP("MainWidget",
+                         "There has been a failure reading your variables.txt file."),
+       [&] { return automation::loadVariables(variables); }},
+  }};
+  for (const FileRow& row : rows) {
+    if (row.load()) continue;
+    QMessageBox::information(&parent, QCoreApplication::translate("MainWidget", row.title),
+                             QCoreApplication::translate("MainWidget", row.failure),
+                             QMessageBox::Ok);
+  }
+}
