@@ -5,7 +5,6 @@
 #include "automation/core/TriggerTable.h"
 #include "net/ServerConnection.h"
 #include "net/SocketReader.h"
-#include "script/ActionQueue.h"
 #include "script/AliasLookup.h"
 #include "script/Interpreter.h"
 #include "script/ScriptHost.h"
