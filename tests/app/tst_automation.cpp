@@ -1,0 +1,338 @@
+#include "PlayWindow.h"
+#include "script/ActionTimer.h"
+#include "support/ScratchMain.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+
+namespace {
+
+void writeFile(const QString& name, const QByteArray& content) {
+  QFile file(name);
+  if (!file.open(QIODevice::WriteOnly)) qFatal("the scratch folder takes no files");
+  file.write(content);
+}
+
+QByteArray contentOf(const QString& name) {
+  QFile file(name);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+}
+
+/// Closes every message box with its button and remembers what stood in it.
+class BoxReader : public QObject {
+ public:
+  BoxReader() {
+    connect(&timer_, &QTimer::timeout, this, [this] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (!box) return;
+      boxes << box->windowTitle() + ": " + box->text();
+      buttons << box->standardButtons();
+      parents << box->parentWidget();
+      box->button(QMessageBox::Ok)->click();
+    });
+    timer_.start(5);
+  }
+
+  QStringList boxes;
+  QList<QMessageBox::StandardButtons> buttons;
+  QList<QWidget*> parents;
+
+ private:
+  QTimer timer_;
+};
+
+}  // namespace
+
+/// Triggers, aliases, macros, variables and timers in a real window on a real
+/// connection.
+class TestAutomation : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+  void missingFilesAreCreatedEmptyWithoutAWord();
+  void everyBrokenFileHasItsBoxInOrder();
+  void oneBrokenFileKeepsTheOthers();
+  void theTablesAreLoadedAndTheVariablesKept();
+  void aTriggerAnswersWithTheWordItCaptured();
+  void triggersFireInOrderEachBeforeTheNextIsTried();
+  void aLineInTwoReadsIsTwoPieces();
+  void vitalsAndTriggersSeeTheSameLine();
+  void anAliasRunsInPlaceOfItsName();
+  void aPauseInAnAliasHoldsBackTheAliasAlone();
+  void macroKeys_data();
+  void macroKeys();
+  void commandsPrintIntoThePane();
+  void withSplittingOffAPauseMakesNoTimer();
+  void aWaitingTimerEndsWithTheWindow();
+  void unpauseCancels();
+  void anEndlessAliasEndsWithOneLineAndTheWindowLives();
+  void nestedLoopsEndAndTheWindowLives();
+  void aTriggerThatFeedsItselfLetsKeysThrough();
+};
+
+void TestAutomation::init() {
+  for (const char* name : {"macros.txt", "triggers.txt", "aliases.txt", "variables.txt"})
+    QFile::remove(name);
+}
+
+void TestAutomation::missingFilesAreCreatedEmptyWithoutAWord() {
+  BoxReader reader;
+  PlayWindow play(5000);
+  QCOMPARE(reader.boxes, QStringList());
+  for (const char* name : {"macros.txt", "triggers.txt", "aliases.txt", "variables.txt"})
+    QCOMPARE(contentOf(name), QByteArray());
+}
+
+void TestAutomation::everyBrokenFileHasItsBoxInOrder() {
+  for (const char* name : {"macros.txt", "triggers.txt", "aliases.txt", "variables.txt"})
+    writeFile(name, "nonsense\n");
+  BoxReader reader;
+  PlayWindow play(5000);
+  QCOMPARE(reader.boxes,
+           (QStringList{"Macros: There has been a failure reading your macros.txt file.",
+                        "Triggers: There has been a failure reading your triggers.txt file.",
+                        "Aliases: There has been a failure reading your aliases.txt file.",
+                        "Variables: There has been a failure reading your variables.txt file."}));
+  for (const auto buttons : reader.buttons) QCOMPARE(buttons, QMessageBox::Ok);
+  QCOMPARE(reader.parents, QList<QWidget*>(4, play.window.get()));
+}
+
+void TestAutomation::oneBrokenFileKeepsTheOthers() {
+  writeFile("triggers.txt", "\ntrigger \"a\"\nx\n/trigger\nnonsense\n");
+  writeFile("aliases.txt", "\nalias \"n\"\nnorth\n/alias\n");
+  writeFile("variables.txt", "\nvariable hp \"10\"\n");
+  BoxReader reader;
+  PlayWindow play(5000);
+  QCOMPARE(reader.boxes.size(), 1);
+  QVERIFY(reader.boxes.first().startsWith("Triggers: "));
+  QCOMPARE(play.window->triggers().size(), 1);
+  QCOMPARE(play.window->aliases().size(), 1);
+  QCOMPARE(play.window->variables().value("hp"), QString("10"));
+}
+
+void TestAutomation::theTablesAreLoadedAndTheVariablesKept() {
+  writeFile("variables.txt", "\nvariable hp \"10\"\n");
+  {
+    PlayWindow play(5000);
+    play.type("/add hp, 5;/set name,Robin");
+    QVERIFY(play.window->close());
+  }
+  QCOMPARE(contentOf("variables.txt"),
+           QByteArray("\nvariable hp \"15\"\n\nvariable name \"Robin\"\n"));
+}
+
+void TestAutomation::aTriggerAnswersWithTheWordItCaptured() {
+  writeFile("triggers.txt",
+            "\ntrigger \"{*} tells you: {*}\"\n/set reply, {_trigOut1}\n"
+            "/set reply_to, {_trigOut0}\ntell back\n/trigger\n");
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  server.send("\x1b[33mBob tells you: hello there\x1b[0m\r\n");
+  QTRY_COMPARE(server.received(), QByteArray("tell back\r\n"));
+  QCOMPARE(play.window->variables().value("reply"), QString("hello"));
+  QCOMPARE(play.window->variables().value("reply_to"), QString("Bob"));
+}
+
+void TestAutomation::triggersFireInOrderEachBeforeTheNextIsTried() {
+  writeFile("triggers.txt",
+            "\ntrigger \"hungry\"\neat\nlook\n/trigger\n"
+            "\ntrigger \"never\"\nno\n/trigger\n"
+            "\ntrigger \"You are {*}\"\nsay done\n/trigger\n");
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  server.send("You are hungry\r\nYou are hungry\r\n");
+  QTRY_COMPARE(server.received(), QByteArray("eat\r\nlook\r\nsay done\r\n").repeated(2));
+}
+
+void TestAutomation::aLineInTwoReadsIsTwoPieces() {
+  writeFile("triggers.txt", "\ntrigger \"whole line\"\nno\n/trigger\n"
+                            "\ntrigger \"end\"\nyes\n/trigger\n");
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  server.send("who");
+  QTRY_VERIFY(play.text().endsWith("who"));
+  server.send("le line\r\nend\r\n");
+  QTRY_COMPARE(server.received(), QByteArray("yes\r\n"));
+}
+
+void TestAutomation::vitalsAndTriggersSeeTheSameLine() {
+  writeFile("triggers.txt", "\ntrigger \"hp: [ {*} / {*} ]\"\nok\n/trigger\n"
+                            "\ntrigger \"hp: [\"\nprompt\n/trigger\n");
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  server.send("hp: [ 50 / 200 ], sp: [ 10 / 10 ], ep: [ 0 / 80 ]\r\n");
+  QTRY_COMPARE(server.received(), QByteArray("prompt\r\n"));
+}
+
+void TestAutomation::anAliasRunsInPlaceOfItsName() {
+  writeFile("aliases.txt", "\nalias \"n\"\nnorth\nlook\n/alias\n\nalias \"/x\"\nsay x\n/alias\n"
+                           "\nalias \"/set\"\nsay set\n/alias\n");
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  play.type("n;n ;N;/x;//x;//set;/set a,b");
+  QTRY_COMPARE(server.received(),
+               QByteArray("north\r\nlook\r\nn \r\nN\r\nsay x\r\nsay x\r\nsay set\r\n"));
+  QCOMPARE(play.window->variables().value("a"), QString("b"));
+}
+
+void TestAutomation::aPauseInAnAliasHoldsBackTheAliasAlone() {
+  writeFile("aliases.txt", "\nalias \"a\"\na1\n/pause t, 150\na2\n/alias\n");
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  QElapsedTimer clock;
+  clock.start();
+  play.type("a;second");
+  QTRY_COMPARE(server.received(), QByteArray("a1\r\nsecond\r\n"));
+  QTRY_COMPARE(server.received(), QByteArray("a1\r\nsecond\r\na2\r\n"));
+  QVERIFY(clock.elapsed() >= 140);
+}
+
+void TestAutomation::macroKeys_data() {
+  QTest::addColumn<int>("key");
+  QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+  QTest::addColumn<QByteArray>("wire");
+  QTest::addColumn<QString>("text");
+  const Qt::KeyboardModifiers none;
+  QTest::newRow("F5 runs its macro and leaves the line alone")
+      << int(Qt::Key_F5) << none << QByteArray("five\r\n") << "text";
+  QTest::newRow("Shift and F5 run it too")
+      << int(Qt::Key_F5) << Qt::KeyboardModifiers(Qt::ShiftModifier) << QByteArray("five\r\n")
+      << "text";
+  QTest::newRow("Control and F5 do not")
+      << int(Qt::Key_F5) << Qt::KeyboardModifiers(Qt::ControlModifier) << QByteArray() << "text";
+  QTest::newRow("Alt and F5 do not")
+      << int(Qt::Key_F5) << Qt::KeyboardModifiers(Qt::AltModifier) << QByteArray() << "text";
+  QTest::newRow("keypad 8 runs the macro of NUMPAD8")
+      << int(Qt::Key_Up) << Qt::KeyboardModifiers(Qt::KeypadModifier) << QByteArray("up\r\n")
+      << "text";
+  QTest::newRow("the arrow beside it browses") << int(Qt::Key_Up) << none << QByteArray() << "";
+  QTest::newRow("Page Up runs the macro of NUMPAD9")
+      << int(Qt::Key_PageUp) << none << QByteArray("nine\r\n") << "text";
+  QTest::newRow("a bound letter types nothing")
+      << int(Qt::Key_A) << none << QByteArray("letter\r\n") << "text";
+  QTest::newRow("an unbound letter is typed")
+      << int(Qt::Key_B) << none << QByteArray() << "textb";
+  QTest::newRow("a macro without commands takes its key all the same")
+      << int(Qt::Key_F6) << none << QByteArray() << "text";
+}
+
+void TestAutomation::macroKeys() {
+  QFETCH(const int, key);
+  QFETCH(const Qt::KeyboardModifiers, modifiers);
+  QFETCH(const QByteArray, wire);
+  QFETCH(const QString, text);
+  writeFile("macros.txt",
+            "\nmacro Key_F5\nfive\n/macro\n\nmacro NUMPAD8\nup\n/macro\n\nmacro NUMPAD9\nnine\n"
+            "/macro\n\nmacro A\nletter\n/macro\n\nmacro Key_F6\n/macro\n");
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  // An empty line in the history, were that possible, would not be told from none.
+  play.bar->setText("text");
+  QTest::keyClick(play.bar, static_cast<Qt::Key>(key), modifiers);
+  if (key == Qt::Key_Up && modifiers == Qt::NoModifier) play.bar->clear();
+  QCOMPARE(play.bar->text(), text);
+  play.window->runActions({"mark"});
+  QTRY_COMPARE(server.received(), wire + "mark\r\n");
+}
+
+void TestAutomation::commandsPrintIntoThePane() {
+  PlayWindow play(5000);
+  play.type("/set a,1;/variables;/delete nothing;/echo Hello {a}, FF8000;/echo bare;/echo");
+  QCOMPARE(play.text(), QString("++ Global variables:\n++  a : 1\n"
+                                "## No such variable to delete: nothing\nHello 1\nbare\n"
+                                "## /echo takes at least one argument\n"));
+  QCOMPARE(play.formatOf("Hello 1").foreground().color(), QColor("#FF8000"));
+  QCOMPARE(play.formatOf("bare").foreground().color(), QColor("#FFFFFF"));
+  QCOMPARE(play.formatOf("## No such").foreground().color(), QColor(Qt::yellow));
+  QCOMPARE(play.formatOf("## No such").background().color(), QColor(Qt::red));
+  QCOMPARE(play.formatOf("++ Global").foreground().color(), QColor(Qt::white));
+  QCOMPARE(play.formatOf("++ Global").background().color(), QColor(Qt::blue));
+}
+
+void TestAutomation::withSplittingOffAPauseMakesNoTimer() {
+  PlayWindow play(5000, {{"splitInput", 0}});
+  play.type("/pause t, 50");
+  play.type("/unpause t");
+  QVERIFY(play.text().contains("## No such pending timer: t\n"));
+}
+
+void TestAutomation::aWaitingTimerEndsWithTheWindow() {
+  GameServer server;
+  {
+    PlayWindow play(server.port());
+    QVERIFY(play.connectTo(server));
+    play.type("/pause t, 50;late");
+    play.type("now");
+    QTRY_COMPARE(server.received(), QByteArray("now\r\n"));
+    QVERIFY(play.window->findChild<ActionTimer*>());
+  }
+  QTest::qWait(120);
+  QCOMPARE(server.received(), QByteArray("now\r\n"));
+}
+
+void TestAutomation::unpauseCancels() {
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  play.type("/pause t, 50;late");
+  play.type("/unpause t");
+  QVERIFY(play.text().contains("++ Deleted timer: t\n"));
+  QTest::qWait(120);
+  QCOMPARE(server.received(), QByteArray());
+}
+
+void TestAutomation::anEndlessAliasEndsWithOneLineAndTheWindowLives() {
+  writeFile("aliases.txt", "\nalias \"loop\"\nloop\n/alias\n");
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  play.pane->clear();
+  play.type("loop");
+  QCOMPARE(play.text().count("## "), 1);
+  QVERIFY2(play.text().contains("loop"), qPrintable(play.text()));
+  play.type("alive");
+  QTRY_COMPARE(server.received(), QByteArray("alive\r\n"));
+}
+
+void TestAutomation::nestedLoopsEndAndTheWindowLives() {
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  play.pane->clear();
+  play.type("/set n,0;/repeat 512, /repeat 512, /repeat 512, /add n, 1");
+  QCOMPARE(play.text().count("## "), 1);
+  QVERIFY(play.window->variables().value("n").toInt() >= 512 * 512);
+  play.type("alive");
+  QTRY_COMPARE(server.received(), QByteArray("alive\r\n"));
+}
+
+void TestAutomation::aTriggerThatFeedsItselfLetsKeysThrough() {
+  writeFile("triggers.txt", "\ntrigger \"ping\"\nping\n/trigger\n");
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  int echoes = 0;
+  connect(server.peer(), &QTcpSocket::readyRead, this, [&] {
+    ++echoes;
+    server.send("ping\r\n");
+  });
+  server.send("ping\r\n");
+  QTRY_VERIFY(echoes > 20);
+  play.type("typed between");
+  QTRY_VERIFY(server.received().contains("typed between\r\n"));
+  server.peer()->disconnect(this);
+}
+
+KELMORA_GUI_TEST_MAIN(TestAutomation)
+#include "tst_automation.moc"
