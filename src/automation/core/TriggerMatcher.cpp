@@ -1,6 +1,7 @@
 #include "automation/core/TriggerMatcher.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
