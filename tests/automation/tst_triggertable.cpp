@@ -50,6 +50,7 @@ class TestTriggerTable : public QObject {
   void initTestCase() { std::setlocale(LC_ALL, "C"); }
   void anEmptyTableFiresNothing();
   void anEmptyLineFiresNothing();
+  void anEmptyPatternOccursInEveryLine();
   void twoTriggersOnALineFireInTableOrder();
   void plainAndTemplateTriggersKeepTheirOrder();
   void aDuplicateFiresTwice();
@@ -78,6 +79,13 @@ void TestTriggerTable::anEmptyTableFiresNothing() {
 void TestTriggerTable::anEmptyLineFiresNothing() {
   TriggerTable table = tableOf({{"a", {"x"}}, {"{*}", {"y"}}, {" ", {"z"}}});
   QCOMPARE(logOf(table, ""), QStringList());
+}
+
+void TestTriggerTable::anEmptyPatternOccursInEveryLine() {
+  TriggerTable table = tableOf({{"a", {"1"}}, {"", {"2"}}, {"a", {"3"}}});
+  QCOMPARE(logOf(table, "a"), QStringList({"run 1", "run 2", "run 3"}));
+  QCOMPARE(logOf(table, "b"), QStringList("run 2"));
+  QCOMPARE(logOf(table, ""), QStringList("run 2"));
 }
 
 void TestTriggerTable::twoTriggersOnALineFireInTableOrder() {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QString>
+#include <utility>
+
 #include "automation/core/Entries.h"
 #include "automation/core/KeyedTable.h"
 

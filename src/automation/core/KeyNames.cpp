@@ -1,5 +1,6 @@
 #include "automation/core/KeyNames.h"
 
+#include <Qt>
 #include <algorithm>
 #include <array>
 

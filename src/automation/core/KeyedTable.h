@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QList>
 #include <QStringList>
+#include <type_traits>
 #include <utility>
 
 /// An ordered list of entries, duplicates and all, that finds the first entry

@@ -1,14 +1,15 @@
 #include "automation/core/TriggerMatcher.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
 /// A needle this long tells patterns apart well enough; the few that share one
 /// are tried in full.
 constexpr qsizetype needleLength = 32;
-/// Keeps the search under some 40 megabytes while it is built; triggers beyond
-/// that are tried one by one.
+/// Bounds the search to a few tens of megabytes; the triggers beyond it
+/// are tried one by one.
 constexpr qsizetype needleBytes = 1 << 20;
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "automation/core/TriggerPattern.h"
 
-#include <algorithm>
-
 #include "scan/Integer.h"
 
 namespace {
