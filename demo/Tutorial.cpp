@@ -53,6 +53,20 @@ constexpr demo::Chapter kChapters[] = {
      "  `Ctrl+T`  triggers                     `Ctrl+H`  help\n\n"
      "A saved session is a web page: it keeps the colours and can be read in any "
      "browser."},
+    {"Let the client play along",
+     "The client can do some of the work. Four small things show how.\n\n"
+     "A variable keeps a text. Type `/set town,Kelmora`, then "
+     "`/echo I live in {town}, FFCC00`: the name in braces is replaced, and the six "
+     "digits are the colour.\n\n"
+     "An alias is a short word for several lines. Press Ctrl+L, add an alias, edit "
+     "it, call it `hi`, and give it the two lines `say Good morning!` and `look`. "
+     "Save it, close the window, and type `hi`.\n\n"
+     "A trigger answers the world by itself. Press Ctrl+T, add a trigger, and give "
+     "it the pattern `{*} tells you: {*}` and the one line "
+     "`/echo {_trigOut0} began with {_trigOut1}, 80FF80`. Each star catches one "
+     "word. Then type `bob`.\n\n"
+     "A timer holds back what follows. Type `say one;/pause later, 3000;say two` "
+     "and wait three seconds; `/unpause later` would have called it off."},
     {"Off you go",
      "That is all you need. `help` lists what you can do here, `map` shows where, "
      "and `score` keeps count: there are sixteen places to see, six creatures to "
