@@ -1,19 +1,39 @@
 #pragma once
 
+#include <QMap>
 #include <QStringList>
 
+class ActionTimer;
 class Interpreter;
 class ScriptHost;
 
-/// Runs lists of actions in order.
+/// Runs lists of actions in order; a pause parks the rest of its list in a
+/// timer. Every list of the program goes through here.
 class ActionQueue {
  public:
   ActionQueue(ScriptHost& host, Interpreter& interpreter)
       : host_(host), interpreter_(interpreter) {}
+  /// Waiting timers go with the queue; their actions are never run.
+  ~ActionQueue();
+  Q_DISABLE_COPY_MOVE(ActionQueue)
 
+  /// Returns at the list's end or first pause; aliases and loops on the way
+  /// have run by then.
   void runActions(const QStringList& actions);
 
+  /// Runs the rest of a list after so many milliseconds (above zero). While
+  /// the id is taken this is an error that drops the rest.
+  void park(const QString& timerId, int delay, const QStringList& rest);
+  /// Cancels a waiting timer and says so, or that there is none.
+  void unpause(const QString& timerId);
+
+  /// The waiting timers by id.
+  [[nodiscard]] const QMap<QString, ActionTimer*>& pendingTimers() const { return pendingTimers_; }
+
  private:
+  friend class ActionTimer;
+
   ScriptHost& host_;
   Interpreter& interpreter_;
+  QMap<QString, ActionTimer*> pendingTimers_;
 };

@@ -1,20 +1,61 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
+#include <optional>
 
+#include "script/ActionQueue.h"
+#include "script/Commands.h"
+#include "script/RunBudget.h"
+
+class AliasLookup;
 class QTextStream;
 class ScriptHost;
+class VariableTable;
 
-/// Understands one action: a line for the game server, or (with a doubled
-/// slash) a line for it that begins with a slash.
+/// Understands one action: a slash-command, an alias, or a line for the game
+/// server (written with a doubled slash if it begins with one).
+///
+/// What an action starts — an alias's list, a loop — is kept on a stack of its
+/// own and not on the program's, so that nesting costs memory by the bytes and
+/// is bounded by RunBudget alone.
 class Interpreter {
  public:
-  explicit Interpreter(ScriptHost& host) : host_(host) {}
+  /// All three outlive the interpreter.
+  Interpreter(ScriptHost& host, VariableTable& variables, const AliasLookup& aliases);
+  Q_DISABLE_COPY_MOVE(Interpreter)
 
-  /// Runs one action. Returns the pause it asks for in milliseconds (zero or
-  /// less: none) and, with a pause, writes its id to `timerId`.
+  /// Runs one action, and all that it starts, to completion. Returns the delay
+  /// in milliseconds of an action that is a pause, 0 for any other, and writes
+  /// the pause's id to `timerId`; making a timer of it is the caller's part. A
+  /// pause in the body of a condition or loop leaves its id there, but no delay.
   int interpretAction(QString action, QTextStream& stream, QString& timerId);
 
+  /// The lists that go with this interpreter.
+  [[nodiscard]] ActionQueue& actionQueue() { return queue_; }
+
  private:
+  friend class ActionQueue;
+  struct Stack;
+  struct Next;
+  enum class Place;
+
+  /// Runs a list as far as its first pause, through one stream.
+  void runList(const QStringList& actions, QTextStream& stream);
+  void finish(Stack& stack);
+  [[nodiscard]] std::optional<Next> nextOf(Stack& stack);
+  [[nodiscard]] std::optional<QString> bodyOf(Stack& stack);
+  /// Returns the delay of a pause that stands alone.
+  int perform(Stack& stack, const Next& next);
+  int follow(Stack& stack, const Sequel& sequel, Place place);
+  void park(Stack& stack, const Pause& pause);
+  void callOrSend(Stack& stack, const QString& text);
+  [[nodiscard]] bool endsForSteps();
+  void endRun(const QString& why);
+
   ScriptHost& host_;
+  const AliasLookup& aliases_;
+  RunBudget budget_;
+  ActionQueue queue_;
+  Commands commands_;
 };
