@@ -206,7 +206,9 @@ void MainWidget::parseVitals(const char* line) {
   if (const auto vitals = ::parseVitals(line)) vitalsBars_->show(*vitals);
 }
 
-void MainWidget::runActions(const QStringList& actions) { actionQueue_.runActions(actions); }
+void MainWidget::runActions(const QStringList& actions) {
+  interpreter_.actionQueue().runActions(actions);
+}
 
 int MainWidget::interpretAction(QString action, QTextStream& stream, QString& timerId) {
   return interpreter_.interpretAction(std::move(action), stream, timerId);
@@ -249,3 +251,13 @@ void MainWidget::sendLine(QTextStream& stream, const QString& line) {
   if (echoEnabled_ && settings_.displayLocalEcho)
     outputPane_->echoSentText(line + QStringLiteral("\r\n"));
 }
+
+void MainWidget::printError(const QString& text) { outputPane_->printError(text); }
+
+void MainWidget::printInfo(const QString& text) { outputPane_->printInfo(text); }
+
+void MainWidget::printText(const QString& text, const QString& colourName) {
+  outputPane_->printText(text, QColor(colourName));
+}
+
+const QStringList* MainWidget::commandsOf(const QString& /*name*/) const { return nullptr; }

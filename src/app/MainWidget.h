@@ -2,9 +2,10 @@
 
 #include "net/ServerConnection.h"
 #include "net/SocketReader.h"
-#include "script/ActionQueue.h"
+#include "script/AliasLookup.h"
 #include "script/Interpreter.h"
 #include "script/ScriptHost.h"
+#include "script/VariableTable.h"
 #include "settings/ClientSettings.h"
 #include "terminal/core/InputHistory.h"
 #include "terminal/core/OutputPipeline.h"
@@ -30,6 +31,7 @@ class MainWidget : public QWidget,
                    private PipelineHost,
                    private ConnectionHost,
                    private ScriptHost,
+                   private AliasLookup,
                    private InputHost {
   Q_OBJECT
 
@@ -94,6 +96,12 @@ class MainWidget : public QWidget,
   // ScriptHost
   QIODevice& gameDevice() override;
   void sendLine(QTextStream& stream, const QString& line) override;
+  void printError(const QString& text) override;
+  void printInfo(const QString& text) override;
+  void printText(const QString& text, const QString& colourName) override;
+  QObject& timerParent() override { return *this; }
+  // AliasLookup
+  [[nodiscard]] const QStringList* commandsOf(const QString& name) const override;
   // InputHost
   [[nodiscard]] bool claimsShortcut(QKeyCombination keys) const override;
 
@@ -103,8 +111,8 @@ class MainWidget : public QWidget,
   /// takes effect at the next start.
   bool echoEnabled_ = false;
   OutputPipeline pipeline_;
-  Interpreter interpreter_{*this};
-  ActionQueue actionQueue_{*this, interpreter_};
+  VariableTable variables_;
+  Interpreter interpreter_{*this, variables_, *this};
 
   // Children of the window.
   QTcpSocket* socket_ = nullptr;
