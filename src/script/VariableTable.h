@@ -10,10 +10,10 @@ class VariableTable {
   using Entries = QMap<QString, QString>;
 
   /// Longest value and longest result of a substitution, in UTF-16 units; what
-  /// is longer is cut. A variable that holds itself twice doubles with every
+  /// is longer is cut. A variable that takes itself in twice doubles with every
   /// command, so a script of thirty lines would otherwise fill any memory. A
   /// command's argument holds 1023 bytes, so nothing written by hand comes near.
-  static constexpr qsizetype maximumLength = 1024 * 1024;
+  static constexpr qsizetype maximumLength = 64 * 1024;
 
   /// Creates or overwrites.
   void set(const QString& name, const QString& value);

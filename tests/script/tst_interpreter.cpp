@@ -1,33 +1,8 @@
-#include "script/ActionQueue.h"
-#include "script/Interpreter.h"
-#include "script/ScriptHost.h"
-#include "support/ScratchMain.h"
-
-#include <QBuffer>
 #include <QTest>
-#include <QTextStream>
 
-namespace {
-
-class RecordingHost : public ScriptHost {
- public:
-  RecordingHost() { device_.open(QIODevice::ReadWrite); }
-  [[nodiscard]] QIODevice& gameDevice() override { return device_; }
-  void sendLine(QTextStream& stream, const QString& line) override {
-    sent << line;
-    devices << stream.device();
-    unicodeDetection << stream.autoDetectUnicode();
-  }
-
-  QStringList sent;
-  QList<QIODevice*> devices;
-  QList<bool> unicodeDetection;
-
- private:
-  QBuffer device_;
-};
-
-}  // namespace
+#include "script/Interpreter.h"
+#include "script/ScriptFixture.h"
+#include "support/ScratchMain.h"
 
 class TestInterpreter : public QObject {
   Q_OBJECT
@@ -37,50 +12,154 @@ class TestInterpreter : public QObject {
   void sends();
   void aListRunsInOrderThroughOneDevice();
   void anEmptyListSendsNothing();
+  void anErrorDoesNotStopTheList();
+  void returnsTheDelayOfAPauseAlone_data();
+  void returnsTheDelayOfAPauseAlone();
+  void aPauseTypedAloneMakesNoTimer();
+  void aPauseInABodyLeavesItsIdButNoDelay();
+  void aPauseInAnAliasLeavesTheCallerAlone();
+  void aRunFromInsideAHostCallGoesFirst();
 };
 
 void TestInterpreter::sends_data() {
   QTest::addColumn<QString>("action");
   QTest::addColumn<QString>("line");
-  QTest::newRow("a plain line is sent as it is") << "look" << "look";
-  QTest::newRow("blanks at its ends are kept") << "  look " << "  look ";
-  QTest::newRow("an empty action sends an empty line") << "" << "";
-  QTest::newRow("a doubled slash sends a single one") << "//who" << "/who";
-  QTest::newRow("only the first of three slashes is taken off") << "///who" << "//who";
-  QTest::newRow("two slashes alone send one") << "//" << "/";
-  QTest::newRow("a slash alone is sent") << "/" << "/";
-  QTest::newRow("a slash word that is no command is sent with its slash") << "/wave" << "/wave";
-  QTest::newRow("braces are not replaced in what is sent") << "say {name}" << "say {name}";
+  QTest::newRow("a plain line is sent as it is") << "look"
+                                                 << "look";
+  QTest::newRow("blanks at its ends are kept") << "  look "
+                                               << "  look ";
+  QTest::newRow("an empty action sends an empty line") << ""
+                                                       << "";
+  QTest::newRow("a doubled slash sends a single one") << "//who"
+                                                      << "/who";
+  QTest::newRow("only the first of three slashes is taken off") << "///who"
+                                                                << "//who";
+  QTest::newRow("two slashes alone send one") << "//"
+                                              << "/";
+  QTest::newRow("a slash alone is sent") << "/"
+                                         << "/";
+  QTest::newRow("a slash and a blank are sent") << "/ set"
+                                                << "/ set";
+  QTest::newRow("a slash word that is no command is sent with its slash") << "/wave"
+                                                                          << "/wave";
+  QTest::newRow("a command behind a doubled slash is sent") << "//set x,1"
+                                                            << "/set x,1";
+  QTest::newRow("a command in other case is sent") << "/Set x,1"
+                                                   << "/Set x,1";
+  QTest::newRow("a command in capitals is sent") << "/SET x,1"
+                                                 << "/SET x,1";
+  QTest::newRow("a command word ends at a space, not at a tab") << "/set\tx,1"
+                                                                << "/set\tx,1";
+  QTest::newRow("a longer word is no command") << "/sets x,1"
+                                               << "/sets x,1";
+  QTest::newRow("a shorter word is no command") << "/se x,1"
+                                                << "/se x,1";
+  QTest::newRow("a command behind a blank is sent") << " /set x,1"
+                                                    << " /set x,1";
+  QTest::newRow("braces are not replaced in what is sent") << "say {name}"
+                                                           << "say {name}";
+  QTest::newRow("braces are not replaced behind a doubled slash") << "//{name}"
+                                                                  << "/{name}";
+  QTest::newRow("characters outside ASCII are sent as they are")
+      << QStringLiteral("say caf\u00e9 \u20ac") << QStringLiteral("say caf\u00e9 \u20ac");
 }
 
 void TestInterpreter::sends() {
   QFETCH(const QString, action);
   QFETCH(const QString, line);
-  RecordingHost host;
-  Interpreter interpreter(host);
-  QTextStream stream(&host.gameDevice());
+  ScriptFixture script;
+  script.variables.set("name", "Bob");
   QString timerId;
-  QCOMPARE(interpreter.interpretAction(action, stream, timerId), 0);
-  QCOMPARE(host.sent, QStringList{line});
+  QCOMPARE(script.type(action, &timerId), 0);
+  QCOMPARE(script.host.log, QStringList{"> " + line});
   QVERIFY(timerId.isEmpty());
+  QCOMPARE(script.variables.size(), 1);
 }
 
 void TestInterpreter::aListRunsInOrderThroughOneDevice() {
-  RecordingHost host;
-  Interpreter interpreter(host);
-  ActionQueue queue(host, interpreter);
-  queue.runActions({"north", "", "//open door"});
-  QCOMPARE(host.sent, (QStringList{"north", "", "/open door"}));
-  QCOMPARE(host.devices, QList<QIODevice*>(3, &host.gameDevice()));
-  QCOMPARE(host.unicodeDetection, QList<bool>(3, true));
+  ScriptFixture script;
+  script.aliases["n"] = QStringList{"north"};
+  script.run({"n", "", "//open door"});
+  QCOMPARE(script.host.log, (QStringList{"> north", "> ", "> /open door"}));
+  QCOMPARE(script.host.devices, QSet<QIODevice*>{&script.host.gameDevice()});
+  QCOMPARE(script.host.unicodeDetection, QSet<bool>{true});
 }
 
 void TestInterpreter::anEmptyListSendsNothing() {
-  RecordingHost host;
-  Interpreter interpreter(host);
-  ActionQueue queue(host, interpreter);
-  queue.runActions({});
-  QVERIFY(host.sent.isEmpty());
+  ScriptFixture script;
+  script.run({});
+  QVERIFY(script.host.log.isEmpty());
+}
+
+void TestInterpreter::anErrorDoesNotStopTheList() {
+  ScriptFixture script;
+  QCOMPARE(script.logOf({"a", "/set x", "b", "/delete x", "c"}),
+           (QStringList{"> a", "## /set takes two arguments", "> b",
+                        "## No such variable to delete: x", "> c"}));
+}
+
+void TestInterpreter::returnsTheDelayOfAPauseAlone_data() {
+  QTest::addColumn<QString>("action");
+  QTest::addColumn<int>("delay");
+  QTest::addColumn<QString>("id");
+  QTest::newRow("milliseconds") << "/pause t, 1500" << 1500 << "t";
+  QTest::newRow("the id is trimmed") << "/pause  my t  , 7 " << 7 << "my t";
+  QTest::newRow("the id may be blank inside a line") << "/pause \u00c2\u00a0,7" << 7 << "";
+  QTest::newRow("a unit is ignored") << "/pause t, 1.5s" << 1 << "t";
+  QTest::newRow("text is no delay") << "/pause t, abc" << 0 << "t";
+  QTest::newRow("a negative delay is returned as such") << "/pause t, -5" << -5 << "t";
+  QTest::newRow("a plus sign") << "/pause t, +5" << 5 << "t";
+  QTest::newRow("variables are not replaced in the delay") << "/pause t, {n}" << 0 << "t";
+  QTest::newRow("variables are not replaced in the id") << "/pause {n}, 3" << 3 << "{n}";
+  QTest::newRow("the largest delay") << "/pause t, 2147483647" << 2147483647 << "t";
+  QTest::newRow("without a delay it is an error and no pause") << "/pause t" << 0 << "";
+}
+
+void TestInterpreter::returnsTheDelayOfAPauseAlone() {
+  QFETCH(const QString, action);
+  QFETCH(const QString, id);
+  ScriptFixture script;
+  script.variables.set("n", "9");
+  QString timerId;
+  QTEST(script.type(action, &timerId), "delay");
+  QCOMPARE(timerId, id);
+}
+
+void TestInterpreter::aPauseTypedAloneMakesNoTimer() {
+  ScriptFixture script;
+  script.type("/pause t, 100");
+  QVERIFY(script.queue.pendingTimers().isEmpty());
+  QVERIFY(script.host.log.isEmpty());
+}
+
+void TestInterpreter::aPauseInABodyLeavesItsIdButNoDelay() {
+  ScriptFixture script;
+  QString timerId;
+  QCOMPARE(script.type("/repeat 2, /pause t, 100", &timerId), 0);
+  QCOMPARE(timerId, "t");
+  QVERIFY(script.queue.pendingTimers().isEmpty());
+}
+
+void TestInterpreter::aPauseInAnAliasLeavesTheCallerAlone() {
+  ScriptFixture script;
+  script.aliases["go"] = QStringList{"a", "/pause t, 60000", "b"};
+  QString timerId;
+  QCOMPARE(script.type("go", &timerId), 0);
+  QVERIFY(timerId.isEmpty());
+  QCOMPARE(script.queue.pendingTimers().keys(), QStringList{"t"});
+  QCOMPARE(script.host.log, QStringList{"> a"});
+}
+
+void TestInterpreter::aRunFromInsideAHostCallGoesFirst() {
+  ScriptFixture script;
+  script.aliases["inner"] = QStringList{"i1", "i2"};
+  script.host.onSend = [&](const QString& line) {
+    if (line == u"a")
+      script.run({"inner", "/repeat 2, r"});
+  };
+  QCOMPARE(script.logOf({"/repeat 2, a", "b"}),
+           (QStringList{"> a", "> i1", "> i2", "> r", "> r", "> a", "> i1", "> i2", "> r", "> r",
+                        "> b"}));
 }
 
 KELMORA_TEST_MAIN(TestInterpreter)
