@@ -13,7 +13,7 @@ class VariableTable {
   /// is longer is cut. A variable that takes itself in twice doubles with every
   /// command, so a script of thirty lines would otherwise fill any memory. A
   /// command's argument holds 1023 bytes, so nothing written by hand comes near.
-  static constexpr qsizetype maximumLength = 64 * 1024;
+  static constexpr qsizetype maximumLength = 65'536;
 
   /// Creates or overwrites.
   void set(const QString& name, const QString& value);

@@ -13,7 +13,7 @@
 class PlainScript {
  public:
   /// Gives up a script that does more than this,
-  static constexpr int mostActions = 3000;
+  static constexpr int mostActions = 1200;
   /// or makes longer texts.
   static constexpr qsizetype longestText = 1000;
 
