@@ -25,7 +25,7 @@ class VariableTable {
   [[nodiscard]] qsizetype size() const { return entries_.size(); }
 
   [[nodiscard]] const Entries& entries() const { return entries_; }
-  /// For whoever loads the variables; values are bounded by that reader.
+  /// For whoever loads the variables; a value from there may be longer.
   [[nodiscard]] Entries& map() { return entries_; }
 
   /// The text with every "{name}" of a variable replaced by its value, one
