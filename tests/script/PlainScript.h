@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <optional>
 
 /// The rules of scripts once more, written as plainly as they can be told:
