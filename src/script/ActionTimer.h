@@ -17,7 +17,7 @@ class ActionTimer : public QTimer {
   QStringList actions;
   QString timerId;
 
- public Q_SLOTS:
+ public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
   /// Gives the id free, runs the actions and destroys the timer.
   void sendActions();
 };

@@ -11,9 +11,9 @@ struct Arguments {
   QString second;
 };
 
-/// Arguments are cut out of the action's Latin-1 bytes and read back as UTF-8,
-/// a quirk kept on purpose: ASCII survives, "?" stands for what Latin-1 lacks,
-/// and bytes above 127 that are no UTF-8 become U+FFFD. Neither is trimmed.
+// Arguments are cut out of the action's Latin-1 bytes and read back as UTF-8, a
+// quirk kept on purpose: ASCII survives, "?" stands for what Latin-1 lacks, and
+// bytes above 127 that are no UTF-8 become U+FFFD. Neither is trimmed.
 
 /// All that follows the command word and its blanks, up to the line's end; cut
 /// at 1023 bytes. Nothing when that is empty.

@@ -107,7 +107,7 @@ std::optional<Commands::Arguments> Commands::argumentsOf(const Command& command,
 }
 
 QString Commands::substituted(const QString& text) {
-  const QString result = variables_.substituteVariables(text);
+  QString result = variables_.substituteVariables(text);
   const qint64 names = text.count(u'{') * text.count(u'}');
   budget_.spend(qMin<qint64>(names, variables_.size()));
   budget_.spendText(result.size());

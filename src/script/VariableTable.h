@@ -13,7 +13,7 @@ class VariableTable {
   /// is longer is cut. A variable that takes itself in twice doubles with every
   /// command, so a script of thirty lines would otherwise fill any memory. A
   /// command's argument holds 1023 bytes, so nothing written by hand comes near.
-  static constexpr qsizetype maximumLength = 64 * 1024;
+  static constexpr qsizetype maximumLength = 65'536;
 
   /// Creates or overwrites.
   void set(const QString& name, const QString& value);
@@ -25,7 +25,7 @@ class VariableTable {
   [[nodiscard]] qsizetype size() const { return entries_.size(); }
 
   [[nodiscard]] const Entries& entries() const { return entries_; }
-  /// For whoever loads the variables; values are bounded by that reader.
+  /// For whoever loads the variables; a value from there may be longer.
   [[nodiscard]] Entries& map() { return entries_; }
 
   /// The text with every "{name}" of a variable replaced by its value, one

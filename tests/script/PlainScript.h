@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <optional>
 
 /// The rules of scripts once more, written as plainly as they can be told:
@@ -13,7 +14,7 @@
 class PlainScript {
  public:
   /// Gives up a script that does more than this,
-  static constexpr int mostActions = 3000;
+  static constexpr int mostActions = 1200;
   /// or makes longer texts.
   static constexpr qsizetype longestText = 1000;
 

@@ -27,6 +27,7 @@ class TestActionQueue : public QObject {
   void aTimerKnowsWhatItHolds();
   void aTimerHasOneSlotAndNoSignals();
   void aTimerIsGoneAfterItFired();
+  void aTimerIsStoppedBeforeItsActionsRun();
   void waitingTimersGoWithTheQueue();
   void aThousandTimersWaitAndGo();
 };
@@ -174,6 +175,17 @@ void TestActionQueue::aTimerIsGoneAfterItFired() {
   QTRY_VERIFY(timer.isNull());
   QTest::qWait(30);
   QCOMPARE(script.host.log, QStringList{"> b"});
+}
+
+void TestActionQueue::aTimerIsStoppedBeforeItsActionsRun() {
+  ScriptFixture script;
+  script.run({"/pause t, 5", "b"});
+  const ActionTimer* const timer = onlyTimer(script);
+  QVERIFY(timer->isActive());
+  bool active = true;
+  script.host.onSend = [&](const QString&) { active = timer->isActive(); };
+  QTRY_COMPARE(script.host.log, QStringList{"> b"});
+  QVERIFY(!active);
 }
 
 void TestActionQueue::waitingTimersGoWithTheQueue() {
