@@ -248,6 +248,11 @@ void TestAutomation::macroKeys() {
 
 void TestAutomation::commandsPrintIntoThePane() {
   PlayWindow play(5000);
+  QTest::failOnWarning(QRegularExpression("QColor"));
+  play.type("/echo a, b");
+  QCOMPARE(play.text(), QString("a\n"));
+  QCOMPARE(play.formatOf("a").foreground().color(), QColor(Qt::white));
+  play.pane->clear();
   play.type("/set a,1;/variables;/delete nothing;/echo Hello {a}, FF8000;/echo bare;/echo");
   QCOMPARE(play.text(), QString("++ Global variables:\n++  a : 1\n"
                                 "## No such variable to delete: nothing\nHello 1\nbare\n"
