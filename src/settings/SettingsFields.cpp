@@ -9,33 +9,35 @@ using Record = ClientSettings;
 
 SettingsField colour(const char* key, ColourTexts Record::*palette, std::size_t index,
                      const char* text) {
-  return {key, key, ColourMember{palette, index}, QString::fromLatin1(text)};
+  constexpr int firstColour = 20;
+  const auto place = static_cast<int>(index) + (palette == &Record::boldColour ? 8 : 0);
+  return {key, key, ColourMember{palette, index}, QString::fromLatin1(text), firstColour + place};
 }
 
 const std::array<SettingsField, 36>& table() {
   constexpr auto normal = &Record::normalColour;
   constexpr auto bold = &Record::boldColour;
   static const std::array<SettingsField, 36> rows{{
-      {"outfont", "outFont", &Record::outFont, QStringLiteral("Courier,10,-1,5,50,0,0,0,0,0")},
-      {"infont", "inFont", &Record::inFont, QStringLiteral("Courier,8,-1,5,50,0,0,0,0,0")},
-      {"displayAnsiColor", "displayAnsiColor", &Record::displayAnsiColor, 1},
-      {"displayLocalEcho", "displayLocalEcho", &Record::displayLocalEcho, 1},
-      {"playBeeps", "playBeeps", &Record::playBeeps, 1},
-      {"parseHtml", "parseHtml", &Record::parseHtml, 0},
-      {"flushInput", "flushInput", &Record::flushInput, 0},
-      {"displayURLs", "displayURLs", &Record::displayURLs, 1},
-      {"splitInput", "splitInput", &Record::splitInput, 1},
-      {"splitString", "splitString", &Record::splitString, QStringLiteral(";")},
-      {"hostName", "hostName", &Record::hostName, settings::serverHost()},
-      {"port", "port", &Record::port, settings::defaultPort},
-      {"useProxyServer", "useProxyServer", &Record::useProxyServer, 0},
-      {"proxyHostName", "proxyHostName", &Record::proxyHostName, QString()},
-      {"proxyPortNumber", "proxyPortNumber", &Record::proxyPortNumber, QString()},
-      {"proxyUserName", "proxyUserName", &Record::proxyUserName, QString()},
-      {"proxyPassword", "proxyPassword", &Record::proxyPassword, QString()},
-      {"proxyType", "proxyType", &Record::proxyType, 1},
-      {"interfaceStyle", "interfaceStyle", &Record::interfaceStyle, QStringLiteral("Plastique")},
-      {"iconSize", "iconSize", &Record::iconSize, settings::defaultIconSize},
+      {"outfont", "outFont", &Record::outFont, QStringLiteral("Courier,10,-1,5,50,0,0,0,0,0"), 1},
+      {"infont", "inFont", &Record::inFont, QStringLiteral("Courier,8,-1,5,50,0,0,0,0,0"), 2},
+      {"displayAnsiColor", "displayAnsiColor", &Record::displayAnsiColor, 1, 4},
+      {"displayLocalEcho", "displayLocalEcho", &Record::displayLocalEcho, 1, 5},
+      {"playBeeps", "playBeeps", &Record::playBeeps, 1, 6},
+      {"parseHtml", "parseHtml", &Record::parseHtml, 0, 7},
+      {"flushInput", "flushInput", &Record::flushInput, 0, 8},
+      {"displayURLs", "displayURLs", &Record::displayURLs, 1, 17},
+      {"splitInput", "splitInput", &Record::splitInput, 1, 18},
+      {"splitString", "splitString", &Record::splitString, QStringLiteral(";"), 19, ExportForm::NullWhenEmpty},
+      {"hostName", "hostName", &Record::hostName, settings::serverHost(), 9},
+      {"port", "port", &Record::port, settings::defaultPort, 10},
+      {"useProxyServer", "useProxyServer", &Record::useProxyServer, 0, 11},
+      {"proxyHostName", "proxyHostName", &Record::proxyHostName, QString(), 13, ExportForm::NullWhenEmpty},
+      {"proxyPortNumber", "proxyPortNumber", &Record::proxyPortNumber, QString(), 14, ExportForm::Number},
+      {"proxyUserName", "proxyUserName", &Record::proxyUserName, QString(), 15, ExportForm::NullWhenEmpty},
+      {"proxyPassword", "proxyPassword", &Record::proxyPassword, QString(), 16, ExportForm::NullWhenEmpty},
+      {"proxyType", "proxyType", &Record::proxyType, 1, 12},
+      {"interfaceStyle", "interfaceStyle", &Record::interfaceStyle, QStringLiteral("Plastique"), 0},
+      {"iconSize", "iconSize", &Record::iconSize, settings::defaultIconSize, 3},
       colour("black", normal, 0, "#000000"),
       colour("red", normal, 1, "#660000"),
       colour("green", normal, 2, "#006600"),

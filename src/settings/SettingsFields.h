@@ -20,12 +20,21 @@ using FieldMember =
 /// In the order of FieldMember's alternatives.
 enum class FieldKind { Font, Size, Flag, Text, Integer, Colour };
 
+/// How the export file writes a text.
+enum class ExportForm {
+  Plain,
+  NullWhenEmpty,  ///< "(null)" for an empty text, which would be no value there
+  Number,         ///< the text's integer; 0 and what is none stand for the empty text
+};
+
 /// One row of the table that the store and the export file share.
 struct SettingsField {
   const char* storeKey;
   const char* exportKey;  ///< a Size is two lines there, with ".width" and ".height" added
   FieldMember member;
   QVariant defaultValue;  ///< in the form in which the store holds it
+  int exportPlace;        ///< the export file has an order of its own
+  ExportForm exportForm = ExportForm::Plain;
 
   [[nodiscard]] FieldKind kind() const { return static_cast<FieldKind>(member.index()); }
 };

@@ -1,0 +1,178 @@
+#include "settings/SettingsFile.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <algorithm>
+#include <vector>
+
+#include "scan/Format.h"
+#include "scan/Integer.h"
+#include "settings/ClientSettings.h"
+#include "settings/SettingsFields.h"
+#include "settings/UsableValues.h"
+
+namespace {
+
+/// Bytes; a settings file has some two thousand. What is longer is none, and
+/// nobody is made to wait for it.
+constexpr qint64 longestFile = 1024 * 1024;
+constexpr QByteArrayView emptyText = "(null)";
+constexpr auto widthSuffix = ".width";
+constexpr auto heightSuffix = ".height";
+
+// Quirk: the name goes through 8 bits and back as UTF-8, so a name outside
+// ASCII is another file, for both directions alike.
+QString asFileName(const QString& chosen) {
+  return QString::fromUtf8(chosen.toLatin1());
+}
+
+QByteArray line(const QByteArray& key, const QByteArray& value) {
+  return key + ' ' + value + '\n';
+}
+
+QByteArray exportedText(const SettingsField& field, const QString& text) {
+  switch (field.exportForm) {
+    case ExportForm::NullWhenEmpty:
+      return text.isEmpty() ? emptyText.toByteArray() : text.toLatin1();
+    case ExportForm::Number:
+      return QByteArray::number(text.toInt());
+    case ExportForm::Plain:
+      break;
+  }
+  return text.toLatin1();
+}
+
+QByteArray exportedLines(const ClientSettings& record, const SettingsField& field) {
+  const QByteArray key = field.exportKey;
+  const QVariant value = settings::storedValue(record, field);
+  switch (field.kind()) {
+    case FieldKind::Size:
+      return line(key + widthSuffix, QByteArray::number(value.toSize().width())) +
+             line(key + heightSuffix, QByteArray::number(value.toSize().height()));
+    case FieldKind::Flag:
+    case FieldKind::Integer:
+      return line(key, QByteArray::number(value.toInt()));
+    case FieldKind::Text:
+      return line(key, exportedText(field, value.toString()));
+    case FieldKind::Font:
+    case FieldKind::Colour:
+      break;
+  }
+  return line(key, value.toString().toLatin1());
+}
+
+QString importedText(const SettingsField& field, const QByteArray& value) {
+  if (field.exportForm == ExportForm::NullWhenEmpty && value == emptyText)
+    return {};
+  if (field.exportForm == ExportForm::Number && scan::toInt(value) == 0)
+    return {};
+  return QString::fromLatin1(value);
+}
+
+/// Which part of a field a key of the file names.
+enum class Part { Whole, Width, Height };
+
+struct ExportKey {
+  const SettingsField* field;
+  Part part;
+};
+
+const QHash<QByteArray, ExportKey>& exportKeys() {
+  static const auto keys = [] {
+    QHash<QByteArray, ExportKey> all;
+    for (const SettingsField& field : settings::fields()) {
+      const QByteArray key = field.exportKey;
+      if (field.kind() == FieldKind::Size) {
+        all.insert(key + widthSuffix, {&field, Part::Width});
+        all.insert(key + heightSuffix, {&field, Part::Height});
+      } else {
+        all.insert(key, {&field, Part::Whole});
+      }
+    }
+    return all;
+  }();
+  return keys;
+}
+
+/// The value as the store would hold it.
+QVariant importedValue(const ClientSettings& record, const ExportKey& key,
+                       const QByteArray& value) {
+  if (key.part != Part::Whole) {
+    QSize size = settings::storedValue(record, *key.field).toSize();
+    if (key.part == Part::Width)
+      size.setWidth(scan::toInt(value));
+    else
+      size.setHeight(scan::toInt(value));
+    return size;
+  }
+  switch (key.field->kind()) {
+    case FieldKind::Flag:
+    case FieldKind::Integer:
+      return scan::toInt(value);
+    case FieldKind::Text:
+      return importedText(*key.field, value);
+    default:
+      return QString::fromLatin1(value);
+  }
+}
+
+bool takeOver(ClientSettings& record, const QByteArray& name, const QByteArray& value) {
+  const auto key = exportKeys().constFind(name);
+  if (key == exportKeys().cend())
+    return false;
+  settings::assign(record, *key->field, importedValue(record, *key, value));
+  return true;
+}
+
+bool openPrivately(QFile& file) {
+  constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+  // A file that is there keeps its permissions, so they are narrowed before
+  // the first byte; where that is refused, so is the export.
+  if (QFileInfo(file).isFile() && !file.setPermissions(ownerOnly))
+    return false;
+  return file.open(QIODevice::WriteOnly, ownerOnly);
+}
+
+}  // namespace
+
+namespace settings {
+
+bool exportSettings(const ClientSettings& record, const QString& fileName) {
+  QFile file(asFileName(fileName));
+  if (const QFileInfo info(file); info.exists() && !info.isFile())
+    return false;
+  if (!openPrivately(file))
+    return false;
+  std::vector<const SettingsField*> inOrder;
+  for (const SettingsField& field : fields()) inOrder.push_back(&field);
+  std::sort(inOrder.begin(), inOrder.end(),
+            [](const auto* a, const auto* b) { return a->exportPlace < b->exportPlace; });
+  for (const SettingsField* field : inOrder) file.write(exportedLines(record, *field));
+  return true;
+}
+
+bool importSettings(ClientSettings& record, const QString& fileName) {
+  static const auto keyAndValue = scan::Format::compile("%s %s");
+  QFile file(asFileName(fileName));
+  // A folder has no lines, and a pipe may never send one.
+  if (const QFileInfo info(file); info.exists() && !info.isFile())
+    return false;
+  if (!file.open(QIODevice::ReadOnly) && !file.open(QIODevice::ReadWrite))
+    return false;
+  const QByteArray content = file.read(longestFile + 1);
+  for (qsizetype start = 0; start < content.size();) {
+    qsizetype end = content.indexOf('\n', start);
+    if (end < 0)
+      end = content.size();
+    const auto line = QByteArrayView(content).sliced(start, end - start);
+    const scan::Result words = keyAndValue->scan(line);
+    if (end >= longestFile || !words.complete() ||
+        !takeOver(record, words.text(0), words.text(1)))
+      return false;
+    start = end + 1;
+  }
+  return true;
+}
+
+}  // namespace settings

@@ -1,0 +1,303 @@
+#include "settings/SettingsFile.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QGuiApplication>
+#include <QTest>
+#include <sys/stat.h>
+
+#include "settings/ClientSettings.h"
+#include "support/ScratchMain.h"
+
+namespace {
+
+const QString fileName = QStringLiteral("client.settings");
+
+QByteArray content(const QString& name = fileName) {
+  QFile file(name);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+}
+
+void write(const QByteArray& bytes, const QString& name = fileName) {
+  QFile file(name);
+  if (!file.open(QIODevice::WriteOnly))
+    qFatal("the scratch folder takes no files");
+  file.write(bytes);
+}
+
+}  // namespace
+
+/// The options as a file to carry elsewhere, and back.
+class TestSettingsFile : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+  void theDefaultsAreTheseLines();
+  void writes_data();
+  void writes();
+  void reads_data();
+  void reads();
+  void refuses_data();
+  void refuses();
+  void linesBeforeABadOneStay();
+  void unchangedSettingsComeBackWhole();
+  void anEmptyHostCannotComeBack();
+  void aMissingFileIsCreatedEmpty();
+  void foldersAndMissingFoldersFail();
+  void theOwnerAloneCanReadIt_data();
+  void theOwnerAloneCanReadIt();
+  void aNameOutsideAsciiIsAnotherFile();
+  void hugeAndBinaryFilesAreRefusedAtOnce_data();
+  void hugeAndBinaryFilesAreRefusedAtOnce();
+};
+
+void TestSettingsFile::init() {
+  for (const QString& name : QDir().entryList(QDir::Files)) QFile::remove(name);
+}
+
+void TestSettingsFile::theDefaultsAreTheseLines() {
+  const ClientSettings record;
+  QVERIFY(settings::exportSettings(record, fileName));
+  const QByteArray expected =
+      "interfaceStyle Plastique\noutFont " + record.outFont.toString().toLatin1() + "\ninFont " +
+      record.inFont.toString().toLatin1() +
+      "\niconSize.width 48\niconSize.height 48\ndisplayAnsiColor 1\ndisplayLocalEcho 1\n"
+      "playBeeps 1\nparseHtml 0\nflushInput 0\nhostName localhost\nport 5000\n"
+      "useProxyServer 0\nproxyType 1\nproxyHostName (null)\nproxyPortNumber 0\n"
+      "proxyUserName (null)\nproxyPassword (null)\ndisplayURLs 1\nsplitInput 1\n"
+      "splitString ;\nblack #000000\nred #660000\ngreen #006600\nyellow #5E610B\n"
+      "blue #000099\nmagenta #990066\ncyan #008080\nwhite #BDBDBD\nblackB #666666\n"
+      "redB #FF0000\ngreenB #00FF00\nyellowB #FFFF00\nblueB #2E2EFE\nmagentaB #FF00FF\n"
+      "cyanB #00FFFF\nwhiteB #FFFFFF\n";
+  QCOMPARE(content(), expected);
+}
+
+void TestSettingsFile::writes_data() {
+  QTest::addColumn<std::function<void(ClientSettings&)>>("change");
+  QTest::addColumn<QByteArray>("line");
+  using Change = std::function<void(ClientSettings&)>;
+  const auto row = [](const char* name, const Change& change, const char* line) {
+    QTest::newRow(name) << change << QByteArray(line);
+  };
+  row("an empty host is an empty value", [](auto& r) { r.hostName.clear(); }, "hostName \n");
+  row("an empty style is an empty value", [](auto& r) { r.interfaceStyle.clear(); },
+      "interfaceStyle \n");
+  row("an empty separator is (null)", [](auto& r) { r.splitString.clear(); },
+      "splitString (null)\n");
+  row("a proxy port is its number", [](auto& r) { r.proxyPortNumber = "1080"; },
+      "proxyPortNumber 1080\n");
+  row("a proxy port that is no number is 0", [](auto& r) { r.proxyPortNumber = "abc"; },
+      "proxyPortNumber 0\n");
+  row("a password stands as typed", [](auto& r) { r.proxyPassword = "open"; },
+      "proxyPassword open\n");
+  row("a negative port is written", [](auto& r) { r.port = -1; }, "port -1\n");
+  row("Latin-1 is one byte a letter", [](auto& r) { r.hostName = QString::fromUtf8("é"); },
+      "hostName \xe9\n");
+  row("what is not Latin-1 is a question mark",
+      [](auto& r) { r.hostName = QString::fromUtf8("a€b"); }, "hostName a?b\n");
+  row("a long value is written whole", [](auto& r) { r.hostName = QString(5000, 'h'); },
+      QByteArray("hostName " + QByteArray(5000, 'h') + "\n").constData());
+}
+
+void TestSettingsFile::writes() {
+  QFETCH(const std::function<void(ClientSettings&)>, change);
+  QFETCH(const QByteArray, line);
+  ClientSettings record;
+  change(record);
+  QVERIFY(settings::exportSettings(record, fileName));
+  QVERIFY2(content().contains("\n" + line) || content().startsWith(line), content().constData());
+}
+
+void TestSettingsFile::reads_data() {
+  QTest::addColumn<QByteArray>("lines");
+  QTest::addColumn<std::function<void(ClientSettings&)>>("change");
+  using Change = std::function<void(ClientSettings&)>;
+  const auto row = [](const char* name, const QByteArray& lines, const Change& change) {
+    QTest::newRow(name) << lines << change;
+  };
+  row("a file without lines changes nothing", "", [](auto&) {});
+  row("a style", "interfaceStyle Fusion\n", [](auto& r) { r.interfaceStyle = "Fusion"; });
+  row("a font", "outFont Courier,14,-1,5,50,0,0,0,0,0\n",
+      [](auto& r) { r.outFont.fromString("Courier,14,-1,5,50,0,0,0,0,0"); });
+  row("a font family of two words comes back as its first", "inFont Ubuntu Mono,14\n",
+      [](auto& r) {
+        r.inFont = QFont();
+        r.inFont.fromString("Ubuntu");
+      });
+  row("one side of the icons", "iconSize.width 32\n", [](auto& r) { r.iconSize.setWidth(32); });
+  row("the other side", "iconSize.height 16\n", [](auto& r) { r.iconSize.setHeight(16); });
+  row("a number ends where its digits end", "port 4023x\n", [](auto& r) { r.port = 4023; });
+  row("no digits are 0", "port x\n", [](auto& r) { r.port = 0; });
+  row("a flag is any number but 0", "parseHtml 7\nflushInput -1\n",
+      [](auto& r) { r.parseHtml = r.flushInput = true; });
+  row("a flag of no digits is off", "displayURLs yes\n", [](auto& r) { r.displayURLs = false; });
+  row("(null) is the empty text",
+      "splitString (null)\nproxyHostName (null)\nproxyUserName (null)\nproxyPassword (null)\n",
+      [](auto& r) { r.splitString.clear(); });
+  row("(null) is a host name like any other", "hostName (null)\n",
+      [](auto& r) { r.hostName = "(null)"; });
+  row("a proxy port is kept as text", "proxyPortNumber 1080x\n",
+      [](auto& r) { r.proxyPortNumber = "1080x"; });
+  row("a proxy port of 0 is the empty text", "proxyPortNumber 0\n", [](auto&) {});
+  row("a proxy port of no digits is the empty text", "proxyPortNumber abc\n", [](auto&) {});
+  row("a colour is taken as it stands", "white #abcdef\nblackB x\n", [](auto& r) {
+    r.normalColour[7].assign("#abcdef");
+    r.boldColour[0].assign("x");
+  });
+  row("a colour is cut to seven characters", "red #abcdef0123\n",
+      [](auto& r) { r.normalColour[1].assign("#abcdef"); });
+  row("the last of two lines counts", "port 1\nport 2\n", [](auto& r) { r.port = 2; });
+  row("blanks around are skipped, words behind ignored", "  port\t 4000  and more\r\n",
+      [](auto& r) { r.port = 4000; });
+  row("the last line needs no line break", "port 4000", [](auto& r) { r.port = 4000; });
+  row("a value is cut after 1023 bytes", "hostName " + QByteArray(2000, 'h') + "\n",
+      [](auto& r) { r.hostName = QString(1023, 'h'); });
+  row("bytes are Latin-1", "hostName \xe9\n",
+      [](auto& r) { r.hostName = QString::fromUtf8("é"); });
+}
+
+void TestSettingsFile::reads() {
+  QFETCH(const QByteArray, lines);
+  QFETCH(const std::function<void(ClientSettings&)>, change);
+  write(lines);
+  ClientSettings expected;
+  change(expected);
+  ClientSettings record;
+  QVERIFY(settings::importSettings(record, fileName));
+  QVERIFY(record == expected);
+}
+
+void TestSettingsFile::refuses_data() {
+  QTest::addColumn<QByteArray>("lines");
+  QTest::newRow("an unknown key") << QByteArray("colour red\n");
+  QTest::newRow("a key in other letters") << QByteArray("Port 5000\n");
+  QTest::newRow("the store's name of a font") << QByteArray("outfont Courier\n");
+  QTest::newRow("the icons' size in one line") << QByteArray("iconSize 48\n");
+  QTest::newRow("a key without a value") << QByteArray("port\n");
+  QTest::newRow("an empty line") << QByteArray("\n");
+  QTest::newRow("a line of blanks") << QByteArray("   \n");
+  QTest::newRow("a key cut at 1023 bytes") << "port" + QByteArray(2000, 't') + " 1\n";
+  QTest::newRow("a NUL before the value") << QByteArray("port\0 5000\n", 11);
+}
+
+void TestSettingsFile::refuses() {
+  QFETCH(const QByteArray, lines);
+  write(lines);
+  ClientSettings record;
+  QVERIFY(!settings::importSettings(record, fileName));
+  QVERIFY(record == ClientSettings());
+}
+
+void TestSettingsFile::linesBeforeABadOneStay() {
+  write("port 4000\n\nhostName other\n");
+  ClientSettings record;
+  QVERIFY(!settings::importSettings(record, fileName));
+  QCOMPARE(record.port, 4000);
+  QCOMPARE(record.hostName, ClientSettings().hostName);
+}
+
+void TestSettingsFile::unchangedSettingsComeBackWhole() {
+  ClientSettings record;
+  record.proxyPassword = "secret";
+  record.port = 23;
+  record.parseHtml = true;
+  record.iconSize = {16, 24};
+  record.normalColour[3].assign("#123456");
+  record.inFont.setPointSize(17);
+  QVERIFY(settings::exportSettings(record, fileName));
+  ClientSettings other;
+  other.splitString = "changed";
+  other.proxyPortNumber = "99";
+  QVERIFY(settings::importSettings(other, fileName));
+  // Fonts are compared by their text: one read from a text of the old form
+  // keeps what the text did not say.
+  QCOMPARE(other.inFont.toString(), record.inFont.toString());
+  QCOMPARE(other.outFont.toString(), record.outFont.toString());
+  other.inFont = record.inFont;
+  other.outFont = record.outFont;
+  QVERIFY(other == record);
+}
+
+void TestSettingsFile::anEmptyHostCannotComeBack() {
+  ClientSettings record;
+  record.hostName.clear();
+  record.port = 23;
+  QVERIFY(settings::exportSettings(record, fileName));
+  ClientSettings other;
+  QVERIFY(!settings::importSettings(other, fileName));
+  QCOMPARE(other.port, 5000);
+}
+
+void TestSettingsFile::aMissingFileIsCreatedEmpty() {
+  ClientSettings record;
+  QVERIFY(settings::importSettings(record, fileName));
+  QCOMPARE(content(), QByteArray());
+  QVERIFY(record == ClientSettings());
+}
+
+void TestSettingsFile::foldersAndMissingFoldersFail() {
+  ClientSettings record;
+  QVERIFY(QDir().mkpath("folder.settings"));
+  QVERIFY(!settings::exportSettings(record, "folder.settings"));
+  QVERIFY(!settings::importSettings(record, "folder.settings"));
+  QVERIFY(!settings::exportSettings(record, "nowhere/client.settings"));
+  QVERIFY(!settings::importSettings(record, "nowhere/client.settings"));
+}
+
+void TestSettingsFile::theOwnerAloneCanReadIt_data() {
+  QTest::addColumn<bool>("existing");
+  QTest::newRow("a new file") << false;
+  QTest::newRow("a file that everybody could read") << true;
+}
+
+void TestSettingsFile::theOwnerAloneCanReadIt() {
+  QFETCH(const bool, existing);
+  const mode_t before = ::umask(0);
+  if (existing)
+    write("old");
+  QVERIFY(settings::exportSettings(ClientSettings(), fileName));
+  ::umask(before);
+  struct stat status {};
+  QCOMPARE(::stat(QFile::encodeName(fileName).constData(), &status), 0);
+  QCOMPARE(int(status.st_mode & 0777), 0600);
+}
+
+void TestSettingsFile::aNameOutsideAsciiIsAnotherFile() {
+  const QString chosen = QString::fromUtf8("réglages.settings");
+  QVERIFY(settings::exportSettings(ClientSettings(), chosen));
+  QVERIFY(!QFile::exists(chosen));
+  QVERIFY(QFile::exists(QString::fromUtf8("r\ufffdglages.settings")));
+  ClientSettings record;
+  QVERIFY(settings::importSettings(record, chosen));
+}
+
+void TestSettingsFile::hugeAndBinaryFilesAreRefusedAtOnce_data() {
+  QTest::addColumn<QByteArray>("start");
+  QTest::addColumn<qint64>("size");
+  constexpr qint64 hundredMegabytes = 100 * 1024 * 1024;
+  QTest::newRow("a hundred megabytes of nothing") << QByteArray() << hundredMegabytes;
+  QTest::newRow("a value of a hundred megabytes") << QByteArray("hostName ") << hundredMegabytes;
+  QTest::newRow("five megabytes of good lines")
+      << QByteArray("port 4000\n").repeated(500000) << qint64(0);
+  QTest::newRow("a program's start") << QByteArray("\x7f" "ELF\x02\x01\x01\0\0\0\0", 11) << qint64(0);
+}
+
+void TestSettingsFile::hugeAndBinaryFilesAreRefusedAtOnce() {
+  QFETCH(const QByteArray, start);
+  QFETCH(const qint64, size);
+  QFile file(fileName);
+  QVERIFY(file.open(QIODevice::WriteOnly));
+  file.write(start);
+  if (size > 0)
+    QVERIFY(file.resize(size));
+  file.close();
+  ClientSettings record;
+  QElapsedTimer clock;
+  clock.start();
+  QVERIFY(!settings::importSettings(record, fileName));
+  QVERIFY(clock.elapsed() < 1000);
+}
+
+KELMORA_VALUE_TEST_MAIN(TestSettingsFile)
+#include "tst_settingsfile.moc"
