@@ -6,6 +6,7 @@
 #include "automation/core/AutomationFiles.h"
 #include "net/Proxy.h"
 #include "net/SendLine.h"
+#include "settings/SettingsFile.h"
 #include "settings/SettingsStore.h"
 #include "settings/UsableValues.h"
 #include "terminal/core/InputSubmission.h"
@@ -13,12 +14,15 @@
 #include "terminal/core/Vitals.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
+#include "terminal/view/SessionCapture.h"
 #include "terminal/view/VitalsBars.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QFileDialog>
 #include <QGridLayout>
+#include <QMessageBox>
 #include <QScreen>
 #include <QTcpSocket>
 #include <QTextStream>
@@ -167,9 +171,50 @@ void MainWidget::readSocketData() { socketReader_->readSocketData(); }
 
 void MainWidget::configureSettings() { focusInputBar(); }
 void MainWidget::proxySettings() { focusInputBar(); }
-void MainWidget::saveBuffer() { focusInputBar(); }
-void MainWidget::saveSettings() { focusInputBar(); }
-void MainWidget::loadSettings() { focusInputBar(); }
+
+void MainWidget::saveBuffer() {
+  const QString name = QFileDialog::getSaveFileName(this, tr("Save Game Session To File"), {},
+                                                    tr("Web Pages (*.htm *.html)"));
+  if (!name.isEmpty())
+    captureSession(*outputPane_->document(), settings_.normalColour.front().text(), name);
+  focusInputBar();
+}
+
+void MainWidget::saveSettings() {
+  const QString name = QFileDialog::getSaveFileName(this, tr("Export Settings"), {},
+                                                    tr("Kelmora Client Settings (*.settings)"));
+  if (!name.isEmpty() && !settings::exportSettings(settings_, name))
+    QMessageBox::information(
+        this, tr("Export Settings"),
+        tr("There has been a failure exporting settings to the specified file."), QMessageBox::Ok);
+  focusInputBar();
+}
+
+void MainWidget::loadSettings() {
+  const QString name = QFileDialog::getOpenFileName(this, tr("Import Settings"), {},
+                                                    tr("Kelmora Client Settings (*.settings)"));
+  if (!name.isEmpty()) {
+    if (settings::importSettings(settings_, name))
+      applyImportedSettings();
+    else
+      QMessageBox::information(
+          this, tr("Import Settings"),
+          tr("The specified file does not contain valid settings for this client."),
+          QMessageBox::Ok);
+  }
+  focusInputBar();
+}
+
+void MainWidget::applyImportedSettings() {
+  if (settings_.useProxyServer) net::installConfiguredProxy(settings_);
+  buildColourSpans();
+  pipeline_.translator().clearBold();
+  QApplication::setStyle(settings_.interfaceStyle);
+  toolbar_->setIconSize(settings::usableIconSize(settings_.iconSize));
+  inputBar_->setFont(settings_.inFont);
+  outputPane_->setFont(settings_.outFont);
+}
+
 void MainWidget::editMacros() { focusInputBar(); }
 void MainWidget::editTriggers() { focusInputBar(); }
 void MainWidget::editAliases() { focusInputBar(); }

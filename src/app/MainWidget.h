@@ -90,6 +90,7 @@ class MainWidget : public QWidget,
  private:
   void loadStoredSettings();
   void buildColourSpans();
+  void applyImportedSettings();
   void createWidgets();
   void layOutWidgets();
   void connectSocket();

@@ -1,0 +1,202 @@
+#include "PlayWindow.h"
+#include "support/ScratchMain.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QNetworkProxy>
+#include <QPushButton>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QTimer>
+
+namespace {
+
+/// Answers the file dialogs and message boxes that come up, as a player does.
+class Answers : public QObject {
+ public:
+  /// An empty name presses Cancel.
+  explicit Answers(const QString& fileName) {
+    connect(&timer_, &QTimer::timeout, this, [this, fileName] {
+      QWidget* modal = QApplication::activeModalWidget();
+      if (auto* dialog = qobject_cast<QFileDialog*>(modal)) {
+        seen << dialog->windowTitle() + " | " + dialog->nameFilters().join(';');
+        if (fileName.isEmpty()) {
+          QTest::keyClick(dialog, Qt::Key_Escape);
+        } else {
+          auto* edit = dialog->findChild<QLineEdit*>("fileNameEdit");
+          edit->setText(QDir::current().absoluteFilePath(fileName));
+          QTest::keyClick(edit, Qt::Key_Return);
+        }
+      } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+        seen << box->windowTitle() + ": " + box->text();
+        QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+      }
+    });
+    timer_.start(20);
+  }
+
+  QStringList seen;
+
+ private:
+  QTimer timer_;
+};
+
+QByteArray contentOf(const QString& name) {
+  QFile file(name);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+}
+
+void writeFile(const QString& name, const QByteArray& content) {
+  QFile file(name);
+  if (!file.open(QIODevice::WriteOnly)) qFatal("the scratch folder takes no files");
+  file.write(content);
+}
+
+}  // namespace
+
+/// Saving the session, exporting and importing the settings, from the toolbar.
+class TestSettingsAndSession : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+  void cleanup();
+  void theSessionIsSavedWithTheNormalBlackBehindIt();
+  void cancellingSavesNothing_data();
+  void cancellingSavesNothing();
+  void theExportIsAFileOfThirtySevenLines();
+  void anExportThatFailsSaysSo();
+  void anImportRefreshesTheWindow();
+  void anImportWithoutProxyLeavesTheProxyAlone();
+  void anImportThatFailsSaysSoAndRefreshesNothing();
+  void anImportDoesNotWriteTheStore();
+};
+
+void TestSettingsAndSession::init() {
+  QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+  for (const QString& name : QDir().entryList(QDir::Files)) QFile::remove(name);
+}
+
+void TestSettingsAndSession::cleanup() {
+  QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+}
+
+void TestSettingsAndSession::theSessionIsSavedWithTheNormalBlackBehindIt() {
+  PlayWindow play(5000, {{"black", "#010203"}});
+  play.type("a line of this session");
+  QVERIFY(QTest::qWaitForWindowActive(play.window.get()));
+  play.pane->setFocus();
+  Answers answers("session.html");
+  play.actions.at(2)->trigger();
+  QCOMPARE(answers.seen, QStringList{"Save Game Session To File | Web Pages (*.htm *.html)"});
+  const QByteArray page = contentOf("session.html");
+  QVERIFY(page.startsWith("<body bgcolor=\"#010203\"><!DOCTYPE"));
+  QVERIFY(page.contains("a line of this session"));
+  QCOMPARE(play.window->focusWidget(), play.bar);
+}
+
+void TestSettingsAndSession::cancellingSavesNothing_data() {
+  QTest::addColumn<int>("action");
+  QTest::newRow("the session") << 2;
+  QTest::newRow("the export") << 3;
+  QTest::newRow("the import") << 4;
+}
+
+void TestSettingsAndSession::cancellingSavesNothing() {
+  QFETCH(const int, action);
+  PlayWindow play(5000);
+  QVERIFY(QTest::qWaitForWindowActive(play.window.get()));
+  play.pane->setFocus();
+  const QStringList before = QDir().entryList(QDir::Files);
+  Answers answers({});
+  play.actions.at(action)->trigger();
+  QCOMPARE(answers.seen.size(), 1);
+  QCOMPARE(QDir().entryList(QDir::Files), before);
+  QCOMPARE(play.window->focusWidget(), play.bar);
+}
+
+void TestSettingsAndSession::theExportIsAFileOfThirtySevenLines() {
+  PlayWindow play(4023);
+  Answers answers("my.settings");
+  play.actions.at(3)->trigger();
+  QCOMPARE(answers.seen,
+           QStringList{"Export Settings | Kelmora Client Settings (*.settings)"});
+  const QByteArray content = contentOf("my.settings");
+  QCOMPARE(content.count('\n'), 37);
+  QVERIFY(content.contains("\nport 4023\n"));
+}
+
+void TestSettingsAndSession::anExportThatFailsSaysSo() {
+  PlayWindow play(5000);
+  QVERIFY(QTest::qWaitForWindowActive(play.window.get()));
+  // The dialog itself refuses a folder that is not there; one that vanishes
+  // under it is the program's to notice.
+  QVERIFY(QDir().mkpath("r\u00e9glages"));
+  Answers answers(QString::fromUtf8("r\u00e9glages/my.settings"));
+  play.actions.at(3)->trigger();
+  QCOMPARE(answers.seen.last(),
+           QString("Export Settings: There has been a failure exporting settings to the specified "
+                   "file."));
+  QCOMPARE(play.window->focusWidget(), play.bar);
+}
+
+void TestSettingsAndSession::anImportRefreshesTheWindow() {
+  const QString style = QStyleFactory::keys().last();
+  PlayWindow play(5000);
+  writeFile("my.settings", "interfaceStyle " + style.toLatin1() +
+                               "\niconSize.width 24\niconSize.height 20\nwhite #112233\n"
+                               "inFont Courier,15,-1,5,50,0,0,0,0,0\n"
+                               "outFont Courier,13,-1,5,50,0,0,0,0,0\nuseProxyServer 1\n"
+                               "proxyHostName 127.0.0.1\nproxyPortNumber 1080\n");
+  Answers answers("my.settings");
+  play.actions.at(4)->trigger();
+  QCOMPARE(answers.seen,
+           QStringList{"Import Settings | Kelmora Client Settings (*.settings)"});
+  QCOMPARE(play.window->findChild<QToolBar*>()->iconSize(), QSize(24, 20));
+  QCOMPARE(play.bar->font().pointSize(), 15);
+  QCOMPARE(play.pane->font().pointSize(), 13);
+  QCOMPARE(QApplication::style()->objectName().toLower(), style.toLower());
+  QCOMPARE(QNetworkProxy::applicationProxy().port(), 1080);
+  play.window->clientConnected();
+  QCOMPARE(play.formatOf("Connected to host!").foreground().color(), QColor("#112233"));
+}
+
+void TestSettingsAndSession::anImportWithoutProxyLeavesTheProxyAlone() {
+  PlayWindow play(5000);
+  QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::Socks5Proxy, "here", 77));
+  writeFile("my.settings", "useProxyServer 0\n");
+  Answers answers("my.settings");
+  play.actions.at(4)->trigger();
+  QCOMPARE(QNetworkProxy::applicationProxy().port(), 77);
+}
+
+void TestSettingsAndSession::anImportThatFailsSaysSoAndRefreshesNothing() {
+  PlayWindow play(5000);
+  QVERIFY(QTest::qWaitForWindowActive(play.window.get()));
+  writeFile("my.settings", "iconSize.width 24\nnonsense here\n");
+  Answers answers("my.settings");
+  play.actions.at(4)->trigger();
+  QCOMPARE(answers.seen.last(), QString("Import Settings: The specified file does not contain "
+                                        "valid settings for this client."));
+  QCOMPARE(play.window->settings().iconSize, QSize(24, 48));
+  QCOMPARE(play.window->findChild<QToolBar*>()->iconSize(), QSize(48, 48));
+  QCOMPARE(play.window->focusWidget(), play.bar);
+}
+
+void TestSettingsAndSession::anImportDoesNotWriteTheStore() {
+  PlayWindow play(5000);
+  writeFile("my.settings", "port 4023\n");
+  Answers answers("my.settings");
+  play.actions.at(4)->trigger();
+  QCOMPARE(play.window->settings().port, 4023);
+  QSettings store("Dunmere Works", "Kelmora Client v3.9b");
+  QCOMPARE(store.value("Global Settings/port").toInt(), 5000);
+  QVERIFY(play.window->close());
+  store.sync();
+  QCOMPARE(store.value("Global Settings/port").toInt(), 4023);
+}
+
+KELMORA_GUI_TEST_MAIN(TestSettingsAndSession)
+#include "tst_settingsandsession.moc"
