@@ -279,8 +279,9 @@ bool MainWidget::claimsShortcut(QKeyCombination keys) const {
 void MainWidget::beep() { beeper_->beep(); }
 
 void MainWidget::showServerHtml(const QString& html) {
-  // Without tags of the server's own, every tag in the text is ours.
-  outputPane_->insertServerHtml(settings_.parseHtml ? safeMarkup(html) : html);
+  // Also without tags of the server's own: colours may nest beyond all measure,
+  // and a stored colour may be anything.
+  outputPane_->insertServerHtml(safeMarkup(html));
 }
 
 void MainWidget::checkTriggers(const QByteArray& line) { triggerTable_.check(line, *this); }

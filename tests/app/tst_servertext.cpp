@@ -23,6 +23,8 @@ class TestServerText : public QObject {
   void anyBytesCutAnywhereLeaveTheWindowAlive_data();
   void anyBytesCutAnywhereLeaveTheWindowAlive();
   void oneByteAtATime();
+  void coloursOfAnyDepthAreShownInTime_data();
+  void coloursOfAnyDepthAreShownInTime();
   void markupOfAnyDepthIsSurvived_data();
   void markupOfAnyDepthIsSurvived();
 
@@ -188,6 +190,29 @@ void TestServerText::oneByteAtATime() {
     QTest::qWait(2);
   }
   QTRY_COMPARE(play.text(), QString("slow,but(whole)\n"));
+}
+
+void TestServerText::coloursOfAnyDepthAreShownInTime_data() {
+  QTest::addColumn<QByteArray>("bytes");
+  QTest::addColumn<PlayWindow::Options>("options");
+  const QByteArray parameters = "\x1b[" + QByteArray(65536, ';') + "m";
+  QTest::newRow("a code of endless parameters") << parameters << PlayWindow::Options{};
+  QTest::newRow("a code of endless parameters, with tags parsed")
+      << parameters << PlayWindow::Options{{"parseHtml", 1}};
+  QTest::newRow("codes without text")
+      << QByteArray("\x1b[31m\x1b[m").repeated(8192) << PlayWindow::Options{};
+  QTest::newRow("a stored colour that opens a list at each code")
+      << QByteArray("\x1b[m").repeated(8192) << PlayWindow::Options{{"white", "\"><ul>"}};
+}
+
+void TestServerText::coloursOfAnyDepthAreShownInTime() {
+  QFETCH(const QByteArray, bytes);
+  QFETCH(const PlayWindow::Options, options);
+  PlayWindow play(server_->port(), options);
+  QVERIFY(play.connectTo(*server_));
+  server_->send(bytes + "the end of it");
+  // Takes a fraction of a second; with all of them nested it takes minutes.
+  QTRY_VERIFY_WITH_TIMEOUT(play.text().contains("the end of it"), 20000);
 }
 
 void TestServerText::markupOfAnyDepthIsSurvived_data() {

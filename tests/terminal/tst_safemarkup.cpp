@@ -87,6 +87,10 @@ class TestSafeMarkup : public QObject {
   void everyTagAllowedWithoutAttributesPassesInEitherCase();
   void blocksNestThirtyTwoDeepAndNoDeeper_data();
   void blocksNestThirtyTwoDeepAndNoDeeper();
+  void inlineTagsNestOneHundredTwentyEightDeepAndNoDeeper_data();
+  void inlineTagsNestOneHundredTwentyEightDeepAndNoDeeper();
+  void aSpanThatNestsTooDeepTakesThePlaceOfTheOneAround();
+  void theDepthOfInlineTagsIsThatOfTheirBlock();
   void whatTheClientWritesIsNeverTouched();
   void randomMarkupComesOutSafeAndStays();
   void theTextBetweenAllowedTagsIsUnchanged();
@@ -262,6 +266,52 @@ void TestSafeMarkup::blocksNestThirtyTwoDeepAndNoDeeper() {
   // An outer end closes what is inside, seen or not.
   QCOMPARE(safeMarkup("<ol>" + QString("<ul>").repeated(40) + "</ol>" + one),
            "<ol>" + QString("<ul>").repeated(31) + "</ol>" + one);
+}
+
+void TestSafeMarkup::inlineTagsNestOneHundredTwentyEightDeepAndNoDeeper_data() {
+  QTest::addColumn<QString>("name");
+  for (const QString& name : allowedNames - blockNames - QSet<QString>{"a", "br", "hr", "p", "li"})
+    QTest::addRow("%s", qPrintable(name)) << name;
+}
+
+void TestSafeMarkup::inlineTagsNestOneHundredTwentyEightDeepAndNoDeeper() {
+  QFETCH(const QString, name);
+  const QString start = '<' + name + '>';
+  const QString end = "</" + name + '>';
+  const QString most = start.repeated(128) + 'x' + end.repeated(128);
+  QCOMPARE(safeMarkup(most), most);
+  QCOMPARE(safeMarkup(start.repeated(200) + 'x' + end.repeated(200)), most);
+  const QString one = start + 'x' + end;
+  QCOMPARE(safeMarkup(one.repeated(300)), one.repeated(300));
+  // Closing counts, so that later tags are whole again.
+  QCOMPARE(safeMarkup(start.repeated(200) + end.repeated(200) + most),
+           start.repeated(128) + end.repeated(128) + most);
+}
+
+void TestSafeMarkup::aSpanThatNestsTooDeepTakesThePlaceOfTheOneAround() {
+  const QString red = R"(<span style="color:#ff0000">)";
+  const QString onBlue = R"(<span style="background-color:#0000ff">)";
+  const QString redOnBlue = R"(<span style="color:#ff0000;background-color:#0000ff">)";
+  const QString most = red.repeated(128);
+  QCOMPARE(safeMarkup(most + "x" + onBlue + "y"), most + "x</span>" + redOnBlue + "y");
+  QCOMPARE(safeMarkup(most + onBlue.repeated(1000) + red + "y<br>"),
+           most + "</span>" + redOnBlue + "y<br>");
+  QCOMPARE(safeMarkup(most + onBlue), most);
+  QCOMPARE(safeMarkup(most + onBlue + "</span>y"), most + "</span>y");
+  // A link is a link at any depth.
+  const QString link = R"(<a href="http://a.b">a.b</a>)";
+  QCOMPARE(safeMarkup(most + link + onBlue + link + "y"),
+           most + link + "</span>" + redOnBlue + link + "y");
+  const QString unclosed = "<a href=\"http://a.b\">x";
+  QCOMPARE(safeMarkup(most + unclosed.repeated(3)), most + unclosed + "xx");
+  // Behind other tags there is no place to take, but for one.
+  const QString bold = QString("<b>").repeated(128);
+  QCOMPARE(safeMarkup(bold + red + "x" + onBlue + "y"), bold + red + "x</span>" + redOnBlue + "y");
+}
+
+void TestSafeMarkup::theDepthOfInlineTagsIsThatOfTheirBlock() {
+  const QString unclosed = "<div><b>x</div>";
+  QCOMPARE(safeMarkup(unclosed.repeated(300)), unclosed.repeated(300));
 }
 
 void TestSafeMarkup::whatTheClientWritesIsNeverTouched() {

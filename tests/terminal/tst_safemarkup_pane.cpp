@@ -57,6 +57,7 @@ class TestSafeMarkupPane : public QObject {
   void hostileMarkupIsShownInTime_data();
   void hostileMarkupIsShownInTime();
   void allowedMarkupLooksAsItWould();
+  void coloursWithoutEndLookAsTheyWould();
   void oddMarkupHasTheTextItWould();
 
  private:
@@ -259,6 +260,28 @@ void TestSafeMarkupPane::allowedMarkupLooksAsItWould() {
     given.setHtml(html);
     safe.setHtml(safeMarkup(html));
     QVERIFY2(safe.toHtml() == given.toHtml(), qPrintable(html + "\nbecame " + safeMarkup(html)));
+  }
+}
+
+void TestSafeMarkupPane::coloursWithoutEndLookAsTheyWould() {
+  const std::array<QString, 8> pieces{"<span style=\"color:#BDBDBD;background-color:#000000\">",
+                                      "<span style=\"color:#ff0000\">",
+                                      "<span style=\"color:#00ff00\">",
+                                      "<span style=\"background-color:#0000ff\">",
+                                      "<a href=\"http://a.b\">http://a.b</a>",
+                                      "<br>\n",
+                                      "&#32;&nbsp;",
+                                      "text"};
+  QRandomGenerator random(7);
+  for (int run = 0; run < 100; ++run) {
+    QString html;
+    for (quint32 count = random.bounded(1000U); count > 0; --count)
+      html += pieces[random.bounded(static_cast<quint32>(pieces.size()))];
+    QTextDocument given;
+    QTextDocument safe;
+    QTextCursor(&given).insertHtml(html);
+    QTextCursor(&safe).insertHtml(safeMarkup(html));
+    QVERIFY2(safe.toHtml() == given.toHtml(), qPrintable(html));
   }
 }
 

@@ -1,19 +1,19 @@
 #include "terminal/core/SafeMarkup.h"
 
-#include <QRegularExpression>
-#include <QStringList>
-#include <QStringTokenizer>
 #include <algorithm>
 #include <array>
 #include <utility>
 #include <vector>
 
+#include "terminal/core/MarkupAttributes.h"
 #include "terminal/core/MarkupReader.h"
 
 namespace {
 
 enum class Kind {
   Inline,
+  /// Ends the one before it, so it does not nest.
+  Paragraph,
   /// Nests, and each level costs the importer more than the one before.
   Block,
   /// Has no end tag.
@@ -28,7 +28,6 @@ struct TagRow {
   Kind kind;
 };
 
-/// A paragraph or list item ends the one before, so it does not nest.
 constexpr std::array<TagRow, 37> allowedTags{
     {{u"b", Kind::Inline},     {u"strong", Kind::Inline},    {u"i", Kind::Inline},
      {u"em", Kind::Inline},    {u"u", Kind::Inline},         {u"s", Kind::Inline},
@@ -37,7 +36,7 @@ constexpr std::array<TagRow, 37> allowedTags{
      {u"code", Kind::Inline},  {u"kbd", Kind::Inline},       {u"samp", Kind::Inline},
      {u"var", Kind::Inline},   {u"cite", Kind::Inline},      {u"dfn", Kind::Inline},
      {u"font", Kind::Inline},  {u"span", Kind::Inline},      {u"a", Kind::Link},
-     {u"p", Kind::Inline},     {u"li", Kind::Inline},        {u"div", Kind::Block},
+     {u"p", Kind::Paragraph},  {u"li", Kind::Paragraph},     {u"div", Kind::Block},
      {u"center", Kind::Block}, {u"pre", Kind::Block},        {u"h1", Kind::Block},
      {u"h2", Kind::Block},     {u"h3", Kind::Block},         {u"h4", Kind::Block},
      {u"h5", Kind::Block},     {u"h6", Kind::Block},         {u"ul", Kind::Block},
@@ -45,6 +44,10 @@ constexpr std::array<TagRow, 37> allowedTags{
      {u"hr", Kind::Void}}};
 
 constexpr std::size_t maximumBlockDepth = 32;
+
+/// The importer walks all open elements at each tag, and colour spans are never
+/// closed: without a limit, sixteen thousand of them in one read take a minute.
+constexpr std::size_t maximumInlineDepth = 128;
 
 using Edge = MarkupTag::Edge;
 
@@ -62,144 +65,77 @@ constexpr std::array standIns{
     StandInRow{u"th", Edge::Start, u"&nbsp;"},
 };
 
-/// The values of a style declaration; without words it is a colour.
-struct DeclarationRow {
-  QStringView name;
-  QStringView words;
-};
-
-constexpr std::array allowedDeclarations{
-    DeclarationRow{u"color", {}},
-    DeclarationRow{u"background-color", {}},
-    DeclarationRow{u"font-weight",
-                   u"normal bold bolder lighter 100 200 300 400 500 600 700 800 900"},
-    DeclarationRow{u"font-style", u"normal italic oblique"},
-    DeclarationRow{u"text-decoration", u"none underline overline line-through"},
-};
-
 /// Null when there is none.
-template <typename Row, std::size_t size>
-const Row* rowNamed(const std::array<Row, size>& rows, QStringView name) {
-  const auto found = std::find_if(rows.begin(), rows.end(), [name](const Row& row) {
-    return row.name.compare(name, Qt::CaseInsensitive) == 0;
-  });
-  return found == rows.end() ? nullptr : &*found;
-}
-
-bool isColour(QStringView value) {
-  static const QRegularExpression colour(
-      QStringLiteral(R"(\A(?:#?[a-zA-Z0-9]{1,32}|(?:[rR][gG][bB]|[hH][sS][vVlL])[aA]?)"
-                     R"(\( *[0-9.]{1,6}%?(?: *, *[0-9.]{1,6}%?){2,3} *\))\z)"));
-  return colour.match(value.toString()).hasMatch();
-}
-
-bool areWordsOf(QStringView known, QStringView value) {
-  const auto knownWords = known.split(u' ');
-  const auto words = value.split(u' ', Qt::SkipEmptyParts);
-  return !words.empty() && std::all_of(words.begin(), words.end(), [&](QStringView word) {
-    return std::any_of(knownWords.begin(), knownWords.end(), [word](QStringView one) {
-      return one.compare(word, Qt::CaseInsensitive) == 0;
-    });
-  });
-}
-
-/// These answer what of an attribute's value may stay, nothing if none.
-QString colourValue(QStringView value) {
-  return isColour(value.trimmed()) ? value.trimmed().toString() : QString();
-}
-
-QString faceValue(QStringView value) {
-  static const QRegularExpression face(QStringLiteral(R"(\A[\p{L}\p{N} ,._-]{1,64}\z)"));
-  return face.match(value.toString()).hasMatch() ? value.toString() : QString();
-}
-
-QString styleValue(QStringView value) {
-  QStringList kept;
-  for (const QStringView declaration : value.tokenize(u';')) {
-    const qsizetype colon = declaration.indexOf(u':');
-    if (colon < 0)
-      continue;
-    const auto* row = rowNamed(allowedDeclarations, declaration.first(colon).trimmed());
-    const QStringView words = declaration.sliced(colon + 1).trimmed();
-    if (row && (row->words.empty() ? isColour(words) : areWordsOf(row->words, words)))
-      kept += row->name.toString() + u':' + words.toString();
-  }
-  return kept.join(u';');
-}
-
-/// A link leads to the web or to a letter, never to a file of the player's.
-QString linkValue(QStringView value) {
-  const auto* begin = std::find_if_not(value.begin(), value.end(), [](QChar character) {
-    return character.isSpace() || character.category() == QChar::Other_Control;
-  });
-  const QStringView link = value.sliced(begin - value.begin());
-  constexpr std::array<QStringView, 3> schemes{u"http:", u"https:", u"mailto:"};
-  const auto scheme = std::find_if(schemes.begin(), schemes.end(), [link](QStringView one) {
-    return link.startsWith(one, Qt::CaseInsensitive);
-  });
-  // Written anew too: letters beyond ASCII may pass for the same ones.
-  return scheme == schemes.end() ? QString()
-                                 : scheme->toString().append(link.sliced(scheme->size()));
-}
-
-struct AttributeRow {
-  QStringView tag;
-  QStringView name;
-  QString (*allowedPart)(QStringView value);
-};
-
-constexpr std::array allowedAttributes{
-    AttributeRow{u"font", u"color", colourValue},
-    AttributeRow{u"font", u"face", faceValue},
-    AttributeRow{u"span", u"style", styleValue},
-    AttributeRow{u"a", u"href", linkValue},
-};
-
-QString safeAttributes(QStringView tag, const std::vector<MarkupTag::Attribute>& attributes) {
-  QString safe;
-  for (const MarkupTag::Attribute& attribute : attributes)
-    for (const AttributeRow& row : allowedAttributes) {
-      if (row.tag != tag || row.name.compare(attribute.name, Qt::CaseInsensitive) != 0)
-        continue;
-      QString value = row.allowedPart(attribute.value);
-      value.replace(u'"', QStringLiteral("&quot;"))
-          .replace(u'<', QStringLiteral("&lt;"))
-          .replace(u'>', QStringLiteral("&gt;"));
-      if (!value.isEmpty())
-        safe.append(u' ').append(row.name).append(u"=\"").append(value).append(u'"');
-    }
-  return safe;
+const TagRow* rowNamed(QStringView name) {
+  const auto* found = std::find_if(
+      allowedTags.begin(), allowedTags.end(),
+      [name](const TagRow& row) { return row.name.compare(name, Qt::CaseInsensitive) == 0; });
+  return found == allowedTags.end() ? nullptr : found;
 }
 
 class MarkupWriter {
  public:
-  void text(QStringView text) { html_ += text; }
+  void text(QStringView text);
   void tag(const MarkupTag& tag);
   [[nodiscard]] QString html() && { return std::move(html_); }
 
  private:
   using Row = const TagRow*;
+  struct OpenInline {
+    Row row;
+    QString attributes;
+  };
+  struct OpenBlock {
+    Row row;
+    std::size_t inlinesBefore;
+  };
 
   void start(Row row, const std::vector<MarkupTag::Attribute>& attributes);
+  void startInline(Row row, const QString& attributes);
+  /// Beyond the limit there is room for one link, and for a span, which takes
+  /// the place of a span right around it.
+  [[nodiscard]] bool mayNestDeeper(Row row) const;
   void end(Row row);
+  void endInline(Row row);
+  void write(Row row, const QString& attributes);
+  void writeEnd(Row row);
   /// Keeps count of open blocks as the importer does, or with more open than
   /// it has: an end tag closes all that its block holds.
   bool opens(Row row);
   bool closes(Row row);
-  [[nodiscard]] qsizetype& openCount(Row row) {
-    return openCounts_[static_cast<std::size_t>(row - allowedTags.data())];
+  /// Where the inlines of the innermost block that was written begin.
+  [[nodiscard]] std::size_t firstInline() const;
+  [[nodiscard]] qsizetype& count(std::array<qsizetype, allowedTags.size()>& counts, Row row) {
+    return counts[static_cast<std::size_t>(row - allowedTags.data())];
   }
 
   QString html_;
-  std::vector<Row> openBlocks_;
+  std::vector<OpenBlock> openBlocks_;
+  std::vector<OpenInline> openInlines_;
   std::array<qsizetype, allowedTags.size()> openCounts_{};
+  /// Inline start tags beyond the limit, whose end tags are left out too.
+  std::array<qsizetype, allowedTags.size()> droppedCounts_{};
+  /// The innermost span has changed its attributes, and no text came since.
+  bool spanIsDue_ = false;
 };
+
+void MarkupWriter::text(QStringView text) {
+  if (text.isEmpty())
+    return;
+  if (spanIsDue_) {
+    const OpenInline& span = openInlines_.back();
+    spanIsDue_ = false;
+    writeEnd(span.row);
+    write(span.row, span.attributes);
+  }
+  html_ += text;
+}
 
 void MarkupWriter::tag(const MarkupTag& tag) {
   for (const StandInRow& row : standIns)
     if (row.edge == tag.edge && row.name.compare(tag.name, Qt::CaseInsensitive) == 0)
-      html_ += row.html;
-  const auto* row = rowNamed(allowedTags, tag.name);
+      text(row.html);
+  const auto* row = rowNamed(tag.name);
   if (!row)
     return;
   if (tag.edge == Edge::Start)
@@ -209,38 +145,118 @@ void MarkupWriter::tag(const MarkupTag& tag) {
 }
 
 void MarkupWriter::start(Row row, const std::vector<MarkupTag::Attribute>& attributes) {
-  if (!opens(row))
-    return;
-  const QString kept = safeAttributes(row->name, attributes);
-  if (row->kind != Kind::Link || !kept.isEmpty())
-    html_.append(u'<').append(row->name).append(kept).append(u'>');
+  const QString kept = markup::safeAttributes(row->name, attributes);
+  switch (row->kind) {
+    case Kind::Link:
+      if (kept.isEmpty())
+        return;
+      [[fallthrough]];
+    case Kind::Inline:
+      startInline(row, kept);
+      return;
+    case Kind::Block:
+      if (!opens(row))
+        return;
+      [[fallthrough]];
+    case Kind::Paragraph:
+    case Kind::Void:
+      write(row, kept);
+  }
+}
+
+void MarkupWriter::startInline(Row row, const QString& attributes) {
+  if (openInlines_.size() >= maximumInlineDepth) {
+    if (!mayNestDeeper(row) || attributes.isEmpty()) {
+      ++count(droppedCounts_, row);
+      return;
+    }
+    if (openInlines_.size() > firstInline() && openInlines_.back().row == row) {
+      OpenInline& span = openInlines_.back();
+      span.attributes = markup::mergedStyle(span.attributes, attributes);
+      spanIsDue_ = true;
+      return;
+    }
+  }
+  write(row, attributes);
+  openInlines_.push_back({row, attributes});
+}
+
+bool MarkupWriter::mayNestDeeper(Row row) const {
+  if (row->kind != Kind::Link)
+    return row->name == u"span";
+  return std::none_of(openInlines_.begin() + maximumInlineDepth, openInlines_.end(),
+                      [](const OpenInline& open) { return open.row->kind == Kind::Link; });
 }
 
 void MarkupWriter::end(Row row) {
-  if (closes(row))
-    html_.append(u"</").append(row->name).append(u'>');
+  switch (row->kind) {
+    case Kind::Void:
+      return;
+    case Kind::Block:
+      if (closes(row))
+        writeEnd(row);
+      return;
+    case Kind::Paragraph:
+      writeEnd(row);
+      return;
+    case Kind::Inline:
+    case Kind::Link:
+      endInline(row);
+  }
+}
+
+void MarkupWriter::endInline(Row row) {
+  if (qsizetype& dropped = count(droppedCounts_, row); dropped > 0) {
+    --dropped;
+    return;
+  }
+  const auto first = openInlines_.begin() + static_cast<std::ptrdiff_t>(firstInline());
+  for (auto open = openInlines_.end(); open != first;)
+    if ((--open)->row == row) {
+      spanIsDue_ = false;  // it ends here, with nothing in it
+      openInlines_.erase(open, openInlines_.end());
+      break;
+    }
+  writeEnd(row);
+}
+
+void MarkupWriter::write(Row row, const QString& attributes) {
+  text(u"<");
+  html_.append(row->name).append(attributes).append(u'>');
+}
+
+void MarkupWriter::writeEnd(Row row) {
+  text(u"</");
+  html_.append(row->name).append(u'>');
 }
 
 bool MarkupWriter::opens(Row row) {
-  if (row->kind != Kind::Block)
-    return true;
-  openBlocks_.push_back(row);
-  ++openCount(row);
+  openBlocks_.push_back({row, openInlines_.size()});
+  ++count(openCounts_, row);
   return openBlocks_.size() <= maximumBlockDepth;
 }
 
 bool MarkupWriter::closes(Row row) {
-  if (row->kind != Kind::Block)
-    return row->kind != Kind::Void;
-  if (openCount(row) == 0)
+  if (count(openCounts_, row) == 0)
     return false;
-  Row last = nullptr;
+  OpenBlock last{};
   do {
     last = openBlocks_.back();
     openBlocks_.pop_back();
-    --openCount(last);
-  } while (last != row);
-  return openBlocks_.size() < maximumBlockDepth;
+    --count(openCounts_, last.row);
+  } while (last.row != row);
+  const bool wasWritten = openBlocks_.size() < maximumBlockDepth;
+  if (wasWritten && openInlines_.size() > last.inlinesBefore) {
+    spanIsDue_ = false;
+    openInlines_.resize(last.inlinesBefore);
+  }
+  return wasWritten;
+}
+
+std::size_t MarkupWriter::firstInline() const {
+  if (openBlocks_.empty())
+    return 0;
+  return openBlocks_[std::min(openBlocks_.size(), maximumBlockDepth) - 1].inlinesBefore;
 }
 
 }  // namespace

@@ -2,15 +2,17 @@
 
 #include <QString>
 
-/// Makes one read's HTML safe to insert into the pane while the server's own
-/// tags are shown: every tag is written anew from a short list of allowed ones,
-/// all others are dropped and their text stays. What the client itself adds
-/// (colour spans, line breaks, web links) passes unchanged.
+/// Makes HTML safe to insert into the pane: every tag is written anew from a
+/// short list of allowed ones, all others are dropped and their text stays.
+/// What the client itself adds (colour spans, line breaks, web links) passes
+/// unchanged; where its spans nest too deep, fewer are written that look the
+/// same.
 ///
-/// The toolkit's importer takes exponential time for nested tables, lets sizes
-/// and spans of any number through and keeps tables out of the paragraph limit,
-/// so nothing of that kind may reach it. Tags are told apart as that importer
-/// does it, but no text in the result can start a tag that was not written
-/// here. Entities are left alone. Takes time in proportion to the text; the
-/// same text comes out when applied twice.
+/// The toolkit's importer takes exponential time for nested tables and the
+/// square of the depth for other tags, lets sizes and spans of any number
+/// through and keeps tables out of the paragraph limit, so nothing of that kind
+/// may reach it. Tags are told apart as that importer does it, but no text in
+/// the result can start a tag that was not written here. Entities are left
+/// alone. Takes time in proportion to the text; the same text comes out when
+/// applied twice.
 [[nodiscard]] QString safeMarkup(const QString& html);
