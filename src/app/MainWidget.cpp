@@ -289,8 +289,9 @@ void MainWidget::checkTriggers(const QByteArray& line) { triggerTable_.check(lin
 void MainWidget::moveCursorToEnd() { outputPane_->moveCursor(QTextCursor::End); }
 
 void MainWidget::appendStatusLine(const QString& html) {
-  outputPane_->appendStatusLine(
-      QString::fromLatin1(pipeline_.translator().normalSpan(AnsiTranslator::white)) + html);
+  // The host name stands in it as it was stored, and tables of it would nest.
+  outputPane_->appendStatusLine(safeMarkup(
+      QString::fromLatin1(pipeline_.translator().normalSpan(AnsiTranslator::white)) + html));
 }
 
 void MainWidget::setActionEnabled(ConnectionAction action, bool enabled) {

@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QNetworkProxy>
+#include <QTextFrame>
 
 /// Connecting and disconnecting as a player sees it: status lines in the pane,
 /// the state of the toolbar.
@@ -18,6 +19,7 @@ class TestConnection : public QObject {
   void disconnectDuringAnAttemptEnablesConnectAtOnce();
   void statusLinesAreItalicAndWhite();
   void aLongHostNameIsCut();
+  void aHostNameOfNestedTablesIsShownInTime();
   void theSameWindowConnectsAgain();
   void sendingWithoutAConnectionIsSilent();
   void connectingGivesTheBarTheFocus();
@@ -100,6 +102,14 @@ void TestConnection::aLongHostNameIsCut() {
   QVERIFY(play.text().startsWith("Attempting to connect to hhhh"));
   QVERIFY(play.text().size() < 1024);
   QVERIFY(play.text().contains("on port 5000..."));
+}
+
+void TestConnection::aHostNameOfNestedTablesIsShownInTime() {
+  PlayWindow play(5000, {{"hostName", "<b>host</b>" + QString("<table><tr><td>").repeated(60)}});
+  play.window->connectToServer();
+  QVERIFY(play.text().startsWith("Attempting to connect to host"));
+  QVERIFY(play.text().contains("on port 5000..."));
+  QVERIFY(play.pane->document()->rootFrame()->childFrames().isEmpty());
 }
 
 void TestConnection::theSameWindowConnectsAgain() {
