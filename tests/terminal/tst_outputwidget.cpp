@@ -32,6 +32,9 @@ class TestOutputWidget : public QObject {
   void isReadOnlyAndWrapsAtWords();
   void keepsAtMost750Paragraphs();
   void serverTextContinuesTheLastParagraph();
+  void aLongParagraphIsContinuedAtALineBreak();
+  void aDivisionChangesNoTextAndNoColour();
+  void aLineWithoutEndIsDividedAnywhereButInACharacter();
   void aStatusLineIsAParagraphOfItsOwn();
   void messages_data();
   void messages();
@@ -82,6 +85,60 @@ void TestOutputWidget::serverTextContinuesTheLastParagraph() {
   pane_->insertServerHtml("two<br>\nthree");
   QCOMPARE(pane_->document()->blockCount(), 1);
   QCOMPARE(pane_->toPlainText(), QString("one two\nthree"));
+}
+
+void TestOutputWidget::aLongParagraphIsContinuedAtALineBreak() {
+  const QString line = QString(1023, 'x') + "<br>\n";
+  for (int i = 0; i < 16; ++i) pane_->insertServerHtml(line);
+  pane_->insertServerHtml("end");
+  QCOMPARE(pane_->document()->blockCount(), 1);  // 16,387 characters, and no line break since
+  pane_->insertServerHtml("<br>\n");
+  QCOMPARE(pane_->document()->blockCount(), 2);
+  QCOMPARE(pane_->document()->firstBlock().text().size(), 16387);
+  QCOMPARE(pane_->document()->lastBlock().text(), QString());
+  // A read of many lines is divided as often as it takes.
+  pane_->insertServerHtml(line.repeated(100));
+  QCOMPARE(pane_->document()->blockCount(), 7);
+  for (QTextBlock block = pane_->document()->begin(); block.isValid(); block = block.next())
+    QVERIFY(block.text().size() <= 16384 + 1024);
+}
+
+void TestOutputWidget::aDivisionChangesNoTextAndNoColour() {
+  QTextDocument undivided;
+  const std::array<const char*, 3> colours{"#ff0000", "#00ff00", "#0000ff"};
+  for (int read = 0; read < 100; ++read) {
+    QString html;
+    for (int line = 0; line < 30; ++line)
+      html += QStringLiteral("<span style=\"color:%1\">line&#32;%2<br>\n")
+                  .arg(QLatin1String(colours.at(static_cast<std::size_t>(line % 3))))
+                  .arg(read * 30 + line);
+    pane_->insertServerHtml(html);
+    QTextCursor end(&undivided);
+    end.movePosition(QTextCursor::End);
+    end.insertHtml(html);
+  }
+  QVERIFY(pane_->document()->blockCount() > 1);
+  QCOMPARE(undivided.blockCount(), 1);
+  QCOMPARE(pane_->toPlainText(), undivided.toPlainText());
+  QTextCursor shown(pane_->document());
+  QTextCursor expected(&undivided);
+  for (int i = 1; i < undivided.characterCount(); ++i) {
+    expected.setPosition(i);
+    shown.setPosition(i);
+    if (!shown.atBlockStart())
+      QCOMPARE(shown.charFormat().foreground(), expected.charFormat().foreground());
+  }
+  pane_->insertServerHtml("last");
+  QCOMPARE(pane_->document()->lastBlock().text().section(QChar::LineSeparator, -1),
+           QString("last"));
+}
+
+void TestOutputWidget::aLineWithoutEndIsDividedAnywhereButInACharacter() {
+  const QString text = "x" + QString::fromUtf8("\xF0\x9F\x98\x80").repeated(50000);
+  for (qsizetype i = 0; i < text.size(); i += 10001) pane_->insertServerHtml(text.mid(i, 10001));
+  QCOMPARE(pane_->document()->blockCount(), 2);
+  QCOMPARE(pane_->document()->firstBlock().text().size(), 65535);
+  QCOMPARE(pane_->toPlainText().remove('\n'), text);
 }
 
 void TestOutputWidget::aStatusLineIsAParagraphOfItsOwn() {

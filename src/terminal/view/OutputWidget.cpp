@@ -1,6 +1,29 @@
 #include "terminal/view/OutputWidget.h"
 
+#include <QTextBlock>
+
 #include "terminal/view/InputWidget.h"
+
+namespace {
+
+struct Division {
+  qsizetype start;
+  qsizetype length;  ///< what the division replaces
+};
+
+std::optional<Division> divisionOf(const QString& paragraph) {
+  if (paragraph.size() <= OutputWidget::longParagraph)
+    return std::nullopt;
+  const qsizetype lineBreak = paragraph.indexOf(QChar::LineSeparator, OutputWidget::longParagraph);
+  if (lineBreak >= 0 && lineBreak < OutputWidget::longestParagraph)
+    return Division{lineBreak, 1};
+  if (paragraph.size() <= OutputWidget::longestParagraph)
+    return std::nullopt;
+  const bool inPair = paragraph.at(OutputWidget::longestParagraph).isLowSurrogate();
+  return Division{OutputWidget::longestParagraph - (inPair ? 1 : 0), 0};
+}
+
+}  // namespace
 
 OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
     : QTextBrowser(parent), inputBar_(inputBar) {
@@ -16,6 +39,7 @@ OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
 void OutputWidget::insertServerHtml(const QString& html) {
   moveCursor(QTextCursor::End);
   insertHtml(html);
+  divideLastParagraph();
   moveCursor(QTextCursor::End);
 }
 
@@ -48,6 +72,20 @@ QVariant OutputWidget::loadResource(int /*type*/, const QUrl& /*name*/) {
 }
 
 void OutputWidget::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {}
+
+void OutputWidget::divideLastParagraph() {
+  QTextCursor cursor(document());
+  for (;;) {
+    const QTextBlock last = document()->lastBlock();
+    const auto division = divisionOf(last.text());
+    if (!division)
+      return;
+    cursor.setPosition(last.position() + static_cast<int>(division->start));
+    cursor.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor,
+                        static_cast<int>(division->length));
+    cursor.insertBlock();
+  }
+}
 
 void OutputWidget::insertPlain(const QString& text, const QColor& colour,
                                const QColor& background) {

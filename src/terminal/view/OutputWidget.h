@@ -13,11 +13,18 @@ class OutputWidget : public QTextBrowser {
  public:
   /// Older paragraphs are dropped from the top beyond this many.
   static constexpr int maximumParagraphs = 750;
+  /// Characters after which a paragraph is continued in a new one at its next
+  /// line break. Server text has line breaks only, so without this a session
+  /// were one paragraph, laid out whole at each read and never dropped.
+  static constexpr qsizetype longParagraph = 16384;
+  /// Characters after which it is continued even where no line breaks.
+  static constexpr qsizetype longestParagraph = 65536;
 
   /// The input bar outlives the pane; typing is a Tab away from reading.
   OutputWidget(InputWidget& inputBar, QWidget* parent);
 
   /// Continues the last paragraph with what the pipeline made of one read.
+  /// HTML that safeMarkup() has not seen can take the toolkit hours.
   void insertServerHtml(const QString& html);
   /// A paragraph of its own.
   void appendStatusLine(const QString& html);
@@ -39,6 +46,7 @@ class OutputWidget : public QTextBrowser {
   void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
 
  private:
+  void divideLastParagraph();
   void insertPlain(const QString& text, const QColor& colour, const QColor& background);
 
   InputWidget& inputBar_;
