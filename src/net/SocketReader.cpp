@@ -18,7 +18,10 @@ QByteArray takeRead(QTcpSocket& socket) {
 SocketReader::SocketReader(QTcpSocket& socket, Consumer consume)
     : socket_(socket), consume_(std::move(consume)) {
   nextTurn_.setSingleShot(true);
-  QObject::connect(&nextTurn_, &QTimer::timeout, &nextTurn_, [this] { readSocketData(); });
+  QObject::connect(&nextTurn_, &QTimer::timeout, &nextTurn_, [this] {
+    // What waited is gone if the connection was closed since.
+    if (socket_.bytesAvailable() > 0) readSocketData();
+  });
 }
 
 void SocketReader::readSocketData() {

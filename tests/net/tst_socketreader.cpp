@@ -14,6 +14,7 @@ class TestSocketReader : public QObject {
   void aLineWithoutEndIsCutAnyway();
   void keysGetTheirTurnBetweenTwoReads();
   void drainingLeavesNothingBehind();
+  void aClosedConnectionIsReadNoMore();
   void aServerThatNeverPausesHasToWait();
 
  private:
@@ -95,6 +96,17 @@ void TestSocketReader::drainingLeavesNothingBehind() {
   const qsizetype count = reads_.size();
   QTest::qWait(10);
   QCOMPARE(reads_.size(), count);
+}
+
+void TestSocketReader::aClosedConnectionIsReadNoMore() {
+  QTest::failOnWarning(QRegularExpression(".*"));
+  server_->send(QByteArray("line\n").repeated(20000));
+  waitForBytes(100000);
+  reader_->readSocketData();
+  QCOMPARE(reads_.size(), 1);
+  socket_->close();
+  QTest::qWait(10);
+  QCOMPARE(reads_.size(), 1);
 }
 
 void TestSocketReader::aServerThatNeverPausesHasToWait() {
