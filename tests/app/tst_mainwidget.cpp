@@ -6,13 +6,16 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDialog>
 #include <QGridLayout>
 #include <QMetaMethod>
+#include <QNetworkProxy>
 #include <QProgressBar>
 #include <QSettings>
 #include <QStyle>
 #include <QTcpSocket>
 #include <QTest>
+#include <QTimer>
 #include <QToolBar>
 
 /// The window as it stands after construction, before any connection.
@@ -42,7 +45,11 @@ class TestMainWidget : public QObject {
   void theBarHasTheFocusAtTheStart();
   void closingSavesTheSettings();
   void destructionSavesNothing();
+  void theStoredStyleIsTaken();
   void anUnknownStyleChangesNothing();
+  void theStoredProxyIsInstalledOnlyWhereItIsUsed_data();
+  void theStoredProxyIsInstalledOnlyWhereItIsUsed();
+  void everyToolbarActionGivesTheBarTheFocus();
   void hostileStoresStart_data();
   void hostileStoresStart();
 
@@ -297,6 +304,56 @@ void TestMainWidget::destructionSavesNothing() {
   }
   QSettings store("Dunmere Works", "Kelmora Client v3.9b");
   QVERIFY(store.allKeys().isEmpty());
+}
+
+void TestMainWidget::theStoredStyleIsTaken() {
+  const QString before = QApplication::style()->objectName();
+  const QString other = before == "windows" ? QString("fusion") : QString("windows");
+  store("interfaceStyle", other);
+  const MainWidget window;
+  const QString taken = QApplication::style()->objectName();
+  QApplication::setStyle(before);
+  QCOMPARE(taken, other);
+}
+
+void TestMainWidget::theStoredProxyIsInstalledOnlyWhereItIsUsed_data() {
+  QTest::addColumn<int>("used");
+  QTest::addColumn<QString>("host");
+  QTest::newRow("used: it is the application's") << 1 << "stored.invalid";
+  QTest::newRow("not used: the application's stays what it was") << 0 << "before.invalid";
+}
+
+void TestMainWidget::theStoredProxyIsInstalledOnlyWhereItIsUsed() {
+  QFETCH(const int, used);
+  QFETCH(const QString, host);
+  QNetworkProxy::setApplicationProxy(
+      QNetworkProxy(QNetworkProxy::HttpProxy, QStringLiteral("before.invalid")));
+  store("useProxyServer", used);
+  store("proxyHostName", "stored.invalid");
+  const MainWidget window;
+  const QString installed = QNetworkProxy::applicationProxy().hostName();
+  QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+  QCOMPARE(installed, host);
+}
+
+void TestMainWidget::everyToolbarActionGivesTheBarTheFocus() {
+  store("hostName", "127.0.0.1");
+  MainWidget window;
+  window.show();
+  QVERIFY(QTest::qWaitForWindowActive(&window));
+  // A dialog that waits for an answer is sent away.
+  QTimer dismissal;
+  connect(&dismissal, &QTimer::timeout, this, [] {
+    if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) dialog->reject();
+  });
+  dismissal.start(10);
+  for (QAction* action : window.findChild<QToolBar*>()->actions()) {
+    if (action->isSeparator()) continue;
+    action->setEnabled(true);
+    window.findChild<OutputWidget*>()->setFocus();
+    action->trigger();
+    QVERIFY2(window.focusWidget() == window.findChild<InputWidget*>(), qPrintable(action->text()));
+  }
 }
 
 void TestMainWidget::anUnknownStyleChangesNothing() {
