@@ -2,17 +2,16 @@
 // world on that port of this computer, types what a newcomer would, and keeps
 // a picture of the window.
 
-#include "app/ApplicationFonts.h"
-#include "app/MainWidget.h"
-#include "terminal/view/InputWidget.h"
-#include "terminal/view/OutputWidget.h"
-
 #include <QApplication>
 #include <QDeadlineTimer>
 #include <QKeyEvent>
 #include <QTextStream>
-
 #include <functional>
+
+#include "app/ApplicationFonts.h"
+#include "app/MainWidget.h"
+#include "terminal/view/InputWidget.h"
+#include "terminal/view/OutputWidget.h"
 
 namespace {
 
@@ -50,16 +49,19 @@ bool play(MainWidget& window) {
   auto* pane = window.findChild<OutputWidget*>();
   auto* bar = window.findChild<InputWidget*>();
   window.connectToServer();
-  if (!waitFor([&] { return pane->toPlainText().contains(QStringLiteral("name")); })) return false;
+  if (!waitFor([&] { return pane->toPlainText().contains(QStringLiteral("name")); }))
+    return false;
   for (const Step& step : steps) {
     const QString before = pane->toPlainText();
     bar->clear();
-    for (const QChar letter : QString::fromLatin1(step.typed)) press(*bar, 0, letter);
+    for (const QChar letter : QString::fromLatin1(step.typed))
+      press(*bar, 0, letter);
     press(*bar, Qt::Key_Return);
     const auto answered = [&] {
       return pane->toPlainText().mid(before.size()).contains(QLatin1String(step.answer));
     };
-    if (!waitFor(answered)) return false;
+    if (!waitFor(answered))
+      return false;
   }
   return true;
 }
@@ -82,7 +84,9 @@ int main(int argc, char** argv) {
   const bool played = play(window);
   QApplication::processEvents();
   const bool kept = window.grab().save(arguments.at(2));
-  if (!played) console << "The demo world did not answer as expected.\n";
-  if (!kept) console << "The picture could not be written to " << arguments.at(2) << ".\n";
+  if (!played)
+    console << "The demo world did not answer as expected.\n";
+  if (!kept)
+    console << "The picture could not be written to " << arguments.at(2) << ".\n";
   return played && kept ? 0 : 1;
 }

@@ -10,7 +10,8 @@ void substituteMissingCourier() {
   const QString standIn = QStringLiteral("Courier Prime");
   bool registered = false;
   for (const QString& family : {QStringLiteral("Courier"), QStringLiteral("Courier New")}) {
-    if (QFontDatabase::hasFamily(family)) continue;
+    if (QFontDatabase::hasFamily(family))
+      continue;
     if (!registered) {
       for (const char* face : {"Regular", "Bold", "Italic", "BoldItalic"})
         QFontDatabase::addApplicationFont(

@@ -1,12 +1,11 @@
 #include "app/AutomationStart.h"
 
-#include "automation/core/AutomationFiles.h"
-
 #include <QCoreApplication>
 #include <QMessageBox>
-
 #include <array>
 #include <functional>
+
+#include "automation/core/AutomationFiles.h"
 
 void loadAutomationFiles(QWidget& parent, MacroTable& macros, TriggerTable& triggers,
                          AliasTable& aliases, QMap<QString, QString>& variables) {
@@ -26,12 +25,12 @@ void loadAutomationFiles(QWidget& parent, MacroTable& macros, TriggerTable& trig
        QT_TRANSLATE_NOOP("MainWidget", "There has been a failure reading your aliases.txt file."),
        [&] { return automation::loadAliases(aliases); }},
       {QT_TRANSLATE_NOOP("MainWidget", "Variables"),
-       QT_TRANSLATE_NOOP("MainWidget",
-                         "There has been a failure reading your variables.txt file."),
+       QT_TRANSLATE_NOOP("MainWidget", "There has been a failure reading your variables.txt file."),
        [&] { return automation::loadVariables(variables); }},
   }};
   for (const FileRow& row : rows) {
-    if (row.load()) continue;
+    if (row.load())
+      continue;
     QMessageBox::information(&parent, QCoreApplication::translate("MainWidget", row.title),
                              QCoreApplication::translate("MainWidget", row.failure),
                              QMessageBox::Ok);

@@ -14,4 +14,6 @@ void Beeper::beep() {
   effect_->play();
 }
 
-bool Beeper::isLoaded() const { return effect_ && effect_->isLoaded(); }
+bool Beeper::isLoaded() const {
+  return effect_ && effect_->isLoaded();
+}

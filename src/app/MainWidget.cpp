@@ -1,5 +1,17 @@
 #include "app/MainWidget.h"
 
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileDialog>
+#include <QGridLayout>
+#include <QMessageBox>
+#include <QScreen>
+#include <QTcpSocket>
+#include <QTextStream>
+#include <QToolBar>
+#include <algorithm>
+
 #include "app/AutomationStart.h"
 #include "app/Beeper.h"
 #include "app/ToolbarActions.h"
@@ -16,19 +28,6 @@
 #include "terminal/view/OutputWidget.h"
 #include "terminal/view/SessionCapture.h"
 #include "terminal/view/VitalsBars.h"
-
-#include <QAction>
-#include <QApplication>
-#include <QCloseEvent>
-#include <QFileDialog>
-#include <QGridLayout>
-#include <QMessageBox>
-#include <QScreen>
-#include <QTcpSocket>
-#include <QTextStream>
-#include <QToolBar>
-
-#include <algorithm>
 
 namespace {
 
@@ -59,7 +58,8 @@ MainWidget::MainWidget() {
   setWindowTitle(QStringLiteral("Kelmora - The Official Client"));
   setWindowIcon(QIcon(QStringLiteral(":/icons/mainicon.png")));
   loadStoredSettings();
-  if (settings_.useProxyServer) net::installConfiguredProxy(settings_);
+  if (settings_.useProxyServer)
+    net::installConfiguredProxy(settings_);
   echoEnabled_ = settings_.displayLocalEcho;
   buildColourSpans();
   loadAutomationFiles(*this, macroTable_, triggerTable_, aliasTable_, variableTable_.map());
@@ -154,23 +154,33 @@ void MainWidget::connectToServer() {
   connection_->connectToServer();
 }
 
-void MainWidget::disconnectFromServer() { connection_->disconnectFromServer(); }
+void MainWidget::disconnectFromServer() {
+  connection_->disconnectFromServer();
+}
 
 void MainWidget::displaySocketError(QAbstractSocket::SocketError sockerr) {
   connection_->displaySocketError(sockerr);
 }
 
-void MainWidget::clientConnected() { connection_->clientConnected(); }
+void MainWidget::clientConnected() {
+  connection_->clientConnected();
+}
 
 void MainWidget::clientDisconnected() {
   socketReader_->drain();
   connection_->clientDisconnected();
 }
 
-void MainWidget::readSocketData() { socketReader_->readSocketData(); }
+void MainWidget::readSocketData() {
+  socketReader_->readSocketData();
+}
 
-void MainWidget::configureSettings() { focusInputBar(); }
-void MainWidget::proxySettings() { focusInputBar(); }
+void MainWidget::configureSettings() {
+  focusInputBar();
+}
+void MainWidget::proxySettings() {
+  focusInputBar();
+}
 
 void MainWidget::saveBuffer() {
   const QString name = QFileDialog::getSaveFileName(this, tr("Save Game Session To File"), {},
@@ -206,7 +216,8 @@ void MainWidget::loadSettings() {
 }
 
 void MainWidget::applyImportedSettings() {
-  if (settings_.useProxyServer) net::installConfiguredProxy(settings_);
+  if (settings_.useProxyServer)
+    net::installConfiguredProxy(settings_);
   buildColourSpans();
   pipeline_.translator().clearBold();
   QApplication::setStyle(settings_.interfaceStyle);
@@ -215,10 +226,18 @@ void MainWidget::applyImportedSettings() {
   outputPane_->setFont(settings_.outFont);
 }
 
-void MainWidget::editMacros() { focusInputBar(); }
-void MainWidget::editTriggers() { focusInputBar(); }
-void MainWidget::editAliases() { focusInputBar(); }
-void MainWidget::showHelp() { focusInputBar(); }
+void MainWidget::editMacros() {
+  focusInputBar();
+}
+void MainWidget::editTriggers() {
+  focusInputBar();
+}
+void MainWidget::editAliases() {
+  focusInputBar();
+}
+void MainWidget::showHelp() {
+  focusInputBar();
+}
 
 void MainWidget::submitInput() {
   const InputSubmission submission = ::submitInput(inputBar_->text(),
@@ -245,15 +264,18 @@ void MainWidget::submitInput() {
 }
 
 void MainWidget::historyOlder() {
-  if (const auto text = inputHistory_.historyOlder()) inputBar_->setText(*text);
+  if (const auto text = inputHistory_.historyOlder())
+    inputBar_->setText(*text);
 }
 
 void MainWidget::historyNewer() {
-  if (const auto text = inputHistory_.historyNewer()) inputBar_->setText(*text);
+  if (const auto text = inputHistory_.historyNewer())
+    inputBar_->setText(*text);
 }
 
 void MainWidget::parseVitals(const char* line) {
-  if (const auto vitals = ::parseVitals(line)) vitalsBars_->show(*vitals);
+  if (const auto vitals = ::parseVitals(line))
+    vitalsBars_->show(*vitals);
 }
 
 void MainWidget::runActions(const QStringList& actions) {
@@ -266,7 +288,8 @@ int MainWidget::interpretAction(QString action, QTextStream& stream, QString& ti
 
 bool MainWidget::dispatchMacro(int key) {
   const QStringList* commands = macroTable_.commandsOf(key);
-  if (commands) runActions(QStringList(*commands));
+  if (commands)
+    runActions(QStringList(*commands));
   return commands != nullptr;
 }
 
@@ -276,7 +299,9 @@ bool MainWidget::claimsShortcut(QKeyCombination keys) const {
   });
 }
 
-void MainWidget::beep() { beeper_->beep(); }
+void MainWidget::beep() {
+  beeper_->beep();
+}
 
 void MainWidget::showServerHtml(const QString& html) {
   // Also without tags of the server's own: colours may nest beyond all measure,
@@ -284,9 +309,13 @@ void MainWidget::showServerHtml(const QString& html) {
   outputPane_->insertServerHtml(safeMarkup(html));
 }
 
-void MainWidget::checkTriggers(const QByteArray& line) { triggerTable_.check(line, *this); }
+void MainWidget::checkTriggers(const QByteArray& line) {
+  triggerTable_.check(line, *this);
+}
 
-void MainWidget::moveCursorToEnd() { outputPane_->moveCursor(QTextCursor::End); }
+void MainWidget::moveCursorToEnd() {
+  outputPane_->moveCursor(QTextCursor::End);
+}
 
 void MainWidget::appendStatusLine(const QString& html) {
   // The host name stands in it as it was stored, and tables of it would nest.
@@ -298,9 +327,13 @@ void MainWidget::setActionEnabled(ConnectionAction action, bool enabled) {
   actions_.at(indexOf(action))->setEnabled(enabled);
 }
 
-void MainWidget::focusInputBar() { inputBar_->setFocus(Qt::OtherFocusReason); }
+void MainWidget::focusInputBar() {
+  inputBar_->setFocus(Qt::OtherFocusReason);
+}
 
-QIODevice& MainWidget::gameDevice() { return *socket_; }
+QIODevice& MainWidget::gameDevice() {
+  return *socket_;
+}
 
 void MainWidget::sendLine(QTextStream& stream, const QString& line) {
   net::sendLine(stream, line);
@@ -308,15 +341,21 @@ void MainWidget::sendLine(QTextStream& stream, const QString& line) {
     outputPane_->echoSentText(line + QStringLiteral("\r\n"));
 }
 
-void MainWidget::printError(const QString& text) { outputPane_->printError(text); }
+void MainWidget::printError(const QString& text) {
+  outputPane_->printError(text);
+}
 
-void MainWidget::printInfo(const QString& text) { outputPane_->printInfo(text); }
+void MainWidget::printInfo(const QString& text) {
+  outputPane_->printInfo(text);
+}
 
 void MainWidget::printText(const QString& text, const QString& colourName) {
   outputPane_->printText(text, QColor(colourName));
 }
 
-QObject& MainWidget::timerParent() { return *this; }
+QObject& MainWidget::timerParent() {
+  return *this;
+}
 
 const QStringList* MainWidget::commandsOf(const QString& name) const {
   return aliasTable_.commandsOf(name);

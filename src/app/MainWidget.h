@@ -1,5 +1,10 @@
 #pragma once
 
+#include <QAbstractSocket>
+#include <QWidget>
+#include <array>
+#include <memory>
+
 #include "automation/core/AliasTable.h"
 #include "automation/core/MacroTable.h"
 #include "automation/core/TriggerTable.h"
@@ -13,12 +18,6 @@
 #include "terminal/core/InputHistory.h"
 #include "terminal/core/OutputPipeline.h"
 #include "terminal/view/InputHost.h"
-
-#include <QAbstractSocket>
-#include <QWidget>
-
-#include <array>
-#include <memory>
 
 class Beeper;
 class InputWidget;

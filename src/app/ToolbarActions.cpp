@@ -1,11 +1,11 @@
 #include "app/ToolbarActions.h"
 
-#include "app/MainWidget.h"
-
 #include <QAction>
 #include <QCoreApplication>
 #include <QIcon>
 #include <QToolBar>
+
+#include "app/MainWidget.h"
 
 namespace {
 
@@ -43,7 +43,9 @@ constexpr std::array<ActionRow, MainWidget::actionCount> actionRows{{
      QT_TRANSLATE_NOOP("MainWidget", "Ctrl+H"), &MainWidget::showHelp, true, true},
 }};
 
-QString translated(const char* text) { return QCoreApplication::translate("MainWidget", text); }
+QString translated(const char* text) {
+  return QCoreApplication::translate("MainWidget", text);
+}
 
 }  // namespace
 
@@ -58,7 +60,8 @@ std::array<QAction*, 11> addToolbarActions(QToolBar& toolbar, MainWidget& window
     action->setEnabled(row.enabled);
     QObject::connect(action, &QAction::triggered, &window, row.slot);
     toolbar.addAction(action);
-    if (row.separatorBehind) toolbar.addSeparator();
+    if (row.separatorBehind)
+      toolbar.addSeparator();
     actions.at(i) = action;
   }
   return actions;

@@ -1,9 +1,9 @@
-#include "app/ApplicationFonts.h"
-#include "app/MainWidget.h"
-
 #include <QApplication>
 #include <QPixmap>
 #include <QSplashScreen>
+
+#include "app/ApplicationFonts.h"
+#include "app/MainWidget.h"
 
 int main(int argc, char** argv) {
   const QApplication application(argc, argv);

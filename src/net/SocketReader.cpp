@@ -6,7 +6,8 @@
 namespace {
 
 QByteArray takeRead(QTcpSocket& socket) {
-  if (socket.bytesAvailable() <= SocketReader::readSize) return socket.readAll();
+  if (socket.bytesAvailable() <= SocketReader::readSize)
+    return socket.readAll();
   const QByteArray start = socket.peek(SocketReader::readSize);
   // A line without an end in sight is cut: something has to be.
   const qsizetype length = start.lastIndexOf('\n') + 1;
@@ -20,7 +21,8 @@ SocketReader::SocketReader(QTcpSocket& socket, Consumer consume)
   nextTurn_.setSingleShot(true);
   QObject::connect(&nextTurn_, &QTimer::timeout, &nextTurn_, [this] {
     // What waited is gone if the connection was closed since.
-    if (socket_.bytesAvailable() > 0) readSocketData();
+    if (socket_.bytesAvailable() > 0)
+      readSocketData();
   });
 }
 
@@ -34,7 +36,8 @@ void SocketReader::readSocketData() {
 }
 
 void SocketReader::drain() {
-  while (socket_.isReadable() && socket_.bytesAvailable() > 0) readSocketData();
+  while (socket_.isReadable() && socket_.bytesAvailable() > 0)
+    readSocketData();
 }
 
 void SocketReader::limitWaiting() {

@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <QTimer>
-
 #include <functional>
 
 class QTcpSocket;

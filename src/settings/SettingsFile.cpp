@@ -145,10 +145,12 @@ bool exportSettings(const ClientSettings& record, const QString& fileName) {
   if (!openPrivately(file))
     return false;
   std::vector<const SettingsField*> inOrder;
-  for (const SettingsField& field : fields()) inOrder.push_back(&field);
+  for (const SettingsField& field : fields())
+    inOrder.push_back(&field);
   std::sort(inOrder.begin(), inOrder.end(),
             [](const auto* a, const auto* b) { return a->exportPlace < b->exportPlace; });
-  for (const SettingsField* field : inOrder) file.write(exportedLines(record, *field));
+  for (const SettingsField* field : inOrder)
+    file.write(exportedLines(record, *field));
   return true;
 }
 
@@ -167,8 +169,7 @@ bool importSettings(ClientSettings& record, const QString& fileName) {
       end = content.size();
     const auto line = QByteArrayView(content).sliced(start, end - start);
     const scan::Result words = keyAndValue->scan(line);
-    if (end >= longestFile || !words.complete() ||
-        !takeOver(record, words.text(0), words.text(1)))
+    if (end >= longestFile || !words.complete() || !takeOver(record, words.text(0), words.text(1)))
       return false;
     start = end + 1;
   }

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "app/MainWidget.h"
-#include "support/GameServer.h"
-#include "terminal/view/InputWidget.h"
-#include "terminal/view/OutputWidget.h"
-
 #include <QAction>
 #include <QSettings>
 #include <QTest>
 #include <QToolBar>
+
+#include "app/MainWidget.h"
+#include "support/GameServer.h"
+#include "terminal/view/InputWidget.h"
+#include "terminal/view/OutputWidget.h"
 
 /// A window whose stored host and port are those of a test's server, with the
 /// parts that a player sees and the keys that a player presses.
@@ -22,13 +22,15 @@ class PlayWindow {
     store.beginGroup("Global Settings");
     store.setValue("hostName", "127.0.0.1");
     store.setValue("port", port);
-    for (const auto& [key, value] : options) store.setValue(key, value);
+    for (const auto& [key, value] : options)
+      store.setValue(key, value);
     store.sync();
     window = std::make_unique<MainWidget>();
     pane = window->findChild<OutputWidget*>();
     bar = window->findChild<InputWidget*>();
     for (QAction* action : window->findChild<QToolBar*>()->actions())
-      if (!action->isSeparator()) actions << action;
+      if (!action->isSeparator())
+        actions << action;
     window->show();
   }
 
@@ -40,7 +42,8 @@ class PlayWindow {
   /// Connect, Disconnect and Proxy settings, as "+" (enabled) or "-".
   [[nodiscard]] QString connectionStates() const {
     QString states;
-    for (const int i : {0, 1, 6}) states += actions.at(i)->isEnabled() ? '+' : '-';
+    for (const int i : {0, 1, 6})
+      states += actions.at(i)->isEnabled() ? '+' : '-';
     return states;
   }
   void type(const QString& line) {

@@ -1,18 +1,19 @@
-#include "PlayWindow.h"
-#include "script/ActionTimer.h"
-#include "support/ScratchMain.h"
-
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
 
+#include "PlayWindow.h"
+#include "script/ActionTimer.h"
+#include "support/ScratchMain.h"
+
 namespace {
 
 void writeFile(const QString& name, const QByteArray& content) {
   QFile file(name);
-  if (!file.open(QIODevice::WriteOnly)) qFatal("the scratch folder takes no files");
+  if (!file.open(QIODevice::WriteOnly))
+    qFatal("the scratch folder takes no files");
   file.write(content);
 }
 
@@ -27,7 +28,8 @@ class BoxReader : public QObject {
   BoxReader() {
     connect(&timer_, &QTimer::timeout, this, [this] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (!box) return;
+      if (!box)
+        return;
       boxes << box->windowTitle() + ": " + box->text();
       buttons << box->standardButtons();
       parents << box->parentWidget();
@@ -97,7 +99,8 @@ void TestAutomation::everyBrokenFileHasItsBoxInOrder() {
                         "Triggers: There has been a failure reading your triggers.txt file.",
                         "Aliases: There has been a failure reading your aliases.txt file.",
                         "Variables: There has been a failure reading your variables.txt file."}));
-  for (const auto buttons : reader.buttons) QCOMPARE(buttons, QMessageBox::Ok);
+  for (const auto buttons : reader.buttons)
+    QCOMPARE(buttons, QMessageBox::Ok);
   QCOMPARE(reader.parents, QList<QWidget*>(4, play.window.get()));
 }
 
@@ -151,8 +154,9 @@ void TestAutomation::triggersFireInOrderEachBeforeTheNextIsTried() {
 }
 
 void TestAutomation::aLineInTwoReadsIsTwoPieces() {
-  writeFile("triggers.txt", "\ntrigger \"whole line\"\nno\n/trigger\n"
-                            "\ntrigger \"end\"\nyes\n/trigger\n");
+  writeFile("triggers.txt",
+            "\ntrigger \"whole line\"\nno\n/trigger\n"
+            "\ntrigger \"end\"\nyes\n/trigger\n");
   GameServer server;
   PlayWindow play(server.port());
   QVERIFY(play.connectTo(server));
@@ -163,8 +167,9 @@ void TestAutomation::aLineInTwoReadsIsTwoPieces() {
 }
 
 void TestAutomation::vitalsAndTriggersSeeTheSameLine() {
-  writeFile("triggers.txt", "\ntrigger \"hp: [ {*} / {*} ]\"\nok\n/trigger\n"
-                            "\ntrigger \"hp: [\"\nprompt\n/trigger\n");
+  writeFile("triggers.txt",
+            "\ntrigger \"hp: [ {*} / {*} ]\"\nok\n/trigger\n"
+            "\ntrigger \"hp: [\"\nprompt\n/trigger\n");
   GameServer server;
   PlayWindow play(server.port());
   QVERIFY(play.connectTo(server));
@@ -173,8 +178,9 @@ void TestAutomation::vitalsAndTriggersSeeTheSameLine() {
 }
 
 void TestAutomation::anAliasRunsInPlaceOfItsName() {
-  writeFile("aliases.txt", "\nalias \"n\"\nnorth\nlook\n/alias\n\nalias \"/x\"\nsay x\n/alias\n"
-                           "\nalias \"/set\"\nsay set\n/alias\n");
+  writeFile("aliases.txt",
+            "\nalias \"n\"\nnorth\nlook\n/alias\n\nalias \"/x\"\nsay x\n/alias\n"
+            "\nalias \"/set\"\nsay set\n/alias\n");
   GameServer server;
   PlayWindow play(server.port());
   QVERIFY(play.connectTo(server));
@@ -220,8 +226,7 @@ void TestAutomation::macroKeys_data() {
       << int(Qt::Key_PageUp) << none << QByteArray("nine\r\n") << "text";
   QTest::newRow("a bound letter types nothing")
       << int(Qt::Key_A) << none << QByteArray("letter\r\n") << "text";
-  QTest::newRow("an unbound letter is typed")
-      << int(Qt::Key_B) << none << QByteArray() << "textb";
+  QTest::newRow("an unbound letter is typed") << int(Qt::Key_B) << none << QByteArray() << "textb";
   QTest::newRow("a macro without commands takes its key all the same")
       << int(Qt::Key_F6) << none << QByteArray() << "text";
 }
@@ -240,7 +245,8 @@ void TestAutomation::macroKeys() {
   // An empty line in the history, were that possible, would not be told from none.
   play.bar->setText("text");
   QTest::keyClick(play.bar, static_cast<Qt::Key>(key), modifiers);
-  if (key == Qt::Key_Up && modifiers == Qt::NoModifier) play.bar->clear();
+  if (key == Qt::Key_Up && modifiers == Qt::NoModifier)
+    play.bar->clear();
   QCOMPARE(play.bar->text(), text);
   play.window->runActions({"mark"});
   QTRY_COMPARE(server.received(), wire + "mark\r\n");

@@ -1,9 +1,9 @@
-#include "PlayWindow.h"
-#include "support/ScratchMain.h"
-
 #include <QApplication>
 #include <QNetworkProxy>
 #include <QTextFrame>
+
+#include "PlayWindow.h"
+#include "support/ScratchMain.h"
 
 /// Connecting and disconnecting as a player sees it: status lines in the pane,
 /// the state of the toolbar.

@@ -1,9 +1,9 @@
+#include <QApplication>
+#include <QProgressBar>
+
 #include "PlayWindow.h"
 #include "demo/DemoServer.h"
 #include "support/ScratchMain.h"
-
-#include <QApplication>
-#include <QProgressBar>
 
 /// The client on the demo world, as a newcomer plays it.
 class TestDemoSession : public QObject {

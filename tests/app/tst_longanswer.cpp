@@ -1,8 +1,8 @@
+#include <QApplication>
+
 #include "PlayWindow.h"
 #include "net/ProxyProcess.h"
 #include "support/ScratchMain.h"
-
-#include <QApplication>
 
 /// More text than one read takes, straight and through real proxies: all of it
 /// arrives, in order, also when the server closes right behind it.
@@ -30,9 +30,11 @@ void TestLongAnswer::arrivesWhole() {
   ProxyProcess proxy;
   if (!program.isEmpty()) {
     const QString path = ProxyProcess::find(program);
-    if (path.isEmpty()) QSKIP("the proxy is not installed: its package has the name of the row");
+    if (path.isEmpty())
+      QSKIP("the proxy is not installed: its package has the name of the row");
     const auto command = [&](quint16 port) -> QStringList {
-      if (program == "microsocks") return {path, "-i", "127.0.0.1", "-p", QString::number(port)};
+      if (program == "microsocks")
+        return {path, "-i", "127.0.0.1", "-p", QString::number(port)};
       QFile config("tinyproxy.conf");
       if (config.open(QIODevice::WriteOnly))
         config.write("Listen 127.0.0.1\nPort " + QByteArray::number(port) +
@@ -55,7 +57,8 @@ void TestLongAnswer::arrivesWhole() {
   QVERIFY(play.connectTo(server));
   play.pane->clear();
   QByteArray bytes;
-  for (int i = 0; i < 2000; ++i) bytes += "line " + QByteArray::number(i) + " of the answer\r\n";
+  for (int i = 0; i < 2000; ++i)
+    bytes += "line " + QByteArray::number(i) + " of the answer\r\n";
   server.send(bytes);
   server.peer()->disconnectFromHost();
   QTRY_COMPARE_WITH_TIMEOUT(play.connectionStates(), QString("+-+"), 60000);

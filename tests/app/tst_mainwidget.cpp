@@ -1,9 +1,3 @@
-#include "app/MainWidget.h"
-#include "settings/SettingsStore.h"
-#include "support/ScratchMain.h"
-#include "terminal/view/InputWidget.h"
-#include "terminal/view/OutputWidget.h"
-
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
@@ -17,6 +11,12 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolBar>
+
+#include "app/MainWidget.h"
+#include "settings/SettingsStore.h"
+#include "support/ScratchMain.h"
+#include "terminal/view/InputWidget.h"
+#include "terminal/view/OutputWidget.h"
 
 /// The window as it stands after construction, before any connection.
 class TestMainWidget : public QObject {
@@ -60,7 +60,9 @@ class TestMainWidget : public QObject {
   }
 };
 
-void TestMainWidget::init() { QSettings("Dunmere Works", "Kelmora Client v3.9b").clear(); }
+void TestMainWidget::init() {
+  QSettings("Dunmere Works", "Kelmora Client v3.9b").clear();
+}
 
 void TestMainWidget::theSlotTableHasFifteenSlotsInOrder() {
   const QMetaObject& meta = MainWidget::staticMetaObject;
@@ -150,7 +152,8 @@ void TestMainWidget::toolbarRows() {
   const MainWidget window;
   QList<QAction*> actions;
   for (QAction* action : window.findChild<QToolBar*>()->actions())
-    if (!action->isSeparator()) actions << action;
+    if (!action->isSeparator())
+      actions << action;
   QCOMPARE(actions.size(), 11);
   QCOMPARE(actions.at(index)->text(), text);
   QCOMPARE(actions.at(index)->statusTip(), text);
@@ -163,7 +166,8 @@ void TestMainWidget::separatorsStandWhereToldTo() {
   QList<int> places;
   const QList<QAction*> actions = window.findChild<QToolBar*>()->actions();
   for (int i = 0; i < actions.size(); ++i)
-    if (actions.at(i)->isSeparator()) places << i;
+    if (actions.at(i)->isSeparator())
+      places << i;
   QCOMPARE(places, (QList<int>{2, 6, 9, 13, 15}));
   QCOMPARE(actions.size(), 16);
 }
@@ -172,11 +176,12 @@ void TestMainWidget::everyActionHasItsIcon() {
   const MainWidget window;
   QSet<QByteArray> pictures;
   for (const QAction* action : window.findChild<QToolBar*>()->actions()) {
-    if (action->isSeparator()) continue;
+    if (action->isSeparator())
+      continue;
     const QImage image = action->icon().pixmap(48).toImage();
     QVERIFY2(!image.isNull(), qPrintable(action->text()));
-    pictures.insert(QByteArray(reinterpret_cast<const char*>(image.constBits()),
-                               image.sizeInBytes()));
+    pictures.insert(
+        QByteArray(reinterpret_cast<const char*>(image.constBits()), image.sizeInBytes()));
   }
   QCOMPARE(pictures.size(), 11);
 }
@@ -228,8 +233,8 @@ void TestMainWidget::vitalsBars_data() {
                               << "::chunk { background-color: red }";
   QTest::newRow("spell points") << 1 << QRect(QPoint(670, 30), QPoint(787, 45))
                                 << "::chunk { background-color: blue }";
-  QTest::newRow("endurance points") << 2 << QRect(QPoint(670, 50), QPoint(787, 65))
-                                    << "::chunk { background-color: green }";
+  QTest::newRow("endurance points")
+      << 2 << QRect(QPoint(670, 50), QPoint(787, 65)) << "::chunk { background-color: green }";
 }
 
 void TestMainWidget::vitalsBars() {
@@ -258,8 +263,7 @@ void TestMainWidget::vitalsFollowThePrompt_data() {
       {25, 100, 0});
   row("a value above its maximum keeps the bar",
       "hp: [ 300 / 200 ], sp: [ 5 / 10 ], ep: [ 40 / 80 ]", {100, 50, 50});
-  row("a negative value empties the bar", "HP: [-3/200], SP: [10/10], EP: [80/80]",
-      {0, 100, 100});
+  row("a negative value empties the bar", "HP: [-3/200], SP: [10/10], EP: [80/80]", {0, 100, 100});
   row("a maximum of nothing keeps the bar", "HP: [0/0], SP: [1/0], EP: [1/4]", {100, 100, 25});
   row("any other line keeps all three", "You have 3 hp.", {100, 100, 100});
 }
@@ -344,11 +348,13 @@ void TestMainWidget::everyToolbarActionGivesTheBarTheFocus() {
   // A dialog that waits for an answer is sent away.
   QTimer dismissal;
   connect(&dismissal, &QTimer::timeout, this, [] {
-    if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) dialog->reject();
+    if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+      dialog->reject();
   });
   dismissal.start(10);
   for (QAction* action : window.findChild<QToolBar*>()->actions()) {
-    if (action->isSeparator()) continue;
+    if (action->isSeparator())
+      continue;
     action->setEnabled(true);
     window.findChild<OutputWidget*>()->setFocus();
     action->trigger();

@@ -1,9 +1,9 @@
-#include "PlayWindow.h"
-#include "support/ScratchMain.h"
-
 #include <QApplication>
 #include <QProgressBar>
 #include <QRandomGenerator>
+
+#include "PlayWindow.h"
+#include "support/ScratchMain.h"
 
 /// The server's bytes on their way to the pane.
 class TestServerText : public QObject {
@@ -32,7 +32,9 @@ class TestServerText : public QObject {
   std::unique_ptr<GameServer> server_;
 };
 
-void TestServerText::initTestCase() { server_ = std::make_unique<GameServer>(); }
+void TestServerText::initTestCase() {
+  server_ = std::make_unique<GameServer>();
+}
 
 void TestServerText::shows_data() {
   QTest::addColumn<QByteArray>("bytes");
@@ -41,24 +43,30 @@ void TestServerText::shows_data() {
   const PlayWindow::Options defaults;
   const PlayWindow::Options html{{"parseHtml", 1}};
   const PlayWindow::Options colourless{{"displayAnsiColor", 0}};
-  QTest::newRow("markup is shown as it is written")
-      << QByteArray("a<b>c") << defaults << "a<b>c";
+  QTest::newRow("markup is shown as it is written") << QByteArray("a<b>c") << defaults << "a<b>c";
   QTest::newRow("with tags parsed, markup is markup") << QByteArray("a<b>c</b>") << html << "ac";
   QTest::newRow("a carriage return and a line feed are one line break")
       << QByteArray("one\r\ntwo") << defaults << "one\ntwo";
-  QTest::newRow("runs of blanks keep their width")
-      << QByteArray("a   b") << defaults << "a   b";
-  QTest::newRow("telnet commands are dropped")
-      << QByteArray("a\xff\xfb\x01" "b") << defaults << "ab";
+  QTest::newRow("runs of blanks keep their width") << QByteArray("a   b") << defaults << "a   b";
+  QTest::newRow("telnet commands are dropped") << QByteArray(
+                                                      "a\xff\xfb\x01"
+                                                      "b")
+                                               << defaults << "ab";
   QTest::newRow("colour codes leave no trace in the text")
       << QByteArray("\x1b[31mred\x1b[0m") << defaults << "red";
   QTest::newRow("with colours off their codes are still taken out")
       << QByteArray("\x1b[31mred\x1b[0m") << colourless << "red";
   QTest::newRow("UTF-8 is shown") << QByteArray("caf\xc3\xa9") << defaults
                                   << QString::fromUtf8("caf\xc3\xa9");
-  QTest::newRow("a bell leaves no trace") << QByteArray("a\x07" "b") << defaults << "ab";
+  QTest::newRow("a bell leaves no trace") << QByteArray(
+                                                 "a\x07"
+                                                 "b")
+                                          << defaults << "ab";
   QTest::newRow("a bell that is switched off leaves no trace")
-      << QByteArray("a\x07" "b") << PlayWindow::Options{{"playBeeps", 0}} << "ab";
+      << QByteArray(
+             "a\x07"
+             "b")
+      << PlayWindow::Options{{"playBeeps", 0}} << "ab";
 }
 
 void TestServerText::shows() {
@@ -155,10 +163,33 @@ void TestServerText::anyBytesCutAnywhereLeaveTheWindowAlive() {
   PlayWindow play(server_->port(), options);
   QVERIFY(play.connectTo(*server_));
   QRandomGenerator random(20261121);
-  const QByteArrayList pieces{"\x1b[", "\x1b", "38;5;", "48;5;", "m", "<", ">", "<table><tr><td>",
-                              "<img src=\"file:///etc/passwd\">", "<ul><li>", "&#", "&lt;", "http://",
-                              "www.", "\r\n", "\n", " ", "\t", "\x07", "\xff", "\xff\xfd", "word",
-                              "\xe2\x82", "\xac", QByteArray(1, '\0'), "hp: [", "999999999999"};
+  const QByteArrayList pieces{"\x1b[",
+                              "\x1b",
+                              "38;5;",
+                              "48;5;",
+                              "m",
+                              "<",
+                              ">",
+                              "<table><tr><td>",
+                              "<img src=\"file:///etc/passwd\">",
+                              "<ul><li>",
+                              "&#",
+                              "&lt;",
+                              "http://",
+                              "www.",
+                              "\r\n",
+                              "\n",
+                              " ",
+                              "\t",
+                              "\x07",
+                              "\xff",
+                              "\xff\xfd",
+                              "word",
+                              "\xe2\x82",
+                              "\xac",
+                              QByteArray(1, '\0'),
+                              "hp: [",
+                              "999999999999"};
   for (int round = 0; round < 300; ++round) {
     QByteArray bytes;
     const int length = random.bounded(60);
@@ -169,7 +200,8 @@ void TestServerText::anyBytesCutAnywhereLeaveTheWindowAlive() {
         bytes += pieces.at(random.bounded(int(pieces.size())));
     }
     server_->send(bytes);
-    if (random.bounded(3) == 0) QTest::qWait(1);
+    if (random.bounded(3) == 0)
+      QTest::qWait(1);
   }
   // Ends any sequence, tag or telnet triplet that is still open.
   server_->send("m>>m\x1b[m\r\nstill here");
@@ -217,10 +249,10 @@ void TestServerText::coloursOfAnyDepthAreShownInTime() {
 
 void TestServerText::markupOfAnyDepthIsSurvived_data() {
   QTest::addColumn<QByteArray>("markup");
-  for (const char* tag : {"<table><tr><td>", "<ul><li>", "<blockquote>", "<div>", "<b>", "<p>",
-                          "<a href=\"x\">", "<table width=999999999 cellpadding=999999>",
-                          "<hr>", "<pre>", "<h1>", "<font size=7>", "<center>",
-                          "<div style=\"margin-left:999999px\">"})
+  for (const char* tag :
+       {"<table><tr><td>", "<ul><li>", "<blockquote>", "<div>", "<b>", "<p>", "<a href=\"x\">",
+        "<table width=999999999 cellpadding=999999>", "<hr>", "<pre>", "<h1>", "<font size=7>",
+        "<center>", "<div style=\"margin-left:999999px\">"})
     QTest::newRow(tag) << QByteArray(tag);
 }
 

@@ -1,6 +1,3 @@
-#include "PlayWindow.h"
-#include "support/ScratchMain.h"
-
 #include <QApplication>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -10,6 +7,9 @@
 #include <QStyle>
 #include <QStyleFactory>
 #include <QTimer>
+
+#include "PlayWindow.h"
+#include "support/ScratchMain.h"
 
 namespace {
 
@@ -50,7 +50,8 @@ QByteArray contentOf(const QString& name) {
 
 void writeFile(const QString& name, const QByteArray& content) {
   QFile file(name);
-  if (!file.open(QIODevice::WriteOnly)) qFatal("the scratch folder takes no files");
+  if (!file.open(QIODevice::WriteOnly))
+    qFatal("the scratch folder takes no files");
   file.write(content);
 }
 
@@ -76,7 +77,8 @@ class TestSettingsAndSession : public QObject {
 
 void TestSettingsAndSession::init() {
   QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-  for (const QString& name : QDir().entryList(QDir::Files)) QFile::remove(name);
+  for (const QString& name : QDir().entryList(QDir::Files))
+    QFile::remove(name);
 }
 
 void TestSettingsAndSession::cleanup() {
@@ -121,8 +123,7 @@ void TestSettingsAndSession::theExportIsAFileOfThirtySevenLines() {
   PlayWindow play(4023);
   Answers answers("my.settings");
   play.actions.at(3)->trigger();
-  QCOMPARE(answers.seen,
-           QStringList{"Export Settings | Kelmora Client Settings (*.settings)"});
+  QCOMPARE(answers.seen, QStringList{"Export Settings | Kelmora Client Settings (*.settings)"});
   const QByteArray content = contentOf("my.settings");
   QCOMPARE(content.count('\n'), 37);
   QVERIFY(content.contains("\nport 4023\n"));
@@ -152,8 +153,7 @@ void TestSettingsAndSession::anImportRefreshesTheWindow() {
                                "proxyHostName 127.0.0.1\nproxyPortNumber 1080\n");
   Answers answers("my.settings");
   play.actions.at(4)->trigger();
-  QCOMPARE(answers.seen,
-           QStringList{"Import Settings | Kelmora Client Settings (*.settings)"});
+  QCOMPARE(answers.seen, QStringList{"Import Settings | Kelmora Client Settings (*.settings)"});
   QCOMPARE(play.window->findChild<QToolBar*>()->iconSize(), QSize(24, 20));
   QCOMPARE(play.bar->font().pointSize(), 15);
   QCOMPARE(play.pane->font().pointSize(), 13);

@@ -1,15 +1,15 @@
-#include "app/ApplicationFonts.h"
-#include "app/Beeper.h"
-#include "app/MainWidget.h"
-#include "support/ScratchMain.h"
-#include "terminal/view/OutputWidget.h"
-
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFontInfo>
 #include <QPixmap>
 #include <QSplashScreen>
 #include <QTest>
+
+#include "app/ApplicationFonts.h"
+#include "app/Beeper.h"
+#include "app/MainWidget.h"
+#include "support/ScratchMain.h"
+#include "terminal/view/OutputWidget.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
+#include <QApplication>
+
 #include "PlayWindow.h"
 #include "support/ScratchMain.h"
-
-#include <QApplication>
 
 /// A typed line on its way to the server, and its echo.
 class TestTyping : public QObject {

@@ -33,8 +33,8 @@ void TestSocketReader::init() {
   reader_.reset();
   server_ = std::make_unique<GameServer>();
   socket_ = std::make_unique<QTcpSocket>();
-  reader_ = std::make_unique<SocketReader>(*socket_,
-                                           [this](const QByteArray& data) { reads_ << data; });
+  reader_ =
+      std::make_unique<SocketReader>(*socket_, [this](const QByteArray& data) { reads_ << data; });
   reader_->limitWaiting();
   socket_->connectToHost(QHostAddress(QHostAddress::LocalHost), server_->port());
   QTRY_VERIFY(server_->peer() && socket_->state() == QAbstractSocket::ConnectedState);

@@ -1,5 +1,3 @@
-#include "settings/SettingsFile.h"
-
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
@@ -7,6 +5,7 @@
 #include <sys/stat.h>
 
 #include "settings/ClientSettings.h"
+#include "settings/SettingsFile.h"
 #include "support/ScratchMain.h"
 
 namespace {
@@ -53,7 +52,8 @@ class TestSettingsFile : public QObject {
 };
 
 void TestSettingsFile::init() {
-  for (const QString& name : QDir().entryList(QDir::Files)) QFile::remove(name);
+  for (const QString& name : QDir().entryList(QDir::Files))
+    QFile::remove(name);
 }
 
 void TestSettingsFile::theDefaultsAreTheseLines() {
@@ -80,23 +80,33 @@ void TestSettingsFile::writes_data() {
   const auto row = [](const char* name, const Change& change, const char* line) {
     QTest::newRow(name) << change << QByteArray(line);
   };
-  row("an empty host is an empty value", [](auto& r) { r.hostName.clear(); }, "hostName \n");
-  row("an empty style is an empty value", [](auto& r) { r.interfaceStyle.clear(); },
+  row(
+      "an empty host is an empty value", [](auto& r) { r.hostName.clear(); }, "hostName \n");
+  row(
+      "an empty style is an empty value", [](auto& r) { r.interfaceStyle.clear(); },
       "interfaceStyle \n");
-  row("an empty separator is (null)", [](auto& r) { r.splitString.clear(); },
+  row(
+      "an empty separator is (null)", [](auto& r) { r.splitString.clear(); },
       "splitString (null)\n");
-  row("a proxy port is its number", [](auto& r) { r.proxyPortNumber = "1080"; },
+  row(
+      "a proxy port is its number", [](auto& r) { r.proxyPortNumber = "1080"; },
       "proxyPortNumber 1080\n");
-  row("a proxy port that is no number is 0", [](auto& r) { r.proxyPortNumber = "abc"; },
+  row(
+      "a proxy port that is no number is 0", [](auto& r) { r.proxyPortNumber = "abc"; },
       "proxyPortNumber 0\n");
-  row("a password stands as typed", [](auto& r) { r.proxyPassword = "open"; },
+  row(
+      "a password stands as typed", [](auto& r) { r.proxyPassword = "open"; },
       "proxyPassword open\n");
-  row("a negative port is written", [](auto& r) { r.port = -1; }, "port -1\n");
-  row("Latin-1 is one byte a letter", [](auto& r) { r.hostName = QString::fromUtf8("é"); },
+  row(
+      "a negative port is written", [](auto& r) { r.port = -1; }, "port -1\n");
+  row(
+      "Latin-1 is one byte a letter", [](auto& r) { r.hostName = QString::fromUtf8("é"); },
       "hostName \xe9\n");
-  row("what is not Latin-1 is a question mark",
+  row(
+      "what is not Latin-1 is a question mark",
       [](auto& r) { r.hostName = QString::fromUtf8("a€b"); }, "hostName a?b\n");
-  row("a long value is written whole", [](auto& r) { r.hostName = QString(5000, 'h'); },
+  row(
+      "a long value is written whole", [](auto& r) { r.hostName = QString(5000, 'h'); },
       QByteArray("hostName " + QByteArray(5000, 'h') + "\n").constData());
 }
 
@@ -120,11 +130,10 @@ void TestSettingsFile::reads_data() {
   row("a style", "interfaceStyle Fusion\n", [](auto& r) { r.interfaceStyle = "Fusion"; });
   row("a font", "outFont Courier,14,-1,5,50,0,0,0,0,0\n",
       [](auto& r) { r.outFont.fromString("Courier,14,-1,5,50,0,0,0,0,0"); });
-  row("a font family of two words comes back as its first", "inFont Ubuntu Mono,14\n",
-      [](auto& r) {
-        r.inFont = QFont();
-        r.inFont.fromString("Ubuntu");
-      });
+  row("a font family of two words comes back as its first", "inFont Ubuntu Mono,14\n", [](auto& r) {
+    r.inFont = QFont();
+    r.inFont.fromString("Ubuntu");
+  });
   row("one side of the icons", "iconSize.width 32\n", [](auto& r) { r.iconSize.setWidth(32); });
   row("the other side", "iconSize.height 16\n", [](auto& r) { r.iconSize.setHeight(16); });
   row("a number ends where its digits end", "port 4023x\n", [](auto& r) { r.port = 4023; });
@@ -153,8 +162,7 @@ void TestSettingsFile::reads_data() {
   row("the last line needs no line break", "port 4000", [](auto& r) { r.port = 4000; });
   row("a value is cut after 1023 bytes", "hostName " + QByteArray(2000, 'h') + "\n",
       [](auto& r) { r.hostName = QString(1023, 'h'); });
-  row("bytes are Latin-1", "hostName \xe9\n",
-      [](auto& r) { r.hostName = QString::fromUtf8("é"); });
+  row("bytes are Latin-1", "hostName \xe9\n", [](auto& r) { r.hostName = QString::fromUtf8("é"); });
 }
 
 void TestSettingsFile::reads() {
@@ -280,7 +288,11 @@ void TestSettingsFile::hugeAndBinaryFilesAreRefusedAtOnce_data() {
   QTest::newRow("a value of a hundred megabytes") << QByteArray("hostName ") << hundredMegabytes;
   QTest::newRow("five megabytes of good lines")
       << QByteArray("port 4000\n").repeated(500000) << qint64(0);
-  QTest::newRow("a program's start") << QByteArray("\x7f" "ELF\x02\x01\x01\0\0\0\0", 11) << qint64(0);
+  QTest::newRow("a program's start") << QByteArray(
+                                            "\x7f"
+                                            "ELF\x02\x01\x01\0\0\0\0",
+                                            11)
+                                     << qint64(0);
 }
 
 void TestSettingsFile::hugeAndBinaryFilesAreRefusedAtOnce() {

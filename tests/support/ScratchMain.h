@@ -14,11 +14,14 @@ class ScratchFolder {
   ScratchFolder() {
     const QByteArray home = QFile::encodeName(folder_.path());
     qputenv("HOME", home);
-    for (const char* name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"})
+    for (const char* name :
+         {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"})
       qputenv(name, home + "/" + QByteArray(name).toLower());
     qunsetenv("XDG_CONFIG_DIRS");
-    for (const char* name : {"http_proxy", "https_proxy", "all_proxy", "no_proxy"}) qunsetenv(name);
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    for (const char* name : {"http_proxy", "https_proxy", "all_proxy", "no_proxy"})
+      qunsetenv(name);
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+      qputenv("QT_QPA_PLATFORM", "offscreen");
     QDir::setCurrent(folder_.path());
   }
   ~ScratchFolder() { QDir::setCurrent(QStringLiteral("/")); }
@@ -33,7 +36,8 @@ class ScratchFolder {
 #define KELMORA_MAIN_WITH(Application, TestClass) \
   int main(int argc, char** argv) {               \
     const ScratchFolder scratch;                  \
-    if (!scratch.isValid()) return 1;             \
+    if (!scratch.isValid())                       \
+      return 1;                                   \
     Application app(argc, argv);                  \
     TestClass test;                               \
     return QTest::qExec(&test, argc, argv);       \

@@ -1,7 +1,7 @@
+#include <QTest>
+
 #include "support/ScratchMain.h"
 #include "terminal/core/InputHistory.h"
-
-#include <QTest>
 
 class TestInputHistory : public QObject {
   Q_OBJECT
@@ -21,7 +21,8 @@ class TestInputHistory : public QObject {
 void TestInputHistory::records_data() {
   QTest::addColumn<QStringList>("typed");
   QTest::addColumn<QStringList>("kept");
-  QTest::newRow("the most recent line comes first") << QStringList{"a", "b"} << QStringList{"b", "a"};
+  QTest::newRow("the most recent line comes first")
+      << QStringList{"a", "b"} << QStringList{"b", "a"};
   QTest::newRow("the same line twice in a row is stored once")
       << QStringList{"a", "a"} << QStringList{"a"};
   QTest::newRow("an older duplicate is kept")
@@ -38,14 +39,16 @@ void TestInputHistory::records() {
   QFETCH(const QStringList, typed);
   QFETCH(const QStringList, kept);
   InputHistory history;
-  for (const QString& line : typed) history.record(line);
+  for (const QString& line : typed)
+    history.record(line);
   QCOMPARE(history.inputHistory(), kept);
   QCOMPARE(history.historyPosition(), -1);
 }
 
 void TestInputHistory::aDistinctLineBeyondTheLimitDropsTheOldest() {
   InputHistory history;
-  for (int i = 0; i < 256; ++i) history.record(QString::number(i));
+  for (int i = 0; i < 256; ++i)
+    history.record(QString::number(i));
   QCOMPARE(history.inputHistory().size(), 256);
   QCOMPARE(history.inputHistory().last(), QString("0"));
   history.record("one more");

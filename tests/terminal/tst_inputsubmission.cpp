@@ -1,7 +1,7 @@
+#include <QTest>
+
 #include "support/ScratchMain.h"
 #include "terminal/core/InputSubmission.h"
-
-#include <QTest>
 
 using Route = InputSubmission::Route;
 using Afterwards = InputSubmission::Afterwards;

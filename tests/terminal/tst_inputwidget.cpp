@@ -1,10 +1,10 @@
-#include "support/ScratchMain.h"
-#include "terminal/view/InputHost.h"
-#include "terminal/view/InputWidget.h"
-
 #include <QApplication>
 #include <QSet>
 #include <QTest>
+
+#include "support/ScratchMain.h"
+#include "terminal/view/InputHost.h"
+#include "terminal/view/InputWidget.h"
 
 namespace {
 
@@ -18,9 +18,7 @@ class RecordingHost : public InputHost {
     calls << QStringLiteral("macro %1").arg(key, 0, 16);
     return macroKeys.contains(key);
   }
-  [[nodiscard]] bool claimsShortcut(QKeyCombination keys) const override {
-    return claimed == keys;
-  }
+  [[nodiscard]] bool claimsShortcut(QKeyCombination keys) const override { return claimed == keys; }
 
   QStringList calls;
   QSet<int> macroKeys;
@@ -84,8 +82,8 @@ void TestInputWidget::routes_data() {
   row("Up with Shift browses", Qt::Key_Up, Qt::ShiftModifier, {"older"});
   row("Up with Control browses", Qt::Key_Up, Qt::ControlModifier, {"older"});
   row("Down with Alt browses", Qt::Key_Down, Qt::AltModifier, {"newer"});
-  row("Down with Shift and Control browses", Qt::Key_Down,
-      Qt::ShiftModifier | Qt::ControlModifier, {"newer"});
+  row("Down with Shift and Control browses", Qt::Key_Down, Qt::ShiftModifier | Qt::ControlModifier,
+      {"newer"});
   row("Left never reaches macros", Qt::Key_Left, none, nothing);
   row("Right never reaches macros", Qt::Key_Right, none, nothing);
   row("Home never reaches macros", Qt::Key_Home, none, nothing);
@@ -97,8 +95,8 @@ void TestInputWidget::routes_data() {
       {macro(Qt::Key_Left)});
   row("keypad Home is offered to the macros", Qt::Key_Home, Qt::KeypadModifier,
       {macro(Qt::Key_Home)});
-  row("a keypad digit is offered to the macros", Qt::Key_5, Qt::KeypadModifier,
-      {macro(Qt::Key_5)}, "text5");
+  row("a keypad digit is offered to the macros", Qt::Key_5, Qt::KeypadModifier, {macro(Qt::Key_5)},
+      "text5");
   row("Insert is offered to the macros", Qt::Key_Insert, none, {macro(Qt::Key_Insert)});
   row("Page Up is offered to the macros", Qt::Key_PageUp, none, {macro(Qt::Key_PageUp)});
   row("Control and P browse to older lines", Qt::Key_P, Qt::ControlModifier, {"older"});
@@ -111,8 +109,7 @@ void TestInputWidget::routes_data() {
   row("Control and F5 are no macro", Qt::Key_F5, Qt::ControlModifier, nothing);
   row("Alt and F5 are no macro", Qt::Key_F5, Qt::AltModifier, nothing);
   row("a letter is offered, then typed", Qt::Key_A, none, {macro(Qt::Key_A)}, "texta");
-  row("Escape is offered, then empties the bar", Qt::Key_Escape, none, {macro(Qt::Key_Escape)},
-      "");
+  row("Escape is offered, then empties the bar", Qt::Key_Escape, none, {macro(Qt::Key_Escape)}, "");
   row("Control and Escape empty the bar unoffered", Qt::Key_Escape, Qt::ControlModifier, nothing,
       "");
   row("Return is offered, then submits", Qt::Key_Return, none, {macro(Qt::Key_Return), "submit"});

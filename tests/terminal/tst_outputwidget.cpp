@@ -1,14 +1,14 @@
-#include "support/ScratchMain.h"
-#include "terminal/view/InputHost.h"
-#include "terminal/view/InputWidget.h"
-#include "terminal/view/OutputWidget.h"
-
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFile>
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
+
+#include "support/ScratchMain.h"
+#include "terminal/view/InputHost.h"
+#include "terminal/view/InputWidget.h"
+#include "terminal/view/OutputWidget.h"
 
 namespace {
 
@@ -42,6 +42,8 @@ class TestOutputWidget : public QObject {
   void aLinkIsReadableOnBlack();
   void writesKeepTheirOrder();
   void theViewFollowsWhateverArrives();
+  void aSmallerPaneStillShowsTheNewestLine();
+  void aReaderFurtherUpIsLeftThereByAResize();
   void aLocalFileIsNeverReadIntoThePane();
   void aClickOnALocalLinkKeepsTheText();
   void declaresNoSlotsOrSignals();
@@ -64,7 +66,9 @@ void TestOutputWidget::init() {
   window_->show();
 }
 
-void TestOutputWidget::cleanup() { delete window_; }
+void TestOutputWidget::cleanup() {
+  delete window_;
+}
 
 void TestOutputWidget::isReadOnlyAndWrapsAtWords() {
   QVERIFY(pane_->isReadOnly());
@@ -74,7 +78,8 @@ void TestOutputWidget::isReadOnlyAndWrapsAtWords() {
 
 void TestOutputWidget::keepsAtMost750Paragraphs() {
   QCOMPARE(pane_->document()->maximumBlockCount(), 750);
-  for (int i = 0; i < 800; ++i) pane_->appendStatusLine(QStringLiteral("<i>line %1</i>").arg(i));
+  for (int i = 0; i < 800; ++i)
+    pane_->appendStatusLine(QStringLiteral("<i>line %1</i>").arg(i));
   QCOMPARE(pane_->document()->blockCount(), 750);
   QCOMPARE(pane_->document()->firstBlock().text(), QString("line 50"));
   QCOMPARE(pane_->document()->lastBlock().text(), QString("line 799"));
@@ -89,7 +94,8 @@ void TestOutputWidget::serverTextContinuesTheLastParagraph() {
 
 void TestOutputWidget::aLongParagraphIsContinuedAtALineBreak() {
   const QString line = QString(1023, 'x') + "<br>\n";
-  for (int i = 0; i < 16; ++i) pane_->insertServerHtml(line);
+  for (int i = 0; i < 16; ++i)
+    pane_->insertServerHtml(line);
   pane_->insertServerHtml("end");
   QCOMPARE(pane_->document()->blockCount(), 1);  // 16,387 characters, and no line break since
   pane_->insertServerHtml("<br>\n");
@@ -135,7 +141,8 @@ void TestOutputWidget::aDivisionChangesNoTextAndNoColour() {
 
 void TestOutputWidget::aLineWithoutEndIsDividedAnywhereButInACharacter() {
   const QString text = "x" + QString::fromUtf8("\xF0\x9F\x98\x80").repeated(50000);
-  for (qsizetype i = 0; i < text.size(); i += 10001) pane_->insertServerHtml(text.mid(i, 10001));
+  for (qsizetype i = 0; i < text.size(); i += 10001)
+    pane_->insertServerHtml(text.mid(i, 10001));
   QCOMPARE(pane_->document()->blockCount(), 2);
   QCOMPARE(pane_->document()->firstBlock().text().size(), 65535);
   QCOMPARE(pane_->toPlainText().remove('\n'), text);
@@ -166,14 +173,15 @@ void TestOutputWidget::messages_data() {
       << Write([](OutputWidget& pane) { pane.echoSentText("look\r\n"); }) << "look\n"
       << QColor(Qt::yellow) << QColor(Qt::black);
   QTest::newRow("a printed text has its colour, on black")
-      << Write([](OutputWidget& pane) { pane.printText("hello", QColor("#FF8000")); })
-      << "hello\n" << QColor("#FF8000") << QColor(Qt::black);
+      << Write([](OutputWidget& pane) { pane.printText("hello", QColor("#FF8000")); }) << "hello\n"
+      << QColor("#FF8000") << QColor(Qt::black);
   QTest::newRow("a printed text in a colour that is none is white, never black on black")
       << Write([](OutputWidget& pane) { pane.printText("hello", QColor()); }) << "hello\n"
       << QColor(Qt::white) << QColor(Qt::black);
   QTest::newRow("markup in a message is plain text")
       << Write([](OutputWidget& pane) { pane.printError("<b>bold</b> &amp;"); })
-      << "## <b>bold</b> &amp;\n" << QColor(Qt::yellow) << QColor(Qt::red);
+      << "## <b>bold</b> &amp;\n"
+      << QColor(Qt::yellow) << QColor(Qt::red);
 }
 
 void TestOutputWidget::messages() {
@@ -207,15 +215,15 @@ void TestOutputWidget::writesKeepTheirOrder() {
   pane_->printInfo("info");
   pane_->echoSentText("echo\r\n");
   pane_->insertServerHtml("server again");
-  QCOMPARE(pane_->toPlainText(),
-           QString("server ## error\n\nstatus++ info\necho\nserver again"));
+  QCOMPARE(pane_->toPlainText(), QString("server ## error\n\nstatus++ info\necho\nserver again"));
 }
 
 void TestOutputWidget::theViewFollowsWhateverArrives() {
   const auto atBottom = [this] {
     return pane_->viewport()->rect().contains(pane_->cursorRect()) && pane_->textCursor().atEnd();
   };
-  for (int i = 0; i < 100; ++i) pane_->insertServerHtml("line<br>\n");
+  for (int i = 0; i < 100; ++i)
+    pane_->insertServerHtml("line<br>\n");
   QVERIFY(pane_->verticalScrollBar()->maximum() > 0);
   QVERIFY(atBottom());
   pane_->verticalScrollBar()->setValue(0);
@@ -224,6 +232,23 @@ void TestOutputWidget::theViewFollowsWhateverArrives() {
   pane_->verticalScrollBar()->setValue(0);
   pane_->printInfo("info");
   QVERIFY(atBottom());
+}
+
+void TestOutputWidget::aSmallerPaneStillShowsTheNewestLine() {
+  for (int i = 0; i < 100; ++i)
+    pane_->insertServerHtml("line<br>\n");
+  QScrollBar* bar = pane_->verticalScrollBar();
+  bar->setValue(bar->maximum());
+  pane_->resize(400, 150);
+  QCOMPARE(bar->value(), bar->maximum());
+}
+
+void TestOutputWidget::aReaderFurtherUpIsLeftThereByAResize() {
+  for (int i = 0; i < 100; ++i)
+    pane_->insertServerHtml("line<br>\n");
+  pane_->verticalScrollBar()->setValue(50);
+  pane_->resize(400, 150);
+  QCOMPARE(pane_->verticalScrollBar()->value(), 50);
 }
 
 void TestOutputWidget::aLocalFileIsNeverReadIntoThePane() {

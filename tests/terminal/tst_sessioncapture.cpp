@@ -1,11 +1,11 @@
-#include "support/ScratchMain.h"
-#include "terminal/view/SessionCapture.h"
-
 #include <QApplication>
 #include <QFile>
 #include <QTest>
 #include <QTextCursor>
 #include <QTextDocument>
+
+#include "support/ScratchMain.h"
+#include "terminal/view/SessionCapture.h"
 
 /// The pane's document as a web page.
 class TestSessionCapture : public QObject {
@@ -20,7 +20,8 @@ class TestSessionCapture : public QObject {
 
  private:
   static QByteArray captured(const QTextDocument& document) {
-    if (!captureSession(document, "#123456", "session.html")) return "(none)";
+    if (!captureSession(document, "#123456", "session.html"))
+      return "(none)";
     QFile file("session.html");
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
   }
@@ -52,7 +53,8 @@ void TestSessionCapture::charactersOutsideLatin1AreQuestionMarks() {
 void TestSessionCapture::aLongSessionIsWrittenWhole() {
   QTextDocument document;
   QTextCursor cursor(&document);
-  for (int i = 0; i < 5000; ++i) cursor.insertText(QStringLiteral("line %1 of many\n").arg(i));
+  for (int i = 0; i < 5000; ++i)
+    cursor.insertText(QStringLiteral("line %1 of many\n").arg(i));
   const QByteArray page = captured(document);
   QVERIFY(page.size() > 100000);
   QVERIFY(page.contains("line 0 of many"));

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QStringList>
-
 #include <optional>
 
 /// The lines typed so far, most recent first, and the place in them that Up

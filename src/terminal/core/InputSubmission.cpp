@@ -3,7 +3,8 @@
 InputSubmission submitInput(const QString& line, const InputOptions& options,
                             InputHistory& history) {
   history.endBrowsing();
-  if (options.echoEnabled) history.record(line);
+  if (options.echoEnabled)
+    history.record(line);
 
   InputSubmission submission;
   if (!options.splitInput) {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "terminal/core/InputHistory.h"
-
 #include <QStringList>
+
+#include "terminal/core/InputHistory.h"
 
 /// The options that decide what Enter does with a line.
 struct InputOptions {

@@ -1,8 +1,8 @@
 #include "terminal/view/InputWidget.h"
 
-#include "terminal/view/InputHost.h"
-
 #include <QKeyEvent>
+
+#include "terminal/view/InputHost.h"
 
 InputWidget::InputWidget(InputHost& host, QWidget* parent) : QLineEdit(parent), host_(host) {}
 
@@ -21,8 +21,10 @@ void InputWidget::keyPressEvent(QKeyEvent* event) {
   setFocus(Qt::OtherFocusReason);
 
   const Qt::KeyboardModifiers modifiers = event->modifiers();
-  if (!modifiers.testFlag(Qt::KeypadModifier) && browsesOrMoves(event)) return;
-  if (modifiers.testFlag(Qt::ControlModifier) && answersControl(event->key())) return;
+  if (!modifiers.testFlag(Qt::KeypadModifier) && browsesOrMoves(event))
+    return;
+  if (modifiers.testFlag(Qt::ControlModifier) && answersControl(event->key()))
+    return;
   if (!(modifiers & (Qt::ControlModifier | Qt::AltModifier)) && host_.dispatchMacro(event->key()))
     return;
 

@@ -1,5 +1,6 @@
 #include "terminal/view/OutputWidget.h"
 
+#include <QScrollBar>
 #include <QTextBlock>
 
 #include "terminal/view/InputWidget.h"
@@ -69,6 +70,14 @@ QVariant OutputWidget::loadResource(int /*type*/, const QUrl& /*name*/) {
   // Empty, but not null: for a null answer the document goes and reads the
   // file itself.
   return QByteArray("");
+}
+
+void OutputWidget::resizeEvent(QResizeEvent* event) {
+  QScrollBar& bar = *verticalScrollBar();
+  const bool following = bar.value() == bar.maximum();
+  QTextBrowser::resizeEvent(event);
+  if (following)
+    bar.setValue(bar.maximum());
 }
 
 void OutputWidget::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {}

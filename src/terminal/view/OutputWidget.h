@@ -42,6 +42,8 @@ class OutputWidget : public QTextBrowser {
   QVariant loadResource(int type, const QUrl& name) override;
 
  protected:
+  /// The newest line stays in sight where it was.
+  void resizeEvent(QResizeEvent* event) override;
   /// A link never replaces what the pane shows.
   void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
 

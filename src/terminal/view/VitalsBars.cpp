@@ -44,5 +44,6 @@ VitalsBars::VitalsBars(QWidget& toolbar)
 
 void VitalsBars::show(const VitalPercentages& percentages) {
   for (std::size_t i = 0; i < bars_.size(); ++i)
-    if (percentages.at(i)) bars_.at(i)->setValue(*percentages.at(i));
+    if (percentages.at(i))
+      bars_.at(i)->setValue(*percentages.at(i));
 }

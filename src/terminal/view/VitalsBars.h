@@ -1,8 +1,8 @@
 #pragma once
 
-#include "terminal/core/Vitals.h"
-
 #include <array>
+
+#include "terminal/core/Vitals.h"
 
 class QProgressBar;
 class QWidget;
