@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int frameWidth = 4;  // pixels left to the style's own frame
+constexpr int frameWidth = 3;  // pixels left to the style's own frame
 constexpr int focusInset = 2;
 
 double linear(double channel) {

@@ -59,6 +59,7 @@ enum Colour : std::size_t { Black, Red, Green, Yellow, Blue, Magenta, Cyan, Whit
 
 constexpr std::array<int, 4> serverPorts{4023, 5000, 11995, 23};
 constexpr int longestServerHint = 40;  // characters
+constexpr int columnSpacing = 16;      // pixels
 
 QString serverText(const QString& host, int port) {
   return host + QLatin1Char(' ') + QString::number(port);
@@ -75,6 +76,7 @@ ConfigureWidget::ConfigureWidget(QWidget& mainWindow, SettingsHost& host, Client
   setWindowIcon(QIcon(QStringLiteral(":/icons/configure.png")));
   setModal(true);
   auto* grid = new QGridLayout(this);
+  grid->setHorizontalSpacing(columnSpacing);
   // Built column by column, which makes the order of the Tab key.
   addHeaders(*grid);
   addOptions(*grid);
@@ -126,8 +128,8 @@ void ConfigureWidget::addDisplay(QGridLayout& grid) {
   outFont_->setAccessibleName(tr("Font of the output window"));
   inFont_ = new FontButton(tr("Input Bar"), this);
   inFont_->setAccessibleName(tr("Font of the input bar"));
-  auto* style = new QPushButton(QIcon(QStringLiteral(":/icons/style.png")), tr("Interface style"),
-                                this);
+  auto* style =
+      new QPushButton(QIcon(QStringLiteral(":/icons/style.png")), tr("Interface style"), this);
   auto* serverLabel = new QLabel(tr("Use the following server:"), this);
   serverLabel->setAlignment(Qt::AlignCenter);
   server_ = new QComboBox(this);
@@ -153,8 +155,8 @@ void ConfigureWidget::addButtons(QGridLayout& grid) {
   auto* cancel = new QPushButton(tr("Cancel"), this);
   connect(apply, &QPushButton::clicked, this, &ConfigureWidget::applySettings);
   connect(cancel, &QPushButton::clicked, this, &ConfigureWidget::cancelDialog);
-  grid.addWidget(apply, 10, 0);
-  grid.addWidget(cancel, 10, 3);
+  grid.addWidget(apply, 10, 0, Qt::AlignLeft);
+  grid.addWidget(cancel, 10, 3, Qt::AlignRight);
 }
 
 void ConfigureWidget::showDialog() {
@@ -178,9 +180,8 @@ void ConfigureWidget::showServer() {
   const QString text = serverText(settings_.hostName, settings_.port);
   server_->setCurrentIndex(server_->findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive));
   // Seen while no entry is current: the server that stays when none is chosen.
-  server_->setPlaceholderText(text.size() <= longestServerHint
-                                  ? text
-                                  : text.first(longestServerHint - 1) + QChar(0x2026));
+  server_->setPlaceholderText(
+      text.size() <= longestServerHint ? text : text.first(longestServerHint - 1) + QChar(0x2026));
 }
 
 void ConfigureWidget::applySettings() {
@@ -236,24 +237,60 @@ void ConfigureWidget::chooseFont(FontButton& button) {
     button.setShownFont(font);
 }
 
-void ConfigureWidget::blackPressed() { chooseColour(*normalColours_[Black]); }
-void ConfigureWidget::redPressed() { chooseColour(*normalColours_[Red]); }
-void ConfigureWidget::greenPressed() { chooseColour(*normalColours_[Green]); }
-void ConfigureWidget::yellowPressed() { chooseColour(*normalColours_[Yellow]); }
-void ConfigureWidget::bluePressed() { chooseColour(*normalColours_[Blue]); }
-void ConfigureWidget::magentaPressed() { chooseColour(*normalColours_[Magenta]); }
-void ConfigureWidget::cyanPressed() { chooseColour(*normalColours_[Cyan]); }
-void ConfigureWidget::whitePressed() { chooseColour(*normalColours_[White]); }
-void ConfigureWidget::blackPressedB() { chooseColour(*boldColours_[Black]); }
-void ConfigureWidget::redPressedB() { chooseColour(*boldColours_[Red]); }
-void ConfigureWidget::greenPressedB() { chooseColour(*boldColours_[Green]); }
-void ConfigureWidget::yellowPressedB() { chooseColour(*boldColours_[Yellow]); }
-void ConfigureWidget::bluePressedB() { chooseColour(*boldColours_[Blue]); }
-void ConfigureWidget::magentaPressedB() { chooseColour(*boldColours_[Magenta]); }
-void ConfigureWidget::cyanPressedB() { chooseColour(*boldColours_[Cyan]); }
-void ConfigureWidget::whitePressedB() { chooseColour(*boldColours_[White]); }
-void ConfigureWidget::outFontPressed() { chooseFont(*outFont_); }
-void ConfigureWidget::inFontPressed() { chooseFont(*inFont_); }
+void ConfigureWidget::blackPressed() {
+  chooseColour(*normalColours_[Black]);
+}
+void ConfigureWidget::redPressed() {
+  chooseColour(*normalColours_[Red]);
+}
+void ConfigureWidget::greenPressed() {
+  chooseColour(*normalColours_[Green]);
+}
+void ConfigureWidget::yellowPressed() {
+  chooseColour(*normalColours_[Yellow]);
+}
+void ConfigureWidget::bluePressed() {
+  chooseColour(*normalColours_[Blue]);
+}
+void ConfigureWidget::magentaPressed() {
+  chooseColour(*normalColours_[Magenta]);
+}
+void ConfigureWidget::cyanPressed() {
+  chooseColour(*normalColours_[Cyan]);
+}
+void ConfigureWidget::whitePressed() {
+  chooseColour(*normalColours_[White]);
+}
+void ConfigureWidget::blackPressedB() {
+  chooseColour(*boldColours_[Black]);
+}
+void ConfigureWidget::redPressedB() {
+  chooseColour(*boldColours_[Red]);
+}
+void ConfigureWidget::greenPressedB() {
+  chooseColour(*boldColours_[Green]);
+}
+void ConfigureWidget::yellowPressedB() {
+  chooseColour(*boldColours_[Yellow]);
+}
+void ConfigureWidget::bluePressedB() {
+  chooseColour(*boldColours_[Blue]);
+}
+void ConfigureWidget::magentaPressedB() {
+  chooseColour(*boldColours_[Magenta]);
+}
+void ConfigureWidget::cyanPressedB() {
+  chooseColour(*boldColours_[Cyan]);
+}
+void ConfigureWidget::whitePressedB() {
+  chooseColour(*boldColours_[White]);
+}
+void ConfigureWidget::outFontPressed() {
+  chooseFont(*outFont_);
+}
+void ConfigureWidget::inFontPressed() {
+  chooseFont(*inFont_);
+}
 
 void ConfigureWidget::selectStyle() {
   styleDialog_.showDialog();

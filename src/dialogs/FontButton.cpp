@@ -7,10 +7,10 @@
 namespace {
 
 constexpr qreal smallestPoints = 7;
-constexpr qreal largestPoints = 18;
+constexpr qreal largestPoints = 14;
 constexpr int smallestPixels = 9;
-constexpr int largestPixels = 24;
-constexpr QSize largestButton{280, 60};  // pixels; also for wide spacings
+constexpr int largestPixels = 19;
+constexpr QSize largestButton{280, 48};  // pixels; also for wide spacings
 
 QFont labelFont(QFont font) {
   if (font.pixelSize() > 0)

@@ -13,7 +13,8 @@ class HelpWidget : public QDialog {
   static constexpr qint64 largestLicenceText = 1024 * 1024;
 
   /// Reads "licenses.txt" in the working directory, as Latin-1 up to the first
-  /// byte 255; without the file the box of licences stays empty.
+  /// byte 255; without the file the box of licences stays empty. A line of
+  /// more than 4096 characters is shown in several.
   explicit HelpWidget(QWidget& parent);
 
  public Q_SLOTS:

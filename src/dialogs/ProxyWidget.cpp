@@ -30,6 +30,8 @@ constexpr std::array<ProxyKind, 4> proxyKinds{{
     {"FTP Caching", QNetworkProxy::FtpCachingProxy},
 }};
 
+constexpr int fieldWidth = 28;  // characters: most host names fit
+
 QString nameOf(int type) {
   const auto* const kind = std::find_if(proxyKinds.begin(), proxyKinds.end(),
                                         [&](const ProxyKind& k) { return k.type == type; });
@@ -94,8 +96,9 @@ ProxyWidget::ProxyWidget(QWidget& mainWindow, SettingsHost& host, ClientSettings
   auto* cancel = new QPushButton(tr("Cancel"), this);
   connect(apply, &QPushButton::clicked, this, &ProxyWidget::applySettings);
   connect(cancel, &QPushButton::clicked, this, &ProxyWidget::cancelDialog);
-  grid->addWidget(apply, row, 0);
-  grid->addWidget(cancel, row, 1);
+  grid->addWidget(apply, row, 0, Qt::AlignLeft);
+  grid->addWidget(cancel, row, 1, Qt::AlignRight);
+  grid->setColumnMinimumWidth(1, fieldWidth * fontMetrics().averageCharWidth());
   grid->setColumnStretch(1, 1);
   grid->setRowStretch(row + 1, 1);  // what a larger window has over
 }

@@ -18,9 +18,7 @@ namespace {
 /// so 20 and 40 cannot be entered, and are shown as 2 and 4: a quirk of old.
 class LengthEdit : public QLineEdit {
  public:
-  explicit LengthEdit(QWidget* parent) : QLineEdit(parent) {
-    setInputMask(QStringLiteral("DD"));
-  }
+  explicit LengthEdit(QWidget* parent) : QLineEdit(parent) { setInputMask(QStringLiteral("DD")); }
 
  protected:
   // A mask leaves the cursor behind the last digit, where no more can be typed.
@@ -68,8 +66,8 @@ StyleWidget::StyleWidget(QWidget& mainWindow, SettingsHost& host, ClientSettings
   grid->addWidget(iconHeight_, 0, 2);
   grid->addWidget(styleLabel, 1, 0);
   grid->addWidget(style_, 1, 1);
-  grid->addWidget(apply, 2, 0);
-  grid->addWidget(cancel, 2, 2);
+  grid->addWidget(apply, 2, 0, Qt::AlignLeft);
+  grid->addWidget(cancel, 2, 2, Qt::AlignRight);
   grid->setRowStretch(3, 1);  // what a larger window has over
 }
 
@@ -79,7 +77,8 @@ void StyleWidget::showDialog() {
       style_->findText(settings_.interfaceStyle, Qt::MatchExactly | Qt::MatchCaseSensitive));
   iconWidth_->setText(QString::number(settings_.iconSize.width()));
   iconHeight_->setText(QString::number(settings_.iconSize.height()));
-  iconWidth_->setFocus(Qt::TabFocusReason);
+  iconWidth_->setFocus(Qt::OtherFocusReason);
+  iconWidth_->selectAll();
 }
 
 void StyleWidget::applySettings() {
