@@ -643,6 +643,7 @@ void TestConfigureWidget::storedValuesDoNotBlowTheDialogUp() {
   settings_.hostName = QString(100000, 'x');
   settings_.splitString = QString(100000, ';');
   dialog_->showDialog();
+  QCOMPARE(server()->placeholderText(), QString(39, 'x') + QChar(0x2026));
   QVERIFY2(dialog_->sizeHint().width() <= usual.width() * 2, "too wide");
   QVERIFY2(dialog_->sizeHint().height() <= usual.height() * 2, "too high");
   QCOMPARE(button(*dialog_, "Output Window")->font().pointSize(), 200);
