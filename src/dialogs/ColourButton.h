@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QPushButton>
+
+namespace dialogs {
+
+/// Black or white, whichever is easier to read on the background.
+[[nodiscard]] QColor readableOn(const QColor& background);
+
+}  // namespace dialogs
+
+/// A button that shows a colour, which is the Button role of its palette.
+class ColourButton : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+
+  [[nodiscard]] QColor colour() const;
+  void setColour(const QColor& colour);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QPushButton>
+
+/// A button that shows a font, which is its own. A font too large or too small
+/// for a label is drawn in the nearest readable size, so that the dialog keeps
+/// its shape; the tool tip tells the true size.
+class FontButton : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+
+  void setShownFont(const QFont& font);
+
+  [[nodiscard]] QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QDialog>
+
+class QCheckBox;
+class QComboBox;
+class QLineEdit;
+class SettingsHost;
+struct ClientSettings;
+
+/// The proxy settings. Apply stores them and makes them the application's
+/// proxy, or makes every connection direct when no proxy is to be used.
+class ProxyWidget : public QDialog {
+  Q_OBJECT
+
+ public:
+  /// A child of the window. Host and record must outlive the dialog's last use.
+  ProxyWidget(QWidget& mainWindow, SettingsHost& host, ClientSettings& settings);
+
+  /// Shows the dialog with the record's present values.
+  void showDialog();
+
+ public Q_SLOTS:
+  // The meta-object's slot table is these two, in this order.
+  void applySettings();
+  void cancelDialog();
+
+ private:
+  SettingsHost& host_;
+  ClientSettings& settings_;
+
+  QCheckBox* useProxy_;
+  QComboBox* type_;
+  QLineEdit* hostName_;
+  QLineEdit* port_;
+  QLineEdit* userName_;
+  QLineEdit* password_;
+};

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QDialog>
+
+class QComboBox;
+class QLineEdit;
+class SettingsHost;
+struct ClientSettings;
+
+/// The interface settings: the widget style and the size of the toolbar's icons.
+class StyleWidget : public QDialog {
+  Q_OBJECT
+
+ public:
+  /// A child of the window. Host and record must outlive the dialog's last use.
+  StyleWidget(QWidget& mainWindow, SettingsHost& host, ClientSettings& settings);
+
+  /// Shows the dialog with the record's present values.
+  void showDialog();
+
+ public Q_SLOTS:
+  // The meta-object's slot table is these two, in this order.
+  void applySettings();
+  void cancelDialog();
+
+ private:
+  SettingsHost& host_;
+  ClientSettings& settings_;
+
+  QLineEdit* iconWidth_;
+  QLineEdit* iconHeight_;
+  QComboBox* style_;
+};
