@@ -5,7 +5,7 @@
 #include "automation/core/KeyNames.h"
 
 KeyPressInput::KeyPressInput(QWidget* parent) : QLineEdit(parent) {
-  // Input methods, drops and pasting would type.
+  // The mouse could drop or paste text.
   setReadOnly(true);
   setContextMenuPolicy(Qt::NoContextMenu);
 }
@@ -23,6 +23,9 @@ bool KeyPressInput::event(QEvent* event) {
     case QEvent::KeyPress:
       // Past the toolkit, which would move the focus with Tab.
       keyPressEvent(static_cast<QKeyEvent*>(event));
+      return true;
+    case QEvent::InputMethod:
+      event->ignore();
       return true;
     default:
       return QLineEdit::event(event);
