@@ -1,0 +1,26 @@
+#pragma once
+
+#include "automation/core/AliasTable.h"
+#include "automation/editors/TableEditorWidget.h"
+
+/// Lists, adds, deletes and edits aliases.
+class AliasWidget : public TableEditorWidget<AliasTable> {
+  Q_OBJECT
+
+ public:
+  AliasWidget(AliasTable& table, QWidget* parent);
+
+ public Q_SLOTS:
+  void selectionChanged(int index);
+  void addAlias();
+  void deleteAlias();
+  void editAlias();
+  void saveAlias();
+  void cancelAlias();
+  void closeDialog();
+
+ private:
+  [[nodiscard]] QString labelAt(qsizetype position) const override;
+  void setLabelAt(qsizetype position, QString label) override;
+  void writeFile() override;
+};

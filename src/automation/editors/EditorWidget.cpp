@@ -1,0 +1,278 @@
+#include "automation/editors/EditorWidget.h"
+
+#include <QEvent>
+#include <QFontDatabase>
+#include <QFontInfo>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListView>
+#include <QMessageBox>
+#include <QPalette>
+#include <QPlainTextEdit>
+#include <initializer_list>
+#include <limits>
+#include <utility>
+
+namespace {
+
+constexpr QSize smallestSize(420, 360);
+constexpr QSize firstSize(520, 440);
+
+QFont fixedPitchFont(const QFont& like) {
+  if (QFontInfo(like).fixedPitch())
+    return like;
+  QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+  if (like.pointSizeF() > 0)
+    font.setPointSizeF(like.pointSizeF());
+  return font;
+}
+
+/// What can only be read for now still has to be read with ease; many a style
+/// draws disabled text hardly darker than the paper.
+void keepLegible(QWidget& field, const QPalette& surroundings) {
+  const QColor ink = surroundings.color(QPalette::Active, QPalette::Text);
+  const QColor paper = surroundings.color(QPalette::Disabled, QPalette::Base);
+  const auto mixed = [](float a, float b) { return 0.65F * a + 0.35F * b; };
+  QPalette palette;
+  palette.setColor(
+      QPalette::Disabled, QPalette::Text,
+      QColor::fromRgbF(mixed(ink.redF(), paper.redF()), mixed(ink.greenF(), paper.greenF()),
+                       mixed(ink.blueF(), paper.blueF())));
+  field.setPalette(palette);
+}
+
+QHBoxLayout* rowOf(std::initializer_list<QWidget*> widgets) {
+  auto* row = new QHBoxLayout;
+  for (QWidget* widget : widgets)
+    row->addWidget(widget);
+  return row;
+}
+
+}  // namespace
+
+EditorWidget::EditorWidget(EditorTexts texts, QWidget* parent)
+    : QDialog(parent), texts_(std::move(texts)) {
+  setWindowTitle(texts_.title);
+  setWindowIcon(QIcon(texts_.iconPath));
+  setModal(true);
+  createControls();
+  layOutControls();
+  nameControls();
+  dressFields();
+  setState(State::Browsing);
+}
+
+void EditorWidget::showEditor() {
+  listEntries();
+  setState(State::Browsing);
+  show();
+}
+
+// Made in reading order, which the Tab key then follows.
+void EditorWidget::createControls() {
+  const auto makeButton = [this](const QString& text) {
+    auto* button = new QPushButton(text, this);
+    // Enter in a field must not press the next best button.
+    button->setAutoDefault(false);
+    return button;
+  };
+
+  commands_ = new QPlainTextEdit(this);
+  commands_->setLineWrapMode(QPlainTextEdit::NoWrap);
+  commands_->setFont(fixedPitchFont(font()));
+  commands_->setTabChangesFocus(true);
+  if (texts_.labelField) {
+    label_ = new QLineEdit(this);
+    // A label from the file may be longer than a line editor usually takes;
+    // saving must not cut it.
+    label_->setMaxLength(std::numeric_limits<int>::max());
+  }
+  editButton_ = makeButton(texts_.editButton);
+  saveButton_ = makeButton(texts_.saveButton);
+  cancelButton_ = makeButton(texts_.cancelButton);
+  list_ = new QComboBox(this);
+  // Measuring every label would make thousands of entries slow to show, and
+  // one long pattern would make the dialog as wide.
+  list_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  list_->setMinimumContentsLength(12);
+  if (auto* view = qobject_cast<QListView*>(list_->view()))
+    view->setUniformItemSizes(true);
+  addButton_ = makeButton(texts_.addButton);
+  deleteButton_ = makeButton(texts_.deleteButton);
+  closeButton_ = makeButton(texts_.closeButton);
+}
+
+void EditorWidget::layOutControls() {
+  auto* column = new QGridLayout(this);
+  int row = 0;
+  column->addWidget(commands_, row++, 0);
+  if (label_)
+    column->addWidget(label_, row++, 0);
+  column->addLayout(rowOf({editButton_, saveButton_, cancelButton_}), row++, 0);
+  QHBoxLayout* choice = rowOf({list_, addButton_, deleteButton_});
+  choice->setStretch(0, 2);
+  choice->setStretch(1, 1);
+  choice->setStretch(2, 1);
+  column->addLayout(choice, row++, 0);
+  column->addWidget(closeButton_, row, 0);
+  setMinimumSize(smallestSize);
+  resize(firstSize);
+}
+
+void EditorWidget::nameControls() {
+  commands_->setAccessibleName(texts_.commandsName);
+  commands_->setToolTip(texts_.commandsUsage);
+  list_->setAccessibleName(texts_.title);
+  if (label_) {
+    label_->setAccessibleName(texts_.labelField->name);
+    label_->setToolTip(texts_.labelField->usage);
+  }
+}
+
+void EditorWidget::dressFields() {
+  keepLegible(*commands_, palette());
+  if (label_)
+    keepLegible(*label_, palette());
+}
+
+void EditorWidget::setState(State state) {
+  const bool editing = state == State::Editing;
+  const auto setEditable = [&] {
+    commands_->setEnabled(editing);
+    if (label_)
+      label_->setEnabled(editing);
+    saveButton_->setEnabled(editing);
+    cancelButton_->setEnabled(editing);
+  };
+  const auto setBrowsable = [&] {
+    list_->setEnabled(!editing);
+    addButton_->setEnabled(!editing);
+    deleteButton_->setEnabled(!editing);
+    editButton_->setEnabled(!editing && isEntry(list_->currentIndex()));
+  };
+  // The focus moves before the control that has it is disabled, which would
+  // send it to whatever comes next.
+  if (editing) {
+    setEditable();
+    commands_->setFocus();
+    setBrowsable();
+  } else {
+    setBrowsable();
+    list_->setFocus();
+    setEditable();
+  }
+}
+
+// Added at one go, so that the list is complete when the first entry is
+// selected, and ten thousand entries cost two selections.
+void EditorWidget::listEntries() {
+  QStringList labels;
+  labels.reserve(entryCount());
+  for (qsizetype position = 0; position < entryCount(); ++position)
+    labels << labelAt(position);
+  list_->clear();
+  list_->addItems(labels);
+}
+
+bool EditorWidget::isEntry(int position) const {
+  return position >= 0 && position < entryCount();
+}
+
+void EditorWidget::showEntry(int position) {
+  QString text;
+  QString label;
+  if (isEntry(position)) {
+    label = labelAt(position);
+    for (const QString& command : commandsAt(position))
+      text += command + u'\n';
+  }
+  commands_->setPlainText(text);
+  commands_->moveCursor(QTextCursor::End);
+  if (label_)
+    label_->setText(label);
+  editButton_->setEnabled(isEntry(position));
+}
+
+void EditorWidget::editEntry() {
+  setState(State::Editing);
+}
+
+void EditorWidget::saveEntry() {
+  if (label_ && label_->text().isEmpty()) {
+    refuse(texts_.labelField->emptyRefusal);
+    return;
+  }
+  setState(State::Browsing);
+  const int position = list_->currentIndex();
+  if (isEntry(position)) {
+    // A quirk kept on purpose: the line break that the field shows after the
+    // last command makes one more, empty command.
+    setCommandsAt(position, commands_->toPlainText().split(u'\n'));
+    if (label_ && label_->text() != labelAt(position)) {
+      setLabelAt(position, label_->text());
+      list_->setItemText(position, label_->text());
+    }
+  }
+  writeFile();
+}
+
+void EditorWidget::cancelEntry() {
+  setState(State::Browsing);
+  showEntry(list_->currentIndex());
+}
+
+void EditorWidget::deleteEntry() {
+  const auto answer =
+      QMessageBox::question(this, texts_.deleteQuestion.title, texts_.deleteQuestion.text,
+                            QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+  const int position = list_->currentIndex();
+  if (answer != QMessageBox::Yes || !isEntry(position))
+    return;
+  removeAt(position);
+  listEntries();
+  writeFile();
+  list_->setCurrentIndex(list_->count() - 1);
+}
+
+bool EditorWidget::hasLabel(const QString& label) const {
+  for (qsizetype position = 0; position < entryCount(); ++position) {
+    if (labelAt(position) == label)
+      return true;
+  }
+  return false;
+}
+
+void EditorWidget::refuse(const Notice& notice) {
+  QMessageBox::information(this, notice.title, notice.text, QMessageBox::Ok);
+}
+
+void EditorWidget::showAppended() {
+  editButton_->setEnabled(true);
+  list_->addItem(labelAt(entryCount() - 1));
+  writeFile();
+  list_->setCurrentIndex(list_->count() - 1);
+  showEntry(list_->currentIndex());
+}
+
+void EditorWidget::setLabelAt(qsizetype /*position*/, QString /*label*/) {}
+
+// Without default buttons Enter would not even press the button that has the
+// focus.
+void EditorWidget::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    if (auto* button = qobject_cast<QPushButton*>(focusWidget()))
+      button->click();
+    return;
+  }
+  QDialog::keyPressEvent(event);
+}
+
+// The desktop may turn dark while the program runs.
+void EditorWidget::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange)
+    dressFields();
+}

@@ -1,0 +1,41 @@
+#include "automation/editors/KeyPressInput.h"
+
+#include <QKeyEvent>
+
+#include "automation/core/KeyNames.h"
+
+KeyPressInput::KeyPressInput(QWidget* parent) : QLineEdit(parent) {
+  // The mouse could drop or paste text.
+  setReadOnly(true);
+  setContextMenuPolicy(Qt::NoContextMenu);
+}
+
+void KeyPressInput::reset() {
+  clear();
+  capturedKey_ = noKey;
+}
+
+bool KeyPressInput::event(QEvent* event) {
+  switch (event->type()) {
+    case QEvent::ShortcutOverride:
+      event->accept();
+      return true;
+    case QEvent::KeyPress:
+      // Past the toolkit, which would move the focus with Tab.
+      keyPressEvent(static_cast<QKeyEvent*>(event));
+      return true;
+    case QEvent::InputMethod:
+      event->ignore();
+      return true;
+    default:
+      return QLineEdit::event(event);
+  }
+}
+
+void KeyPressInput::keyPressEvent(QKeyEvent* event) {
+  event->accept();
+  const QString name = keyCodeToName(event->key());
+  const bool bindable = name.size() > 1 || event->key() < 256;
+  setText(bindable ? name : tr("<Invalid>"));
+  capturedKey_ = bindable ? event->key() : noKey;
+}

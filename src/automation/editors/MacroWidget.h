@@ -1,0 +1,30 @@
+#pragma once
+
+#include "automation/core/MacroTable.h"
+#include "automation/editors/TableEditorWidget.h"
+
+class KeyPressWidget;
+
+/// Lists, adds, deletes and edits macros. A key is bound for good: another one
+/// takes a new macro.
+class MacroWidget : public TableEditorWidget<MacroTable> {
+  Q_OBJECT
+
+ public:
+  MacroWidget(MacroTable& table, QWidget* parent);
+
+ public Q_SLOTS:
+  void selectionChanged(int index);
+  void addMacro();
+  void deleteMacro();
+  void editMacro();
+  void saveMacro();
+  void cancelMacro();
+  void closeDialog();
+
+ private:
+  [[nodiscard]] QString labelAt(qsizetype position) const override;
+  void writeFile() override;
+
+  KeyPressWidget* keyPress_;  // child of the dialog
+};

@@ -1,0 +1,86 @@
+#include "automation/editors/TriggerWidget.h"
+
+#include <utility>
+
+#include "automation/core/AutomationFiles.h"
+
+namespace {
+
+EditorTexts texts() {
+  return {
+      .title = TriggerWidget::tr("Triggers"),
+      .iconPath = QStringLiteral(":/icons/triggers.png"),
+      .editButton = TriggerWidget::tr("Edit trigger"),
+      .saveButton = TriggerWidget::tr("Save trigger"),
+      .cancelButton = TriggerWidget::tr("Cancel trigger edit"),
+      .addButton = TriggerWidget::tr("Add trigger"),
+      .deleteButton = TriggerWidget::tr("Delete trigger"),
+      .closeButton = TriggerWidget::tr("Close"),
+      .commandsName = TriggerWidget::tr("Commands"),
+      .commandsUsage =
+          TriggerWidget::tr("The commands run for every line that matches, one per line"),
+      .labelField =
+          LabelField{.name = TriggerWidget::tr("Pattern"),
+                     .usage = TriggerWidget::tr("Text to find anywhere in a line; or, with {*} for "
+                                                "each word to catch, the line from its start"),
+                     .emptyRefusal = {TriggerWidget::tr("Save Trigger"),
+                                      TriggerWidget::tr("Invalid trigger pattern specified.")}},
+      .deleteQuestion = {TriggerWidget::tr("Delete Trigger"),
+                         TriggerWidget::tr("Really delete this trigger?")}};
+}
+
+}  // namespace
+
+TriggerWidget::TriggerWidget(TriggerTable& table, QWidget* parent)
+    : TableEditorWidget(texts(), table, parent) {
+  connectSlots<TriggerWidget>(this, {&TriggerWidget::selectionChanged, &TriggerWidget::addTrigger,
+                                     &TriggerWidget::deleteTrigger, &TriggerWidget::editTrigger,
+                                     &TriggerWidget::saveTrigger, &TriggerWidget::cancelTrigger,
+                                     &TriggerWidget::closeDialog});
+}
+
+void TriggerWidget::selectionChanged(int index) {
+  showEntry(index);
+}
+
+void TriggerWidget::addTrigger() {
+  const QString pattern = tr("<Enter your trigger pattern here>");
+  if (hasLabel(pattern)) {
+    refuse({tr("Add Trigger"), tr("A trigger has already been bound to that pattern.")});
+    return;
+  }
+  table().append({.pattern = pattern});
+  showAppended();
+}
+
+void TriggerWidget::deleteTrigger() {
+  deleteEntry();
+}
+
+void TriggerWidget::editTrigger() {
+  editEntry();
+}
+
+void TriggerWidget::saveTrigger() {
+  saveEntry();
+}
+
+void TriggerWidget::cancelTrigger() {
+  cancelEntry();
+}
+
+void TriggerWidget::closeDialog() {
+  close();
+}
+
+QString TriggerWidget::labelAt(qsizetype position) const {
+  return table().entries().at(position).pattern;
+}
+
+void TriggerWidget::setLabelAt(qsizetype position, QString label) {
+  table().setPattern(position, std::move(label));
+}
+
+void TriggerWidget::writeFile() {
+  (void)automation::writeTriggers(table());
+}

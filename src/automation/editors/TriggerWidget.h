@@ -1,0 +1,26 @@
+#pragma once
+
+#include "automation/core/TriggerTable.h"
+#include "automation/editors/TableEditorWidget.h"
+
+/// Lists, adds, deletes and edits triggers.
+class TriggerWidget : public TableEditorWidget<TriggerTable> {
+  Q_OBJECT
+
+ public:
+  TriggerWidget(TriggerTable& table, QWidget* parent);
+
+ public Q_SLOTS:
+  void selectionChanged(int index);
+  void addTrigger();
+  void deleteTrigger();
+  void editTrigger();
+  void saveTrigger();
+  void cancelTrigger();
+  void closeDialog();
+
+ private:
+  [[nodiscard]] QString labelAt(qsizetype position) const override;
+  void setLabelAt(qsizetype position, QString label) override;
+  void writeFile() override;
+};

@@ -1,0 +1,279 @@
+#include <QApplication>
+#include <QGridLayout>
+#include <QTest>
+
+#include "EditorDriver.h"
+#include "OwnFolder.h"
+#include "automation/editors/KeyPressWidget.h"
+#include "automation/editors/MacroWidget.h"
+#include "support/ScratchMain.h"
+
+namespace {
+
+const QString file = QStringLiteral("macros.txt");
+const QString browsing = QStringLiteral("edit list add delete close");
+const QString browsingNothing = QStringLiteral("list add delete close");
+const QString editing = QStringLiteral("commands save cancel close");
+
+/// Presses keys in the capture dialog when it comes up, then its button.
+class KeyAnswer {
+ public:
+  enum class Then { Okay, CloseWindow };
+
+  explicit KeyAnswer(QList<Qt::Key> keys, Then then = Then::Okay)
+      : shown_([keys = std::move(keys), then](KeyPressWidget& dialog) {
+          for (const Qt::Key key : keys)
+            QTest::keyClick(dialog.windowHandle(), key);
+          if (then == Then::Okay)
+            QTest::mouseClick(buttonOf(dialog, QStringLiteral("Okay")), Qt::LeftButton);
+          else
+            dialog.close();
+        }) {}
+
+  [[nodiscard]] bool asked() const { return shown_.seen(); }
+
+ private:
+  WhenShown<KeyPressWidget> shown_;
+};
+
+}  // namespace
+
+class TestMacroWidget : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+  void cleanup();
+
+  void declaresItsSevenSlotsInOrder();
+  void looksAsLaidOut();
+  void openingListsTheKeyNames();
+  void openingWithAnEmptyTableLeavesNothingToEdit();
+  void savingStoresTheCommandsAndEmptiesTheFile();
+  void savingUntouchedAddsAnEmptyCommand();
+  void cancelRestoresTheStoredText();
+
+  void addBindsTheCapturedKey_data();
+  void addBindsTheCapturedKey();
+  void withoutAKeyNothingIsAdded_data();
+  void withoutAKeyNothingIsAdded();
+  void aBoundKeyIsRefused();
+  void eachUseStartsWithoutAKey();
+
+  void deleteAsksAndEmptiesTheFile();
+  void noKeepsTheMacro();
+  void deletingFromAnEmptyTableAsksAndDoesNothing();
+  void closeSavesNothing();
+
+ private:
+  void open(const QList<MacroEntry>& entries);
+
+  std::unique_ptr<OwnFolder> folder_;
+  std::unique_ptr<MacroTable> table_;
+  std::unique_ptr<MacroWidget> editor_;
+  std::unique_ptr<EditorControls> controls_;
+};
+
+void TestMacroWidget::init() {
+  folder_ = std::make_unique<OwnFolder>();
+  QVERIFY(folder_->isValid());
+  QVERIFY(put(file, "\nmacro Key_F1\nlook\n/macro\n"));
+  table_ = std::make_unique<MacroTable>();
+  editor_ = std::make_unique<MacroWidget>(*table_, nullptr);
+  controls_ = std::make_unique<EditorControls>(*editor_, QStringLiteral("macro"));
+  QVERIFY(controls_->complete());
+}
+
+void TestMacroWidget::cleanup() {
+  controls_.reset();
+  editor_.reset();
+  table_.reset();
+  folder_.reset();
+}
+
+void TestMacroWidget::open(const QList<MacroEntry>& entries) {
+  for (const MacroEntry& entry : entries)
+    table_->append(entry);
+  editor_->showEditor();
+  QVERIFY(QTest::qWaitForWindowActive(editor_.get()));
+}
+
+void TestMacroWidget::declaresItsSevenSlotsInOrder() {
+  QCOMPARE(slotsOf(MacroWidget::staticMetaObject),
+           QStringList({"selectionChanged(int)", "addMacro()", "deleteMacro()", "editMacro()",
+                        "saveMacro()", "cancelMacro()", "closeDialog()"}));
+  QCOMPARE(MacroWidget::staticMetaObject.superClass()->className(), "QDialog");
+}
+
+void TestMacroWidget::looksAsLaidOut() {
+  open({});
+  QCOMPARE(editor_->windowTitle(), QStringLiteral("Macros"));
+  QVERIFY(!editor_->windowIcon().isNull());
+  QVERIFY(editor_->isModal());
+  QVERIFY2(!controls_->label, "a macro's key cannot be edited");
+  const auto* grid = qobject_cast<QGridLayout*>(editor_->layout());
+  QVERIFY(grid);
+  QCOMPARE(grid->rowCount(), 4);
+  QCOMPARE(controls_->list->accessibleName(), QStringLiteral("Macros"));
+  QVERIFY(controls_->commands->geometry().bottom() < controls_->edit->y());
+}
+
+void TestMacroWidget::openingListsTheKeyNames() {
+  open({{Qt::Key_F5, {"north"}}, {Qt::Key_Insert, {}}, {65, {}}, {-23, {}}});
+  QCOMPARE(controls_->items(),
+           QStringList({"Key_F5", "NUMPAD0", "A", QString(QChar(char16_t{0xFFE9}))}));
+  QCOMPARE(controls_->commands->toPlainText(), QStringLiteral("north\n"));
+  QCOMPARE(controls_->enabled(), browsing);
+  QCOMPARE(controls_->focused(), QStringLiteral("list"));
+}
+
+void TestMacroWidget::openingWithAnEmptyTableLeavesNothingToEdit() {
+  open({});
+  QCOMPARE(controls_->enabled(), browsingNothing);
+}
+
+void TestMacroWidget::savingStoresTheCommandsAndEmptiesTheFile() {
+  open({{Qt::Key_F5, {}}, {Qt::Key_F6, {"south"}}});
+  click(controls_->edit);
+  QCOMPARE(controls_->enabled(), editing);
+  QCOMPARE(controls_->focused(), QStringLiteral("commands"));
+  retype(controls_->commands, "north\nlook");
+  click(controls_->save);
+  QCOMPARE(table_->entries(),
+           QList<MacroEntry>({{Qt::Key_F5, {"north", "look"}}, {Qt::Key_F6, {"south"}}}));
+  QCOMPARE(controls_->enabled(), browsing);
+  QCOMPARE(contentsOf(file), QByteArray(""));
+  QVERIFY(QFile::exists(file));
+}
+
+void TestMacroWidget::savingUntouchedAddsAnEmptyCommand() {
+  open({{65, {"a", "b"}}});
+  click(controls_->edit);
+  click(controls_->save);
+  QCOMPARE(table_->entries().at(0).commands, QStringList({"a", "b", ""}));
+}
+
+void TestMacroWidget::cancelRestoresTheStoredText() {
+  open({{65, {"a"}}});
+  click(controls_->edit);
+  retype(controls_->commands, "other");
+  click(controls_->cancel);
+  QCOMPARE(controls_->commands->toPlainText(), QStringLiteral("a\n"));
+  QCOMPARE(controls_->enabled(), browsing);
+  QVERIFY(!contentsOf(file).isEmpty());
+}
+
+void TestMacroWidget::addBindsTheCapturedKey_data() {
+  QTest::addColumn<QList<Qt::Key>>("keys");
+  QTest::addColumn<int>("code");
+  QTest::addColumn<QString>("name");
+  QTest::newRow("a function key") << QList{Qt::Key_F7} << 0x01000036 << "Key_F7";
+  QTest::newRow("a letter") << QList{Qt::Key_A} << 65 << "A";
+  QTest::newRow("the space bar") << QList{Qt::Key_Space} << 32 << " ";
+  QTest::newRow("the last of several keys")
+      << QList{Qt::Key_F7, Qt::Key_Tab, Qt::Key_Up} << 0x01000013 << "NUMPAD8";
+}
+
+void TestMacroWidget::addBindsTheCapturedKey() {
+  QFETCH(QList<Qt::Key>, keys);
+  QFETCH(int, code);
+  QFETCH(QString, name);
+  open({{Qt::Key_F5, {"north"}}});
+  KeyAnswer answer(keys);
+  click(controls_->add);
+  QVERIFY(answer.asked());
+  QCOMPARE(table_->entries(), QList<MacroEntry>({{Qt::Key_F5, {"north"}}, {code, {}}}));
+  QCOMPARE(controls_->items(), QStringList({"Key_F5", name}));
+  QCOMPARE(controls_->list->currentIndex(), 1);
+  QCOMPARE(controls_->commands->toPlainText(), QString());
+  QCOMPARE(controls_->enabled(), browsing);
+  QCOMPARE(contentsOf(file), QByteArray(""));
+}
+
+void TestMacroWidget::withoutAKeyNothingIsAdded_data() {
+  QTest::addColumn<QList<Qt::Key>>("keys");
+  QTest::addColumn<bool>("withOkay");
+  QTest::newRow("Okay without any key") << QList<Qt::Key>() << true;
+  QTest::newRow("Okay after a key that cannot be bound") << QList{Qt::Key_Escape} << true;
+  QTest::newRow("a good key, then a bad one") << QList{Qt::Key_F7, Qt::Key_Shift} << true;
+  QTest::newRow("a good key, then the window closed") << QList{Qt::Key_F7} << false;
+}
+
+void TestMacroWidget::withoutAKeyNothingIsAdded() {
+  QFETCH(QList<Qt::Key>, keys);
+  QFETCH(bool, withOkay);
+  open({});
+  KeyAnswer answer(keys, withOkay ? KeyAnswer::Then::Okay : KeyAnswer::Then::CloseWindow);
+  click(controls_->add);
+  QVERIFY(answer.asked());
+  QCOMPARE(table_->size(), 0);
+  QCOMPARE(controls_->list->count(), 0);
+  QCOMPARE(controls_->enabled(), browsingNothing);
+  QVERIFY(!contentsOf(file).isEmpty());
+}
+
+void TestMacroWidget::aBoundKeyIsRefused() {
+  open({{Qt::Key_F5, {"north"}}});
+  KeyAnswer key({Qt::Key_F5});
+  BoxAnswer answer(QMessageBox::Ok);
+  click(controls_->add);
+  QVERIFY(key.asked());
+  QCOMPARE(answer.said(),
+           BoxAnswer::information("Add Macro", "A macro has already been bound to that key."));
+  QCOMPARE(table_->entries(), QList<MacroEntry>({{Qt::Key_F5, {"north"}}}));
+  QCOMPARE(controls_->list->count(), 1);
+  QVERIFY(!contentsOf(file).isEmpty());
+}
+
+void TestMacroWidget::eachUseStartsWithoutAKey() {
+  open({});
+  {
+    KeyAnswer answer({Qt::Key_F5});
+    click(controls_->add);
+  }
+  KeyAnswer answer({});
+  click(controls_->add);
+  QVERIFY(answer.asked());
+  QCOMPARE(table_->size(), 1);
+}
+
+void TestMacroWidget::deleteAsksAndEmptiesTheFile() {
+  open({{65, {}}, {66, {}}, {67, {"c"}}});
+  BoxAnswer answer(QMessageBox::Yes);
+  click(controls_->remove);
+  QCOMPARE(answer.said(), BoxAnswer::question("Delete Macro", "Really delete this macro?"));
+  QCOMPARE(controls_->items(), QStringList({"B", "C"}));
+  QCOMPARE(controls_->list->currentIndex(), 1);
+  QCOMPARE(controls_->commands->toPlainText(), QStringLiteral("c\n"));
+  QCOMPARE(contentsOf(file), QByteArray(""));
+}
+
+void TestMacroWidget::noKeepsTheMacro() {
+  open({{65, {}}});
+  BoxAnswer answer(QMessageBox::No);
+  click(controls_->remove);
+  QVERIFY(!answer.said().isEmpty());
+  QCOMPARE(table_->size(), 1);
+  QVERIFY(!contentsOf(file).isEmpty());
+}
+
+void TestMacroWidget::deletingFromAnEmptyTableAsksAndDoesNothing() {
+  open({});
+  BoxAnswer answer(QMessageBox::Yes);
+  click(controls_->remove);
+  QVERIFY(!answer.said().isEmpty());
+  QVERIFY(!contentsOf(file).isEmpty());
+}
+
+void TestMacroWidget::closeSavesNothing() {
+  open({{65, {"a"}}});
+  click(controls_->edit);
+  retype(controls_->commands, "other");
+  click(controls_->close);
+  QVERIFY(editor_->isHidden());
+  QCOMPARE(table_->entries(), QList<MacroEntry>({{65, {"a"}}}));
+  QVERIFY(!contentsOf(file).isEmpty());
+}
+
+KELMORA_GUI_TEST_MAIN(TestMacroWidget)
+#include "tst_macrowidget.moc"
