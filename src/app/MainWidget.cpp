@@ -4,18 +4,21 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileDialog>
-#include <QGridLayout>
 #include <QMessageBox>
-#include <QScreen>
 #include <QTcpSocket>
 #include <QTextStream>
 #include <QToolBar>
 #include <algorithm>
 
-#include "app/AutomationStart.h"
 #include "app/Beeper.h"
 #include "app/ToolbarActions.h"
 #include "automation/core/AutomationFiles.h"
+#include "automation/editors/AliasWidget.h"
+#include "automation/editors/MacroWidget.h"
+#include "automation/editors/TriggerWidget.h"
+#include "dialogs/ConfigureWidget.h"
+#include "dialogs/HelpWidget.h"
+#include "dialogs/ProxyWidget.h"
 #include "net/Proxy.h"
 #include "net/SendLine.h"
 #include "settings/SettingsFile.h"
@@ -30,8 +33,6 @@
 #include "terminal/view/VitalsBars.h"
 
 namespace {
-
-constexpr int toolbarHeight = 70;
 
 AnsiTranslator::ColourTexts textsOf(const ColourTexts& colours) {
   AnsiTranslator::ColourTexts texts;
@@ -54,41 +55,6 @@ std::size_t indexOf(ConnectionAction action) {
 
 }  // namespace
 
-MainWidget::MainWidget() {
-  setWindowTitle(QStringLiteral("Kelmora - The Official Client"));
-  setWindowIcon(QIcon(QStringLiteral(":/icons/mainicon.png")));
-  loadStoredSettings();
-  if (settings_.useProxyServer)
-    net::installConfiguredProxy(settings_);
-  echoEnabled_ = settings_.displayLocalEcho;
-  buildColourSpans();
-  loadAutomationFiles(*this, macroTable_, triggerTable_, aliasTable_, variableTable_.map());
-  QApplication::setStyle(settings_.interfaceStyle);
-  createWidgets();
-  layOutWidgets();
-  connectSocket();
-  inputBar_->setFocus(Qt::OtherFocusReason);
-}
-
-MainWidget::~MainWidget() {
-  // The socket is a child and outlives the members; it must not report its
-  // end to a window that is half gone.
-  socket_->disconnect(this);
-}
-
-void MainWidget::loadStoredSettings() {
-  const WindowPlace place = settings::load(settings_);
-  QSize largest(8192, 8192);
-  QList<QRect> screens;
-  for (const QScreen* screen : QGuiApplication::screens()) {
-    screens.append(screen->geometry());
-    largest = largest.expandedTo(screen->virtualSize());
-  }
-  const QSize size = settings::usableWindowSize(place.size, largest);
-  resize(size);
-  move(settings::usableWindowPos(place.pos, size, screens));
-}
-
 void MainWidget::storeSettings() {
   // Whether the file took them is not told: the next save tries again.
   (void)automation::writeVariables(variableTable_.entries());
@@ -98,50 +64,6 @@ void MainWidget::storeSettings() {
 void MainWidget::buildColourSpans() {
   pipeline_.translator().buildColourSpans(textsOf(settings_.normalColour),
                                           textsOf(settings_.boldColour));
-}
-
-void MainWidget::createWidgets() {
-  socket_ = new QTcpSocket(this);
-  toolbar_ = new QToolBar(this);
-  toolbar_->setIconSize(settings::usableIconSize(settings_.iconSize));
-  inputBar_ = new InputWidget(*this, this);
-  inputBar_->setAccessibleName(tr("Input bar"));
-  inputBar_->setFont(settings_.inFont);
-  outputPane_ = new OutputWidget(*inputBar_, this);
-  outputPane_->setAccessibleName(tr("Game text"));
-  outputPane_->setFont(settings_.outFont);
-  QPalette palette = outputPane_->palette();
-  palette.setBrush(QPalette::Active, QPalette::Base, Qt::black);
-  palette.setBrush(QPalette::Inactive, QPalette::Base, Qt::black);
-  outputPane_->setPalette(palette);
-  beeper_ = std::make_unique<Beeper>();
-  socketReader_ = std::make_unique<SocketReader>(*socket_, [this](const QByteArray& bytes) {
-    pipeline_.readSocketData(bytes,
-                             {.displayAnsiColor = settings_.displayAnsiColor,
-                              .playBeeps = settings_.playBeeps,
-                              .parseHtml = settings_.parseHtml,
-                              .displayURLs = settings_.displayURLs},
-                             *this);
-  });
-  ConnectionHost& host = *this;
-  connection_ = std::make_unique<ServerConnection>(*socket_, settings_, host);
-}
-
-void MainWidget::layOutWidgets() {
-  auto* grid = new QGridLayout(this);
-  grid->addWidget(toolbar_, 0, 0);
-  grid->addWidget(outputPane_, 1, 0);
-  grid->addWidget(inputBar_, 2, 0);
-  toolbar_->setFixedHeight(toolbarHeight);
-  actions_ = addToolbarActions(*toolbar_, *this);
-  vitalsBars_ = std::make_unique<VitalsBars>(*toolbar_);
-}
-
-void MainWidget::connectSocket() {
-  connect(socket_, &QTcpSocket::errorOccurred, this, &MainWidget::displaySocketError);
-  connect(socket_, &QTcpSocket::readyRead, this, &MainWidget::readSocketData);
-  connect(socket_, &QTcpSocket::connected, this, &MainWidget::clientConnected);
-  connect(socket_, &QTcpSocket::disconnected, this, &MainWidget::clientDisconnected);
 }
 
 void MainWidget::closeEvent(QCloseEvent* event) {
@@ -176,9 +98,12 @@ void MainWidget::readSocketData() {
 }
 
 void MainWidget::configureSettings() {
+  configureDialog_->showDialog();
   focusInputBar();
 }
+
 void MainWidget::proxySettings() {
+  proxyDialog_->showDialog();
   focusInputBar();
 }
 
@@ -221,21 +146,28 @@ void MainWidget::applyImportedSettings() {
   buildColourSpans();
   pipeline_.translator().clearBold();
   QApplication::setStyle(settings_.interfaceStyle);
-  toolbar_->setIconSize(settings::usableIconSize(settings_.iconSize));
-  inputBar_->setFont(settings_.inFont);
-  outputPane_->setFont(settings_.outFont);
+  setToolbarIconSize(settings_.iconSize);
+  setInputFont(settings_.inFont);
+  setOutputFont(settings_.outFont);
 }
 
 void MainWidget::editMacros() {
+  macroEditor_->showEditor();
   focusInputBar();
 }
+
 void MainWidget::editTriggers() {
+  triggerEditor_->showEditor();
   focusInputBar();
 }
+
 void MainWidget::editAliases() {
+  aliasEditor_->showEditor();
   focusInputBar();
 }
+
 void MainWidget::showHelp() {
+  helpDialog_->show();
   focusInputBar();
 }
 
@@ -363,4 +295,16 @@ const QStringList* MainWidget::commandsOf(const QString& name) const {
 
 void MainWidget::setVariable(const QString& name, const QString& value) {
   variableTable_.set(name, value);
+}
+
+void MainWidget::setOutputFont(const QFont& font) {
+  outputPane_->setFont(font);
+}
+
+void MainWidget::setInputFont(const QFont& font) {
+  inputBar_->setFont(font);
+}
+
+void MainWidget::setToolbarIconSize(QSize size) {
+  toolbar_->setIconSize(settings::usableIconSize(size));
 }

@@ -8,6 +8,7 @@
 #include "automation/core/AliasTable.h"
 #include "automation/core/MacroTable.h"
 #include "automation/core/TriggerTable.h"
+#include "dialogs/SettingsHost.h"
 #include "net/ServerConnection.h"
 #include "net/SocketReader.h"
 #include "script/AliasLookup.h"
@@ -19,12 +20,18 @@
 #include "terminal/core/OutputPipeline.h"
 #include "terminal/view/InputHost.h"
 
+class AliasWidget;
 class Beeper;
+class ConfigureWidget;
+class HelpWidget;
 class InputWidget;
+class MacroWidget;
 class OutputWidget;
+class ProxyWidget;
 class QAction;
 class QTcpSocket;
 class QToolBar;
+class TriggerWidget;
 class VitalsBars;
 
 /// The window. It owns everything and decides nothing: each operation goes on
@@ -35,6 +42,7 @@ class MainWidget : public QWidget,
                    private ScriptHost,
                    private AliasLookup,
                    private TriggerHost,
+                   private SettingsHost,
                    private InputHost {
   Q_OBJECT
 
@@ -53,7 +61,7 @@ class MainWidget : public QWidget,
   [[nodiscard]] VariableTable& variables() { return variableTable_; }
   /// Writes the variables to their file, then every option and the window's
   /// place to the settings store.
-  void storeSettings();
+  void storeSettings() override;
 
   // Also called by the rooms that this window serves.
   void submitInput() override;
@@ -88,9 +96,9 @@ class MainWidget : public QWidget,
 
  private:
   void loadStoredSettings();
-  void buildColourSpans();
   void applyImportedSettings();
   void createWidgets();
+  void createDialogs();
   void layOutWidgets();
   void connectSocket();
 
@@ -114,6 +122,11 @@ class MainWidget : public QWidget,
   [[nodiscard]] const QStringList* commandsOf(const QString& name) const override;
   // TriggerHost
   void setVariable(const QString& name, const QString& value) override;
+  // SettingsHost
+  void buildColourSpans() override;
+  void setOutputFont(const QFont& font) override;
+  void setInputFont(const QFont& font) override;
+  void setToolbarIconSize(QSize size) override;
   // InputHost
   [[nodiscard]] bool claimsShortcut(QKeyCombination keys) const override;
 
@@ -135,6 +148,12 @@ class MainWidget : public QWidget,
   InputWidget* inputBar_ = nullptr;
   OutputWidget* outputPane_ = nullptr;
   std::array<QAction*, actionCount> actions_{};
+  ConfigureWidget* configureDialog_ = nullptr;
+  ProxyWidget* proxyDialog_ = nullptr;
+  HelpWidget* helpDialog_ = nullptr;
+  MacroWidget* macroEditor_ = nullptr;
+  TriggerWidget* triggerEditor_ = nullptr;
+  AliasWidget* aliasEditor_ = nullptr;
 
   std::unique_ptr<ServerConnection> connection_;
   std::unique_ptr<SocketReader> socketReader_;

@@ -1,0 +1,121 @@
+// How the window is put together, in the order in which its parts need each
+// other; what it does once it stands is in MainWidget.cpp.
+
+#include <QApplication>
+#include <QGridLayout>
+#include <QScreen>
+#include <QTcpSocket>
+#include <QToolBar>
+
+#include "app/AutomationStart.h"
+#include "app/Beeper.h"
+#include "app/MainWidget.h"
+#include "app/ToolbarActions.h"
+#include "automation/editors/AliasWidget.h"
+#include "automation/editors/MacroWidget.h"
+#include "automation/editors/TriggerWidget.h"
+#include "dialogs/ConfigureWidget.h"
+#include "dialogs/HelpWidget.h"
+#include "dialogs/ProxyWidget.h"
+#include "net/Proxy.h"
+#include "settings/SettingsStore.h"
+#include "settings/UsableValues.h"
+#include "terminal/view/InputWidget.h"
+#include "terminal/view/OutputWidget.h"
+#include "terminal/view/VitalsBars.h"
+
+namespace {
+
+constexpr int toolbarHeight = 70;
+
+}  // namespace
+
+MainWidget::MainWidget() {
+  setWindowTitle(QStringLiteral("Kelmora - The Official Client"));
+  setWindowIcon(QIcon(QStringLiteral(":/icons/mainicon.png")));
+  loadStoredSettings();
+  if (settings_.useProxyServer)
+    net::installConfiguredProxy(settings_);
+  echoEnabled_ = settings_.displayLocalEcho;
+  buildColourSpans();
+  loadAutomationFiles(*this, macroTable_, triggerTable_, aliasTable_, variableTable_.map());
+  QApplication::setStyle(settings_.interfaceStyle);
+  createWidgets();
+  createDialogs();
+  layOutWidgets();
+  connectSocket();
+  inputBar_->setFocus(Qt::OtherFocusReason);
+}
+
+MainWidget::~MainWidget() {
+  // The socket is a child and outlives the members; it must not report its
+  // end to a window that is half gone.
+  socket_->disconnect(this);
+}
+
+void MainWidget::loadStoredSettings() {
+  const WindowPlace place = settings::load(settings_);
+  QSize largest(8192, 8192);
+  QList<QRect> screens;
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    screens.append(screen->geometry());
+    largest = largest.expandedTo(screen->virtualSize());
+  }
+  const QSize size = settings::usableWindowSize(place.size, largest);
+  resize(size);
+  move(settings::usableWindowPos(place.pos, size, screens));
+}
+
+void MainWidget::createWidgets() {
+  socket_ = new QTcpSocket(this);
+  toolbar_ = new QToolBar(this);
+  toolbar_->setIconSize(settings::usableIconSize(settings_.iconSize));
+  inputBar_ = new InputWidget(*this, this);
+  inputBar_->setAccessibleName(tr("Input bar"));
+  inputBar_->setFont(settings_.inFont);
+  outputPane_ = new OutputWidget(*inputBar_, this);
+  outputPane_->setAccessibleName(tr("Game text"));
+  outputPane_->setFont(settings_.outFont);
+  QPalette palette = outputPane_->palette();
+  palette.setBrush(QPalette::Active, QPalette::Base, Qt::black);
+  palette.setBrush(QPalette::Inactive, QPalette::Base, Qt::black);
+  outputPane_->setPalette(palette);
+  beeper_ = std::make_unique<Beeper>();
+  socketReader_ = std::make_unique<SocketReader>(*socket_, [this](const QByteArray& bytes) {
+    pipeline_.readSocketData(bytes,
+                             {.displayAnsiColor = settings_.displayAnsiColor,
+                              .playBeeps = settings_.playBeeps,
+                              .parseHtml = settings_.parseHtml,
+                              .displayURLs = settings_.displayURLs},
+                             *this);
+  });
+  ConnectionHost& host = *this;
+  connection_ = std::make_unique<ServerConnection>(*socket_, settings_, host);
+}
+
+void MainWidget::createDialogs() {
+  SettingsHost& host = *this;
+  configureDialog_ = new ConfigureWidget(*this, host, settings_);
+  proxyDialog_ = new ProxyWidget(*this, host, settings_);
+  helpDialog_ = new HelpWidget(*this);
+  macroEditor_ = new MacroWidget(macroTable_, this);
+  triggerEditor_ = new TriggerWidget(triggerTable_, this);
+  aliasEditor_ = new AliasWidget(aliasTable_, this);
+}
+
+void MainWidget::layOutWidgets() {
+  auto* grid = new QGridLayout(this);
+  grid->addWidget(toolbar_, 0, 0);
+  grid->addWidget(outputPane_, 1, 0);
+  grid->addWidget(inputBar_, 2, 0);
+  toolbar_->setFixedHeight(toolbarHeight);
+  actions_ = addToolbarActions(*toolbar_, *this);
+  vitalsBars_ = std::make_unique<VitalsBars>(*toolbar_);
+}
+
+void MainWidget::connectSocket() {
+  connect(socket_, &QTcpSocket::errorOccurred, this, &MainWidget::displaySocketError);
+  connect(socket_, &QTcpSocket::readyRead, this, &MainWidget::readSocketData);
+  connect(socket_, &QTcpSocket::connected, this, &MainWidget::clientConnected);
+  connect(socket_, &QTcpSocket::disconnected, this, &MainWidget::clientDisconnected);
+}
