@@ -30,7 +30,7 @@ class ConfigureWidget : public QDialog {
   /// Shows the dialog with the record's present values.
   void showDialog();
 
- public Q_SLOTS:
+ public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
   // The meta-object's slot table is these twenty-one, in this order; helpers
   // stay plain functions.
   void applySettings();

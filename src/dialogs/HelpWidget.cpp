@@ -65,7 +65,9 @@ class LinkLabel : public QLabel {
       QLabel::focusNextPrevChild(true);  // onto the link
   }
   // The label's own way back never leaves a link that begins the text.
-  bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
+  bool focusNextPrevChild(bool next) override {
+    return QWidget::focusNextPrevChild(next);  // NOLINT(bugprone-parent-virtual-call)
+  }
 };
 
 }  // namespace

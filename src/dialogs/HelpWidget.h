@@ -10,14 +10,14 @@ class HelpWidget : public QDialog {
  public:
   /// A licence file is read up to here, in bytes: many times the size of a
   /// real one, and still shown at once.
-  static constexpr qint64 largestLicenceText = 1024 * 1024;
+  static constexpr qint64 largestLicenceText = qint64{1024} * 1024;
 
   /// Reads "licenses.txt" in the working directory, as Latin-1 up to the first
   /// byte 255; without the file the box of licences stays empty. A line of
   /// more than 4096 characters is shown in several.
   explicit HelpWidget(QWidget& parent);
 
- public Q_SLOTS:
+ public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
   // The meta-object's only slot.
   void closeDialog();
 };

@@ -20,7 +20,7 @@ class ProxyWidget : public QDialog {
   /// Shows the dialog with the record's present values.
   void showDialog();
 
- public Q_SLOTS:
+ public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
   // The meta-object's slot table is these two, in this order.
   void applySettings();
   void cancelDialog();
