@@ -495,6 +495,8 @@ void TestAliasWidget::enterInTheNameFieldPressesNothing() {
   open({{"k", {"kill"}}});
   click(controls_->edit);
   controls_->label->setFocus();
+  for (const auto* button : editor_->findChildren<QPushButton*>())
+    QVERIFY2(!button->isDefault(), "a button looks as if Enter pressed it");
   QTest::keyClick(editor_->windowHandle(), Qt::Key_Return);
   QTest::keyClick(editor_->windowHandle(), Qt::Key_Enter, Qt::KeypadModifier);
   QCOMPARE(controls_->enabled(), editing);

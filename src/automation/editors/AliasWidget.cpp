@@ -1,7 +1,5 @@
 #include "automation/editors/AliasWidget.h"
 
-#include <utility>
-
 #include "automation/core/AutomationFiles.h"
 
 namespace {
@@ -75,8 +73,8 @@ QString AliasWidget::labelAt(qsizetype position) const {
   return table().entries().at(position).name;
 }
 
-void AliasWidget::setLabelAt(qsizetype position, QString label) {
-  table().rename(position, std::move(label));
+void AliasWidget::setLabelAt(qsizetype position, const QString& label) {
+  table().rename(position, label);
 }
 
 void AliasWidget::writeFile() {

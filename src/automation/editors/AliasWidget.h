@@ -10,7 +10,7 @@ class AliasWidget : public TableEditorWidget<AliasTable> {
  public:
   AliasWidget(AliasTable& table, QWidget* parent);
 
- public Q_SLOTS:
+ public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
   void selectionChanged(int index);
   void addAlias();
   void deleteAlias();
@@ -21,6 +21,6 @@ class AliasWidget : public TableEditorWidget<AliasTable> {
 
  private:
   [[nodiscard]] QString labelAt(qsizetype position) const override;
-  void setLabelAt(qsizetype position, QString label) override;
+  void setLabelAt(qsizetype position, const QString& label) override;
   void writeFile() override;
 };

@@ -151,7 +151,7 @@ void EditorWidget::setState(State state) {
     list_->setEnabled(!editing);
     addButton_->setEnabled(!editing);
     deleteButton_->setEnabled(!editing);
-    editButton_->setEnabled(!editing && isEntry(list_->currentIndex()));
+    editButton_->setEnabled(!editing && list_->currentIndex() >= 0);
   };
   // The focus moves before the control that has it is disabled, which would
   // send it to whatever comes next.
@@ -257,7 +257,7 @@ void EditorWidget::showAppended() {
   showEntry(list_->currentIndex());
 }
 
-void EditorWidget::setLabelAt(qsizetype /*position*/, QString /*label*/) {}
+void EditorWidget::setLabelAt(qsizetype /*position*/, const QString& /*label*/) {}
 
 // Without default buttons Enter would not even press the button that has the
 // focus.

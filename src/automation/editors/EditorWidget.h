@@ -57,7 +57,7 @@ class EditorWidget : public QDialog {
   [[nodiscard]] virtual QStringList commandsAt(qsizetype position) const = 0;
   virtual void setCommandsAt(qsizetype position, QStringList commands) = 0;
   /// Called only where there is a label field.
-  virtual void setLabelAt(qsizetype position, QString label);
+  virtual void setLabelAt(qsizetype position, const QString& label);
   virtual void removeAt(qsizetype position) = 0;
   /// Rewrites the table's file; a failure is nobody's concern.
   virtual void writeFile() = 0;

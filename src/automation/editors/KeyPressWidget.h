@@ -16,7 +16,7 @@ class KeyPressWidget : public QDialog {
   /// button.
   [[nodiscard]] qint32 captureKey();
 
- public Q_SLOTS:
+ public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
   void submitKey();
 
  private:

@@ -13,7 +13,7 @@ class MacroWidget : public TableEditorWidget<MacroTable> {
  public:
   MacroWidget(MacroTable& table, QWidget* parent);
 
- public Q_SLOTS:
+ public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
   void selectionChanged(int index);
   void addMacro();
   void deleteMacro();

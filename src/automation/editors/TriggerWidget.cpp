@@ -1,7 +1,5 @@
 #include "automation/editors/TriggerWidget.h"
 
-#include <utility>
-
 #include "automation/core/AutomationFiles.h"
 
 namespace {
@@ -77,8 +75,8 @@ QString TriggerWidget::labelAt(qsizetype position) const {
   return table().entries().at(position).pattern;
 }
 
-void TriggerWidget::setLabelAt(qsizetype position, QString label) {
-  table().setPattern(position, std::move(label));
+void TriggerWidget::setLabelAt(qsizetype position, const QString& label) {
+  table().setPattern(position, label);
 }
 
 void TriggerWidget::writeFile() {

@@ -10,7 +10,7 @@ class TriggerWidget : public TableEditorWidget<TriggerTable> {
  public:
   TriggerWidget(TriggerTable& table, QWidget* parent);
 
- public Q_SLOTS:
+ public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
   void selectionChanged(int index);
   void addTrigger();
   void deleteTrigger();
@@ -21,6 +21,6 @@ class TriggerWidget : public TableEditorWidget<TriggerTable> {
 
  private:
   [[nodiscard]] QString labelAt(qsizetype position) const override;
-  void setLabelAt(qsizetype position, QString label) override;
+  void setLabelAt(qsizetype position, const QString& label) override;
   void writeFile() override;
 };
