@@ -1,0 +1,106 @@
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "PlayWindow.h"
+#include "support/ScratchMain.h"
+
+/// The dialogs of a real window, opened by their toolbar actions.
+class TestDialogsFromToolbar : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void opens_data();
+  void opens();
+  void applyingTheGeneralSettingsReachesTheWindow();
+  void anAliasAddedInItsEditorRunsAtOnce();
+
+ private:
+  static QDialog* titled(const PlayWindow& play, const QString& title) {
+    for (QDialog* dialog : play.window->findChildren<QDialog*>())
+      if (dialog->windowTitle() == title)
+        return dialog;
+    return nullptr;
+  }
+  static void press(QDialog* dialog, const QString& text) {
+    for (QPushButton* button : dialog->findChildren<QPushButton*>())
+      if (button->text() == text)
+        QTest::mouseClick(button, Qt::LeftButton);
+  }
+};
+
+void TestDialogsFromToolbar::opens_data() {
+  QTest::addColumn<int>("action");
+  QTest::addColumn<QString>("title");
+  QTest::addColumn<bool>("modal");
+  QTest::newRow("general settings") << 5 << "General Settings" << true;
+  QTest::newRow("proxy settings") << 6 << "Proxy Settings" << true;
+  QTest::newRow("macros") << 7 << "Macros" << true;
+  QTest::newRow("aliases") << 8 << "Aliases" << true;
+  QTest::newRow("triggers") << 9 << "Triggers" << true;
+  QTest::newRow("help, beside which one can play on") << 10 << "Kelmora Help" << false;
+}
+
+void TestDialogsFromToolbar::opens() {
+  QFETCH(const int, action);
+  QFETCH(const QString, title);
+  QFETCH(const bool, modal);
+  PlayWindow play(5000);
+  QDialog* dialog = titled(play, title);
+  QVERIFY(dialog);
+  QVERIFY(!dialog->isVisible());
+  // The same dialog each time: created once, shown and hidden.
+  for (int round = 0; round < 2; ++round) {
+    play.actions.at(action)->trigger();
+    QVERIFY(dialog->isVisible());
+    QCOMPARE(dialog->isModal(), modal);
+    QCOMPARE(titled(play, title), dialog);
+    dialog->close();
+    QVERIFY(!dialog->isVisible());
+  }
+}
+
+void TestDialogsFromToolbar::applyingTheGeneralSettingsReachesTheWindow() {
+  PlayWindow play(5000, {{"hostName", "localhost"}});
+  play.actions.at(5)->trigger();
+  QDialog* dialog = titled(play, "General Settings");
+  for (QCheckBox* box : dialog->findChildren<QCheckBox*>())
+    if (box->text() == "Flush input bar")
+      box->setChecked(true);
+  for (QComboBox* box : dialog->findChildren<QComboBox*>())
+    if (box->findText("localhost 4023") >= 0)
+      box->setCurrentText("localhost 4023");
+  press(dialog, "Apply");
+  QVERIFY(!dialog->isVisible());
+  QCOMPARE(play.window->settings().port, 4023);
+  play.type("gone");
+  QCOMPARE(play.bar->text(), QString());
+  QSettings store("Dunmere Works", "Kelmora Client v3.9b");
+  QCOMPARE(store.value("Global Settings/port").toInt(), 4023);
+  QCOMPARE(store.value("Global Settings/yellow").toString(), QString("#5e610b"));
+}
+
+void TestDialogsFromToolbar::anAliasAddedInItsEditorRunsAtOnce() {
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  play.actions.at(8)->trigger();
+  QDialog* dialog = titled(play, "Aliases");
+  press(dialog, "Add alias");
+  press(dialog, "Edit alias");
+  auto* name = dialog->findChild<QLineEdit*>();
+  name->selectAll();
+  QTest::keyClicks(name, "hi");
+  press(dialog, "Save alias");
+  press(dialog, "Close");
+  QCOMPARE(play.window->aliases().entries().first().name, QString("hi"));
+  play.type("hi;mark");
+  // The commands field was left empty, which is one empty line.
+  QTRY_COMPARE(server.received(), QByteArray("\r\nmark\r\n"));
+}
+
+KELMORA_GUI_TEST_MAIN(TestDialogsFromToolbar)
+#include "tst_dialogsfromtoolbar.moc"
