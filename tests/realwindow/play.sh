@@ -1,0 +1,124 @@
+#!/usr/bin/env bash
+# Plays the client in a real window of a virtual display, with key and mouse
+# events that come from the display and not from the program: connects to the
+# demo world, types, adds an alias in its editor and runs it.
+#
+#   play.sh CLIENT DEMO-WORLD [PICTURES]      77: skipped, a tool is missing
+set -uo pipefail
+
+client=$1 world=$2 pictures=${3:-}
+for tool in Xvfb xdotool; do
+  command -v "$tool" > /dev/null || { echo "SKIPPED: $tool is not installed"; exit 77; }
+done
+
+scratch=$(mktemp -d)
+pids=()
+finish() {
+  for pid in "${pids[@]}"; do kill "$pid" 2> /dev/null; done
+  wait 2> /dev/null
+  rm -rf "$scratch"
+}
+trap finish EXIT
+
+fail() {
+  echo "FAILED: $*"
+  exit 1
+}
+# until_true SECONDS COMMAND...: waits for a command to succeed.
+until_true() {
+  local tries=$(($1 * 20))
+  shift
+  while ! "$@"; do
+    tries=$((tries - 1))
+    [ "$tries" -gt 0 ] || return 1
+    sleep 0.05
+  done
+}
+picture() {
+  [ -z "$pictures" ] || ! command -v import > /dev/null || import -window root "$pictures/$1.png"
+}
+holds() { grep -qF -- "$2" "$1" 2> /dev/null; }
+
+cd "$scratch" || exit 1
+mkdir home play
+export HOME=$scratch/home XDG_CONFIG_HOME=$scratch/home/config QT_QPA_PLATFORM=xcb
+unset WAYLAND_DISPLAY
+
+# The server picks a free display and says which one.
+Xvfb -displayfd 3 -screen 0 1200x1000x24 -nolisten tcp 3> display > xvfb.log 2>&1 &
+pids+=($!)
+until_true 10 test -s display || fail "no display: $(cat xvfb.log)"
+DISPLAY=:$(cat display)
+export DISPLAY
+
+"$world" --port 0 > world.log 2>&1 &
+pids+=($!)
+until_true 10 holds world.log Listening || fail "no world: $(cat world.log)"
+port=$(sed -n 's/.* port \([0-9]*\)$/\1/p' world.log)
+
+mkdir -p "$XDG_CONFIG_HOME/Dunmere Works"
+printf '[Global%%20Settings]\nhostName=127.0.0.1\nport=%s\npos=@Point(20 20)\n' "$port" \
+  > "$XDG_CONFIG_HOME/Dunmere Works/Kelmora Client v3.9b.conf"
+printf '\ntrigger "You say: {*}"\n/set said, {_trigOut0}\n/trigger\n' > play/triggers.txt
+cd play || exit 1
+"$client" > ../client.log 2>&1 &
+client_pid=$!
+pids+=("$client_pid")
+
+window_of() { xdotool search --onlyvisible --name "$1" 2> /dev/null | tail -n 1; }
+there() { [ -n "$(window_of "$1")" ]; }
+# Without a window manager nobody hands the focus on.
+focus() {
+  until_true 10 there "$1" || fail "no window \"$1\""
+  xdotool windowfocus --sync "$(window_of "$1")"
+}
+# click WINDOW X Y: a click of the mouse at a place of a window.
+click() { xdotool mousemove --window "$1" "$2" "$3" click 1; }
+
+main="Kelmora - The Official Client"
+focus "$main"
+xdotool key ctrl+j
+sleep 1
+xdotool type --delay 5 Robin
+xdotool key Return
+sleep 0.5
+xdotool type --delay 5 'say hello'
+xdotool key Return
+sleep 0.5
+picture play
+
+# The alias editor: Ctrl+L opens it with the list in focus; Tab goes to "Add
+# alias", Space presses it, and the file is written at once.
+xdotool key ctrl+l
+focus "Aliases"
+picture aliases
+for _ in 1 2 3 4 5 6 7 8; do
+  holds aliases.txt '<Enter your alias here>' && break
+  xdotool key Tab
+  xdotool key space
+  sleep 0.2
+done
+until_true 5 holds aliases.txt '<Enter your alias here>' || fail "no alias was added by the keys"
+xdotool key Escape
+until_true 5 eval '! there Aliases' || fail "Escape did not close the editor"
+
+# The mouse: the help button, the last of the toolbar.
+focus "$main"
+click "$(window_of "$main")" 640 45
+until_true 10 there "Kelmora Help" || fail "a click on the help button opened nothing"
+picture help
+
+# What the trigger caught of the words, on their way from the keys to the world
+# and back, goes into the saved session.
+focus "$main"
+xdotool type --delay 5 '/echo caught {said}'
+xdotool key Return
+xdotool key ctrl+s
+focus "Save Game Session To File"
+xdotool type --delay 5 "$scratch/session.html"
+xdotool key Return
+until_true 10 holds "$scratch/session.html" 'caught hello' ||
+  fail "the saved session lacks the caught word: $(cat ../client.log)"
+holds "$scratch/session.html" 'You say: hello' || fail "the saved session lacks the answer"
+kill -0 "$client_pid" || fail "the client is gone"
+echo "PASSED: connected, spoke, added an alias, opened the help, saved"
