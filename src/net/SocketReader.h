@@ -13,9 +13,9 @@ class QTcpSocket;
 class SocketReader {
  public:
   /// A read grows no further than this many bytes, if a line ends in them.
-  static constexpr qint64 readSize = 16 * 1024;
+  static constexpr qint64 readSize = qint64{16} * 1024;
   /// What may wait in the socket; beyond it the server has to wait.
-  static constexpr qint64 waitingSize = 256 * 1024;
+  static constexpr qint64 waitingSize = qint64{256} * 1024;
 
   using Consumer = std::function<void(const QByteArray& data)>;
 
