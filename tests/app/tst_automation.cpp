@@ -242,7 +242,6 @@ void TestAutomation::macroKeys() {
   GameServer server;
   PlayWindow play(server.port());
   QVERIFY(play.connectTo(server));
-  // An empty line in the history, were that possible, would not be told from none.
   play.bar->setText("text");
   QTest::keyClick(play.bar, static_cast<Qt::Key>(key), modifiers);
   if (key == Qt::Key_Up && modifiers == Qt::NoModifier)
