@@ -6,21 +6,10 @@
 
 #include "PlayWindow.h"
 #include "script/ActionTimer.h"
+#include "support/FileText.h"
 #include "support/ScratchMain.h"
 
 namespace {
-
-void writeFile(const QString& name, const QByteArray& content) {
-  QFile file(name);
-  if (!file.open(QIODevice::WriteOnly))
-    qFatal("the scratch folder takes no files");
-  file.write(content);
-}
-
-QByteArray contentOf(const QString& name) {
-  QFile file(name);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-}
 
 /// Closes every message box with its button and remembers what stood in it.
 class BoxReader : public QObject {

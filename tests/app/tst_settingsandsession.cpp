@@ -9,6 +9,7 @@
 #include <QTimer>
 
 #include "PlayWindow.h"
+#include "support/FileText.h"
 #include "support/ScratchMain.h"
 
 namespace {
@@ -42,18 +43,6 @@ class Answers : public QObject {
  private:
   QTimer timer_;
 };
-
-QByteArray contentOf(const QString& name) {
-  QFile file(name);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-}
-
-void writeFile(const QString& name, const QByteArray& content) {
-  QFile file(name);
-  if (!file.open(QIODevice::WriteOnly))
-    qFatal("the scratch folder takes no files");
-  file.write(content);
-}
 
 }  // namespace
 
