@@ -17,7 +17,8 @@ class GameText {
 
   /// With linkEvery above 0, every line of that number ends in a link that no
   /// other line has; otherwise one line in fifty names one of a few pages.
-  explicit GameText(std::uint32_t seed, std::uint32_t linkEvery = 0) : random_(seed), linkEvery_(linkEvery) {}
+  explicit GameText(std::uint32_t seed, std::uint32_t linkEvery = 0)
+      : random_(seed), linkEvery_(linkEvery) {}
 
   void appendLine(std::string& text) {
     ++lineNumber_;
@@ -41,24 +42,23 @@ class GameText {
  private:
   using Words = std::array<std::string_view, 16>;
 
-  static constexpr Words names{"Aldric", "Brenna", "Corvin", "Dessa", "Edrik",  "Fenna",
+  static constexpr Words names{"Aldric", "Brenna", "Corvin", "Dessa", "Edrik",   "Fenna",
                                "Garrod", "Hilde",  "Ivo",    "Jorun", "Kestrel", "Lorcan",
                                "Mirel",  "Nessa",  "Osric",  "Petra"};
-  static constexpr Words beasts{"a grey wolf",     "the cave troll",  "an old brigand",
-                                "a giant rat",     "the bone knight", "a marsh adder",
-                                "a hill goblin",   "the mad hermit",  "a stone golem",
-                                "a black spider",  "the gate warden", "a starved bear",
-                                "a thin vampire",  "the river witch", "a masked thief",
-                                "a frost elemental"};
-  static constexpr Words blows{"slashes", "pierces", "crushes", "bites",  "claws",  "burns",
+  static constexpr Words beasts{
+      "a grey wolf",     "the cave troll",  "an old brigand",  "a giant rat",
+      "the bone knight", "a marsh adder",   "a hill goblin",   "the mad hermit",
+      "a stone golem",   "a black spider",  "the gate warden", "a starved bear",
+      "a thin vampire",  "the river witch", "a masked thief",  "a frost elemental"};
+  static constexpr Words blows{"slashes", "pierces", "crushes", "bites",   "claws",  "burns",
                                "strikes", "kicks",   "stabs",   "hammers", "gouges", "cuts",
                                "bruises", "chills",  "mauls",   "whips"};
   static constexpr Words words{"the",    "narrow", "street", "winds",   "between", "leaning",
                                "houses", "whose",  "upper",  "storeys", "nearly",  "touch",
                                "above",  "a",      "muddy",  "gutter"};
-  static constexpr Words exits{"north", "south", "east", "west", "up",   "down", "northeast",
-                               "northwest", "southeast", "southwest", "gate", "stairs", "bridge",
-                               "cellar", "trail", "tower"};
+  static constexpr Words exits{"north",     "south",     "east",      "west",      "up",   "down",
+                               "northeast", "northwest", "southeast", "southwest", "gate", "stairs",
+                               "bridge",    "cellar",    "trail",     "tower"};
   static constexpr std::array<std::string_view, 6> colours{"\x1b[31m",   "\x1b[32m",   "\x1b[33m",
                                                            "\x1b[1;34m", "\x1b[1;35m", "\x1b[36m"};
   static constexpr std::string_view bold = "\x1b[1;37m";
