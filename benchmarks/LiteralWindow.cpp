@@ -43,8 +43,8 @@ void LiteralWindow::connectToServer(quint16 port) {
   socket_.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
 }
 
-void LiteralWindow::showServerHtml(const QString& html) {
-  pane_.insertServerHtml(safeMarkup(html));
+void LiteralWindow::showServerText(ServerText text) {
+  pane_.insertServerHtml(safeMarkup(text.decoded()));
 }
 
 void LiteralWindow::parseVitals(const char* line) {

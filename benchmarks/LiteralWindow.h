@@ -39,7 +39,7 @@ class LiteralWindow : public QWidget,
  private:
   // PipelineHost
   void beep() override {}
-  void showServerHtml(const QString& html) override;
+  void showServerText(ServerText text) override;
   void parseVitals(const char* line) override;
   void checkTriggers(const QByteArray& line) override { triggers_.check(line, *this); }
   // ScriptHost

@@ -45,7 +45,7 @@ class IdleInput : public InputHost {
 class HtmlKeeper : public PipelineHost {
  public:
   void beep() override {}
-  void showServerHtml(const QString& read) override { html = safeMarkup(read); }
+  void showServerText(ServerText read) override { html = safeMarkup(read.decoded()); }
   void parseVitals(const char*) override {}
   void checkTriggers(const QByteArray&) override {}
   QString html;

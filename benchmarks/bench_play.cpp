@@ -9,7 +9,7 @@
 //   --terminal             the client is a terminal program: give it one
 //   --megabytes N          length of the flood
 //   --link-every N         every line of that number has a link of its own
-//   --memory-every N       note the memory each time so many megabytes are sent
+//   --memory-every N       note the memory each time so many megabytes are taken
 //   --watch                look at the client's event loop and press keys
 //   --limit SECONDS        stop a flood that takes longer
 //   --count N, --gap MS    how many rounds, and how long to wait between them
@@ -17,12 +17,15 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <linux/sockios.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
 #include <signal.h>
 #include <stdexcept>
 #include <string_view>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -98,6 +101,14 @@ class Server {
     return sent;
   }
 
+  /// How much of what was sent the client has not taken yet: megabytes may wait
+  /// in the system on either side.
+  [[nodiscard]] std::size_t waiting() const {
+    int unsent = 0;
+    ::ioctl(peer_, SIOCOUTQ, &unsent);
+    return static_cast<std::size_t>(unsent) + unread();
+  }
+
   /// When the client has sent this line; nothing if it does not in time. Lines
   /// of older floods and rounds are passed over.
   std::optional<Moment> awaitLine(std::string_view line, Moment deadline) {
@@ -121,6 +132,21 @@ class Server {
   }
 
  private:
+  /// The system's table of connections tells it: the client's end is the one
+  /// whose other end is this server's port.
+  [[nodiscard]] std::size_t unread() const {
+    std::ifstream connections("/proc/net/tcp");
+    for (std::string line; std::getline(connections, line);) {
+      unsigned remotePort = 0;
+      std::size_t size = 0;
+      if (std::sscanf(line.c_str(), "%*d: %*8x:%*4x %*8x:%4x %*2x %*8x:%8zx", &remotePort, &size) ==
+              2 &&
+          remotePort == static_cast<unsigned>(port_))
+        return size;
+    }
+    return 0;
+  }
+
   int listener_;
   int port_ = 0;
   int peer_ = -1;
@@ -192,7 +218,8 @@ class Flood {
     const auto answered = server_.awaitLine("answer", deadline_);
     if (!answered) {
       result_.add("stoppedSeconds", seconds(Clock::now() - begin_));
-      result_.add("stoppedMegabytes", static_cast<double>(sent) / megabyte);
+      result_.add("stoppedMegabytes",
+                  static_cast<double>(sent - std::min(sent, server_.waiting())) / megabyte);
       return;
     }
     result_.add("answer", seconds(*answered - begin_));
@@ -222,6 +249,9 @@ class Flood {
       sent += count;
       if (count < text_.size())
         break;
+      // The memory is to be that after so much was taken, not sent.
+      while (server_.waiting() > 4 * megabyte && Clock::now() < deadline_)
+        std::this_thread::sleep_for(1ms);
       if (number % options_.memoryEvery == 0)
         result_.add("peak " + std::to_string(number), client_.residentPeak());
     }
