@@ -106,6 +106,7 @@ void OutputWidget::clear() {
 
 void OutputWidget::add(PaneText text) {
   queue_.add(std::move(text));
+  arriving_ = true;
   while (queue_.size() > longQueue)
     insertWaiting(Amount::WhatFitsAFrame);
   if (nextTurn_.isActive())
@@ -117,8 +118,12 @@ void OutputWidget::add(PaneText text) {
 void OutputWidget::takeTurn() {
   sinceTurn_.start();
   insertWaiting(Amount::WhatFitsAFrame);
+  const qint64 taken = sinceTurn_.elapsed();
+  // While more comes in, taking it in goes first: what is never shown need not
+  // be laid out.
+  const qint64 pause = std::exchange(arriving_, false) ? std::max(frame, 4 * taken) : frame;
   if (!queue_.isEmpty())
-    nextTurn_.start(static_cast<int>(std::max<qint64>(frame - sinceTurn_.elapsed(), 0)));
+    nextTurn_.start(static_cast<int>(std::max<qint64>(pause - taken, 0)));
 }
 
 void OutputWidget::insertWaiting(Amount amount) {
