@@ -119,9 +119,10 @@ void OutputWidget::takeTurn() {
   sinceTurn_.start();
   insertWaiting(Amount::WhatFitsAFrame);
   const qint64 taken = sinceTurn_.elapsed();
-  // While more comes in, taking it in goes first: what is never shown need not
-  // be laid out.
-  const qint64 pause = std::exchange(arriving_, false) ? std::max(frame, 4 * taken) : frame;
+  // While more comes in, taking it in goes first: most of a flood is never
+  // shown, and the less often it is, the sooner it is over.
+  constexpr qint64 share = 8;
+  const qint64 pause = std::exchange(arriving_, false) ? std::max(frame, share * taken) : frame;
   if (!queue_.isEmpty())
     nextTurn_.start(static_cast<int>(std::max<qint64>(pause - taken, 0)));
 }
