@@ -2,6 +2,7 @@
 
 #include <QScrollBar>
 #include <QTextBlock>
+#include <QTextDocumentFragment>
 #include <algorithm>
 #include <utility>
 
@@ -18,6 +19,7 @@ QString linkStyle() {
 constexpr qint64 frame = 16;  // milliseconds
 /// What a turn may take of a frame, in milliseconds; paint needs the rest.
 constexpr qint64 turn = 8;
+constexpr int quiet = 1000;  // milliseconds without text
 /// Beyond it, in bytes, who adds has to wait. Text seldom gets there: only
 /// what makes no paragraphs, such as a flood of colours around nothing.
 constexpr qsizetype longQueue = qsizetype{32} * 1024 * 1024;
@@ -34,6 +36,12 @@ OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
   nextTurn_.setSingleShot(true);
   nextTurn_.setTimerType(Qt::PreciseTimer);
   connect(&nextTurn_, &QTimer::timeout, this, [this] { takeTurn(); });
+  quietMoment_.setSingleShot(true);
+  quietMoment_.setInterval(quiet);
+  connect(&quietMoment_, &QTimer::timeout, this, [this] {
+    if (queue_.isEmpty())
+      renewDocument();
+  });
   setOpenExternalLinks(true);
   setWordWrapMode(QTextOption::WordWrap);
   setReadOnly(true);
@@ -102,6 +110,7 @@ void OutputWidget::clear() {
   while (!queue_.isEmpty())
     (void)queue_.take();
   QTextBrowser::clear();
+  formatsAtFirst_ = 0;
 }
 
 void OutputWidget::add(PaneText text) {
@@ -146,6 +155,10 @@ void OutputWidget::insertWaiting(Amount amount) {
     written = writer.written();
   }
   moveCursor(QTextCursor::End);
+  if (newFormats() > tooManyFormats)
+    renewDocument();
+  else if (newFormats() > manyFormats)
+    quietMoment_.start();
   // A handful of characters tells nothing of the rate.
   constexpr qsizetype enoughToTell = 2048;
   if (written >= enoughToTell && amount == Amount::WhatFitsAFrame) {
@@ -159,4 +172,26 @@ void OutputWidget::clearUnlessItShapesWhatFollows() {
   // A paragraph goes on in the format of the one before it.
   if (QTextBrowser::document()->lastBlock().blockFormat().propertyCount() == 0)
     QTextBrowser::document()->clear();
+  formatsAtFirst_ = std::min(formatsAtFirst_, QTextBrowser::document()->allFormats().size());
+}
+
+qsizetype OutputWidget::newFormats() const {
+  return QTextBrowser::document()->allFormats().size() - formatsAtFirst_;
+}
+
+void OutputWidget::renewDocument() {
+  QTextDocument& document = *QTextBrowser::document();
+  const QTextCursor before = QTextBrowser::textCursor();
+  const int top = verticalScrollBar()->value();
+  const QTextDocumentFragment content(&document);
+  const int anchor = before.anchor();
+  const int position = before.position();
+  document.clear();
+  QTextCursor cursor(&document);
+  cursor.insertFragment(content);
+  cursor.setPosition(anchor);
+  cursor.setPosition(position, QTextCursor::KeepAnchor);
+  setTextCursor(cursor);
+  verticalScrollBar()->setValue(top);
+  formatsAtFirst_ = document.allFormats().size();
 }

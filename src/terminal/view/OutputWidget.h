@@ -30,6 +30,12 @@ class OutputWidget : public QTextBrowser {
   static constexpr qsizetype longParagraph = 4096;
   /// Characters after which it is continued even where no line breaks.
   static constexpr qsizetype longestParagraph = 65536;
+  /// Character formats, each about half a kilobyte, that a document may have
+  /// gathered before it is made anew in the next quiet moment, and at once. The
+  /// toolkit keeps every format that a document ever had, and each link of
+  /// another target is one.
+  static constexpr qsizetype manyFormats = 4096;
+  static constexpr qsizetype tooManyFormats = 3 * manyFormats;
 
   /// The input bar outlives the pane; typing is a Tab away from reading.
   OutputWidget(InputWidget& inputBar, QWidget* parent);
@@ -50,6 +56,8 @@ class OutputWidget : public QTextBrowser {
   /// "++ " and the text, white on blue.
   void printInfo(const QString& text);
 
+  /// About the memory of what is not in the document yet.
+  [[nodiscard]] qsizetype waitingBytes() const { return queue_.size(); }
   /// Whether all that came is in the document, without emptying the queue.
   [[nodiscard]] bool settled() const { return queue_.isEmpty(); }
   // With everything in it that came before.
@@ -76,14 +84,21 @@ class OutputWidget : public QTextBrowser {
   void takeTurn();
   void insertWaiting(Amount amount);
   void clearUnlessItShapesWhatFollows();
+  /// How many formats came since the document was made.
+  [[nodiscard]] qsizetype newFormats() const;
+  /// The same document with none but the formats in use, in the same view.
+  void renewDocument();
 
   InputWidget& inputBar_;
   PaneQueue queue_;
   TextLooks looks_;
   QTimer nextTurn_;
+  QTimer quietMoment_;
   QElapsedTimer sinceTurn_;
   /// Whether anything came since the last turn.
   bool arriving_ = false;
+  /// In use when the document was made anew.
+  qsizetype formatsAtFirst_ = 0;
   /// By the turns so far; layout included.
   double charactersPerMillisecond_ = 1000;
 };

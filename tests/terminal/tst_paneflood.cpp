@@ -1,0 +1,246 @@
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QScrollBar>
+#include <QTest>
+
+#include "PaneContent.h"
+#include "PipelineSupport.h"
+#include "support/LiteralPane.h"
+#include "support/ScratchMain.h"
+#include "terminal/view/InputHost.h"
+#include "terminal/view/InputWidget.h"
+#include "terminal/view/OutputWidget.h"
+
+namespace {
+
+class IdleHost : public InputHost {
+ public:
+  void submitInput() override {}
+  void historyOlder() override {}
+  void historyNewer() override {}
+  bool dispatchMacro(int /*key*/) override { return false; }
+  [[nodiscard]] bool claimsShortcut(QKeyCombination /*keys*/) const override { return false; }
+};
+
+ServerText serverText(const QByteArray& lines) {
+  QByteArray html = "<span style=\"color:#bdbdbd;background-color:#000000\">" + lines;
+  return {.html = html.replace('\n', "<br>\n"), .plain = lines};
+}
+
+QByteArray numberedLine(int number) {
+  return "line-" + QByteArray::number(number) + QByteArray(70, '.') + "\n";
+}
+
+}  // namespace
+
+/// What the pane does with more than it can show.
+class TestPaneFlood : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+  void cleanup();
+
+  void aSingleTextAppearsInTheNextTurn();
+  void muchTextLeavesTheLoopItsTurns();
+  void readingTheDocumentEmptiesTheQueue();
+  void ofAFloodTheNewestParagraphsStay();
+  void plainTextBehindAFloodGoesOnInItsLook();
+  void aFloodOfEchoIsOverAtOnce();
+  void anAlignmentOutlivesTheFloodBehindIt();
+  void coloursAroundNothingAreNotHoardedWithoutEnd();
+  void differentLinksDoNotPileUp();
+  void aRenewedDocumentIsTheSame();
+  void aRenewalKeepsTheViewAndTheSelection();
+
+ private:
+  /// Many reads without a turn of the event loop, as a flood leaves them.
+  void flood(int lines) {
+    QByteArray read;
+    for (int i = 0; i < lines; ++i) {
+      read += numberedLine(i);
+      if (read.size() > 16000)
+        pane_->showServerText(serverText(std::exchange(read, {})));
+    }
+    pane_->showServerText(serverText(read));
+  }
+  void showLinks(int from, int count) {
+    QString html;
+    for (int i = from; i < from + count; ++i)
+      html += QStringLiteral("<a href=\"http://a.example/%1\">x</a>").arg(i);
+    pane_->insertServerHtml(html + "<br>\n");
+  }
+  [[nodiscard]] qsizetype formats() const {
+    return static_cast<QTextBrowser*>(pane_)->document()->allFormats().size();
+  }
+
+  IdleHost host_;
+  std::unique_ptr<QWidget> window_;
+  OutputWidget* pane_ = nullptr;
+};
+
+void TestPaneFlood::init() {
+  window_ = std::make_unique<QWidget>();
+  pane_ = new OutputWidget(*new InputWidget(host_, window_.get()), window_.get());
+  pane_->setGeometry(0, 0, 700, 400);
+  window_->show();
+}
+
+void TestPaneFlood::cleanup() {
+  window_.reset();
+}
+
+void TestPaneFlood::aSingleTextAppearsInTheNextTurn() {
+  pane_->showServerText(serverText("You see a lamp.\n"));
+  QVERIFY(!pane_->settled());
+  QCoreApplication::processEvents();
+  QVERIFY(pane_->settled());
+  QVERIFY(static_cast<QTextBrowser*>(pane_)->toPlainText().startsWith("You see a lamp."));
+}
+
+void TestPaneFlood::muchTextLeavesTheLoopItsTurns() {
+  flood(20000);
+  // Each turn takes some of it, and keys and paint come between them.
+  QSet<qsizetype> amounts;
+  QVERIFY(QTest::qWaitFor(
+      [&] {
+        amounts.insert(pane_->waitingBytes());
+        return pane_->settled();
+      },
+      30000));
+  QVERIFY2(amounts.size() > 10, qPrintable(QString::number(amounts.size())));
+  QVERIFY(pane_->toPlainText().contains("line-19999."));
+  QVERIFY(pane_->toPlainText().contains("line-0."));
+}
+
+void TestPaneFlood::readingTheDocumentEmptiesTheQueue() {
+  flood(3000);
+  QVERIFY(!pane_->settled());
+  QVERIFY(pane_->document()->toPlainText().contains("line-2999."));
+  QVERIFY(pane_->settled());
+}
+
+void TestPaneFlood::ofAFloodTheNewestParagraphsStay() {
+  constexpr int lines = 200000;
+  flood(lines);
+  const QString text = pane_->toPlainText();
+  QCOMPARE(pane_->document()->blockCount(), OutputWidget::maximumParagraphs);
+  QVERIFY(text.endsWith(QString::fromLatin1(numberedLine(lines - 1))));
+  // As much as there is room for, without a gap.
+  const QString first = text.section('\n', 1, 1);
+  const int number = first.mid(5, first.indexOf('.') - 5).toInt();
+  QVERIFY2(lines - number > 37400, qPrintable(first));
+  QCOMPARE(text.count('\n'), lines - number + 1);
+}
+
+void TestPaneFlood::plainTextBehindAFloodGoesOnInItsLook() {
+  LiteralPane literal(OutputWidget::longParagraph, OutputWidget::longestParagraph);
+  const auto both = [&](auto write) {
+    write(*pane_);
+    write(literal);
+  };
+  both([](auto& pane) { pane.insertServerHtml("<i>slanted<br>\n</i><u>underlined</u>"); });
+  for (int i = 0; i < 3000; ++i)
+    both([](auto& pane) { pane.printInfo("told"); });
+  QCOMPARE(pane_->document()->lastBlock().previous().begin().fragment().charFormat(),
+           literal.document()->lastBlock().previous().begin().fragment().charFormat());
+}
+
+void TestPaneFlood::aFloodOfEchoIsOverAtOnce() {
+  QElapsedTimer timer;
+  timer.start();
+  for (int i = 0; i < 200000; ++i)
+    pane_->echoSentText(QStringLiteral("echo %1\r\n").arg(i));
+  const QString text = pane_->toPlainText();
+  // One by one it took a minute on the same machine.
+  QVERIFY2(timer.elapsed() < 20000, qPrintable(QString::number(timer.elapsed())));
+  QCOMPARE(text.count('\n'), OutputWidget::maximumParagraphs - 1);
+  QVERIFY(text.startsWith("echo 199251\n"));
+}
+
+void TestPaneFlood::anAlignmentOutlivesTheFloodBehindIt() {
+  pane_->insertServerHtml("<center>middle</center>");
+  flood(100000);
+  QCOMPARE(pane_->document()->lastBlock().blockFormat().alignment(), [] {
+    LiteralPane literal(OutputWidget::longParagraph, OutputWidget::longestParagraph);
+    literal.insertServerHtml("<center>middle</center>");
+    literal.insertServerHtml("text");
+    return literal.document()->lastBlock().blockFormat().alignment();
+  }());
+}
+
+void TestPaneFlood::coloursAroundNothingAreNotHoardedWithoutEnd() {
+  const ServerText colours{.html = QByteArray("<span style=\"color:#ff0000\">").repeated(40000),
+                           .plain = ""};
+  for (int i = 0; i < 100; ++i)
+    pane_->showServerText(colours);
+  // A hundred megabytes came; what waits is less than half of it.
+  QVERIFY(pane_->waitingBytes() < 40 * 1024 * 1024);
+}
+
+void TestPaneFlood::differentLinksDoNotPileUp() {
+  for (int i = 0; i < 60; ++i) {
+    showLinks(i * 1000, 1000);
+    showLinks(i * 1000, 3);
+    (void)pane_->document();
+    QVERIFY2(formats() < 40000, qPrintable(QString::number(formats())));
+    if (i % 20 == 19)
+      pane_->clear();
+  }
+}
+
+void TestPaneFlood::aRenewedDocumentIsTheSame() {
+  pane_->insertServerHtml("<ul><li>one<li>two</ul>");
+  pane_->printError("wrong");
+  pane_->appendStatusLine("<i>status</i>");
+  for (int i = 0; i < 5; ++i)
+    showLinks(i * 1000, 1000);
+  const PaneContent before = PaneContent::of(*pane_->document());
+  for (int i = 0; i < 5; ++i) {
+    // Gone again, but for their formats.
+    QTextCursor cursor(pane_->document());
+    cursor.movePosition(QTextCursor::End);
+    const int end = cursor.position();
+    for (int k = 0; k < 1000; ++k) {
+      QTextCharFormat format;
+      format.setAnchorHref(QStringLiteral("http://b.example/%1").arg(i * 1000 + k));
+      cursor.insertText("x", format);
+    }
+    cursor.setPosition(end, QTextCursor::KeepAnchor);
+    cursor.removeSelectedText();
+  }
+  const qsizetype many = formats();
+  QVERIFY(many > OutputWidget::manyFormats);
+  pane_->insertServerHtml("");
+  (void)pane_->document();
+  QTRY_VERIFY_WITH_TIMEOUT(formats() < many, 10000);
+  QVERIFY(formats() < 5100);
+  QCOMPARE(PaneContent::of(*pane_->document()).differenceTo(before), QString());
+}
+
+void TestPaneFlood::aRenewalKeepsTheViewAndTheSelection() {
+  flood(500);
+  for (int i = 0; i < 5; ++i)
+    showLinks(i * 1000, 1000);
+  QTextCursor selection(pane_->document());
+  const qsizetype many = formats();
+  selection.setPosition(100);
+  selection.setPosition(140, QTextCursor::KeepAnchor);
+  pane_->setTextCursor(selection);
+  pane_->verticalScrollBar()->setValue(300);
+  const QString selected = selection.selectedText();
+  // So many are in use that fewer do not show it: a few more, taken back.
+  QTextCursor cursor(pane_->document());
+  cursor.movePosition(QTextCursor::End);
+  QTextCharFormat format;
+  format.setAnchorHref("http://c.example");
+  cursor.insertText("x", format);
+  cursor.deletePreviousChar();
+  QTRY_VERIFY_WITH_TIMEOUT(formats() <= many, 10000);
+  QCOMPARE(pane_->textCursor().selectedText(), selected);
+  QCOMPARE(pane_->textCursor().anchor(), 100);
+  QCOMPARE(pane_->verticalScrollBar()->value(), 300);
+}
+
+KELMORA_GUI_TEST_MAIN(TestPaneFlood)
+#include "tst_paneflood.moc"
