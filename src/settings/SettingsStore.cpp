@@ -36,6 +36,16 @@ class Store {
 
 #ifndef Q_OS_WIN  // there the store is the user's registry, which is private already
 
+// A client that is killed while it saves leaves the toolkit's lock behind. By
+// what stands in it the next one sees that nobody holds it any more; for an
+// empty lock it would wait half a minute. Two clients that save within the same
+// microsecond may both go on then, and the later one's file stands.
+void removeAbandonedLock(const QString& storePath) {
+  const QFileInfo lock(storePath + QStringLiteral(".lock"));
+  if (lock.isFile() && lock.size() == 0)
+    QFile::remove(lock.filePath());
+}
+
 void makeOwnFolder(const QString& path) {
   if (QFileInfo::exists(path))
     return;
@@ -80,6 +90,7 @@ void save(const ClientSettings& record, const WindowPlace& place) {
   Store store;
 #ifndef Q_OS_WIN
   makePrivate(store.fileName());
+  removeAbandonedLock(store.fileName());
 #endif
   store.setValue(sizeKey, place.size);
   store.setValue(posKey, place.pos);

@@ -9,8 +9,8 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-#include "InChild.h"
-#include "OwnFolder.h"
+#include "support/InChild.h"
+#include "support/OwnFolder.h"
 #include "automation/core/TextFile.h"
 #include "support/ScratchMain.h"
 

@@ -1,7 +1,7 @@
 #include <QFileInfo>
 #include <memory>
 
-#include "OwnFolder.h"
+#include "support/OwnFolder.h"
 #include "automation/core/TextFile.h"
 #include "support/ScratchMain.h"
 

@@ -1,4 +1,5 @@
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -128,6 +129,7 @@ class TestSettingsStore : public QObject {
   void aLinkedStoreStaysALink_data();
   void aLinkedStoreStaysALink();
   void theStoreIsNeverReadableByOthers();
+  void theLockOfAKilledClientHoldsUpNoSave();
 };
 
 void TestSettingsStore::cleanup() {
@@ -479,6 +481,24 @@ void TestSettingsStore::theStoreIsNeverReadableByOthers() {
   }
   QVERIFY(watcher.looks() > 10);
   QVERIFY(!watcher.sawWideSecrets());
+}
+
+void TestSettingsStore::theLockOfAKilledClientHoldsUpNoSave() {
+  // Killed before the lock said whose it is.
+  QVERIFY(write({}));
+  QFile lock(file() + QStringLiteral(".lock"));
+  QVERIFY(lock.open(QIODevice::WriteOnly));
+  lock.close();
+  QElapsedTimer clock;
+  clock.start();
+  ClientSettings record;
+  record.port = 4023;
+  settings::save(record, {});
+  QVERIFY(clock.elapsed() < 10'000);
+  ClientSettings found;
+  (void)settings::load(found);
+  QCOMPARE(found.port, 4023);
+  QVERIFY(!lock.exists());
 }
 
 KELMORA_VALUE_TEST_MAIN(TestSettingsStore)
