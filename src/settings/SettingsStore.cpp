@@ -5,6 +5,12 @@
 #include <QFileInfo>
 #include <QSettings>
 
+#ifndef Q_OS_WIN
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+#endif
+
 #include "settings/SettingsFields.h"
 
 namespace {
@@ -36,14 +42,18 @@ class Store {
 
 #ifndef Q_OS_WIN  // there the store is the user's registry, which is private already
 
-// A client that is killed while it saves leaves the toolkit's lock behind. By
-// what stands in it the next one sees that nobody holds it any more; for an
-// empty lock it would wait half a minute. Two clients that save within the same
-// microsecond may both go on then, and the later one's file stands.
+// A client that is killed while it saves leaves the toolkit's lock behind, and
+// the next save would wait for it for half a minute. Whether anybody still
+// holds it is for the system to say. In the instant before the holder has told
+// the system, two clients may both go on; the later one's file stands then.
 void removeAbandonedLock(const QString& storePath) {
-  const QFileInfo lock(storePath + QStringLiteral(".lock"));
-  if (lock.isFile() && lock.size() == 0)
-    QFile::remove(lock.filePath());
+  const QByteArray path = QFile::encodeName(storePath + QStringLiteral(".lock"));
+  const int lock = ::open(path.constData(), O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
+  if (lock < 0)
+    return;
+  if (::flock(lock, LOCK_EX | LOCK_NB) == 0)
+    ::unlink(path.constData());
+  ::close(lock);
 }
 
 void makeOwnFolder(const QString& path) {

@@ -9,9 +9,9 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include "files/TextFile.h"
 #include "support/InChild.h"
 #include "support/OwnFolder.h"
-#include "automation/core/TextFile.h"
 #include "support/ScratchMain.h"
 
 using namespace Qt::StringLiterals;

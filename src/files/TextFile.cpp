@@ -1,4 +1,4 @@
-#include "automation/core/TextFile.h"
+#include "files/TextFile.h"
 
 #include <QFile>
 #include <QFileInfo>
