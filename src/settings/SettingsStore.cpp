@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
+#include <QTemporaryFile>
 
 #ifndef Q_OS_WIN
 #include <fcntl.h>
@@ -80,6 +81,16 @@ void makePrivate(const QString& path) {
   (void)created.open(QIODevice::ReadWrite, ownerOnly);  // a folder in its place stays as it is
 }
 
+// The toolkit does not look whether the file it has written reached the disk
+// before it puts it in the old one's place; so the disk is asked first. Where no
+// file can be made, none will take the old one's place.
+bool diskHasRoom(const QString& storePath) {
+  constexpr qint64 someOptions = qint64{64} * 1024;
+  const qint64 room = 2 * QFileInfo(storePath).size() + someOptions;
+  QTemporaryFile trial(storePath + QStringLiteral(".XXXXXX"));
+  return !trial.open() || (trial.write(QByteArray(room, '\0')) == room && trial.flush());
+}
+
 #endif
 
 }  // namespace
@@ -101,6 +112,8 @@ void save(const ClientSettings& record, const WindowPlace& place) {
 #ifndef Q_OS_WIN
   makePrivate(store.fileName());
   removeAbandonedLock(store.fileName());
+  if (!diskHasRoom(store.fileName()))
+    return;
 #endif
   store.setValue(sizeKey, place.size);
   store.setValue(posKey, place.pos);
