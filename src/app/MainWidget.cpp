@@ -235,10 +235,10 @@ void MainWidget::beep() {
   beeper_->beep();
 }
 
-void MainWidget::showServerHtml(const QString& html) {
+void MainWidget::showServerText(ServerText text) {
   // Also without tags of the server's own: colours may nest beyond all measure,
   // and a stored colour may be anything.
-  outputPane_->insertServerHtml(safeMarkup(html));
+  outputPane_->insertServerHtml(safeMarkup(text.decoded()));
 }
 
 void MainWidget::checkTriggers(const QByteArray& line) {

@@ -104,7 +104,7 @@ class MainWidget : public QWidget,
 
   // PipelineHost
   void beep() override;
-  void showServerHtml(const QString& html) override;
+  void showServerText(ServerText text) override;
   void checkTriggers(const QByteArray& line) override;
   // ConnectionHost
   void moveCursorToEnd() override;

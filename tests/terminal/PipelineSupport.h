@@ -17,8 +17,8 @@ inline const QByteArray resetSpan = "<span style=\"color:#bdbdbd;background-colo
 class RecordingHost : public PipelineHost {
  public:
   void beep() override { events << Event{Event::Kind::Beep, {}}; }
-  void showServerHtml(const QString& html) override {
-    events << Event{Event::Kind::Html, html.toUtf8()};
+  void showServerText(ServerText text) override {
+    events << Event{Event::Kind::Html, text.decoded().toUtf8()};
   }
   void parseVitals(const char* line) override { events << Event{Event::Kind::Vitals, line}; }
   void checkTriggers(const QByteArray& line) override {

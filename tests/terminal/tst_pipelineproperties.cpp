@@ -63,8 +63,8 @@ class MeddlingHost : public RecordingHost {
     RecordingHost::beep();
     meddle(Event::Kind::Beep);
   }
-  void showServerHtml(const QString& html) override {
-    RecordingHost::showServerHtml(html);
+  void showServerText(ServerText text) override {
+    RecordingHost::showServerText(std::move(text));
     meddle(Event::Kind::Html);
   }
   void parseVitals(const char* line) override {
@@ -216,7 +216,7 @@ void TstPipelineProperties::largeReadsTakeLinearTime() {
   class CountingHost : public PipelineHost {
    public:
     void beep() override {}
-    void showServerHtml(const QString&) override { ++html; }
+    void showServerText(ServerText text) override { html += text.decoded().isEmpty() ? 0 : 1; }
     void parseVitals(const char*) override {}
     void checkTriggers(const QByteArray&) override { ++lines; }
     qsizetype html = 0;

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "terminal/core/Links.h"
-
 namespace {
 
 enum class Mode { NoHtml, OutsideTag, InsideTag };
@@ -55,23 +53,25 @@ struct OutputPipeline::Read {
   QByteArray html;
   QByteArray pendingLineText = {};
   bool beep = false;
+  ServerText::Tags tags = ServerText::Tags::OwnOnly;
 };
 
 void OutputPipeline::readSocketData(QByteArrayView data, const PipelineOptions& options,
                                     PipelineHost& host) {
   Read read{.html = translator_.currentSpan()};
+  if (options.parseHtml && insideTag_)
+    read.tags = ServerText::Tags::FromServer;
   walk(data, options, read);
-  QString text = QString::fromUtf8(read.html);
-  read.html = {};
-  if (options.displayURLs)
-    linkify(text);
-  resolvePlaceholders(text);
 
   // From here on nothing of the pipeline is in use: the host may come back.
   if (read.beep)
     host.beep();
-  host.showServerHtml(text);
-  const QByteArray& lines = read.pendingLineText;
+  const QByteArray lines = read.pendingLineText;
+  host.showServerText(
+      {.html = std::move(read.html),
+       .plain = std::move(read.pendingLineText),
+       .links = options.displayURLs ? ServerText::Links::Shown : ServerText::Links::Hidden,
+       .tags = read.tags});
   qsizetype end = 0;
   for (qsizetype start = 0; end >= 0; start = end + 1) {
     end = lines.indexOf('\n', start);
@@ -118,8 +118,10 @@ void OutputPipeline::translateByte(char byte, const PipelineOptions& options, Re
                                        : Mode::OutsideTag;
   read.html += row->html[static_cast<std::size_t>(mode)];
   read.pendingLineText += row->plain;
-  if (options.parseHtml && (byte == '<' || byte == '>'))
+  if (options.parseHtml && (byte == '<' || byte == '>')) {
     insideTag_ = byte == '<';
+    read.tags = ServerText::Tags::FromServer;
+  }
   if (options.playBeeps && byte == '\a')
     read.beep = true;
 }

@@ -2,9 +2,9 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
-#include <QString>
 
 #include "terminal/core/AnsiTranslator.h"
+#include "terminal/core/ServerText.h"
 
 struct PipelineOptions {
   bool displayAnsiColor = true;
@@ -22,7 +22,7 @@ class PipelineHost {
   /// At most once for a read: playing again would only restart the sound.
   virtual void beep() = 0;
   /// One fragment for the end of the pane, also when it holds no text.
-  virtual void showServerHtml(const QString& html) = 0;
+  virtual void showServerText(ServerText text) = 0;
   /// A line piece up to its first NUL byte.
   virtual void parseVitals(const char* line) = 0;
   /// The same line piece, whole.
