@@ -31,7 +31,7 @@ void waitForPlayer() {
 }
 
 void sendLongScript(PlayWindow& play) {
-  play.type("/repeat 512, /repeat 64, say a line of a long script");
+  play.type("/repeat 512, /repeat 24, say a line of a long script");
 }
 
 void answerSocks(int connection, const QByteArray& answer) {
