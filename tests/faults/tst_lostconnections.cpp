@@ -104,6 +104,16 @@ const std::vector<State>& states() {
   return all;
 }
 
+/// No operation may end in a complaint of the toolkit. Its SOCKS proxy makes one
+/// to itself, when it still has lines for a connection that has just ended.
+void failOnComplaints(const State& state) {
+  const QString itsOwn = state.proxy == QNetworkProxy::Socks5Proxy
+                             ? QStringLiteral("|QIODevice::write \\(QTcpSocket\\): device not open")
+                             : QString();
+  QTest::failOnWarning(
+      QRegularExpression(QStringLiteral("^(?!This plugin does not support%1)").arg(itsOwn)));
+}
+
 PlayWindow::Options optionsFor(const State& state, quint16 port) {
   PlayWindow::Options options{{"parseHtml", 1}, {"displayLocalEcho", 0}};
   // The toolkit asks no proxy for the loopback.
@@ -138,7 +148,6 @@ class TestLostConnections : public QObject {
 };
 
 void TestLostConnections::init() {
-  QTest::failOnWarning(QRegularExpression("^(?!This plugin does not support)"));
   writeFile("triggers.txt", "\ntrigger \"ask\"\nanswer one\nanswer two\n/trigger\n");
 }
 
@@ -179,6 +188,7 @@ void TestLostConnections::theNextConnectionPlays() {
   QFETCH(int, state);
   QFETCH(End, end);
   const State& fault = states()[static_cast<std::size_t>(state)];
+  failOnComplaints(fault);
   RawServer server([&](int connection) {
     fault.lead(connection);
     RawServer::end(connection, end);
@@ -208,6 +218,7 @@ void TestLostConnections::theNextConnectionPlays() {
 }
 
 void TestLostConnections::aLookUpCanBeLeft() {
+  failOnComplaints(State{.name = nullptr});
   PlayWindow play(5000, {{"hostName", "nowhere.invalid"}, {"displayLocalEcho", 0}});
   for (int round = 0; round < rounds; ++round) {
     play.window->connectToServer();
@@ -232,6 +243,7 @@ void TestLostConnections::aWindowThatGoesInTheMiddleEndsTheConnection_data() {
 void TestLostConnections::aWindowThatGoesInTheMiddleEndsTheConnection() {
   QFETCH(int, state);
   const State& fault = states()[static_cast<std::size_t>(state)];
+  failOnComplaints(fault);
   RawServer server([&](int connection) {
     fault.lead(connection);
     RawServer::receiveAll(connection);
