@@ -236,9 +236,7 @@ void MainWidget::beep() {
 }
 
 void MainWidget::showServerText(ServerText text) {
-  // Also without tags of the server's own: colours may nest beyond all measure,
-  // and a stored colour may be anything.
-  outputPane_->insertServerHtml(safeMarkup(text.decoded()));
+  outputPane_->showServerText(std::move(text));
 }
 
 void MainWidget::checkTriggers(const QByteArray& line) {

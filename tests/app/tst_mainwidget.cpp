@@ -207,7 +207,7 @@ void TestMainWidget::layoutIsOneColumn() {
 
 void TestMainWidget::thePaneIsBlackAndReadOnly() {
   const MainWidget window;
-  const auto* pane = window.findChild<OutputWidget*>();
+  auto* pane = window.findChild<OutputWidget*>();
   QCOMPARE(pane->palette().color(QPalette::Active, QPalette::Base), QColor(Qt::black));
   QCOMPARE(pane->palette().color(QPalette::Inactive, QPalette::Base), QColor(Qt::black));
   QVERIFY(pane->isReadOnly());

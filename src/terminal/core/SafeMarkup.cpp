@@ -275,3 +275,8 @@ QString safeMarkup(const QString& html) {
   }
   return std::move(writer).html();
 }
+
+bool isInlineTag(QStringView name) {
+  const auto* row = rowNamed(name);
+  return row && (row->kind == Kind::Inline || row->kind == Kind::Link || row->name == u"br");
+}

@@ -16,3 +16,7 @@
 /// alone. Takes time in proportion to the text; the same text comes out when
 /// applied twice.
 [[nodiscard]] QString safeMarkup(const QString& html);
+
+/// Whether a tag, by its name in small letters, changes nothing but the look of
+/// the text inside it, or is a line break.
+[[nodiscard]] bool isInlineTag(QStringView name);

@@ -2,68 +2,84 @@
 
 #include <QScrollBar>
 #include <QTextBlock>
+#include <algorithm>
+#include <utility>
 
 #include "terminal/view/InputWidget.h"
+#include "terminal/view/PaneWriter.h"
 
 namespace {
 
-struct Division {
-  qsizetype start;
-  qsizetype length;  ///< what the division replaces
-};
-
-std::optional<Division> divisionOf(const QString& paragraph) {
-  if (paragraph.size() <= OutputWidget::longParagraph)
-    return std::nullopt;
-  const qsizetype lineBreak = paragraph.indexOf(QChar::LineSeparator, OutputWidget::longParagraph);
-  if (lineBreak >= 0 && lineBreak < OutputWidget::longestParagraph)
-    return Division{lineBreak, 1};
-  if (paragraph.size() <= OutputWidget::longestParagraph)
-    return std::nullopt;
-  const bool inPair = paragraph.at(OutputWidget::longestParagraph).isLowSurrogate();
-  return Division{OutputWidget::longestParagraph - (inPair ? 1 : 0), 0};
+/// The toolkit's link blue is made for white paper.
+QString linkStyle() {
+  return QStringLiteral("a { color: #6fa8ff }");
 }
+
+constexpr qint64 frame = 16;  // milliseconds
+/// What a turn may take of a frame, in milliseconds; paint needs the rest.
+constexpr qint64 turn = 8;
+/// Beyond it, in bytes, who adds has to wait. Text seldom gets there: only
+/// what makes no paragraphs, such as a flood of colours around nothing.
+constexpr qsizetype longQueue = qsizetype{32} * 1024 * 1024;
 
 }  // namespace
 
 OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
-    : QTextBrowser(parent), inputBar_(inputBar) {
-  document()->setMaximumBlockCount(maximumParagraphs);
-  // The toolkit's link blue is made for white paper.
-  document()->setDefaultStyleSheet(QStringLiteral("a { color: #6fa8ff }"));
+    : QTextBrowser(parent),
+      inputBar_(inputBar),
+      queue_({.paragraphs = maximumParagraphs, .longParagraph = longParagraph}),
+      looks_(linkStyle()) {
+  QTextBrowser::document()->setMaximumBlockCount(maximumParagraphs);
+  QTextBrowser::document()->setDefaultStyleSheet(linkStyle());
+  nextTurn_.setSingleShot(true);
+  nextTurn_.setTimerType(Qt::PreciseTimer);
+  connect(&nextTurn_, &QTimer::timeout, this, [this] { takeTurn(); });
   setOpenExternalLinks(true);
   setWordWrapMode(QTextOption::WordWrap);
   setReadOnly(true);
   QWidget::setTabOrder(this, &inputBar_);
 }
 
+void OutputWidget::showServerText(ServerText text) {
+  add(std::move(text));
+}
+
 void OutputWidget::insertServerHtml(const QString& html) {
-  moveCursor(QTextCursor::End);
-  insertHtml(html);
-  divideLastParagraph();
-  moveCursor(QTextCursor::End);
+  add(SafeHtml{html});
 }
 
 void OutputWidget::appendStatusLine(const QString& html) {
-  moveCursor(QTextCursor::End);
-  append(html);
-  moveCursor(QTextCursor::End);
+  add(StatusLine{html});
 }
 
 void OutputWidget::echoSentText(const QString& text) {
-  insertPlain(text, Qt::yellow, Qt::black);
+  add(PlainText{text, Qt::yellow, Qt::black});
 }
 
 void OutputWidget::printText(const QString& text, const QColor& colour) {
-  insertPlain(text + u'\n', colour.isValid() ? colour : QColor(Qt::white), Qt::black);
+  add(PlainText{text + u'\n', colour.isValid() ? colour : QColor(Qt::white), Qt::black});
 }
 
 void OutputWidget::printError(const QString& text) {
-  insertPlain(QStringLiteral("## ") + text + u'\n', Qt::yellow, Qt::red);
+  add(PlainText{QStringLiteral("## ") + text + u'\n', Qt::yellow, Qt::red});
 }
 
 void OutputWidget::printInfo(const QString& text) {
-  insertPlain(QStringLiteral("++ ") + text + u'\n', Qt::white, Qt::blue);
+  add(PlainText{QStringLiteral("++ ") + text + u'\n', Qt::white, Qt::blue});
+}
+
+QTextDocument* OutputWidget::document() {
+  insertWaiting(Amount::All);
+  return QTextBrowser::document();
+}
+
+QString OutputWidget::toPlainText() {
+  return document()->toPlainText();
+}
+
+QTextCursor OutputWidget::textCursor() {
+  insertWaiting(Amount::All);
+  return QTextBrowser::textCursor();
 }
 
 QVariant OutputWidget::loadResource(int /*type*/, const QUrl& /*name*/) {
@@ -82,25 +98,59 @@ void OutputWidget::resizeEvent(QResizeEvent* event) {
 
 void OutputWidget::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {}
 
-void OutputWidget::divideLastParagraph() {
-  QTextCursor cursor(document());
-  for (;;) {
-    const QTextBlock last = document()->lastBlock();
-    const auto division = divisionOf(last.text());
-    if (!division)
-      return;
-    cursor.setPosition(last.position() + static_cast<int>(division->start));
-    cursor.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor,
-                        static_cast<int>(division->length));
-    cursor.insertBlock();
+void OutputWidget::clear() {
+  while (!queue_.isEmpty())
+    (void)queue_.take();
+  QTextBrowser::clear();
+}
+
+void OutputWidget::add(PaneText text) {
+  queue_.add(std::move(text));
+  while (queue_.size() > longQueue)
+    insertWaiting(Amount::WhatFitsAFrame);
+  if (nextTurn_.isActive())
+    return;
+  const qint64 idle = sinceTurn_.isValid() ? sinceTurn_.elapsed() : frame;
+  nextTurn_.start(static_cast<int>(std::max<qint64>(frame - idle, 0)));
+}
+
+void OutputWidget::takeTurn() {
+  sinceTurn_.start();
+  insertWaiting(Amount::WhatFitsAFrame);
+  if (!queue_.isEmpty())
+    nextTurn_.start(static_cast<int>(std::max<qint64>(frame - sinceTurn_.elapsed(), 0)));
+}
+
+void OutputWidget::insertWaiting(Amount amount) {
+  if (queue_.isEmpty())
+    return;
+  QElapsedTimer timer;
+  timer.start();
+  if (queue_.takeSkip())
+    clearUnlessItShapesWhatFollows();
+  moveCursor(QTextCursor::End);
+  qsizetype written = 0;
+  {
+    PaneWriter writer(*this, looks_,
+                      {.longParagraph = longParagraph, .longestParagraph = longestParagraph});
+    const double enough = charactersPerMillisecond_ * turn;
+    while (!queue_.isEmpty() &&
+           (amount == Amount::All || static_cast<double>(writer.written()) < enough))
+      writer.write(queue_.take());
+    written = writer.written();
+  }
+  moveCursor(QTextCursor::End);
+  // A handful of characters tells nothing of the rate.
+  constexpr qsizetype enoughToTell = 2048;
+  if (written >= enoughToTell && amount == Amount::WhatFitsAFrame) {
+    const double rate = static_cast<double>(written) * 1e6 /
+                        static_cast<double>(std::max<qint64>(timer.nsecsElapsed(), 1));
+    charactersPerMillisecond_ += (rate - charactersPerMillisecond_) / 4;
   }
 }
 
-void OutputWidget::insertPlain(const QString& text, const QColor& colour,
-                               const QColor& background) {
-  moveCursor(QTextCursor::End);
-  setTextColor(colour);
-  setTextBackgroundColor(background);
-  insertPlainText(text);
-  moveCursor(QTextCursor::End);
+void OutputWidget::clearUnlessItShapesWhatFollows() {
+  // A paragraph goes on in the format of the one before it.
+  if (QTextBrowser::document()->lastBlock().blockFormat().propertyCount() == 0)
+    QTextBrowser::document()->clear();
 }

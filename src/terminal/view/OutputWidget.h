@@ -1,12 +1,23 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTextBrowser>
+#include <QTimer>
+
+#include "terminal/core/ServerText.h"
+#include "terminal/view/PaneQueue.h"
+#include "terminal/view/TextLooks.h"
 
 class InputWidget;
 
 /// The scrolling pane, and the one door to it: server text, status lines, the
 /// echo of sent lines and the client's own messages all enter here, each at
 /// the end of the document and in the order of the calls.
+///
+/// They wait in a queue until the next turn of the event loop, or for the rest
+/// of a frame while much arrives. A turn inserts as much as leaves time for
+/// keys and paint. Who reads the document through this class reads all of it:
+/// the queue is emptied first.
 class OutputWidget : public QTextBrowser {
   Q_OBJECT
 
@@ -16,7 +27,7 @@ class OutputWidget : public QTextBrowser {
   /// Characters after which a paragraph is continued in a new one at its next
   /// line break. Server text has line breaks only, so without this a session
   /// were one paragraph, laid out whole at each read and never dropped.
-  static constexpr qsizetype longParagraph = 16384;
+  static constexpr qsizetype longParagraph = 4096;
   /// Characters after which it is continued even where no line breaks.
   static constexpr qsizetype longestParagraph = 65536;
 
@@ -24,9 +35,11 @@ class OutputWidget : public QTextBrowser {
   OutputWidget(InputWidget& inputBar, QWidget* parent);
 
   /// Continues the last paragraph with what the pipeline made of one read.
-  /// HTML that safeMarkup() has not seen can take the toolkit hours.
+  void showServerText(ServerText text);
+  /// The same for HTML. What safeMarkup() has not seen can take the toolkit
+  /// hours.
   void insertServerHtml(const QString& html);
-  /// A paragraph of its own.
+  /// A paragraph of its own; HTML that safeMarkup() has seen.
   void appendStatusLine(const QString& html);
   /// Yellow on black; the text is shown with its own line end.
   void echoSentText(const QString& text);
@@ -36,6 +49,15 @@ class OutputWidget : public QTextBrowser {
   void printError(const QString& text);
   /// "++ " and the text, white on blue.
   void printInfo(const QString& text);
+
+  /// Whether all that came is in the document, without emptying the queue.
+  [[nodiscard]] bool isSettled() const { return queue_.isEmpty(); }
+  // With everything in it that came before.
+  [[nodiscard]] QTextDocument* document();
+  [[nodiscard]] QString toPlainText();
+  [[nodiscard]] QTextCursor textCursor();
+  /// What waits goes too.
+  void clear();
 
   /// Nothing that the server names is ever loaded: no file, no picture, no
   /// style sheet.
@@ -48,8 +70,18 @@ class OutputWidget : public QTextBrowser {
   void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
 
  private:
-  void divideLastParagraph();
-  void insertPlain(const QString& text, const QColor& colour, const QColor& background);
+  enum class Amount { WhatFitsAFrame, All };
+
+  void add(PaneText text);
+  void takeTurn();
+  void insertWaiting(Amount amount);
+  void clearUnlessItShapesWhatFollows();
 
   InputWidget& inputBar_;
+  PaneQueue queue_;
+  TextLooks looks_;
+  QTimer nextTurn_;
+  QElapsedTimer sinceTurn_;
+  /// By the turns so far; layout included.
+  double charactersPerMillisecond_ = 1000;
 };

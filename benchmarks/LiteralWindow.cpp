@@ -1,0 +1,70 @@
+#include "LiteralWindow.h"
+
+#include <QGridLayout>
+#include <QHostAddress>
+#include <algorithm>
+
+#include "PaneColours.h"
+#include "automation/core/AutomationFiles.h"
+#include "net/SendLine.h"
+#include "settings/UsableValues.h"
+#include "terminal/core/SafeMarkup.h"
+
+LiteralWindow::LiteralWindow()
+    : reader_(socket_, [this](const QByteArray& bytes) {
+        pipeline_.readSocketData(bytes,
+                                 {.displayAnsiColor = settings_.displayAnsiColor,
+                                  .playBeeps = settings_.playBeeps,
+                                  .parseHtml = settings_.parseHtml,
+                                  .displayURLs = settings_.displayURLs},
+                                 *this);
+      }) {
+  setColours(pipeline_.translator(), settings_);
+  if (!automation::loadTriggers(triggers_))
+    qFatal("the triggers cannot be read");
+  setPaneLook(pane_, settings_);
+  inputBar_.setFont(settings_.inFont);
+  toolbar_.setFixedHeight(70);
+  resize(settings::defaultWindowSize);
+  auto* grid = new QGridLayout(this);
+  grid->addWidget(&toolbar_, 0, 0);
+  grid->addWidget(&pane_, 1, 0);
+  grid->addWidget(&inputBar_, 2, 0);
+  connect(&socket_, &QTcpSocket::readyRead, this, [this] { reader_.readSocketData(); });
+  inputBar_.setFocus(Qt::OtherFocusReason);
+}
+
+LiteralWindow::~LiteralWindow() {
+  socket_.disconnect(this);
+}
+
+void LiteralWindow::connectToServer(quint16 port) {
+  reader_.limitWaiting();
+  socket_.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
+}
+
+void LiteralWindow::showServerText(ServerText text) {
+  pane_.insertServerHtml(safeMarkup(text.decoded()));
+}
+
+void LiteralWindow::parseVitals(const char* line) {
+  if (const auto vitals = ::parseVitals(line))
+    vitalsBars_.show(*vitals);
+}
+
+void LiteralWindow::sendLine(QTextStream& stream, const QString& line) {
+  net::sendLine(stream, line);
+  pane_.echoSentText(line + QStringLiteral("\r\n"));
+}
+
+void LiteralWindow::printText(const QString& text, const QString& colourName) {
+  pane_.printText(text, QColor(colourName));
+}
+
+void LiteralWindow::setVariable(const QString& name, const QString& value) {
+  variables_.set(name, value);
+}
+
+void LiteralWindow::runActions(const QStringList& commands) {
+  interpreter_.actionQueue().runActions(commands);
+}

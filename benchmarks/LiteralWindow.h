@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QTcpSocket>
+#include <QToolBar>
+#include <QWidget>
+
+#include "automation/core/TriggerTable.h"
+#include "net/SocketReader.h"
+#include "script/AliasLookup.h"
+#include "script/Interpreter.h"
+#include "script/ScriptHost.h"
+#include "script/VariableTable.h"
+#include "settings/ClientSettings.h"
+#include "support/LiteralPane.h"
+#include "terminal/core/OutputPipeline.h"
+#include "terminal/view/InputHost.h"
+#include "terminal/view/InputWidget.h"
+#include "terminal/view/VitalsBars.h"
+
+/// The game window once more with the plain pane in it: each read's HTML goes
+/// into the document before its lines reach the triggers. Everything else is
+/// the client's own. Triggers come from the file in the working directory.
+class LiteralWindow : public QWidget,
+                      private PipelineHost,
+                      private ScriptHost,
+                      private AliasLookup,
+                      private TriggerHost,
+                      private InputHost {
+ public:
+  LiteralWindow();
+  ~LiteralWindow() override;
+
+  /// Of a server on this computer.
+  void connectToServer(quint16 port);
+  [[nodiscard]] VariableTable& variables() { return variables_; }
+  [[nodiscard]] QTextBrowser& pane() { return pane_; }
+  [[nodiscard]] QWidget& inputBar() { return inputBar_; }
+
+ private:
+  // PipelineHost
+  void beep() override {}
+  void showServerText(ServerText text) override;
+  void parseVitals(const char* line) override;
+  void checkTriggers(const QByteArray& line) override { triggers_.check(line, *this); }
+  // ScriptHost
+  QIODevice& gameDevice() override { return socket_; }
+  void sendLine(QTextStream& stream, const QString& line) override;
+  void printError(const QString& text) override { pane_.printError(text); }
+  void printInfo(const QString& text) override { pane_.printInfo(text); }
+  void printText(const QString& text, const QString& colourName) override;
+  QObject& timerParent() override { return *this; }
+  // AliasLookup
+  [[nodiscard]] const QStringList* commandsOf(const QString& /*name*/) const override {
+    return nullptr;
+  }
+  // TriggerHost
+  void setVariable(const QString& name, const QString& value) override;
+  void runActions(const QStringList& commands) override;
+  // InputHost
+  void submitInput() override {}
+  void historyOlder() override {}
+  void historyNewer() override {}
+  bool dispatchMacro(int /*key*/) override { return false; }
+  [[nodiscard]] bool claimsShortcut(QKeyCombination /*keys*/) const override { return false; }
+
+  ClientSettings settings_;
+  TriggerTable triggers_;
+  VariableTable variables_;
+  OutputPipeline pipeline_;
+  Interpreter interpreter_{*this, variables_, *this};
+  QTcpSocket socket_;
+  SocketReader reader_;
+  QToolBar toolbar_{this};
+  LiteralPane pane_{16384, 65536};
+  InputWidget inputBar_{*this, this};
+  VitalsBars vitalsBars_{toolbar_};
+};

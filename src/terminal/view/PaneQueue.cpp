@@ -1,0 +1,112 @@
+#include "terminal/view/PaneQueue.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "terminal/core/SafeMarkup.h"
+
+namespace {
+
+template <class... Cases>
+struct Overloaded : Cases... {
+  using Cases::operator()...;
+};
+
+qsizetype sizeOf(const QString& text) {
+  return text.size() * static_cast<qsizetype>(sizeof(QChar));
+}
+
+qsizetype memoryOf(const PaneText& text) {
+  constexpr qsizetype overhead = 256;
+  return overhead +
+         std::visit(Overloaded{[](const ServerText& server) {
+                                 return server.html.size() + server.plain.size();
+                               },
+                               [](const SafeHtml& html) { return sizeOf(html.html); },
+                               [](const StatusLine& status) { return sizeOf(status.html); },
+                               [](const PlainText& plain) { return sizeOf(plain.text); }},
+                    text);
+}
+
+}  // namespace
+
+void PaneQueue::add(PaneText text) {
+  // So many bytes at a time cost little to count, and fewer make no long queue.
+  constexpr qsizetype worthCounting = qsizetype{128} * 1024;
+  const qsizetype size = memoryOf(text);
+  size_ += size;
+  uncountedSize_ += size;
+  waiting_.push_back({.text = std::move(text)});
+  if (uncountedSize_ >= worthCounting)
+    dropUnseen();
+}
+
+PaneText PaneQueue::take() {
+  if (bridge_) {
+    PaneText text = *std::move(bridge_);
+    bridge_.reset();
+    return text;
+  }
+  Waiting first = std::move(waiting_.front());
+  waiting_.pop_front();
+  if (countedTexts_ > 0)
+    --countedTexts_;
+  else
+    uncountedSize_ -= memoryOf(first.text);
+  size_ -= memoryOf(first.text);
+  return std::move(first.text);
+}
+
+void PaneQueue::dropUnseen() {
+  for (; countedTexts_ < waiting_.size(); ++countedTexts_)
+    count(waiting_[countedTexts_]);
+  uncountedSize_ = 0;
+  // The count began somewhere in a paragraph, and the first one to be shown
+  // begins in the middle of one too.
+  constexpr qint64 atBothEnds = 2;
+  while (countedTexts_ > 0 && waiting_.front().isPassing &&
+         counted_.ended() - waiting_.front().endedParagraphs >= limits_.paragraphs + atBothEnds) {
+    Waiting& first = waiting_.front();
+    size_ -= memoryOf(first.text);
+    if (first.hasLook)
+      bridge_ = std::move(first.text);
+    waiting_.pop_front();
+    --countedTexts_;
+    skipped_ = true;
+  }
+}
+
+void PaneQueue::count(Waiting& waiting) {
+  const auto markup = [&](const QString& html) {
+    waiting.isPassing = counted_.addMarkup(html);
+    waiting.hasLook = true;
+  };
+  if (auto* server = std::get_if<ServerText>(&waiting.text);
+      server && server->tags == ServerText::Tags::FromServer) {
+    size_ -= memoryOf(waiting.text);
+    waiting.text = SafeHtml{safeMarkup(server->decoded())};
+    size_ += memoryOf(waiting.text);
+  }
+  std::visit(Overloaded{[&](const ServerText& server) {
+                          counted_.addLines(server.plain);
+                          waiting.isPassing = true;
+                          waiting.hasLook = std::any_of(
+                              server.plain.begin(), server.plain.end(),
+                              [](char byte) { return static_cast<unsigned char>(byte) > ' '; });
+                        },
+                        [&](const SafeHtml& html) { markup(html.html); },
+                        [&](const StatusLine& status) {
+                          counted_.addParagraphs(1);
+                          markup(status.html);
+                        },
+                        [&](const PlainText& plain) {
+                          counted_.addParagraphs(plain.text.count(u'\n'));
+                          waiting.isPassing = true;
+                        }},
+             waiting.text);
+  waiting.endedParagraphs = counted_.ended();
+}
+
+bool PaneQueue::takeSkip() {
+  return std::exchange(skipped_, false) && bridge_;
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QBrush>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <vector>
+
+/// All that a document holds, to be compared: blocks with their formats and
+/// pieces of text with theirs.
+struct PaneContent {
+  struct Piece {
+    QString text;
+    QTextCharFormat format;
+    bool operator==(const Piece&) const = default;
+  };
+  struct Block {
+    QTextBlockFormat format;
+    QTextCharFormat charFormat;
+    std::vector<Piece> pieces = {};
+    bool operator==(const Block&) const = default;
+  };
+
+  std::vector<Block> blocks;
+  bool operator==(const PaneContent&) const = default;
+
+  static PaneContent of(const QTextDocument& document) {
+    PaneContent content;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+      Block& read = content.blocks.emplace_back(Block{block.blockFormat(), block.charFormat()});
+      for (auto piece = block.begin(); piece != block.end(); ++piece)
+        read.pieces.push_back({piece.fragment().text(), piece.fragment().charFormat()});
+    }
+    return content;
+  }
+
+  /// Where and how the other one differs first; empty where it does not.
+  [[nodiscard]] QString differenceTo(const PaneContent& other) const {
+    for (std::size_t i = 0; i < std::min(blocks.size(), other.blocks.size()); ++i) {
+      const Block& a = blocks[i];
+      const Block& b = other.blocks[i];
+      if (a.format != b.format || a.charFormat != b.charFormat)
+        return QStringLiteral("formats of block %1").arg(i);
+      for (std::size_t k = 0; k < std::max(a.pieces.size(), b.pieces.size()); ++k) {
+        if (k >= a.pieces.size() || k >= b.pieces.size() || a.pieces[k] != b.pieces[k])
+          return QStringLiteral("block %1, piece %2: %3 | %4")
+              .arg(i)
+              .arg(k)
+              .arg(k < a.pieces.size() ? told(a.pieces[k]) : QStringLiteral("none"),
+                   k < b.pieces.size() ? told(b.pieces[k]) : QStringLiteral("none"));
+      }
+    }
+    return blocks.size() == other.blocks.size()
+               ? QString()
+               : QStringLiteral("%1 and %2 blocks").arg(blocks.size()).arg(other.blocks.size());
+  }
+
+ private:
+  static QString told(const Piece& piece) {
+    QString properties;
+    const auto all = piece.format.properties();
+    for (auto property = all.begin(); property != all.end(); ++property)
+      properties +=
+          QStringLiteral(" %1=%2")
+              .arg(property.key(), 0, 16)
+              .arg(property->canConvert<QBrush>() ? property->value<QBrush>().color().name()
+                                                  : property->toString());
+    return u'"' + QString(piece.text).replace(QChar(QChar::Null), QChar(0x2400)) + u'"' +
+           properties;
+  }
+};

@@ -1,0 +1,244 @@
+#include <QApplication>
+#include <QTest>
+#include <random>
+
+#include "PaneContent.h"
+#include "PipelineSupport.h"
+#include "support/LiteralPane.h"
+#include "support/ScratchMain.h"
+#include "terminal/core/SafeMarkup.h"
+#include "terminal/view/InputHost.h"
+#include "terminal/view/InputWidget.h"
+#include "terminal/view/OutputWidget.h"
+
+namespace {
+
+class IdleHost : public InputHost {
+ public:
+  void submitInput() override {}
+  void historyOlder() override {}
+  void historyNewer() override {}
+  bool dispatchMacro(int /*key*/) override { return false; }
+  [[nodiscard]] bool claimsShortcut(QKeyCombination /*keys*/) const override { return false; }
+};
+
+/// Both panes, each shown the same.
+class TwoPanes : public PipelineHost {
+ public:
+  void beep() override {}
+  void showServerText(ServerText text) override {
+    literal.insertServerHtml(safeMarkup(text.decoded()));
+    quick.showServerText(std::move(text));
+  }
+  void parseVitals(const char* /*line*/) override {}
+  void checkTriggers(const QByteArray& /*line*/) override {}
+
+  void clear() {
+    quick.document()->clear();
+    literal.document()->clear();
+  }
+  [[nodiscard]] QString difference() {
+    return PaneContent::of(*quick.document()).differenceTo(PaneContent::of(*literal.document()));
+  }
+
+ private:
+  IdleHost host_;
+  QWidget window_;
+
+ public:
+  OutputWidget quick{*new InputWidget(host_, &window_), &window_};
+  LiteralPane literal{OutputWidget::longParagraph, OutputWidget::longestParagraph};
+};
+
+/// What a server may send and a player may do.
+class Stream {
+ public:
+  explicit Stream(unsigned seed) : engine_(seed) {}
+
+  void play(TwoPanes& panes) {
+    OutputPipeline pipeline;
+    pipeline.translator().buildColourSpans(pick(8) ? normalColours : namedColours, boldColours);
+    const PipelineOptions options{.displayAnsiColor = pick(8) != 0,
+                                  .playBeeps = false,
+                                  .parseHtml = pick(4) == 0,
+                                  .displayURLs = pick(3) != 0};
+    const int longRead = pick(64) == 0 ? 400 : 12;
+    for (int write = 1 + pick(5); write > 0; --write) {
+      if (pick(3) != 0)
+        pipeline.readSocketData(bytes(1 + pick(longRead)), options, panes);
+      else
+        message(panes);
+      if (pick(4) == 0)
+        (void)panes.quick.document();
+    }
+  }
+
+ private:
+  static inline const AnsiTranslator::ColourTexts namedColours{
+      "black", "red", "#060", "#666600", "rgb(0,0,99)", "", "#12345g", "#bdbdbd\"><b>"};
+
+  int pick(int count) { return static_cast<int>(engine_() % static_cast<unsigned>(count)); }
+
+  QByteArray bytes(int pieces) {
+    static const std::vector<QByteArray> common{"You see a lamp.",
+                                                " ",
+                                                "  ",
+                                                "\r\n",
+                                                "\n",
+                                                "the",
+                                                "north",
+                                                "\x1B[0m",
+                                                "\x1B[1m",
+                                                "\x1B[31m",
+                                                "\x1B[1;32m",
+                                                "\x1B[44m",
+                                                "\x1B[38;5;208m",
+                                                "\x1B[48;5;19m",
+                                                "x",
+                                                "hp: 12/40",
+                                                "http://a.example/b?c=d&e",
+                                                "www.example",
+                                                "https://b.example",
+                                                "Tom & Jerry",
+                                                ", ",
+                                                "\t"};
+    static const std::vector<QByteArray> odd{"&lt;",
+                                             "&amp;",
+                                             "&",
+                                             "&#33;",
+                                             "&#x41;",
+                                             "&nbsp",
+                                             "&copy;",
+                                             "&#32",
+                                             "&foo;",
+                                             "&;",
+                                             "&#;",
+                                             "<b>",
+                                             "</b>",
+                                             "<i>bold</i>",
+                                             "<",
+                                             ">",
+                                             "<100hp 20sp>",
+                                             "<center>",
+                                             "</center>",
+                                             "<p>",
+                                             "<br>",
+                                             "<a href=\"http://x.example\">y</a>",
+                                             "<span style=\"color:#ff0000\">",
+                                             "</span>",
+                                             "<font color=red>",
+                                             "<h1>head</h1>",
+                                             "<ul><li>one</ul>",
+                                             "<pre>a  b\n c</pre>",
+                                             "<hr>",
+                                             "<space>",
+                                             "<tab>",
+                                             "<lt>",
+                                             "\a",
+                                             "\v",
+                                             "\f",
+                                             "\x1",
+                                             "\xFF\xFB\x01",
+                                             "\xC3\xA4",
+                                             "\xC3",
+                                             "\xF0\x9F\x98\x80",
+                                             "\xE2\x80\xA8",
+                                             "\xE2\x80\xA9",
+                                             "\xEF\xBF\xBC",
+                                             "\xEF\xB7\x90",
+                                             "\xE3\x80\x80",
+                                             "\xC2\xA0",
+                                             "\xEF\xBB\xBF",
+                                             "\x1B[",
+                                             "\x1B[3",
+                                             "1m",
+                                             "m",
+                                             "\x1B[38;5;",
+                                             "\"",
+                                             "'",
+                                             "/",
+                                             ">\n",
+                                             "http://http://www.a",
+                                             "httphttp://",
+                                             "https://x&#32",
+                                             "; ",
+                                             "\xD7\xA9\xD7\x9C",
+                                             "e\xCC\x81",
+                                             "*_-+=%"};
+    QByteArray made;
+    for (; pieces > 0; --pieces) {
+      const auto& from = pick(4) != 0 ? common : odd;
+      made += from.at(static_cast<std::size_t>(pick(static_cast<int>(from.size()))));
+    }
+    if (pick(16) == 0)
+      made += '\0';
+    if (pick(200) == 0)
+      made = made.repeated(5000 / static_cast<int>(made.size() + 1) + 1);
+    return made;
+  }
+
+  void message(TwoPanes& panes) {
+    const QString text = QString::fromUtf8(bytes(pick(4)));
+    const auto both = [&panes](auto write) {
+      write(panes.quick);
+      write(panes.literal);
+    };
+    switch (pick(5)) {
+      case 0:
+        both([&](auto& pane) { pane.appendStatusLine(safeMarkup("<i>" + text + "</i>")); });
+        return;
+      case 1:
+        both([&](auto& pane) { pane.echoSentText(text + "\r\n"); });
+        return;
+      case 2: {
+        const QColor colour = pick(2) ? QColor("#FF8000") : QColor();
+        both([&](auto& pane) { pane.printText(text, colour); });
+        return;
+      }
+      case 3:
+        both([&](auto& pane) { pane.printError(text); });
+        return;
+      default:
+        both([&](auto& pane) { pane.printInfo(text); });
+    }
+  }
+
+  std::mt19937 engine_;
+};
+
+}  // namespace
+
+/// The quick pane shows what the plain way would, piece for piece.
+class TestPaneComparison : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void randomStreams();
+
+ private:
+  TwoPanes panes_;
+};
+
+void TestPaneComparison::randomStreams() {
+  // More of them when asked for: half a million take some minutes.
+  bool given = false;
+  const int asked = qEnvironmentVariableIntValue("KELMORA_STREAMS", &given);
+  const int streams = given ? asked : 40000;
+  int beyondTheLimit = 0;
+  for (int seed = 1; seed <= streams; ++seed) {
+    panes_.clear();
+    Stream(static_cast<unsigned>(seed)).play(panes_);
+    // Where paragraphs are dropped it is no longer the same ones in both.
+    if (panes_.literal.document()->blockCount() >= OutputWidget::maximumParagraphs) {
+      ++beyondTheLimit;
+      continue;
+    }
+    const QString difference = panes_.difference();
+    QVERIFY2(difference.isEmpty(),
+             qPrintable(QStringLiteral("stream %1, ").arg(seed) + difference));
+  }
+  QVERIFY(beyondTheLimit * 100 <= streams);
+}
+
+KELMORA_GUI_TEST_MAIN(TestPaneComparison)
+#include "tst_panecomparison.moc"
