@@ -54,7 +54,7 @@ inline const std::array<Measure, 7> measures{{
     {"widgets", [](const PlayWindow&) { return qint64{QApplication::allWidgets().size()}; }, 8},
     {"formats",
      [](const PlayWindow& play) { return qint64{play.pane->document()->allFormats().size()}; },
-     1000},
+     OutputWidget::manyFormats},
     {"paragraphs",
      [](const PlayWindow& play) { return qint64{play.pane->document()->blockCount()}; }, 0},
 }};

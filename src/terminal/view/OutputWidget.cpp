@@ -2,6 +2,7 @@
 
 #include <QScrollBar>
 #include <QTextBlock>
+#include <QTextDocumentFragment>
 #include <algorithm>
 #include <utility>
 
@@ -139,6 +140,7 @@ void OutputWidget::insertWaiting(Amount amount) {
       writer.write(queue_.take());
     written = writer.written();
   }
+  forgetUnusedFormats();
   moveCursor(QTextCursor::End);
   // A handful of characters tells nothing of the rate.
   constexpr qsizetype enoughToTell = 2048;
@@ -147,6 +149,17 @@ void OutputWidget::insertWaiting(Amount amount) {
                         static_cast<double>(std::max<qint64>(timer.nsecsElapsed(), 1));
     charactersPerMillisecond_ += (rate - charactersPerMillisecond_) / 4;
   }
+}
+
+void OutputWidget::forgetUnusedFormats() {
+  QTextDocument& text = *QTextBrowser::document();
+  if (text.allFormats().size() < mostFormats_)
+    return;
+  // Only what is in use goes along.
+  const QTextDocumentFragment kept(&text);
+  text.clear();
+  QTextCursor(&text).insertFragment(kept);
+  mostFormats_ = manyFormats + 2 * text.allFormats().size();
 }
 
 void OutputWidget::clearUnlessItShapesWhatFollows() {

@@ -30,6 +30,9 @@ class OutputWidget : public QTextBrowser {
   static constexpr qsizetype longParagraph = 4096;
   /// Characters after which it is continued even where no line breaks.
   static constexpr qsizetype longestParagraph = 65536;
+  /// The document keeps every format that it ever had, and each link has its
+  /// own. Beyond so many, those that are no longer in use are forgotten.
+  static constexpr qsizetype manyFormats = 4096;
 
   /// The input bar outlives the pane; typing is a Tab away from reading.
   OutputWidget(InputWidget& inputBar, QWidget* parent);
@@ -75,6 +78,7 @@ class OutputWidget : public QTextBrowser {
   void add(PaneText text);
   void takeTurn();
   void insertWaiting(Amount amount);
+  void forgetUnusedFormats();
   void clearUnlessItShapesWhatFollows();
 
   InputWidget& inputBar_;
@@ -84,4 +88,5 @@ class OutputWidget : public QTextBrowser {
   QElapsedTimer sinceTurn_;
   /// By the turns so far; layout included.
   double charactersPerMillisecond_ = 1000;
+  qsizetype mostFormats_ = manyFormats;
 };
