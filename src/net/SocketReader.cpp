@@ -1,5 +1,6 @@
 #include "net/SocketReader.h"
 
+#include <QElapsedTimer>
 #include <QNetworkProxy>
 #include <QTcpSocket>
 
@@ -21,7 +22,9 @@ SocketReader::SocketReader(QTcpSocket& socket, Consumer consume)
   nextTurn_.setSingleShot(true);
   QObject::connect(&nextTurn_, &QTimer::timeout, &nextTurn_, [this] {
     // What waited is gone if the connection was closed since.
-    if (socket_.bytesAvailable() > 0)
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (socket_.bytesAvailable() > 0 && elapsed.elapsed() < turn)
       readSocketData();
   });
 }

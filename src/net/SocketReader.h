@@ -8,12 +8,14 @@ class QTcpSocket;
 
 /// Takes what the server has sent in reads of bounded size. What is there is
 /// one read, unless it is so much that keys and paint would have to wait for
-/// it; then it is cut behind a line end, and the rest follows in the next turn
-/// of the event loop.
+/// it; then it is cut behind a line end, and the rest follows in the next turns
+/// of the event loop, some reads in each.
 class SocketReader {
  public:
   /// A read grows no further than this many bytes, if a line ends in them.
   static constexpr qint64 readSize = qint64{16} * 1024;
+  /// Milliseconds after which a turn begins no further read.
+  static constexpr qint64 turn = 4;
   /// What may wait in the socket; beyond it the server has to wait.
   static constexpr qint64 waitingSize = qint64{256} * 1024;
 

@@ -1,3 +1,5 @@
+#include <QThread>
+
 #include "net/SocketReader.h"
 #include "support/GameServer.h"
 #include "support/ScratchMain.h"
@@ -25,6 +27,7 @@ class TestSocketReader : public QObject {
   std::unique_ptr<GameServer> server_;
   std::unique_ptr<QTcpSocket> socket_;
   QByteArrayList reads_;
+  std::function<void()> consumes_;
   std::unique_ptr<SocketReader> reader_;
 };
 
@@ -33,8 +36,11 @@ void TestSocketReader::init() {
   reader_.reset();
   server_ = std::make_unique<GameServer>();
   socket_ = std::make_unique<QTcpSocket>();
-  reader_ =
-      std::make_unique<SocketReader>(*socket_, [this](const QByteArray& data) { reads_ << data; });
+  consumes_ = [] {};
+  reader_ = std::make_unique<SocketReader>(*socket_, [this](const QByteArray& data) {
+    reads_ << data;
+    consumes_();
+  });
   reader_->limitWaiting();
   socket_->connectToHost(QHostAddress(QHostAddress::LocalHost), server_->port());
   QTRY_VERIFY(server_->peer() && socket_->state() == QAbstractSocket::ConnectedState);
@@ -80,6 +86,7 @@ void TestSocketReader::keysGetTheirTurnBetweenTwoReads() {
   server_->send(QByteArray("line\n").repeated(20000));
   waitForBytes(100000);
   int readsBeforeTheKey = 0;
+  consumes_ = [] { QThread::msleep(SocketReader::turn + 1); };
   QTimer::singleShot(0, this, [&] { readsBeforeTheKey = static_cast<int>(reads_.size()); });
   reader_->readSocketData();
   QTRY_VERIFY(readsBeforeTheKey > 0);

@@ -220,13 +220,13 @@ void TestOutputWidget::writesKeepTheirOrder() {
 
 void TestOutputWidget::theViewFollowsWhateverArrives() {
   const auto atBottom = [this] {
-    if (!QTest::qWaitFor([this] { return pane_->isSettled(); }))
+    if (!QTest::qWaitFor([this] { return pane_->settled(); }))
       return false;
     return pane_->viewport()->rect().contains(pane_->cursorRect()) && pane_->textCursor().atEnd();
   };
   for (int i = 0; i < 100; ++i)
     pane_->insertServerHtml("line<br>\n");
-  QTRY_VERIFY(pane_->isSettled());
+  QTRY_VERIFY(pane_->settled());
   QVERIFY(pane_->verticalScrollBar()->maximum() > 0);
   QVERIFY(atBottom());
   pane_->verticalScrollBar()->setValue(0);
@@ -240,7 +240,7 @@ void TestOutputWidget::theViewFollowsWhateverArrives() {
 void TestOutputWidget::aSmallerPaneStillShowsTheNewestLine() {
   for (int i = 0; i < 100; ++i)
     pane_->insertServerHtml("line<br>\n");
-  QTRY_VERIFY(pane_->isSettled());
+  QTRY_VERIFY(pane_->settled());
   QScrollBar* bar = pane_->verticalScrollBar();
   bar->setValue(bar->maximum());
   pane_->resize(400, 150);
@@ -250,7 +250,7 @@ void TestOutputWidget::aSmallerPaneStillShowsTheNewestLine() {
 void TestOutputWidget::aReaderFurtherUpIsLeftThereByAResize() {
   for (int i = 0; i < 100; ++i)
     pane_->insertServerHtml("line<br>\n");
-  QTRY_VERIFY(pane_->isSettled());
+  QTRY_VERIFY(pane_->settled());
   pane_->verticalScrollBar()->setValue(50);
   pane_->resize(400, 150);
   QCOMPARE(pane_->verticalScrollBar()->value(), 50);

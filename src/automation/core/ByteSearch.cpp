@@ -86,6 +86,35 @@ ByteSearch::ByteSearch(const std::vector<QByteArray>& needles) {
   builder.addStates();
   builder.addRootChildren();
   builder.addFallbacks();
+  makeTable();
+}
+
+void ByteSearch::makeTable() {
+  constexpr std::size_t mostSteps = 1 << 20;  // 4 MiB
+  for (std::size_t state = 1; state < labels_.size(); ++state)
+    classes_[static_cast<unsigned char>(labels_[state])] = 1;
+  for (quint8& number : classes_)
+    if (number != 0)
+      number = static_cast<quint8>(classCount_++);
+  const std::size_t stateCount = states_.size() - 1;
+  // With all 256 bytes in needles the numbers would not fit.
+  if (classCount_ > 256 || stateCount * classCount_ > mostSteps)
+    return;
+  table_.assign(stateCount * classCount_, 0);
+  const auto isHit = [this](quint32 state) {
+    return states_[state].output != 0 || states_[state].nextOutput != 0;
+  };
+  // A state's fallback is one of a level before, so its steps are there.
+  for (quint32 state = 0; state < stateCount; ++state) {
+    const auto steps = table_.begin() + static_cast<std::ptrdiff_t>(state * classCount_);
+    if (state != 0)
+      std::copy_n(
+          table_.begin() + static_cast<std::ptrdiff_t>(states_[state].fallback * classCount_),
+          classCount_, steps);
+    for (quint32 next = states_[state].firstChild; next < states_[state + 1].firstChild; ++next)
+      steps[classes_[static_cast<unsigned char>(labels_[next])]] =
+          isHit(next) ? next | hitBit : next;
+  }
 }
 
 void ByteSearch::find(QByteArrayView text, std::vector<quint32>& found) const {
@@ -93,20 +122,34 @@ void ByteSearch::find(QByteArrayView text, std::vector<quint32>& found) const {
     return;
   std::vector<bool> seen;
   quint32 state = 0;
-  for (const char byte : text) {
-    state = step(state, byte);
-    quint32 hit = states_[state].output != 0 ? state : states_[state].nextOutput;
-    for (; hit != 0; hit = states_[hit].nextOutput) {
-      const quint32 output = states_[hit].output;
-      if (seen.empty())
-        seen.resize(outputs_.size());
-      // Whatever follows an output was reported along with it.
-      if (seen[output])
-        break;
-      seen[output] = true;
-      const auto first = numbers_.begin() + outputs_[output].first;
-      found.insert(found.end(), first, first + outputs_[output].count);
+  if (table_.empty()) {
+    for (const char byte : text) {
+      state = step(state, byte);
+      if (states_[state].output != 0 || states_[state].nextOutput != 0)
+        addNeedles(state, seen, found);
     }
+    return;
+  }
+  for (const char byte : text) {
+    state = table_[(state & ~hitBit) * classCount_ + classes_[static_cast<unsigned char>(byte)]];
+    if ((state & hitBit) != 0)
+      addNeedles(state & ~hitBit, seen, found);
+  }
+}
+
+void ByteSearch::addNeedles(quint32 state, std::vector<bool>& seen,
+                            std::vector<quint32>& found) const {
+  quint32 hit = states_[state].output != 0 ? state : states_[state].nextOutput;
+  for (; hit != 0; hit = states_[hit].nextOutput) {
+    const quint32 output = states_[hit].output;
+    if (seen.empty())
+      seen.resize(outputs_.size());
+    // Whatever follows an output was reported along with it.
+    if (seen[output])
+      break;
+    seen[output] = true;
+    const auto first = numbers_.begin() + outputs_[output].first;
+    found.insert(found.end(), first, first + outputs_[output].count);
   }
 }
 

@@ -8,7 +8,8 @@
 /// Finds in one pass over a text which of many byte strings occur in it: the
 /// automaton of Aho and Corasick, its states in breadth-first order so that the
 /// children of a state are neighbours. About 17 bytes per state, and at most
-/// one state per needle byte.
+/// one state per needle byte. Where it stays small, a table of all steps makes
+/// each one a single look.
 class ByteSearch {
  public:
   /// The needles may repeat and hold any byte; an empty one is never found.
@@ -31,6 +32,12 @@ class ByteSearch {
     quint32 count = 0;
   };
 
+  /// The state for a step of the table, with this bit when needles end in it.
+  static constexpr quint32 hitBit = 0x80000000;
+
+  void makeTable();
+  /// Adds the needles that end in a state.
+  void addNeedles(quint32 state, std::vector<bool>& seen, std::vector<quint32>& found) const;
   [[nodiscard]] quint32 child(quint32 state, char byte) const;
   [[nodiscard]] quint32 step(quint32 state, char byte) const;
 
@@ -39,4 +46,9 @@ class ByteSearch {
   std::vector<Output> outputs_;   // ranges of numbers_; the first stands for none
   std::vector<quint32> numbers_;  // the needles' numbers, sorted by their bytes
   std::array<quint32, 256> rootChildren_ = {};
+  /// Steps by state and class of byte; empty where they would be too many. All
+  /// bytes in no needle are one class.
+  std::vector<quint32> table_;
+  std::array<quint8, 256> classes_ = {};
+  std::size_t classCount_ = 1;
 };

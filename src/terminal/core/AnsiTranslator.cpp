@@ -55,7 +55,7 @@ const QByteArray& AnsiTranslator::normalSpan(int colour) const {
   return normalSpans_[static_cast<std::size_t>(qBound(0, colour, white))];
 }
 
-void AnsiTranslator::translateEscape(qsizetype& index, QByteArrayView data, QByteArray& html,
+void AnsiTranslator::translateEscape(qsizetype& index, QByteArrayView data, ByteBuffer& html,
                                      Colours colours) {
   escapePending_ = true;
   const auto atEnd = [&] { return index + 1 >= data.size(); };
@@ -90,7 +90,7 @@ void AnsiTranslator::translateEscape(qsizetype& index, QByteArrayView data, QByt
   escapePending_ = false;
 }
 
-AnsiTranslator::Extended AnsiTranslator::applyCode(quint8 code, QByteArray& html) {
+AnsiTranslator::Extended AnsiTranslator::applyCode(quint8 code, ByteBuffer& html) {
   if (code == 0)
     applyReset(html);
   else if (code == 1)
@@ -106,32 +106,32 @@ AnsiTranslator::Extended AnsiTranslator::applyCode(quint8 code, QByteArray& html
   return Extended::No;
 }
 
-void AnsiTranslator::applyReset(QByteArray& html) {
+void AnsiTranslator::applyReset(ByteBuffer& html) {
   // Quirk: the foreground is still the one from before, should bold follow.
   html += resetSpan_;
   boldActive_ = false;
   currentSpan_ = resetSpan_;
 }
 
-void AnsiTranslator::applyBold(QByteArray& html) {
+void AnsiTranslator::applyBold(ByteBuffer& html) {
   // Quirk: the next read does not reopen this span.
   boldActive_ = true;
   if (currentForeground_)
     html += boldSpans_[*currentForeground_];
 }
 
-void AnsiTranslator::applyForeground(quint8 colour, QByteArray& html) {
+void AnsiTranslator::applyForeground(quint8 colour, ByteBuffer& html) {
   currentForeground_ = colour;
   currentSpan_ = (boldActive_ ? boldSpans_ : normalSpans_)[colour];
   html += currentSpan_;
 }
 
-void AnsiTranslator::applyBackground(quint8 colour, QByteArray& html) {
+void AnsiTranslator::applyBackground(quint8 colour, ByteBuffer& html) {
   currentSpan_ = backgroundSpans_[colour];
   html += currentSpan_;
 }
 
-void AnsiTranslator::applyPalette(Extended extended, int index, QByteArray& html) {
+void AnsiTranslator::applyPalette(Extended extended, int index, ByteBuffer& html) {
   // A negative index is far above the palette once unsigned.
   const auto colour = paletteColour(static_cast<quint32>(index));
   if (!colour)

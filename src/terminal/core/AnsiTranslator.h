@@ -5,6 +5,8 @@
 #include <array>
 #include <optional>
 
+#include "terminal/core/ByteBuffer.h"
+
 /// Turns the server's colour sequences into HTML span openings. Spans are only
 /// opened, never closed: a later one inside an earlier one wins.
 class AnsiTranslator {
@@ -25,7 +27,7 @@ class AnsiTranslator {
   /// first byte (so possibly -1) when a sequence cut by the end of the last
   /// read is resumed; on return it is at the last byte consumed. Span openings
   /// are appended to html, unless the colours are stripped.
-  void translateEscape(qsizetype& index, QByteArrayView data, QByteArray& html, Colours colours);
+  void translateEscape(qsizetype& index, QByteArrayView data, ByteBuffer& html, Colours colours);
 
   /// True when the data ended inside a sequence: the next read resumes it.
   [[nodiscard]] bool escapePending() const { return escapePending_; }
@@ -40,12 +42,12 @@ class AnsiTranslator {
   using Spans = std::array<QByteArray, 8>;
 
   /// Answers whether a palette index follows.
-  [[nodiscard]] Extended applyCode(quint8 code, QByteArray& html);
-  void applyReset(QByteArray& html);
-  void applyBold(QByteArray& html);
-  void applyForeground(quint8 colour, QByteArray& html);
-  void applyBackground(quint8 colour, QByteArray& html);
-  void applyPalette(Extended extended, int index, QByteArray& html);
+  [[nodiscard]] Extended applyCode(quint8 code, ByteBuffer& html);
+  void applyReset(ByteBuffer& html);
+  void applyBold(ByteBuffer& html);
+  void applyForeground(quint8 colour, ByteBuffer& html);
+  void applyBackground(quint8 colour, ByteBuffer& html);
+  void applyPalette(Extended extended, int index, ByteBuffer& html);
 
   Spans normalSpans_;
   Spans boldSpans_;

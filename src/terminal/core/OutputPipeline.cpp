@@ -31,34 +31,44 @@ constexpr char telnetCommand = '\xFF';
 constexpr qsizetype telnetCommandLength = 3;
 constexpr char escape = '\x1B';
 
-constexpr std::array<bool, 256> makeOrdinaryBytes() {
-  std::array<bool, 256> ordinary{};
-  ordinary.fill(true);
-  for (const ByteRow& row : byteRows)
-    ordinary[static_cast<unsigned char>(row.byte)] = false;
+/// What a byte is to the walk: an index into the rows, or one of these.
+enum : quint8 { rowCount = byteRows.size(), ordinaryByte, otherByte };
+
+constexpr std::array<quint8, 256> makeByteKinds() {
+  std::array<quint8, 256> kinds{};
+  kinds.fill(ordinaryByte);
+  for (std::size_t row = 0; row < byteRows.size(); ++row)
+    kinds[static_cast<unsigned char>(byteRows[row].byte)] = static_cast<quint8>(row);
   for (const char byte : {telnetCommand, escape})
-    ordinary[static_cast<unsigned char>(byte)] = false;
-  return ordinary;
+    kinds[static_cast<unsigned char>(byte)] = otherByte;
+  return kinds;
 }
 
-constexpr std::array<bool, 256> ordinaryBytes = makeOrdinaryBytes();
+constexpr std::array<quint8, 256> byteKinds = makeByteKinds();
+
+quint8 kindOf(char byte) {
+  return byteKinds[static_cast<unsigned char>(byte)];
+}
 
 bool isOrdinary(char byte) {
-  return ordinaryBytes[static_cast<unsigned char>(byte)];
+  return kindOf(byte) == ordinaryByte;
 }
 
 }  // namespace
 
 struct OutputPipeline::Read {
-  QByteArray html;
-  QByteArray pendingLineText = {};
+  ByteBuffer html;
+  ByteBuffer pendingLineText;
   bool beep = false;
   ServerText::Tags tags = ServerText::Tags::OwnOnly;
 };
 
 void OutputPipeline::readSocketData(QByteArrayView data, const PipelineOptions& options,
                                     PipelineHost& host) {
-  Read read{.html = translator_.currentSpan()};
+  // In most text every blank and colour grows on its way to HTML.
+  Read read{.html = ByteBuffer(4 * data.size() + 1024),
+            .pendingLineText = ByteBuffer(data.size() + 64)};
+  read.html += translator_.currentSpan();
   if (options.parseHtml && insideTag_)
     read.tags = ServerText::Tags::FromServer;
   walk(data, options, read);
@@ -66,10 +76,10 @@ void OutputPipeline::readSocketData(QByteArrayView data, const PipelineOptions& 
   // From here on nothing of the pipeline is in use: the host may come back.
   if (read.beep)
     host.beep();
-  const QByteArray lines = read.pendingLineText;
+  const QByteArray lines = std::move(read.pendingLineText).take();
   host.showServerText(
-      {.html = std::move(read.html),
-       .plain = std::move(read.pendingLineText),
+      {.html = std::move(read.html).take(),
+       .plain = lines,
        .links = options.displayURLs ? ServerText::Links::Shown : ServerText::Links::Hidden,
        .tags = read.tags});
   qsizetype end = 0;
@@ -108,16 +118,12 @@ void OutputPipeline::walk(QByteArrayView data, const PipelineOptions& options, R
 }
 
 void OutputPipeline::translateByte(char byte, const PipelineOptions& options, Read& read) {
-  const auto* row =
-      std::find_if(byteRows.begin(), byteRows.end(),
-                   [byte](const ByteRow& candidate) { return candidate.byte == byte; });
-  if (row == byteRows.end())
-    return;
+  const ByteRow& row = byteRows[kindOf(byte)];
   const auto mode = !options.parseHtml ? Mode::NoHtml
                     : insideTag_       ? Mode::InsideTag
                                        : Mode::OutsideTag;
-  read.html += row->html[static_cast<std::size_t>(mode)];
-  read.pendingLineText += row->plain;
+  read.html += row.html[static_cast<std::size_t>(mode)];
+  read.pendingLineText += row.plain;
   if (options.parseHtml && (byte == '<' || byte == '>')) {
     insideTag_ = byte == '<';
     read.tags = ServerText::Tags::FromServer;

@@ -38,6 +38,9 @@ std::optional<int> percentage(int current, int maximum) {
 }  // namespace
 
 std::optional<VitalPercentages> parseVitals(const char* line) {
+  // Few lines are prompts, and each line comes here.
+  if (*line != 'h' && *line != 'H')
+    return std::nullopt;
   const auto numbers = readPrompt(line);
   if (!numbers)
     return std::nullopt;

@@ -107,6 +107,7 @@ void OutputWidget::clear() {
 
 void OutputWidget::add(PaneText text) {
   queue_.add(std::move(text));
+  arriving_ = true;
   while (queue_.size() > longQueue)
     insertWaiting(Amount::WhatFitsAFrame);
   if (nextTurn_.isActive())
@@ -118,8 +119,13 @@ void OutputWidget::add(PaneText text) {
 void OutputWidget::takeTurn() {
   sinceTurn_.start();
   insertWaiting(Amount::WhatFitsAFrame);
+  const qint64 taken = sinceTurn_.elapsed();
+  // While more comes in, taking it in goes first: most of a flood is never
+  // shown, and the less often it is, the sooner it is over.
+  constexpr qint64 share = 8;
+  const qint64 pause = std::exchange(arriving_, false) ? std::max(frame, share * taken) : frame;
   if (!queue_.isEmpty())
-    nextTurn_.start(static_cast<int>(std::max<qint64>(frame - sinceTurn_.elapsed(), 0)));
+    nextTurn_.start(static_cast<int>(std::max<qint64>(pause - taken, 0)));
 }
 
 void OutputWidget::insertWaiting(Amount amount) {

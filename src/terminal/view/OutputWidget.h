@@ -54,7 +54,7 @@ class OutputWidget : public QTextBrowser {
   void printInfo(const QString& text);
 
   /// Whether all that came is in the document, without emptying the queue.
-  [[nodiscard]] bool isSettled() const { return queue_.isEmpty(); }
+  [[nodiscard]] bool settled() const { return queue_.isEmpty(); }
   // With everything in it that came before.
   [[nodiscard]] QTextDocument* document();
   [[nodiscard]] QString toPlainText();
@@ -86,6 +86,8 @@ class OutputWidget : public QTextBrowser {
   TextLooks looks_;
   QTimer nextTurn_;
   QElapsedTimer sinceTurn_;
+  /// Whether anything came since the last turn.
+  bool arriving_ = false;
   /// By the turns so far; layout included.
   double charactersPerMillisecond_ = 1000;
   qsizetype mostFormats_ = manyFormats;

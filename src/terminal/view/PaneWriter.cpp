@@ -82,8 +82,9 @@ void PaneWriter::writeOne(const PlainText& text) {
 }
 
 bool PaneWriter::writeDirectly(const QString& html) {
-  // The first text of a document brings the paragraph's format along.
-  if (end_.position() == 0)
+  // The first text of a document brings its paragraph's formats along.
+  if (end_.position() == 0 &&
+      (end_.blockFormat().propertyCount() > 0 || end_.blockCharFormat().propertyCount() > 0))
     return false;
   const auto direct = DirectText::read(html);
   if (!direct)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QElapsedTimer>
+#include <QTimer>
 #include <array>
 
 #include "terminal/core/Vitals.h"
@@ -8,7 +10,8 @@ class QProgressBar;
 class QWidget;
 
 /// The three bars for hit, spell and endurance points. They stand at fixed
-/// places on the toolbar, drawn for the default window width.
+/// places on the toolbar, drawn for the default window width. A prompt is shown
+/// at once; of many in one frame the last is.
 class VitalsBars {
  public:
   /// The bars become children of the toolbar and go with it.
@@ -19,5 +22,10 @@ class VitalsBars {
   void show(const VitalPercentages& percentages);
 
  private:
+  void apply();
+
+  VitalPercentages newest_;
+  QTimer endOfFrame_;
+  QElapsedTimer sinceApplied_;
   std::array<QProgressBar*, 3> bars_;
 };
