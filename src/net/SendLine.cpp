@@ -11,7 +11,8 @@ bool takesLines(const QIODevice* device) {
   if (device == nullptr || !device->isWritable())
     return false;
   const auto* const socket = qobject_cast<const QAbstractSocket*>(device);
-  return socket == nullptr || socket->state() != QAbstractSocket::UnconnectedState;
+  return socket == nullptr || (socket->state() != QAbstractSocket::UnconnectedState &&
+                               socket->bytesToWrite() < net::largestBacklog);
 }
 
 }  // namespace

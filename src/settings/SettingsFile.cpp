@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "files/TextFile.h"
 #include "scan/Format.h"
 #include "scan/Integer.h"
 #include "settings/ClientSettings.h"
@@ -125,13 +126,24 @@ bool takeOver(ClientSettings& record, const QByteArray& name, const QByteArray& 
   return true;
 }
 
-bool openPrivately(QFile& file) {
+/// A file that is replaced keeps its permissions, so they are narrowed before
+/// the first byte; where that is refused, so is the export.
+bool makePrivate(QFile& file) {
   constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
-  // A file that is there keeps its permissions, so they are narrowed before
-  // the first byte; where that is refused, so is the export.
-  if (QFileInfo(file).isFile() && !file.setPermissions(ownerOnly))
-    return false;
-  return file.open(QIODevice::WriteOnly, ownerOnly);
+  return QFileInfo(file).isFile() ? file.setPermissions(ownerOnly)
+                                  : file.open(QIODevice::ReadWrite, ownerOnly);
+}
+
+QByteArray exportedFile(const ClientSettings& record) {
+  std::vector<const SettingsField*> inOrder;
+  for (const SettingsField& field : settings::fields())
+    inOrder.push_back(&field);
+  std::sort(inOrder.begin(), inOrder.end(),
+            [](const auto* a, const auto* b) { return a->exportPlace < b->exportPlace; });
+  QByteArray text;
+  for (const SettingsField* field : inOrder)
+    text += exportedLines(record, *field);
+  return text;
 }
 
 }  // namespace
@@ -140,18 +152,16 @@ namespace settings {
 
 bool exportSettings(const ClientSettings& record, const QString& fileName) {
   QFile file(asFileName(fileName));
-  if (const QFileInfo info(file); info.exists() && !info.isFile())
+  const QFileInfo before(file);
+  const bool isNew = !before.exists();
+  if ((!isNew && !before.isFile()) || !makePrivate(file))
     return false;
-  if (!openPrivately(file))
-    return false;
-  std::vector<const SettingsField*> inOrder;
-  for (const SettingsField& field : fields())
-    inOrder.push_back(&field);
-  std::sort(inOrder.begin(), inOrder.end(),
-            [](const auto* a, const auto* b) { return a->exportPlace < b->exportPlace; });
-  for (const SettingsField* field : inOrder)
-    file.write(exportedLines(record, *field));
-  return true;
+  file.close();
+  if (textfile::replace(file.fileName(), exportedFile(record)))
+    return true;
+  if (isNew)
+    file.remove();
+  return false;
 }
 
 bool importSettings(ClientSettings& record, const QString& fileName) {

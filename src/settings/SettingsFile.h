@@ -10,7 +10,8 @@ struct ClientSettings;
 namespace settings {
 
 /// Writes every option to the file, which its owner alone can read: the proxy
-/// password stands in it as typed. False when it cannot be opened for writing.
+/// password stands in it as typed. False when it cannot be written; an old file
+/// stands then.
 [[nodiscard]] bool exportSettings(const ClientSettings& record, const QString& fileName);
 
 /// Takes over every line of the file, in any order. False when it cannot be

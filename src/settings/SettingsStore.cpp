@@ -4,6 +4,13 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
+#include <QTemporaryFile>
+
+#ifndef Q_OS_WIN
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+#endif
 
 #include "settings/SettingsFields.h"
 
@@ -36,6 +43,20 @@ class Store {
 
 #ifndef Q_OS_WIN  // there the store is the user's registry, which is private already
 
+// A client that is killed while it saves leaves the toolkit's lock behind, and
+// the next save would wait for it for half a minute. Whether anybody still
+// holds it is for the system to say. In the instant before the holder has told
+// the system, two clients may both go on; the later one's file stands then.
+void removeAbandonedLock(const QString& storePath) {
+  const QByteArray path = QFile::encodeName(storePath + QStringLiteral(".lock"));
+  const int lock = ::open(path.constData(), O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
+  if (lock < 0)
+    return;
+  if (::flock(lock, LOCK_EX | LOCK_NB) == 0)
+    ::unlink(path.constData());
+  ::close(lock);
+}
+
 void makeOwnFolder(const QString& path) {
   if (QFileInfo::exists(path))
     return;
@@ -60,6 +81,16 @@ void makePrivate(const QString& path) {
   (void)created.open(QIODevice::ReadWrite, ownerOnly);  // a folder in its place stays as it is
 }
 
+// The toolkit does not look whether the file it has written reached the disk
+// before it puts it in the old one's place; so the disk is asked first. Where no
+// file can be made, none will take the old one's place.
+bool diskHasRoom(const QString& storePath) {
+  constexpr qint64 someOptions = qint64{64} * 1024;
+  const qint64 room = 2 * QFileInfo(storePath).size() + someOptions;
+  QTemporaryFile trial(storePath + QStringLiteral(".XXXXXX"));
+  return !trial.open() || (trial.write(QByteArray(room, '\0')) == room && trial.flush());
+}
+
 #endif
 
 }  // namespace
@@ -80,6 +111,9 @@ void save(const ClientSettings& record, const WindowPlace& place) {
   Store store;
 #ifndef Q_OS_WIN
   makePrivate(store.fileName());
+  removeAbandonedLock(store.fileName());
+  if (!diskHasRoom(store.fileName()))
+    return;
 #endif
   store.setValue(sizeKey, place.size);
   store.setValue(posKey, place.pos);

@@ -1,50 +1,12 @@
 #include <QApplication>
-#include <QFileDialog>
-#include <QLineEdit>
-#include <QMessageBox>
 #include <QNetworkProxy>
-#include <QPushButton>
 #include <QStyle>
 #include <QStyleFactory>
-#include <QTimer>
 
 #include "PlayWindow.h"
+#include "support/FileDialogs.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
-
-namespace {
-
-/// Answers the file dialogs and message boxes that come up, as a player does.
-class Answers : public QObject {
- public:
-  /// An empty name presses Cancel.
-  explicit Answers(const QString& fileName) {
-    connect(&timer_, &QTimer::timeout, this, [this, fileName] {
-      QWidget* modal = QApplication::activeModalWidget();
-      if (auto* dialog = qobject_cast<QFileDialog*>(modal)) {
-        seen << dialog->windowTitle() + " | " + dialog->nameFilters().join(';');
-        if (fileName.isEmpty()) {
-          QTest::keyClick(dialog, Qt::Key_Escape);
-        } else {
-          auto* edit = dialog->findChild<QLineEdit*>("fileNameEdit");
-          edit->setText(QDir::current().absoluteFilePath(fileName));
-          QTest::keyClick(edit, Qt::Key_Return);
-        }
-      } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
-        seen << box->windowTitle() + ": " + box->text();
-        QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
-      }
-    });
-    timer_.start(20);
-  }
-
-  QStringList seen;
-
- private:
-  QTimer timer_;
-};
-
-}  // namespace
 
 /// Saving the session, exporting and importing the settings, from the toolbar.
 class TestSettingsAndSession : public QObject {

@@ -7,7 +7,7 @@
 #include <QTest>
 
 #include "EditorDriver.h"
-#include "OwnFolder.h"
+#include "support/OwnFolder.h"
 #include "automation/editors/AliasWidget.h"
 #include "support/ScratchMain.h"
 

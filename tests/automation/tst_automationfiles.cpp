@@ -2,7 +2,7 @@
 #include <QFileInfo>
 #include <memory>
 
-#include "OwnFolder.h"
+#include "support/OwnFolder.h"
 #include "automation/core/AutomationFiles.h"
 #include "support/ScratchMain.h"
 

@@ -3,7 +3,7 @@
 #include <QTest>
 
 #include "EditorDriver.h"
-#include "OwnFolder.h"
+#include "support/OwnFolder.h"
 #include "automation/editors/KeyPressWidget.h"
 #include "automation/editors/MacroWidget.h"
 #include "support/ScratchMain.h"

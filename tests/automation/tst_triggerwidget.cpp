@@ -2,7 +2,7 @@
 #include <QTest>
 
 #include "EditorDriver.h"
-#include "OwnFolder.h"
+#include "support/OwnFolder.h"
 #include "automation/editors/TriggerWidget.h"
 #include "support/ScratchMain.h"
 

@@ -21,6 +21,7 @@ class TestSendLine : public QObject {
   void onAStreamWithoutADeviceNothingHappens();
   void afterAFailedAttemptNothingHappens();
   void linesReachTheServer();
+  void aServerThatTakesNothingIsHeldABoundedBacklog();
 };
 
 void TestSendLine::init() {
@@ -141,6 +142,30 @@ void TestSendLine::linesReachTheServer() {
   net::sendLine(stream, QStringLiteral("lost"));
   QTRY_COMPARE(peer->state(), QAbstractSocket::UnconnectedState);
   QCOMPARE(peer->readAll(), QByteArray());
+}
+
+void TestSendLine::aServerThatTakesNothingIsHeldABoundedBacklog() {
+  QTcpServer server;
+  QVERIFY(server.listen(QHostAddress::LocalHost));
+  QTcpSocket socket;
+  socket.connectToHost(QHostAddress(QHostAddress::LocalHost), server.serverPort());
+  QVERIFY(socket.waitForConnected());
+  QTextStream stream(&socket);
+  const QString line(1'000'000, u'x');
+  for (int i = 0; i < 100; ++i)
+    net::sendLine(stream, line);
+  QVERIFY(socket.bytesToWrite() > 50'000'000);
+  QVERIFY(socket.bytesToWrite() < net::largestBacklog + line.size() + 2);
+  // Once the server takes them, all that waits comes whole, and further lines go.
+  QVERIFY(server.waitForNewConnection());
+  QTcpSocket* const peer = server.nextPendingConnection();
+  qint64 received = 0;
+  connect(peer, &QTcpSocket::readyRead, this, [&] { received += peer->readAll().size(); });
+  const qint64 waiting = socket.bytesToWrite();
+  QTRY_COMPARE_WITH_TIMEOUT(received, waiting, 60'000);
+  QCOMPARE(received % (line.size() + 2), 0);
+  net::sendLine(stream, QStringLiteral("look"));
+  QTRY_COMPARE(received, waiting + 6);
 }
 
 KELMORA_TEST_MAIN(TestSendLine)

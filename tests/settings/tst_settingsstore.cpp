@@ -1,12 +1,15 @@
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QLockFile>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTest>
 #include <QThread>
 #include <atomic>
+#include <csignal>
 #include <limits>
 #include <memory>
 #include <sys/stat.h>
@@ -14,6 +17,7 @@
 
 #include "settings/SettingsFields.h"
 #include "settings/SettingsStore.h"
+#include "support/InChild.h"
 #include "support/ScratchMain.h"
 
 namespace {
@@ -128,6 +132,9 @@ class TestSettingsStore : public QObject {
   void aLinkedStoreStaysALink_data();
   void aLinkedStoreStaysALink();
   void theStoreIsNeverReadableByOthers();
+  void theLockOfAKilledClientHoldsUpNoSave_data();
+  void theLockOfAKilledClientHoldsUpNoSave();
+  void theLockOfALivingClientIsRespected();
 };
 
 void TestSettingsStore::cleanup() {
@@ -479,6 +486,55 @@ void TestSettingsStore::theStoreIsNeverReadableByOthers() {
   }
   QVERIFY(watcher.looks() > 10);
   QVERIFY(!watcher.sawWideSecrets());
+}
+
+void TestSettingsStore::theLockOfAKilledClientHoldsUpNoSave_data() {
+  QTest::addColumn<bool>("isNamed");
+  QTest::newRow("killed before the lock said whose it is") << false;
+  QTest::newRow("killed while it removed the lock of one killed before") << true;
+}
+
+void TestSettingsStore::theLockOfAKilledClientHoldsUpNoSave() {
+  QFETCH(bool, isNamed);
+  const QString name = file() + QStringLiteral(".lock");
+  QVERIFY(write({}));
+  const int result = inChild([&] {
+    QLockFile lock(name);
+    return lock.lock() && ::kill(::getpid(), SIGKILL) == 0 ? asWished : notAsWished;
+  });
+  QCOMPARE(result, -1);
+  QVERIFY(QFileInfo(name).size() > 0);
+  QFile halfMade(isNamed ? name + QStringLiteral(".rmlock") : name);
+  QVERIFY(halfMade.open(QIODevice::WriteOnly));
+  halfMade.close();
+
+  QElapsedTimer clock;
+  clock.start();
+  ClientSettings record;
+  record.port = 4023;
+  settings::save(record, {});
+  QVERIFY2(clock.elapsed() < 10'000, qPrintable(QString::number(clock.elapsed())));
+  ClientSettings found;
+  (void)settings::load(found);
+  QCOMPARE(found.port, 4023);
+  QVERIFY(!QFile::exists(name));
+}
+
+void TestSettingsStore::theLockOfALivingClientIsRespected() {
+  QVERIFY(write("old"));
+  auto other = std::make_unique<QLockFile>(file() + QStringLiteral(".lock"));
+  QVERIFY(other->lock());
+  const pid_t saver = startChild([] {
+    settings::save(ClientSettings(), {});
+    return asWished;
+  });
+  QTest::qSleep(200);
+  QCOMPARE(content(), QByteArray("old"));
+  other.reset();
+  int status = -1;
+  QCOMPARE(::waitpid(saver, &status, 0), saver);
+  QCOMPARE(status, 0);
+  QVERIFY(content().contains("hostName="));
 }
 
 KELMORA_VALUE_TEST_MAIN(TestSettingsStore)

@@ -17,6 +17,11 @@ class ScratchFolder {
     for (const char* name :
          {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"})
       qputenv(name, home + "/" + QByteArray(name).toLower());
+    // The sound system keeps its own files there.
+    qputenv("XDG_RUNTIME_DIR", home + "/run");
+    QDir().mkdir(folder_.filePath(QStringLiteral("run")));
+    QFile::setPermissions(folder_.filePath(QStringLiteral("run")),
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     qunsetenv("XDG_CONFIG_DIRS");
     for (const char* name : {"http_proxy", "https_proxy", "all_proxy", "no_proxy"})
       qunsetenv(name);

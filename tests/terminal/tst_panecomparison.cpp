@@ -214,6 +214,8 @@ class TestPaneComparison : public QObject {
 
  private Q_SLOTS:
   void randomStreams();
+  void formatsAreForgottenWithoutATrace();
+  void aSessionOfEndlessLinksKeepsFewFormats();
 
  private:
   TwoPanes panes_;
@@ -238,6 +240,44 @@ void TestPaneComparison::randomStreams() {
              qPrintable(QStringLiteral("stream %1, ").arg(seed) + difference));
   }
   QVERIFY(beyondTheLimit * 100 <= streams);
+}
+
+void TestPaneComparison::formatsAreForgottenWithoutATrace() {
+  panes_.clear();
+  // All of them in use, in paragraphs of every kind.
+  const int links = static_cast<int>(OutputWidget::tooManyFormats) + 1000;
+  const auto link = [](int number) {
+    return QStringLiteral("<a href=\"http://a.example/%1\">%1</a> ").arg(number);
+  };
+  for (int i = 0; i < links; ++i) {
+    panes_.quick.insertServerHtml(link(i));
+    panes_.literal.insertServerHtml(link(i));
+    if (i % 40 == 0) {
+      panes_.quick.printInfo(QStringLiteral("message"));
+      panes_.literal.printInfo(QStringLiteral("message"));
+    } else if (i % 93 == 0) {
+      panes_.quick.appendStatusLine(QStringLiteral("<i>status</i>"));
+      panes_.literal.appendStatusLine(QStringLiteral("<i>status</i>"));
+    }
+    if (i % 100 == 0)
+      (void)panes_.quick.document();
+  }
+  QVERIFY(panes_.literal.document()->blockCount() < OutputWidget::maximumParagraphs);
+  QCOMPARE(panes_.difference(), QString());
+}
+
+void TestPaneComparison::aSessionOfEndlessLinksKeepsFewFormats() {
+  panes_.clear();
+  for (int i = 0; i < 50000; ++i) {
+    panes_.quick.insertServerHtml(QStringLiteral("<a href=\"http://a.example/%1\">x</a>").arg(i));
+    panes_.quick.printInfo(QStringLiteral("message"));
+    if (i % 100 == 0)
+      (void)panes_.quick.document();
+  }
+  QTextDocument& document = *panes_.quick.document();
+  QCOMPARE(document.blockCount(), OutputWidget::maximumParagraphs);
+  QVERIFY2(document.allFormats().size() < 2 * OutputWidget::tooManyFormats,
+           qPrintable(QString::number(document.allFormats().size())));
 }
 
 KELMORA_GUI_TEST_MAIN(TestPaneComparison)

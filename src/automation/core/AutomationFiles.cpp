@@ -5,8 +5,8 @@
 
 #include "automation/core/BlockFile.h"
 #include "automation/core/KeyNames.h"
-#include "automation/core/TextFile.h"
 #include "automation/core/VariablesFile.h"
+#include "files/TextFile.h"
 
 namespace {
 

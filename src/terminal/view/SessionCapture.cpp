@@ -1,16 +1,12 @@
 #include "terminal/view/SessionCapture.h"
 
-#include <QFile>
 #include <QTextDocument>
-#include <QTextStream>
+
+#include "files/TextFile.h"
 
 bool captureSession(const QTextDocument& document, const QByteArray& background,
                     const QString& fileName) {
-  QFile file(fileName);
-  if (!file.open(QIODevice::WriteOnly))
-    return false;
-  QTextStream stream(&file);
-  stream << "<body bgcolor=\"" << QLatin1String(background) << "\">"
-         << QLatin1String(document.toHtml().toLatin1());
-  return true;
+  const QByteArray page = "<body bgcolor=\"" + background + "\">" + document.toHtml().toLatin1();
+  // What is Latin-1 by then is written as the UTF-8 that the page says it is.
+  return textfile::replace(fileName, QString::fromLatin1(page).toUtf8());
 }

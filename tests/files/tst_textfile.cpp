@@ -1,8 +1,8 @@
 #include <QFileInfo>
 #include <memory>
 
-#include "OwnFolder.h"
-#include "automation/core/TextFile.h"
+#include "files/TextFile.h"
+#include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
 
 using namespace Qt::StringLiterals;

@@ -9,9 +9,9 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-#include "InChild.h"
-#include "OwnFolder.h"
-#include "automation/core/TextFile.h"
+#include "files/TextFile.h"
+#include "support/InChild.h"
+#include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
 
 using namespace Qt::StringLiterals;
@@ -178,7 +178,7 @@ void TestFileSafety::anothersFileInASharedFolderIsWrittenInPlace() {
 
 void TestFileSafety::aSizeLimitLeavesTheOldFile() {
   QVERIFY(put(path, "old"));
-  for (const qsizetype size : {20'000, 2'000'000}) {
+  for (const qsizetype size : {6'000, 20'000, 2'000'000}) {
     const int result = inChild([size] {
       const rlimit limit{4096, 4096};
       if (setrlimit(RLIMIT_FSIZE, &limit) != 0 || std::signal(SIGXFSZ, SIG_IGN) == SIG_ERR)

@@ -1,4 +1,4 @@
-#include "automation/core/TextFile.h"
+#include "files/TextFile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -46,7 +46,9 @@ bool replace(const QString& path, QByteArrayView bytes) {
     return false;
   QSaveFile file(path);
   file.setDirectWriteFallback(true);
-  if (file.open(QIODevice::WriteOnly) && writeAll(file, bytes) && file.commit())
+  // The toolkit does not look whether its buffer reached the disk before it puts
+  // the file in the old one's place.
+  if (file.open(QIODevice::WriteOnly) && writeAll(file, bytes) && file.flush() && file.commit())
     return true;
   // The disk has taken all the bytes and only the exchange was refused, as for
   // a file mounted by itself or another user's in a shared folder.

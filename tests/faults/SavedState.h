@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QStandardPaths>
+#include <optional>
+
+#include "automation/core/AutomationFiles.h"
+#include "settings/SettingsStore.h"
+#include "support/OwnFolder.h"
+
+/// Where the settings store is on this platform.
+inline QString storePath() {
+  return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+         QStringLiteral("/Dunmere Works/Kelmora Client v3.9b.conf");
+}
+
+/// All that a player has stored, in one of several versions that differ in
+/// every file, also in its length.
+struct SavedState {
+  explicit SavedState(int version) {
+    const int entries = 100 + version;
+    for (int i = 0; i < entries; ++i) {
+      const QString name = QStringLiteral("entry%1of%2").arg(i).arg(version);
+      aliases.append({name, {QStringLiteral("north"), QString(20, u'x'), name}});
+      triggers.append({name + QStringLiteral(" says {*}"), {QStringLiteral("say ") + name}});
+      variables.insert(name, QString::number(version));
+    }
+    settings.hostName = QStringLiteral("host%1.example").arg(entries);
+    settings.port = 5000 + version;
+    settings.proxyPassword = QString(entries, u'p');
+    place.size += QSize(version, version);
+  }
+
+  /// Nothing of anything.
+  SavedState() = default;
+
+  /// What a start finds; nothing where a file makes no sense.
+  [[nodiscard]] static std::optional<SavedState> load() {
+    SavedState found;
+    found.place = settings::load(found.settings);
+    if (!automation::loadAliases(found.aliases) || !automation::loadTriggers(found.triggers) ||
+        !automation::loadVariables(found.variables))
+      return std::nullopt;
+    return found;
+  }
+
+  /// Whether each save said that it succeeded; the store says nothing.
+  [[nodiscard]] bool save() const {
+    const bool files = automation::writeAliases(aliases) && automation::writeTriggers(triggers) &&
+                       automation::writeVariables(variables);
+    settings::save(settings, place);
+    return files;
+  }
+
+  friend bool operator==(const SavedState& a, const SavedState& b) {
+    return a.aliases.entries() == b.aliases.entries() &&
+           a.triggers.entries() == b.triggers.entries() && a.variables == b.variables &&
+           a.settings == b.settings && a.place == b.place;
+  }
+
+  AliasTable aliases;
+  TriggerTable triggers;
+  QMap<QString, QString> variables;
+  ClientSettings settings;
+  WindowPlace place;
+};
+
+/// The bytes of every stored file, in one order.
+inline QByteArrayList storedBytes() {
+  QByteArrayList all;
+  for (const QString& name : {QString(automation::aliasesPath), QString(automation::triggersPath),
+                              QString(automation::variablesPath), storePath()})
+    all << contentsOf(name);
+  return all;
+}

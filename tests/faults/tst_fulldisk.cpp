@@ -1,0 +1,177 @@
+#include <QApplication>
+#include <QCheckBox>
+#include <QDialog>
+
+#include "app/PlayWindow.h"
+#include "automation/EditorDriver.h"
+#include "support/FileDialogs.h"
+#include "support/FileText.h"
+#include "support/ScratchMain.h"
+#include "support/SizeLimit.h"
+
+namespace {
+
+constexpr rlim_t fullDisk = 200;
+const QString longText(500, u'x');
+
+QDialog* titled(const PlayWindow& play, const QString& title) {
+  for (QDialog* dialog : play.window->findChildren<QDialog*>())
+    if (dialog->windowTitle() == title)
+      return dialog;
+  return nullptr;
+}
+
+}  // namespace
+
+/// A player goes on on a full disk: everything stays as it was in the files and
+/// as it is in the window, and is saved as soon as there is room again.
+class TestFullDisk : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+
+  void editorsKeepTheirEntries_data();
+  void editorsKeepTheirEntries();
+  void appliedOptionsStayInForce();
+  void closingKeepsTheOldVariables();
+  void anExportThatFailsSaysSo();
+  void aSavedSessionKeepsTheOldOne();
+};
+
+void TestFullDisk::init() {
+  QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+  for (const QString& name : QDir().entryList(QDir::Files))
+    QFile::remove(name);
+}
+
+void TestFullDisk::editorsKeepTheirEntries_data() {
+  QTest::addColumn<int>("action");
+  QTest::addColumn<QString>("entry");
+  QTest::addColumn<QString>("file");
+  QTest::newRow("aliases") << 8 << "alias"
+                           << "aliases.txt";
+  QTest::newRow("triggers") << 9 << "trigger"
+                            << "triggers.txt";
+}
+
+void TestFullDisk::editorsKeepTheirEntries() {
+  QFETCH(int, action);
+  QFETCH(QString, entry);
+  QFETCH(QString, file);
+  const QString old = QStringLiteral("\n%1 \"old\"\n%2\n/%1\n").arg(entry, longText);
+  writeFile(file, old.toLatin1());
+  PlayWindow play(5000);
+  play.actions.at(action)->trigger();
+  QDialog* dialog = QApplication::activeModalWidget()
+                        ? qobject_cast<QDialog*>(QApplication::activeModalWidget())
+                        : nullptr;
+  QVERIFY(dialog);
+  const EditorControls editor(*dialog, entry);
+  QVERIFY(editor.complete());
+  {
+    const SizeLimit limit(fullDisk);
+    click(editor.add);
+    click(editor.edit);
+    retype(editor.label, QStringLiteral("new"));
+    retype(editor.commands, QStringLiteral("say hello"));
+    click(editor.save);
+    QCOMPARE(contentOf(file), old.toLatin1());
+    QCOMPARE(editor.items(), (QStringList{"old", "new"}));
+  }
+  // Any later change takes all of them along.
+  click(editor.edit);
+  click(editor.save);
+  QCOMPARE(contentOf(file),
+           old.toLatin1() + QStringLiteral("\n%1 \"new\"\nsay hello\n/%1\n").arg(entry).toLatin1());
+  click(editor.close);
+}
+
+void TestFullDisk::appliedOptionsStayInForce() {
+  PlayWindow play(5000, {{"proxyPassword", longText}});
+  QVERIFY(!play.window->settings().flushInput);
+  const auto flushStored = [] {
+    QSettings store("Dunmere Works", "Kelmora Client v3.9b");
+    return store.value("Global Settings/flushInput").toInt() != 0;
+  };
+  const auto apply = [&] {
+    play.actions.at(5)->trigger();
+    QDialog* dialog = titled(play, "General Settings");
+    for (QCheckBox* box : dialog->findChildren<QCheckBox*>())
+      if (box->text() == "Flush input bar")
+        box->setChecked(true);
+    click(buttonOf(*dialog, "Apply"));
+    return !dialog->isVisible();
+  };
+  {
+    const SizeLimit limit(fullDisk);
+    QVERIFY(apply());
+    QVERIFY(play.window->settings().flushInput);
+    QVERIFY(!flushStored());
+    QSettings store("Dunmere Works", "Kelmora Client v3.9b");
+    QCOMPARE(store.value("Global Settings/proxyPassword").toString(), longText);
+  }
+  QVERIFY(apply());
+  QVERIFY(flushStored());
+}
+
+void TestFullDisk::closingKeepsTheOldVariables() {
+  const QByteArray old = "\nvariable long \"" + longText.toLatin1() + "\"\n";
+  writeFile("variables.txt", old);
+  PlayWindow play(5000);
+  play.type("/set gold, 5");
+  {
+    const SizeLimit limit(fullDisk);
+    QVERIFY(play.window->close());
+  }
+  QCOMPARE(contentOf("variables.txt"), old);
+  QCOMPARE(play.window->variables().value("gold"), QString("5"));
+  play.window->show();
+  QVERIFY(play.window->close());
+  QCOMPARE(contentOf("variables.txt"), "\nvariable gold \"5\"\n" + old);
+}
+
+void TestFullDisk::anExportThatFailsSaysSo() {
+  PlayWindow play(5000);
+  const QStringList title{"Export Settings | Kelmora Client Settings (*.settings)"};
+  {
+    Answers answers("my.settings");
+    play.actions.at(3)->trigger();
+    QCOMPARE(answers.seen, title);
+  }
+  const QByteArray old = contentOf("my.settings");
+  QCOMPARE(old.count('\n'), 37);
+  play.window->settings().port = 4023;
+  {
+    const SizeLimit limit(fullDisk);
+    Answers answers("my.settings");
+    play.actions.at(3)->trigger();
+    QCOMPARE(answers.seen, title + QStringList{"Export Settings: There has been a failure "
+                                               "exporting settings to the specified file."});
+  }
+  QCOMPARE(contentOf("my.settings"), old);
+  Answers answers("my.settings");
+  play.actions.at(3)->trigger();
+  QVERIFY(contentOf("my.settings").contains("\nport 4023\n"));
+}
+
+void TestFullDisk::aSavedSessionKeepsTheOldOne() {
+  PlayWindow play(5000);
+  play.type("first words");
+  Answers answers("session.html");
+  play.actions.at(2)->trigger();
+  const QByteArray old = contentOf("session.html");
+  QVERIFY(old.contains("first words"));
+  play.type("second words");
+  {
+    const SizeLimit limit(fullDisk);
+    play.actions.at(2)->trigger();
+  }
+  QCOMPARE(contentOf("session.html"), old);
+  QVERIFY(play.text().contains("second words"));
+  play.actions.at(2)->trigger();
+  QVERIFY(contentOf("session.html").contains("second words"));
+}
+
+KELMORA_GUI_TEST_MAIN(TestFullDisk)
+#include "tst_fulldisk.moc"
