@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QRegularExpression>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+inline const QSet<QString> allowedNames{
+    "b",   "strong", "i",    "em",     "u",          "s",   "del",  "big", "small", "sub",
+    "sup", "tt",     "code", "kbd",    "samp",       "var", "cite", "dfn", "font",  "span",
+    "br",  "p",      "div",  "center", "pre",        "h1",  "h2",   "h3",  "h4",    "h5",
+    "h6",  "ul",     "ol",   "li",     "blockquote", "hr",  "a"};
+
+inline const QSet<QString> blockNames{"div", "center", "pre", "h1", "h2", "h3",
+                                      "h4",  "h5",     "h6",  "ul", "ol", "blockquote"};
+
+/// One allowed attribute in the form it must have.
+inline const QRegularExpression& attributeForm(const QString& tag) {
+  static const QRegularExpression none("^(?!)");
+  static const QRegularExpression font(R"(^(color="[\w#(),.% ]{1,64}"|face="[^"<>&]{1,64}")$)");
+  static const QRegularExpression span(
+      R"(^style="((background-)?color:[\w#(),.% ]+|font-(weight|style):[\w ]+|text-decoration:[\w -]+)(;(background-)?color:[\w#(),.% ]+|;font-(weight|style):[\w ]+|;text-decoration:[\w -]+)*"$)");
+  static const QRegularExpression link(R"(^href="(?:https?|mailto):[^"<>]*"$)");
+  return tag == "font" ? font : tag == "span" ? span : tag == "a" ? link : none;
+}
+
+/// What is wrong with a result; empty when nothing is. Knows nothing of how
+/// tags are read: in a result each must have one exact form.
+inline QString faultOf(const QString& result) {
+  // Half a surrogate pair would match no expression at all.
+  const QString safe = QString::fromUtf8(result.toUtf8());
+  static const QRegularExpression tagForm(R"(<(/?)([a-z][a-z0-9]*)((?: [a-z]+="[^"<>]*")*)>)");
+  static const QRegularExpression attribute(R"([a-z]+="[^"<>]*")");
+  QStringList open;
+  for (qsizetype at = safe.indexOf('<'); at >= 0; at = safe.indexOf('<', at + 1)) {
+    const auto tag = tagForm.match(safe, at, QRegularExpression::NormalMatch,
+                                   QRegularExpression::AnchorAtOffsetMatchOption |
+                                       QRegularExpression::DontCheckSubjectStringMatchOption);
+    if (!tag.hasMatch())
+      return "no tag: " + safe.mid(at, 40);
+    const QString name = tag.captured(2);
+    if (!allowedNames.contains(name))
+      return "not allowed: " + tag.captured();
+    for (auto found = attribute.globalMatch(tag.captured(3)); found.hasNext();)
+      if (const QString one = found.next().captured(); !attributeForm(name).match(one).hasMatch())
+        return "not allowed in " + name + ": " + one;
+    if (name == "a" && tag.captured(1).isEmpty() && tag.captured(3).isEmpty())
+      return "an anchor without a link";
+    if (!blockNames.contains(name))
+      continue;
+    if (tag.captured(1).isEmpty())
+      open.append(name);
+    else if (!open.contains(name))
+      return "closes nothing: " + name;
+    else
+      while (open.takeLast() != name) {
+      }
+    if (open.size() > 32)
+      return "too deep";
+  }
+  return {};
+}
