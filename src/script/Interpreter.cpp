@@ -46,9 +46,11 @@ struct Interpreter::Next {
   Place place;
 };
 
-Interpreter::Interpreter(ScriptHost& host, VariableTable& variables, const AliasLookup& aliases)
+Interpreter::Interpreter(ScriptHost& host, VariableTable& variables, const AliasLookup& aliases,
+                         const RunBudget::Limits& limits)
     : host_(host),
       aliases_(aliases),
+      budget_(limits),
       queue_(host, *this),
       commands_(host, variables, queue_, budget_) {}
 
@@ -112,7 +114,8 @@ std::optional<QString> Interpreter::bodyOf(Stack& stack) {
   }
   if (budget_.spendLoopRun())
     return body;
-  endRun(QStringLiteral("Script stopped after %1 runs of its loops").arg(RunBudget::loopRunLimit));
+  endRun(
+      QStringLiteral("Script stopped after %1 runs of its loops").arg(budget_.limits().loopRuns));
   return std::nullopt;
 }
 
@@ -164,7 +167,7 @@ void Interpreter::callOrSend(Stack& stack, const QString& text) {
   const QStringList* const commands = aliases_.commandsOf(text);
   if (commands == nullptr)
     host_.sendLine(stack.stream, text);
-  else if (static_cast<qsizetype>(stack.frames.size()) < RunBudget::nestingLimit)
+  else if (static_cast<qsizetype>(stack.frames.size()) < budget_.limits().nesting)
     stack.pushList(*commands);
   else
     endRun(QStringLiteral("Alias nested too deeply: ") + text);
@@ -172,7 +175,7 @@ void Interpreter::callOrSend(Stack& stack, const QString& text) {
 
 bool Interpreter::endsForSteps() {
   if (budget_.overspent())
-    endRun(QStringLiteral("Script stopped after %1 steps").arg(RunBudget::stepLimit));
+    endRun(QStringLiteral("Script stopped after %1 steps").arg(budget_.limits().steps));
   return budget_.ended();
 }
 

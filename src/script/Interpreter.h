@@ -21,8 +21,9 @@ class VariableTable;
 /// is bounded by RunBudget alone.
 class Interpreter {
  public:
-  /// All three outlive the interpreter.
-  Interpreter(ScriptHost& host, VariableTable& variables, const AliasLookup& aliases);
+  /// Host, variables and aliases outlive the interpreter.
+  Interpreter(ScriptHost& host, VariableTable& variables, const AliasLookup& aliases,
+              const RunBudget::Limits& limits = {});
   Q_DISABLE_COPY_MOVE(Interpreter)
 
   /// Runs one action, and all that it starts, to completion. Returns the delay

@@ -24,13 +24,20 @@ class RunBudget {
   static constexpr qint64 stepLimit = 5'000'000;
   static constexpr qint64 charactersPerStep = 64;
 
+  /// Those of play, unless somebody wants a run to end sooner.
+  struct Limits {
+    qsizetype nesting = nestingLimit;
+    int loopRuns = loopRunLimit;
+    qint64 steps = stepLimit;
+  };
+
   /// Lives as long as a run; the outermost begins with a full budget.
   class Run {
    public:
     explicit Run(RunBudget& budget) : budget_(budget) {
       if (budget_.runs_++ == 0) {
-        budget_.steps_ = stepLimit;
-        budget_.loopRuns_ = loopRunLimit;
+        budget_.steps_ = budget_.limits_.steps;
+        budget_.loopRuns_ = budget_.limits_.loopRuns;
         budget_.ended_ = false;
       }
     }
@@ -40,6 +47,10 @@ class RunBudget {
    private:
     RunBudget& budget_;
   };
+
+  explicit RunBudget(const Limits& limits) : limits_(limits) {}
+
+  [[nodiscard]] const Limits& limits() const { return limits_; }
 
   void spend(qint64 steps) { steps_ = steps > steps_ ? -1 : steps_ - steps; }
   void spendText(qsizetype characters) { spend(characters / charactersPerStep); }
@@ -53,8 +64,9 @@ class RunBudget {
   [[nodiscard]] bool ended() const { return ended_; }
 
  private:
+  Limits limits_;
   int runs_ = 0;
-  qint64 steps_ = stepLimit;
-  int loopRuns_ = loopRunLimit;
+  qint64 steps_ = limits_.steps;
+  int loopRuns_ = limits_.loopRuns;
   bool ended_ = false;
 };

@@ -41,6 +41,12 @@ class PlainScript {
     }
   }
 
+  /// One line as it comes from an input bar that splits nothing.
+  void type(const QString& line) {
+    QString id;
+    interpret(line, id);
+  }
+
   void fire(const QString& id) {
     delays.remove(id);
     run(timers.take(id));

@@ -71,10 +71,13 @@ class AliasMap : public AliasLookup, public QHash<QString, QStringList> {
 
 /// A whole script room with a recording host around it.
 struct ScriptFixture {
+  explicit ScriptFixture(const RunBudget::Limits& limits = {})
+      : interpreter(host, variables, aliases, limits) {}
+
   RecordingHost host;
   VariableTable variables;
   AliasMap aliases;
-  Interpreter interpreter{host, variables, aliases};
+  Interpreter interpreter;
   ActionQueue& queue = interpreter.actionQueue();
 
   void run(const QStringList& actions) { queue.runActions(actions); }
