@@ -33,6 +33,8 @@ class TestSafeMarkup : public QObject {
   void inlineTagsNestOneHundredTwentyEightDeepAndNoDeeper_data();
   void inlineTagsNestOneHundredTwentyEightDeepAndNoDeeper();
   void aSpanThatNestsTooDeepTakesThePlaceOfTheOneAround();
+  void aLongStyleIsNotWrittenAgainAndAgain_data();
+  void aLongStyleIsNotWrittenAgainAndAgain();
   void theDepthOfInlineTagsIsThatOfTheirBlock();
   void whatTheClientWritesIsNeverTouched();
   void randomMarkupComesOutSafeAndStays();
@@ -139,6 +141,10 @@ void TestSafeMarkup::isWrittenAnew_data() {
       R"(<span style="color:red">)");
   row("declarations are trimmed", "<span style=' Color : red ; ; '>",
       R"(<span style="color:red">)");
+  row("a word of a declaration is written once",
+      "<span style='text-decoration: underline  Underline overline underline'>",
+      R"(<span style="text-decoration:underline overline">)");
+  row("a colour of endless blanks is dropped", "<span style='color:rgb(    1,2,3)'>x", "<span>x");
   row("a declaration naming a file is dropped",
       "<span style='background-color:url(file:///etc/passwd);color:url(x)'>", "<span>");
   row("a short form naming a file is dropped", "<span style='background:url(x)'>", "<span>");
@@ -250,6 +256,21 @@ void TestSafeMarkup::aSpanThatNestsTooDeepTakesThePlaceOfTheOneAround() {
   // Behind other tags there is no place to take, but for one.
   const QString bold = QString("<b>").repeated(128);
   QCOMPARE(safeMarkup(bold + red + "x" + onBlue + "y"), bold + red + "x</span>" + redOnBlue + "y");
+}
+
+void TestSafeMarkup::aLongStyleIsNotWrittenAgainAndAgain_data() {
+  QTest::addColumn<QString>("declaration");
+  QTest::newRow("a decoration of many words")
+      << "text-decoration:" + QString("underline ").repeated(1000);
+  QTest::newRow("a colour with many blanks") << "color:rgb(" + QString(10'000, ' ') + "1,2,3)";
+}
+
+void TestSafeMarkup::aLongStyleIsNotWrittenAgainAndAgain() {
+  QFETCH(const QString, declaration);
+  const QString html = QString("<b>").repeated(128) + "<span style='" + declaration + "'>x" +
+                       QString("<span style='font-style:italic'>x").repeated(1000);
+  const QString safe = safeMarkup(html);
+  QVERIFY2(safe.size() < 4 * html.size(), qPrintable(QString::number(safe.size())));
 }
 
 void TestSafeMarkup::theDepthOfInlineTagsIsThatOfTheirBlock() {

@@ -35,21 +35,27 @@ const DeclarationRow* declarationNamed(QStringView name) {
 bool isColour(QStringView value) {
   static const QRegularExpression colour(
       QStringLiteral(R"(\A(?:#?[a-zA-Z0-9]{1,32}|(?:[rR][gG][bB]|[hH][sS][vVlL])[aA]?)"
-                     R"(\( *[0-9.]{1,6}%?(?: *, *[0-9.]{1,6}%?){2,3} *\))\z)"));
+                     R"(\( {0,3}[0-9.]{1,6}%?(?: {0,3}, {0,3}[0-9.]{1,6}%?){2,3} {0,3}\))\z)"));
   return colour.match(value.toString()).hasMatch();
 }
 
-bool areWordsOf(QStringView known, QStringView value) {
+/// Each word once; nothing when there is one that is not known.
+QString wordsOf(QStringView known, QStringView value) {
   const auto knownWords = known.split(u' ');
-  const auto words = value.split(u' ', Qt::SkipEmptyParts);
-  return !words.empty() && std::all_of(words.begin(), words.end(), [&](QStringView word) {
-    return std::any_of(knownWords.begin(), knownWords.end(), [word](QStringView one) {
-      return one.compare(word, Qt::CaseInsensitive) == 0;
-    });
-  });
+  QStringList words;
+  for (const QStringView word : value.tokenize(u' ', Qt::SkipEmptyParts)) {
+    if (std::none_of(knownWords.begin(), knownWords.end(), [word](QStringView one) {
+          return one.compare(word, Qt::CaseInsensitive) == 0;
+        }))
+      return {};
+    if (!words.contains(word, Qt::CaseInsensitive))
+      words += word.toString();
+  }
+  return words.join(u' ');
 }
 
-/// These answer what of an attribute's value may stay, nothing if none.
+/// These answer what of an attribute's value may stay, nothing if none. A value
+/// of a style may be written again for each span inside its own, so it is short.
 QString colourValue(QStringView value) {
   return isColour(value.trimmed()) ? value.trimmed().toString() : QString();
 }
@@ -66,9 +72,12 @@ QString styleValue(QStringView value) {
     if (colon < 0)
       continue;
     const auto* row = declarationNamed(declaration.first(colon).trimmed());
-    const QStringView words = declaration.sliced(colon + 1).trimmed();
-    if (row && (row->words.empty() ? isColour(words) : areWordsOf(row->words, words)))
-      kept += row->name.toString() + u':' + words.toString();
+    if (!row)
+      continue;
+    const QStringView told = declaration.sliced(colon + 1);
+    const QString kind = row->words.empty() ? colourValue(told) : wordsOf(row->words, told);
+    if (!kind.isEmpty())
+      kept += row->name.toString() + u':' + kind;
   }
   return kept.join(u';');
 }
