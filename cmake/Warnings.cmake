@@ -13,6 +13,13 @@ if(KELMORA_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+# The fuzz targets alone link the fuzzer's own main.
+if(KELMORA_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+    -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
 # kelmora_library(NAME SOURCES ... LIBS ...): one room of the house. What a
 # room may see is exactly what stands behind LIBS.
 function(kelmora_library name)

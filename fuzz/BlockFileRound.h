@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QCoreApplication>
+
+#include "FuzzTarget.h"
+#include "Surroundings.h"
+#include "automation/BlockShape.h"
+#include "automation/OwnFolder.h"
+
+namespace fuzz {
+
+/// The blocks of a table whose entries name themselves with `label`.
+template <typename Table, typename Label>
+QList<Block> blocksOf(const Table& table, Label label) {
+  QList<Block> blocks;
+  for (const auto& entry : table.entries())
+    blocks.append({label(entry), entry.commands});
+  return blocks;
+}
+
+/// What a command is after it was written and read again; nothing when its
+/// line ends the block.
+inline std::optional<QString> rewritten(const QString& command, const BlockFormat& format) {
+  QByteArray line = command.toLatin1();
+  // Without the line break it would be taken for a part of it.
+  if (line.endsWith('\r'))
+    line.chop(1);
+  if (line == '/' + format.keyword.toByteArray())
+    return std::nullopt;
+  return format.body == BlockFormat::Body::Utf8 ? QString::fromUtf8(line)
+                                                : QString::fromLatin1(line);
+}
+
+/// What blocks read from a file are after they were written and read again;
+/// nothing when a command ends its block early.
+inline std::optional<QList<Block>> rewritten(QList<Block> blocks, const BlockFormat& format) {
+  for (Block& block : blocks)
+    for (QString& command : block.commands) {
+      const auto after = rewritten(command, format);
+      if (!after)
+        return std::nullopt;
+      command = *after;
+    }
+  return blocks;
+}
+
+/// What sets one kind of block file apart.
+template <typename Table>
+struct BlockFileKind {
+  const BlockFormat& format;
+  QLatin1String path;
+  /// For the C library's scanner.
+  const char* header;
+  bool (*load)(Table&);
+  bool (*write)(const Table&);
+};
+
+/// Loads a file of these bytes, writes its table and loads that.
+template <typename Table, typename Label>
+void loadWriteAndLoad(const BlockFileKind<Table>& kind, const QByteArray& bytes, Label label) {
+  Surroundings<QCoreApplication>::provide();
+  require(put(kind.path, bytes), "the file can be made");
+  Table table;
+  const bool success = kind.load(table);
+  const QList<Block> blocks = blocksOf(table, label);
+  require(shape(blocks, success) == readShapeByTheLibraries(kind.format, bytes, kind.header),
+          "the file is read as the libraries read it");
+
+  require(kind.write(table), "the table can be written");
+  Table again;
+  const bool successAgain = kind.load(again);
+  if (const auto expected = rewritten(blocks, kind.format))
+    require(shape(blocksOf(again, label), successAgain) == shape(*expected, true),
+            "the table comes back from its file");
+  require(namesHere().size() == 1, "no other file is left behind");
+}
+
+}  // namespace fuzz

@@ -1,0 +1,88 @@
+#include <QDateTime>
+#include <QDir>
+#include <QGuiApplication>
+#include <QSettings>
+#include <algorithm>
+
+#include "FuzzTarget.h"
+#include "StoredFonts.h"
+#include "Surroundings.h"
+#include "automation/OwnFolder.h"
+#include "settings/SettingsFields.h"
+#include "settings/SettingsStore.h"
+
+namespace {
+
+/// The two keys of the window's place.
+constexpr std::size_t placeKeys = 2;
+
+/// The toolkit reads the file out of the fuzzer's sight, so that it is told here
+/// what came of it: which options changed, and how long they are now.
+constexpr std::size_t optionCount = 36;
+__attribute__((section("__libfuzzer_extra_counters")))
+std::uint8_t changes[placeKeys + optionCount];
+
+void tellFuzzer(const ClientSettings& record, const WindowPlace& place) {
+  static const ClientSettings usual;
+  std::uint8_t* change = changes;
+  *change++ = place.size == WindowPlace().size ? 0 : 1;
+  *change++ = place.pos == WindowPlace().pos ? 0 : 1;
+  for (const SettingsField& field : settings::fields().first(optionCount)) {
+    const QVariant value = settings::storedValue(record, field);
+    const auto length = std::min<qsizetype>(value.toString().size(), 254);
+    const bool changed = value != settings::storedValue(usual, field);
+    *change++ = static_cast<std::uint8_t>(changed ? 1 + length : 0);
+  }
+}
+
+QString storePath() {
+  return QSettings(QStringLiteral("Dunmere Works"), QStringLiteral("Kelmora Client v3.9b"))
+      .fileName();
+}
+
+/// A store that changes within the clock's last digit would be taken for the
+/// one that the toolkit has read before.
+void setNewTime(const QString& path) {
+  static qint64 seconds = 0;
+  QFile file(path);
+  fuzz::require(
+      file.open(QIODevice::ReadWrite) && file.setFileTime(QDateTime::fromSecsSinceEpoch(++seconds),
+                                                          QFileDevice::FileModificationTime),
+      "the file's time can be set");
+}
+
+/// The same in every way that can be stored: two fonts that are written the
+/// same need not be equal.
+void requireSame(const ClientSettings& before, const ClientSettings& after) {
+  for (const SettingsField& field : settings::fields())
+    fuzz::require(settings::storedValue(before, field) == settings::storedValue(after, field),
+                  field.storeKey);
+}
+
+}  // namespace
+
+/// The input is the store's whole file.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  fuzz::Surroundings<QGuiApplication>::provide();
+  const QString path = storePath();
+  fuzz::require(path.startsWith(QDir::currentPath()), "the store is in the scratch folder");
+  QDir().mkpath(QFileInfo(path).path());
+  fuzz::require(put(path, fuzz::bytesOf(data, size)), "the file can be made");
+  setNewTime(path);
+
+  ClientSettings record;
+  const WindowPlace place = settings::load(record);
+  tellFuzzer(record, place);
+  fuzz::requireUsableFonts(record);
+  settings::save(record, place);
+  setNewTime(path);
+
+  ClientSettings again;
+  fuzz::require(settings::load(again) == place, "the window's place comes back");
+  requireSame(record, again);
+  QSettings store(path, QSettings::IniFormat);
+  store.beginGroup(QStringLiteral("Global Settings"));
+  fuzz::require(static_cast<std::size_t>(store.childKeys().size()) >= placeKeys + optionCount,
+                "every option has its key");
+  return 0;
+}

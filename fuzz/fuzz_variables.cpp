@@ -1,0 +1,57 @@
+#include <QCoreApplication>
+#include <QTextStream>
+#include <cstdio>
+
+#include "FuzzTarget.h"
+#include "Surroundings.h"
+#include "automation/OwnFolder.h"
+#include "automation/core/AutomationFiles.h"
+
+namespace {
+
+using Variables = QMap<QString, QString>;
+
+/// The file as the toolkit's text lines and the C library's scanner read it.
+bool readByTheLibraries(const QByteArray& bytes, Variables& variables) {
+  QTextStream stream(bytes);
+  stream.setEncoding(QStringConverter::Latin1);
+  stream.setAutoDetectUnicode(false);
+  QString text;
+  while (stream.readLineInto(&text)) {
+    const QByteArray line = text.toLatin1();
+    QByteArray name(line.size() + 1, '\0');
+    QByteArray value(line.size() + 1, '\0');
+    if (std::sscanf(line.constData(), "variable %s \"%[^\"]\"", name.data(), value.data()) == 2) {
+      const QString key = QString::fromLatin1(name.constData());
+      if (variables.contains(key))
+        return false;
+      variables.insert(key, QString::fromLatin1(value.constData()));
+    } else if (!line.isEmpty()) {
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+/// The input is the whole file.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  fuzz::Surroundings<QCoreApplication>::provide();
+  const QByteArray bytes = fuzz::bytesOf(data, size);
+  fuzz::require(put(automation::variablesPath, bytes), "the file can be made");
+  Variables expected;
+  const bool success = readByTheLibraries(bytes, expected);
+  Variables variables;
+  fuzz::require(automation::loadVariables(variables) == success && variables == expected,
+                "the file is read as the libraries read it");
+
+  fuzz::require(automation::writeVariables(variables), "the variables can be written");
+  Variables again;
+  fuzz::require(automation::loadVariables(again) && again == variables,
+                "the variables come back from their file");
+  fuzz::require(automation::loadVariables(again) == variables.isEmpty() && again == variables,
+                "a second definition is refused");
+  fuzz::require(namesHere().size() == 1, "no other file is left behind");
+  return 0;
+}
