@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QTemporaryFile>
 
 #ifndef Q_OS_WIN
@@ -18,6 +19,8 @@ namespace {
 
 constexpr auto sizeKey = "size";
 constexpr auto posKey = "pos";
+constexpr QLatin1String organisation("Dunmere Works");
+constexpr QLatin1String application("Kelmora Client v3.9b");
 
 /// The user's store, inside the one group that holds everything.
 class Store {
@@ -38,8 +41,50 @@ class Store {
   [[nodiscard]] QString fileName() const { return settings_.fileName(); }
 
  private:
-  QSettings settings_{QStringLiteral("Dunmere Works"), QStringLiteral("Kelmora Client v3.9b")};
+  QSettings settings_{organisation, application};
 };
+
+#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
+
+QString ownStorePath() {
+  return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u'/' +
+         organisation + u'/' + application + QLatin1String(".conf");
+}
+
+// The toolkit reads a store as soon as it is named. It would wait at a pipe for
+// good, and it takes nested values apart by recursion, so that some hundred
+// kilobytes of them end the stack. No such value is ours; each level of one
+// takes three zeros or more.
+bool canBeOpened() {
+  constexpr qint64 longestStore = qint64{1024} * 1024;  // bytes; ours has some two thousand
+  constexpr qsizetype mostZeros = 10'000;
+  const QFileInfo info(ownStorePath());
+  if (!info.exists())
+    return true;
+  QFile file(info.filePath());
+  if (!info.isFile() || info.size() > longestStore)
+    return false;
+  const QByteArray content =
+      file.open(QIODevice::ReadOnly) ? file.read(longestStore) : QByteArray();
+  return content.count('\0') + content.count("\\0") + content.count("\\x0") <= mostZeros;
+}
+
+/// False where something other than a file is in the store's place.
+bool makeWay() {
+  return canBeOpened() || (QFileInfo(ownStorePath()).isFile() && QFile::remove(ownStorePath()));
+}
+
+#else  // there the store is no file that the toolkit takes apart
+
+bool canBeOpened() {
+  return true;
+}
+
+bool makeWay() {
+  return true;
+}
+
+#endif
 
 #ifndef Q_OS_WIN  // there the store is the user's registry, which is private already
 
@@ -98,8 +143,12 @@ bool diskHasRoom(const QString& storePath) {
 namespace settings {
 
 WindowPlace load(ClientSettings& record) {
-  const Store store;
   const WindowPlace fallback;
+  if (!canBeOpened()) {
+    record = ClientSettings();
+    return fallback;
+  }
+  const Store store;
   const WindowPlace place{store.value(sizeKey, fallback.size).toSize(),
                           store.value(posKey, fallback.pos).toPoint()};
   for (const SettingsField& field : fields())
@@ -108,6 +157,8 @@ WindowPlace load(ClientSettings& record) {
 }
 
 void save(const ClientSettings& record, const WindowPlace& place) {
+  if (!makeWay())
+    return;
   Store store;
 #ifndef Q_OS_WIN
   makePrivate(store.fileName());

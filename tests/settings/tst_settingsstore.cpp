@@ -124,6 +124,9 @@ class TestSettingsStore : public QObject {
   void aStoreThatIsNoneYieldsTheDefaults();
   void aFolderInPlaceOfTheStoreIsLeftAlone();
   void anUnreadableStoreYieldsTheDefaults();
+  void aStoreThatIsNoneOfOursYieldsTheDefaultsAndGivesWay_data();
+  void aStoreThatIsNoneOfOursYieldsTheDefaultsAndGivesWay();
+  void aPipeInPlaceOfTheStoreYieldsTheDefaults();
 
   void aNewStoreAndItsFoldersAreTheOwnersAlone();
   void anExistingStoreIsNarrowedBeforeItIsWritten_data();
@@ -377,6 +380,44 @@ void TestSettingsStore::aFolderInPlaceOfTheStoreIsLeftAlone() {
   settings::save(record, WindowPlace());
   QVERIFY(QFileInfo(file() + QStringLiteral("/inner")).isDir());
   QCOMPARE(modeOf(file()), before);
+}
+
+void TestSettingsStore::aStoreThatIsNoneOfOursYieldsTheDefaultsAndGivesWay_data() {
+  QTest::addColumn<QByteArray>("line");
+  const auto nested = [](const QByteArray& list, int depth) {
+    return "hostName=\"@Variant(" + list.repeated(depth) + ")\"\n";
+  };
+  // A list that holds a list, and so on.
+  QTest::newRow("a value nested too deep, in bytes")
+      << nested(QByteArray("\0\0\0\x9\0\0\0\x1", 8), 100'000);
+  QTest::newRow("a value nested too deep, escaped") << nested(R"(\0\0\0\x9\0\0\0\x1)", 50'000);
+  QTest::newRow("a value nested too deep, escaped otherwise")
+      << nested(R"(\x0\x0\x0\x9\x0\x0\x0\x1)", 40'000);
+  QTest::newRow("two megabytes") << "hostName=" + QByteArray(2'000'000, 'k') + '\n';
+}
+
+void TestSettingsStore::aStoreThatIsNoneOfOursYieldsTheDefaultsAndGivesWay() {
+  QFETCH(const QByteArray, line);
+  QVERIFY(writeGroup("port=4023\n" + line));
+  ClientSettings record;
+  record.port = 1;
+  QCOMPARE(settings::load(record), WindowPlace());
+  QCOMPARE(record, ClientSettings());
+  record.port = 11995;
+  settings::save(record, WindowPlace());
+  ClientSettings loaded;
+  QCOMPARE(settings::load(loaded), WindowPlace());
+  QCOMPARE(loaded.port, 11995);
+}
+
+void TestSettingsStore::aPipeInPlaceOfTheStoreYieldsTheDefaults() {
+  QVERIFY(QDir().mkpath(folder()));
+  QCOMPARE(::mkfifo(QFile::encodeName(file()).constData(), fileMode), 0);
+  ClientSettings record;
+  QCOMPARE(settings::load(record), WindowPlace());
+  QCOMPARE(record, ClientSettings());
+  settings::save(record, WindowPlace());
+  QVERIFY(QFileInfo::exists(file()) && !QFileInfo(file()).isFile());
 }
 
 void TestSettingsStore::anUnreadableStoreYieldsTheDefaults() {
