@@ -9,7 +9,8 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: %s FOLDER\n", argv[0]);
     return 2;
   }
-  const QDir folder(QString::fromLocal8Bit(argv[1]));
+  // The targets change into a folder of their own.
+  const QDir folder(QDir(QString::fromLocal8Bit(argv[1])).absolutePath());
   const QFileInfoList inputs = folder.entryInfoList(QDir::Files, QDir::Name);
   if (inputs.isEmpty()) {
     std::fprintf(stderr, "There is no input in %s\n", argv[1]);

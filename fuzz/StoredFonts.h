@@ -5,15 +5,13 @@
 
 #include "FuzzTarget.h"
 #include "settings/ClientSettings.h"
-#include "settings/UsableValues.h"
 
 namespace fuzz {
 
 /// Fonts read from a file can be laid out without harm.
 inline void requireUsableFonts(const ClientSettings& record) {
   for (const QFont& font : {record.outFont, record.inFont}) {
-    require(font.pointSizeF() <= settings::largestFontPoints, "a font is not too large");
-    require(font.pixelSize() <= settings::largestFontPixels, "a font is not too tall");
+    require(font.pointSizeF() <= 200 && font.pixelSize() <= 400, "a font is not too large");
     require(std::abs(font.letterSpacing()) <= 400 && std::abs(font.wordSpacing()) <= 400,
             "the spacings of a font are not too wide");
     const QFontMetrics metrics(font);
