@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "terminal/core/OutputPipeline.h"
 
@@ -104,18 +105,19 @@ class LiteralPipeline {
   }
 
   static QString linked(QString text) {
-    static constexpr std::array<std::array<const char*, 2>, 7> steps{{
-        {R"(([wW]ww\.)+)", "http://www."},
-        {R"(([hH]ttps://[hH]ttp://)+)", "https://"},
-        {R"(([hH]ttps://[hH]ttps://)+)", "https://"},
-        {R"(([hH]ttp://[hH]ttps://)+)", "http://"},
-        {R"(([hH]ttp://[hH]ttp://)+)", "http://"},
-        {R"(([hH]ttps://)+([a-zA-Z0-9%&#=\+\?/\.\-_\s*]+))",
+    static const std::array<std::pair<QRegularExpression, const char*>, 7> steps{{
+        {QRegularExpression(R"(([wW]ww\.)+)"), "http://www."},
+        {QRegularExpression(R"(([hH]ttps://[hH]ttp://)+)"), "https://"},
+        {QRegularExpression(R"(([hH]ttps://[hH]ttps://)+)"), "https://"},
+        {QRegularExpression(R"(([hH]ttp://[hH]ttps://)+)"), "http://"},
+        {QRegularExpression(R"(([hH]ttp://[hH]ttp://)+)"), "http://"},
+        {QRegularExpression(R"(([hH]ttps://)+([a-zA-Z0-9%&#=\+\?/\.\-_\s*]+))"),
          R"(<a href="https://\2">https://\2</a>)"},
-        {R"(([hH]ttp://)+([a-zA-Z0-9%&#=\+\?/\.\-_\s*]+))", R"(<a href="http://\2">http://\2</a>)"},
+        {QRegularExpression(R"(([hH]ttp://)+([a-zA-Z0-9%&#=\+\?/\.\-_\s*]+))"),
+         R"(<a href="http://\2">http://\2</a>)"},
     }};
-    for (const auto& step : steps)
-      text.replace(QRegularExpression(QLatin1String(step[0])), QLatin1String(step[1]));
+    for (const auto& [pattern, replacement] : steps)
+      text.replace(pattern, QLatin1String(replacement));
     return text;
   }
 
