@@ -11,6 +11,9 @@ template <class... Cases>
 struct Overloaded : Cases... {
   using Cases::operator()...;
 };
+// Older compilers do not deduce this by themselves.
+template <class... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
 
 qsizetype sizeOf(const QString& text) {
   return text.size() * static_cast<qsizetype>(sizeof(QChar));
