@@ -16,6 +16,12 @@ namespace {
 /// The two keys of the window's place.
 constexpr std::size_t placeKeys = 2;
 
+const QString& storePath() {
+  static const QString path =
+      QSettings(QStringLiteral("Dunmere Works"), QStringLiteral("Kelmora Client v3.9b")).fileName();
+  return path;
+}
+
 /// The toolkit reads the file out of the fuzzer's sight, so that it is told here
 /// what came of it: which options changed, and how long they are now.
 constexpr std::size_t optionCount = 36;
@@ -35,11 +41,6 @@ void tellFuzzer(const ClientSettings& record, const WindowPlace& place) {
   }
 }
 
-QString storePath() {
-  return QSettings(QStringLiteral("Dunmere Works"), QStringLiteral("Kelmora Client v3.9b"))
-      .fileName();
-}
-
 /// A store that changes within the clock's last digit would be taken for the
 /// one that the toolkit has read before.
 void setNewTime(const QString& path) {
@@ -49,6 +50,36 @@ void setNewTime(const QString& path) {
       file.open(QIODevice::ReadWrite) && file.setFileTime(QDateTime::fromSecsSinceEpoch(++seconds),
                                                           QFileDevice::FileModificationTime),
       "the file's time can be set");
+}
+
+/// What a field of each kind makes of a value, told by the toolkit alone.
+QVariant expected(const SettingsField& field, const QVariant& stored) {
+  switch (field.kind()) {
+    case FieldKind::Size:
+      return stored.toSize();
+    case FieldKind::Flag:
+      return stored.toInt() == 0 ? 0 : 1;
+    case FieldKind::Integer:
+      return stored.toInt();
+    case FieldKind::Text:
+      return stored.toString();
+    case FieldKind::Colour:
+      return QString::fromLatin1(stored.toString().toLatin1().left(7).constData());
+    case FieldKind::Font:
+      break;
+  }
+  return {};
+}
+
+void requireAsStored(const ClientSettings& record) {
+  QSettings store(storePath(), QSettings::IniFormat);
+  store.beginGroup(QStringLiteral("Global Settings"));
+  for (const SettingsField& field : settings::fields()) {
+    const QVariant stored = store.value(QLatin1String(field.storeKey), field.defaultValue);
+    fuzz::require(field.kind() == FieldKind::Font ||
+                      settings::storedValue(record, field) == expected(field, stored),
+                  field.storeKey);
+  }
 }
 
 /// The same in every way that can be stored: two fonts that are written the
@@ -64,7 +95,7 @@ void requireSame(const ClientSettings& before, const ClientSettings& after) {
 /// The input is the store's whole file.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Surroundings<QGuiApplication>::provide();
-  const QString path = storePath();
+  const QString& path = storePath();
   fuzz::require(path.startsWith(QDir::currentPath()), "the store is in the scratch folder");
   QDir().mkpath(QFileInfo(path).path());
   fuzz::require(put(path, fuzz::bytesOf(data, size)), "the file can be made");
@@ -73,6 +104,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   ClientSettings record;
   const WindowPlace place = settings::load(record);
   tellFuzzer(record, place);
+  requireAsStored(record);
   fuzz::requireUsableFonts(record);
   settings::save(record, place);
   setNewTime(path);
