@@ -11,6 +11,7 @@
 class ByteBuffer {
  public:
   ByteBuffer() = default;
+  Q_DISABLE_COPY_MOVE(ByteBuffer)
   /// Room for so many bytes at first.
   explicit ByteBuffer(qsizetype room) { makeRoom(room); }
 
