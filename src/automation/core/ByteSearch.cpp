@@ -130,7 +130,17 @@ void ByteSearch::find(QByteArrayView text, std::vector<quint32>& found) const {
     }
     return;
   }
-  for (const char byte : text) {
+  // Most bytes begin no needle.
+  const auto beginsNone = [this](char byte) {
+    return rootChildren_[static_cast<unsigned char>(byte)] == 0;
+  };
+  for (const char* at = text.begin(); at != text.end(); ++at) {
+    if (state == 0) {
+      at = std::find_if_not(at, text.end(), beginsNone);
+      if (at == text.end())
+        break;
+    }
+    const char byte = *at;
     state = table_[(state & ~hitBit) * classCount_ + classes_[static_cast<unsigned char>(byte)]];
     if ((state & hitBit) != 0)
       addNeedles(state & ~hitBit, seen, found);
