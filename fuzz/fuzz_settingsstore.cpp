@@ -7,9 +7,9 @@
 #include "FuzzTarget.h"
 #include "StoredFonts.h"
 #include "Surroundings.h"
-#include "automation/OwnFolder.h"
 #include "settings/SettingsFields.h"
 #include "settings/SettingsStore.h"
+#include "support/OwnFolder.h"
 
 namespace {
 
