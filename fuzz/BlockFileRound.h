@@ -5,7 +5,7 @@
 #include "FuzzTarget.h"
 #include "Surroundings.h"
 #include "automation/BlockShape.h"
-#include "automation/OwnFolder.h"
+#include "support/OwnFolder.h"
 
 namespace fuzz {
 

@@ -17,7 +17,10 @@ class Surroundings {
 
  private:
   Surroundings() : app_(count_, words_) {
-    require(scratch_.isValid(), "there is a scratch folder");
+    // The scratch folder also is the home of others, who keep files there.
+    require(scratch_.isValid() && QDir().mkdir(QStringLiteral("here")) &&
+                QDir::setCurrent(QStringLiteral("here")),
+            "there is an empty folder");
     // The application took over the user's locale, which the C library's
     // scanner would follow.
     std::setlocale(LC_ALL, "C");

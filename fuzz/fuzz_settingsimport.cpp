@@ -5,9 +5,9 @@
 #include "FuzzTarget.h"
 #include "StoredFonts.h"
 #include "Surroundings.h"
-#include "automation/OwnFolder.h"
 #include "settings/ClientSettings.h"
 #include "settings/SettingsFile.h"
+#include "support/OwnFolder.h"
 
 namespace {
 

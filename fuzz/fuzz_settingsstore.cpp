@@ -7,9 +7,9 @@
 #include "FuzzTarget.h"
 #include "StoredFonts.h"
 #include "Surroundings.h"
-#include "automation/OwnFolder.h"
 #include "settings/SettingsFields.h"
 #include "settings/SettingsStore.h"
+#include "support/OwnFolder.h"
 
 namespace {
 
@@ -96,7 +96,9 @@ void requireSame(const ClientSettings& before, const ClientSettings& after) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Surroundings<QGuiApplication>::provide();
   const QString& path = storePath();
-  fuzz::require(path.startsWith(QDir::currentPath()), "the store is in the scratch folder");
+  fuzz::require(
+      path.startsWith(QDir::homePath()) && QDir::currentPath().startsWith(QDir::homePath()),
+      "the store is in the scratch folder");
   QDir().mkpath(QFileInfo(path).path());
   fuzz::require(put(path, fuzz::bytesOf(data, size)), "the file can be made");
   setNewTime(path);

@@ -4,8 +4,8 @@
 
 #include "FuzzTarget.h"
 #include "Surroundings.h"
-#include "automation/OwnFolder.h"
 #include "automation/core/AutomationFiles.h"
+#include "support/OwnFolder.h"
 
 namespace {
 
