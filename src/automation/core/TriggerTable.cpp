@@ -42,11 +42,14 @@ void TriggerTable::check(const QByteArray& line, TriggerHost& host) {
     return;
   if (!matcher_)
     matcher_ = std::make_shared<const TriggerMatcher>(entries_);
+  const TriggerLine text(line);
+  const std::vector<quint32> candidates = matcher_->candidates(text);
+  if (candidates.empty())
+    return;
   // Held here, for the host may change the table under this loop.
   const std::shared_ptr<const TriggerMatcher> matcher = matcher_;
   const QList<TriggerEntry> entries = entries_;
-  const TriggerLine text(line);
-  for (const quint32 position : matcher->candidates(text)) {
+  for (const quint32 position : candidates) {
     const auto words = matcher->pattern(position).matches(text);
     if (!words)
       continue;

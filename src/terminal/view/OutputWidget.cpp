@@ -17,8 +17,10 @@ QString linkStyle() {
 }
 
 constexpr qint64 frame = 16;  // milliseconds
-/// What a turn may take of a frame, in milliseconds; paint needs the rest.
+/// What a turn may take, in milliseconds: of a frame, whose rest is for paint,
+/// and while more comes in than can be shown.
 constexpr qint64 turn = 8;
+constexpr qint64 floodTurn = 2;
 constexpr int quiet = 1000;  // milliseconds without text
 /// Beyond it, in bytes, who adds has to wait. Text seldom gets there: only
 /// what makes no paragraphs, such as a flood of colours around nothing.
@@ -141,14 +143,15 @@ void OutputWidget::insertWaiting(Amount amount) {
     return;
   QElapsedTimer timer;
   timer.start();
-  if (queue_.takeSkip())
+  const bool skipped = queue_.takeSkip();
+  if (skipped)
     clearUnlessItShapesWhatFollows();
   moveCursor(QTextCursor::End);
   qsizetype written = 0;
   {
     PaneWriter writer(*this, looks_,
                       {.longParagraph = longParagraph, .longestParagraph = longestParagraph});
-    const double enough = charactersPerMillisecond_ * turn;
+    const double enough = charactersPerMillisecond_ * (skipped ? floodTurn : turn);
     while (!queue_.isEmpty() &&
            (amount == Amount::All || static_cast<double>(writer.written()) < enough))
       writer.write(queue_.take());
