@@ -2,22 +2,13 @@
 
 #include <QWidget>
 
+#include "IdleHost.h"
 #include "PaneContent.h"
 #include "support/LiteralPane.h"
 #include "terminal/core/OutputPipeline.h"
 #include "terminal/core/SafeMarkup.h"
-#include "terminal/view/InputHost.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
-
-class IdleHost : public InputHost {
- public:
-  void submitInput() override {}
-  void historyOlder() override {}
-  void historyNewer() override {}
-  bool dispatchMacro(int /*key*/) override { return false; }
-  [[nodiscard]] bool claimsShortcut(QKeyCombination /*keys*/) const override { return false; }
-};
 
 /// Both panes, each shown the same.
 class TwoPanes : public PipelineHost {

@@ -5,23 +5,10 @@
 #include <QTest>
 #include <QTextBlock>
 
+#include "IdleHost.h"
 #include "support/ScratchMain.h"
-#include "terminal/view/InputHost.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
-
-namespace {
-
-class IdleHost : public InputHost {
- public:
-  void submitInput() override {}
-  void historyOlder() override {}
-  void historyNewer() override {}
-  bool dispatchMacro(int /*key*/) override { return false; }
-  [[nodiscard]] bool claimsShortcut(QKeyCombination /*keys*/) const override { return false; }
-};
-
-}  // namespace
 
 class TestOutputWidget : public QObject {
   Q_OBJECT

@@ -3,24 +3,15 @@
 #include <QScrollBar>
 #include <QTest>
 
+#include "IdleHost.h"
 #include "PaneContent.h"
 #include "PipelineSupport.h"
 #include "support/LiteralPane.h"
 #include "support/ScratchMain.h"
-#include "terminal/view/InputHost.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
 namespace {
-
-class IdleHost : public InputHost {
- public:
-  void submitInput() override {}
-  void historyOlder() override {}
-  void historyNewer() override {}
-  bool dispatchMacro(int /*key*/) override { return false; }
-  [[nodiscard]] bool claimsShortcut(QKeyCombination /*keys*/) const override { return false; }
-};
 
 ServerText serverText(const QByteArray& lines) {
   QByteArray html = "<span style=\"color:#bdbdbd;background-color:#000000\">" + lines;
@@ -49,7 +40,6 @@ class TestPaneFlood : public QObject {
   void aFloodOfEchoIsOverAtOnce();
   void anAlignmentOutlivesTheFloodBehindIt();
   void coloursAroundNothingAreNotHoardedWithoutEnd();
-  void differentLinksDoNotPileUp();
   void aRenewedDocumentIsTheSame();
   void aRenewalKeepsTheViewAndTheSelection();
 
@@ -176,17 +166,6 @@ void TestPaneFlood::coloursAroundNothingAreNotHoardedWithoutEnd() {
     pane_->showServerText(colours);
   // A hundred megabytes came; what waits is less than half of it.
   QVERIFY(pane_->waitingBytes() < 40 * 1024 * 1024);
-}
-
-void TestPaneFlood::differentLinksDoNotPileUp() {
-  for (int i = 0; i < 60; ++i) {
-    showLinks(i * 1000, 1000);
-    showLinks(i * 1000, 3);
-    (void)pane_->document();
-    QVERIFY2(formats() < 40000, qPrintable(QString::number(formats())));
-    if (i % 20 == 19)
-      pane_->clear();
-  }
 }
 
 void TestPaneFlood::aRenewedDocumentIsTheSame() {

@@ -7,22 +7,13 @@
 #include <QTextDocument>
 #include <QTextList>
 
+#include "IdleHost.h"
 #include "support/ScratchMain.h"
 #include "terminal/core/SafeMarkup.h"
-#include "terminal/view/InputHost.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
 namespace {
-
-class IdleHost : public InputHost {
- public:
-  void submitInput() override {}
-  void historyOlder() override {}
-  void historyNewer() override {}
-  bool dispatchMacro(int /*key*/) override { return false; }
-  [[nodiscard]] bool claimsShortcut(QKeyCombination /*keys*/) const override { return false; }
-};
 
 /// The most that one read brings.
 constexpr qsizetype readSize = 16384;

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "terminal/view/InputHost.h"
+
+/// A window behind the input bar of a pane under test: the bar has nobody to
+/// talk to.
+class IdleHost : public InputHost {
+ public:
+  void submitInput() override {}
+  void historyOlder() override {}
+  void historyNewer() override {}
+  bool dispatchMacro(int /*key*/) override { return false; }
+  [[nodiscard]] bool claimsShortcut(QKeyCombination /*keys*/) const override { return false; }
+};
