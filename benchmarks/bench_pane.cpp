@@ -62,7 +62,7 @@ class Reads {
     std::string bytes;
     for (int line = 0; line < linesPerRead_; ++line)
       text_.appendLine(bytes);
-    pipeline_.readSocketData(bytes, {.parseHtml = false}, keeper_);
+    pipeline_.readSocketData(QByteArray::fromStdString(bytes), {.parseHtml = false}, keeper_);
     return keeper_.html;
   }
 

@@ -187,7 +187,7 @@ void TstAnsiTranslator::everyCode() {
       Reader reader;
       const QByteArray start = startBold ? "\x1B[1m\x1B[32m" : "\x1B[32m";
       reader.read(start);
-      const QByteArray before = reader.translator.currentSpan();
+      const QByteArray before = reader.translator.currentSpan().toByteArray();
       QByteArray html;
       if (code == 0)
         html = resetSpan;

@@ -22,7 +22,7 @@ Whole readInPieces(const QByteArray& stream, const QList<qsizetype>& cuts,
   Whole whole;
   qsizetype start = 0;
   for (qsizetype end : cuts + QList<qsizetype>{stream.size()}) {
-    const QByteArray reopened = client.pipeline.translator().currentSpan();
+    const QByteArray reopened = client.pipeline.translator().currentSpan().toByteArray();
     client.read(stream.mid(start, end - start), options);
     whole.html += client.html(reopened);
     whole.plain += client.host.lines().join('\n');

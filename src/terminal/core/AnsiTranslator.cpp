@@ -5,12 +5,12 @@
 
 namespace {
 
-QByteArray foregroundSpan(QByteArrayView colour) {
-  return QByteArray("<span style=\"color:").append(colour).append("\">");
-}
+constexpr QByteArrayView foregroundStart = "<span style=\"color:";
+constexpr QByteArrayView backgroundStart = "<span style=\"background-color:";
+constexpr QByteArrayView spanEnd = "\">";
 
-QByteArray backgroundSpan(QByteArrayView colour) {
-  return QByteArray("<span style=\"background-color:").append(colour).append("\">");
+QByteArray span(QByteArrayView start, QByteArrayView colour) {
+  return start.toByteArray().append(colour).append(spanEnd);
 }
 
 /// The digits of all parameters of one sequence so far. They pile up on
@@ -38,24 +38,29 @@ class Parameter {
 
 }  // namespace
 
+AnsiTranslator::AnsiTranslator() : spans_(std::make_shared<const Spans>()) {}
+
 void AnsiTranslator::buildColourSpans(const ColourTexts& normalColour,
                                       const ColourTexts& boldColour) {
+  Spans spans;
   for (std::size_t k = 0; k < normalColour.size(); ++k) {
-    normalSpans_[k] = foregroundSpan(normalColour[k]);
-    boldSpans_[k] = foregroundSpan(boldColour[k]);
-    backgroundSpans_[k] = backgroundSpan(normalColour[k]);
+    spans.normal[k] = span(foregroundStart, normalColour[k]);
+    spans.bold[k] = span(foregroundStart, boldColour[k]);
+    spans.background[k] = span(backgroundStart, normalColour[k]);
   }
-  resetSpan_ =
+  spans.reset =
       "<span style=\"color:" + normalColour[white] + ";background-color:" + normalColour[0] + "\">";
-  currentSpan_ = resetSpan_;
+  spans_ = std::make_shared<const Spans>(std::move(spans));
+  currentSpan_ = spans_->reset;
   currentForeground_ = quint8{white};
 }
 
 const QByteArray& AnsiTranslator::normalSpan(int colour) const {
-  return normalSpans_[static_cast<std::size_t>(qBound(0, colour, white))];
+  return spans_->normal[static_cast<std::size_t>(qBound(0, colour, white))];
 }
 
-void AnsiTranslator::translateEscape(qsizetype& index, QByteArrayView data, ByteBuffer& html,
+template <typename Html>
+void AnsiTranslator::translateEscape(qsizetype& index, QByteArrayView data, Html& html,
                                      Colours colours) {
   escapePending_ = true;
   const auto atEnd = [&] { return index + 1 >= data.size(); };
@@ -90,58 +95,48 @@ void AnsiTranslator::translateEscape(qsizetype& index, QByteArrayView data, Byte
   escapePending_ = false;
 }
 
-AnsiTranslator::Extended AnsiTranslator::applyCode(quint8 code, ByteBuffer& html) {
-  if (code == 0)
-    applyReset(html);
-  else if (code == 1)
-    applyBold(html);
-  else if (code >= 30 && code <= 37)
-    applyForeground(static_cast<quint8>(code - 30), html);
-  else if (code >= 40 && code <= 47)
-    applyBackground(static_cast<quint8>(code - 40), html);
-  else if (code == 38)
+template <typename Html>
+AnsiTranslator::Extended AnsiTranslator::applyCode(quint8 code, Html& html) {
+  if (code == 0) {
+    // Quirk: the foreground is still the one from before, should bold follow.
+    boldActive_ = false;
+    currentSpan_ = spans_->reset;
+    html += currentSpan_;
+  } else if (code == 1) {
+    // Quirk: the next read does not reopen this span.
+    boldActive_ = true;
+    if (currentForeground_)
+      html += spans_->bold[*currentForeground_];
+  } else if (code >= 30 && code <= 37) {
+    currentForeground_ = static_cast<quint8>(code - 30);
+    currentSpan_ = (boldActive_ ? spans_->bold : spans_->normal)[*currentForeground_];
+    html += currentSpan_;
+  } else if (code >= 40 && code <= 47) {
+    currentSpan_ = spans_->background[code - 40U];
+    html += currentSpan_;
+  } else if (code == 38) {
     return Extended::Foreground;
-  else if (code == 48)
+  } else if (code == 48) {
     return Extended::Background;
+  }
   return Extended::No;
 }
 
-void AnsiTranslator::applyReset(ByteBuffer& html) {
-  // Quirk: the foreground is still the one from before, should bold follow.
-  html += resetSpan_;
-  boldActive_ = false;
-  currentSpan_ = resetSpan_;
-}
-
-void AnsiTranslator::applyBold(ByteBuffer& html) {
-  // Quirk: the next read does not reopen this span.
-  boldActive_ = true;
-  if (currentForeground_)
-    html += boldSpans_[*currentForeground_];
-}
-
-void AnsiTranslator::applyForeground(quint8 colour, ByteBuffer& html) {
-  currentForeground_ = colour;
-  currentSpan_ = (boldActive_ ? boldSpans_ : normalSpans_)[colour];
-  html += currentSpan_;
-}
-
-void AnsiTranslator::applyBackground(quint8 colour, ByteBuffer& html) {
-  currentSpan_ = backgroundSpans_[colour];
-  html += currentSpan_;
-}
-
-void AnsiTranslator::applyPalette(Extended extended, int index, ByteBuffer& html) {
+template <typename Html>
+void AnsiTranslator::applyPalette(Extended extended, int index, Html& html) {
   // A negative index is far above the palette once unsigned.
   const auto colour = paletteColour(static_cast<quint32>(index));
   if (!colour)
     return;
-  if (extended == Extended::Background) {
-    html += backgroundSpan(*colour);
+  html += extended == Extended::Background ? backgroundStart : foregroundStart;
+  html += *colour;
+  html += spanEnd;
+  if (extended == Extended::Background)
     return;
-  }
-  html += foregroundSpan(*colour);
   // Quirk: the next read begins with the bare colour text, shown as it is.
   currentForeground_.reset();
-  currentSpan_ = colour->toByteArray();
+  currentSpan_ = *colour;
 }
+
+template void AnsiTranslator::translateEscape(qsizetype&, QByteArrayView, ByteBuffer&, Colours);
+template void AnsiTranslator::translateEscape(qsizetype&, QByteArrayView, NoHtml&, Colours);

@@ -3,12 +3,20 @@
 #include <QByteArray>
 #include <QByteArrayView>
 #include <array>
+#include <memory>
 #include <optional>
 
 #include "terminal/core/ByteBuffer.h"
 
+/// In place of HTML where only what the bytes do to the state is asked for.
+struct NoHtml {
+  NoHtml& operator+=(QByteArrayView /*html*/) { return *this; }
+};
+
 /// Turns the server's colour sequences into HTML span openings. Spans are only
 /// opened, never closed: a later one inside an earlier one wins.
+///
+/// A copy is cheap and stands for the state at that moment.
 class AnsiTranslator {
  public:
   /// Eight colour texts such as "#660000", in the order black, red, green,
@@ -17,6 +25,8 @@ class AnsiTranslator {
   static constexpr int white = 7;
 
   enum class Colours { Shown, Stripped };
+
+  AnsiTranslator();
 
   /// Until the first call every span is empty.
   /// Returns to the reset colours; whether bold is on stays as it is.
@@ -27,33 +37,37 @@ class AnsiTranslator {
   /// first byte (so possibly -1) when a sequence cut by the end of the last
   /// read is resumed; on return it is at the last byte consumed. Span openings
   /// are appended to html, unless the colours are stripped.
-  void translateEscape(qsizetype& index, QByteArrayView data, ByteBuffer& html, Colours colours);
+  template <typename Html>  // ByteBuffer or NoHtml
+  void translateEscape(qsizetype& index, QByteArrayView data, Html& html, Colours colours);
 
   /// True when the data ended inside a sequence: the next read resumes it.
   [[nodiscard]] bool escapePending() const { return escapePending_; }
   [[nodiscard]] bool boldActive() const { return boldActive_; }
-  /// The text that the next read begins with, to reopen its colour.
-  [[nodiscard]] const QByteArray& currentSpan() const { return currentSpan_; }
+  /// The text that the next read begins with, to reopen its colour. It lives
+  /// until the colours are built anew.
+  [[nodiscard]] QByteArrayView currentSpan() const { return currentSpan_; }
   /// The span that opens a normal colour, 0 (black) to 7 (white).
   [[nodiscard]] const QByteArray& normalSpan(int colour) const;
 
  private:
   enum class Extended { No, Foreground, Background };
-  using Spans = std::array<QByteArray, 8>;
+  struct Spans {
+    std::array<QByteArray, 8> normal;
+    std::array<QByteArray, 8> bold;
+    std::array<QByteArray, 8> background;
+    QByteArray reset;
+  };
 
   /// Answers whether a palette index follows.
-  [[nodiscard]] Extended applyCode(quint8 code, ByteBuffer& html);
-  void applyReset(ByteBuffer& html);
-  void applyBold(ByteBuffer& html);
-  void applyForeground(quint8 colour, ByteBuffer& html);
-  void applyBackground(quint8 colour, ByteBuffer& html);
-  void applyPalette(Extended extended, int index, ByteBuffer& html);
+  template <typename Html>
+  [[nodiscard]] Extended applyCode(quint8 code, Html& html);
+  template <typename Html>
+  void applyPalette(Extended extended, int index, Html& html);
 
-  Spans normalSpans_;
-  Spans boldSpans_;
-  Spans backgroundSpans_;
-  QByteArray resetSpan_;
-  QByteArray currentSpan_;
+  /// Never changed, so that copies can share them.
+  std::shared_ptr<const Spans> spans_;
+  /// One of the spans, or a text of the palette.
+  QByteArrayView currentSpan_;
   /// Which normal colour the foreground is; nothing after a palette colour.
   std::optional<quint8> currentForeground_ = quint8{white};
   bool boldActive_ = false;

@@ -1,17 +1,8 @@
 #pragma once
 
 #include <QByteArray>
-#include <QByteArrayView>
 
-#include "terminal/core/AnsiTranslator.h"
 #include "terminal/core/ServerText.h"
-
-struct PipelineOptions {
-  bool displayAnsiColor = true;
-  bool playBeeps = true;
-  bool parseHtml = true;
-  bool displayURLs = true;
-};
 
 /// What the pipeline needs from the window. Each call may lead back into the
 /// pipeline or its translator.
@@ -34,21 +25,15 @@ class PipelineHost {
 /// the end of a read arrives as two pieces.
 class OutputPipeline {
  public:
-  [[nodiscard]] AnsiTranslator& translator() { return translator_; }
-  [[nodiscard]] const AnsiTranslator& translator() const { return translator_; }
+  [[nodiscard]] AnsiTranslator& translator() { return state_.translator; }
+  [[nodiscard]] const AnsiTranslator& translator() const { return state_.translator; }
   /// Whether a "<" waits for its ">"; changes only while HTML is parsed.
-  [[nodiscard]] bool insideTag() const { return insideTag_; }
+  [[nodiscard]] bool insideTag() const { return state_.insideTag; }
 
-  /// Takes one read: beeps, shows its HTML, then hands over each line piece,
-  /// first to the vitals and then to the triggers. The data need not outlive
-  /// the first call into the host.
-  void readSocketData(QByteArrayView data, const PipelineOptions& options, PipelineHost& host);
+  /// Takes one read: beeps, shows it, then hands over each line piece, first to
+  /// the vitals and then to the triggers.
+  void readSocketData(const QByteArray& data, const PipelineOptions& options, PipelineHost& host);
 
  private:
-  struct Read;
-  void walk(QByteArrayView data, const PipelineOptions& options, Read& read);
-  void translateByte(char byte, const PipelineOptions& options, Read& read);
-
-  AnsiTranslator translator_;
-  bool insideTag_ = false;
+  PipelineState state_;
 };

@@ -1,10 +1,34 @@
 #include "terminal/core/ServerText.h"
 
+#include "terminal/core/ByteWalk.h"
 #include "terminal/core/Links.h"
 
+namespace {
+
+/// Gathers UTF-8 with the placeholders of blanks and angle brackets.
+struct HtmlSink {
+  static constexpr auto kinds = bytewalk::makeByteKinds([](const ByteRow&) { return true; });
+
+  // In most text every blank and colour grows on its way to HTML.
+  explicit HtmlSink(qsizetype bytes) : spans(4 * bytes + 1024) {}
+
+  void addRun(QByteArrayView run) { spans += run; }
+  void addByte(const ByteRow& row, ByteRow::Mode mode) {
+    spans += row.html[static_cast<std::size_t>(mode)];
+  }
+
+  ByteBuffer spans;
+};
+
+}  // namespace
+
 QString ServerText::decoded() const {
-  QString text = QString::fromUtf8(html);
-  if (links == Links::Shown)
+  HtmlSink html(bytes.size());
+  html.spans += state.translator.currentSpan();
+  PipelineState walked = state;
+  walkBytes(bytes, options, walked, html);
+  QString text = QString::fromUtf8(html.spans.view());
+  if (options.displayURLs)
     linkify(text);
   resolvePlaceholders(text);
   return text;

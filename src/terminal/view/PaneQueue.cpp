@@ -23,7 +23,7 @@ qsizetype memoryOf(const PaneText& text) {
   constexpr qsizetype overhead = 256;
   return overhead +
          std::visit(Overloaded{[](const ServerText& server) {
-                                 return server.html.size() + server.plain.size();
+                                 return server.bytes.size() + server.plain.size();
                                },
                                [](const SafeHtml& html) { return sizeOf(html.html); },
                                [](const StatusLine& status) { return sizeOf(status.html); },

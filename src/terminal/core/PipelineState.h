@@ -1,0 +1,17 @@
+#pragma once
+
+#include "terminal/core/AnsiTranslator.h"
+
+struct PipelineOptions {
+  bool displayAnsiColor = true;
+  bool playBeeps = true;
+  bool parseHtml = true;
+  bool displayURLs = true;
+};
+
+/// All that a read leaves behind for the next. A copy is cheap.
+struct PipelineState {
+  AnsiTranslator translator;
+  /// Whether a "<" waits for its ">"; changes only while HTML is parsed.
+  bool insideTag = false;
+};
