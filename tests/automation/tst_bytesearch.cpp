@@ -29,6 +29,7 @@ class TestByteSearch : public QObject {
   void needlesInsideNeedlesAreFound();
   void highBytesAndNulAreBytesLikeOthers();
   void whatWasFoundBeforeIsKept();
+  void longNeedlesAreFoundAtEitherEnd();
   void randomNeedlesAreFoundWhereTheyOccur();
 };
 
@@ -70,6 +71,18 @@ void TestByteSearch::whatWasFoundBeforeIsKept() {
   QCOMPARE(numbers, Numbers({7, 0}));
 }
 
+void TestByteSearch::longNeedlesAreFoundAtEitherEnd() {
+  QByteArray needle;
+  for (int i = 0; i < 300; ++i)
+    needle += static_cast<char>('!' + i % 90);
+  const ByteSearch search({needle, needle.left(290)});
+  QCOMPARE(found(search, needle), Numbers({0, 1}));
+  QCOMPARE(found(search, "before " + needle), Numbers({0, 1}));
+  QCOMPARE(found(search, needle.left(290) + " behind"), Numbers({1}));
+  QVERIFY(found(search, needle.left(289)).empty());
+  QVERIFY(found(search, needle.mid(1)).empty());
+}
+
 void TestByteSearch::randomNeedlesAreFoundWhereTheyOccur() {
   std::mt19937 random(41);
   const auto below = [&](quint32 limit) { return random() % limit; };
@@ -82,10 +95,14 @@ void TestByteSearch::randomNeedlesAreFoundWhereTheyOccur() {
   int hits = 0;
   for (int round = 0; round < 20000; ++round) {
     std::vector<QByteArray> needles(below(20));
+    // With all of them long the search leaps.
+    const auto shortest = static_cast<qsizetype>(below(6));
     for (QByteArray& needle : needles)
-      needle = text(6);
+      do
+        needle = text(6);
+      while (needle.size() < shortest);
     const ByteSearch search(needles);
-    const QByteArray line = text(30);
+    const QByteArray line = text(60);
     Numbers expected;
     for (quint32 number = 0; number < needles.size(); ++number)
       if (!needles[number].isEmpty() && line.contains(needles[number]))

@@ -3,6 +3,18 @@
 #include <algorithm>
 #include <cstring>
 
+namespace {
+
+constexpr qsizetype pairLength = 2;
+
+quint16 pairAt(const char* bytes) {
+  quint16 pair = 0;
+  std::memcpy(&pair, bytes, sizeof pair);
+  return pair;
+}
+
+}  // namespace
+
 /// Lays the states out level by level. A state stands for the sorted needles
 /// that begin with its bytes.
 struct ByteSearch::Builder {
@@ -86,7 +98,41 @@ ByteSearch::ByteSearch(const std::vector<QByteArray>& needles) {
   builder.addStates();
   builder.addRootChildren();
   builder.addFallbacks();
+  makeLeaps(needles);
   makeTable();
+}
+
+void ByteSearch::makeLeaps(const std::vector<QByteArray>& needles) {
+  if (numbers_.empty())
+    return;
+  constexpr qsizetype farthest = 255;
+  const auto shorter = [&](quint32 a, quint32 b) { return needles[a].size() < needles[b].size(); };
+  const quint32 shortest = *std::min_element(numbers_.begin(), numbers_.end(), shorter);
+  shortest_ = std::min(needles[shortest].size(), farthest);
+  if (shortest_ < pairLength)
+    return;
+  // A pair found nowhere in the needles' beginnings can only stand before one.
+  leaps_.assign(std::size_t{1} << 16U, static_cast<quint8>(shortest_ - 1));
+  for (const quint32 number : numbers_) {
+    for (qsizetype place = 0; place <= shortest_ - pairLength; ++place) {
+      quint8& leap = leaps_[pairAt(needles[number].constData() + place)];
+      leap = std::min(leap, static_cast<quint8>(shortest_ - pairLength - place));
+    }
+  }
+}
+
+const char* ByteSearch::nextStart(const char* at, const char* end) const {
+  if (leaps_.empty())
+    return std::find_if(at, end, [this](char byte) {
+      return rootChildren_[static_cast<unsigned char>(byte)] != 0;
+    });
+  while (end - at >= shortest_) {
+    const quint8 leap = leaps_[pairAt(at + shortest_ - pairLength)];
+    if (leap == 0)
+      return at;
+    at += leap;
+  }
+  return end;
 }
 
 void ByteSearch::makeTable() {
@@ -122,28 +168,22 @@ void ByteSearch::find(QByteArrayView text, std::vector<quint32>& found) const {
     return;
   std::vector<bool> seen;
   quint32 state = 0;
-  if (table_.empty()) {
-    for (const char byte : text) {
-      state = step(state, byte);
-      if (states_[state].output != 0 || states_[state].nextOutput != 0)
-        addNeedles(state, seen, found);
-    }
-    return;
-  }
-  // Most bytes begin no needle.
-  const auto beginsNone = [this](char byte) {
-    return rootChildren_[static_cast<unsigned char>(byte)] == 0;
-  };
   for (const char* at = text.begin(); at != text.end(); ++at) {
     if (state == 0) {
-      at = std::find_if_not(at, text.end(), beginsNone);
+      at = nextStart(at, text.end());
       if (at == text.end())
         break;
     }
-    const char byte = *at;
-    state = table_[(state & ~hitBit) * classCount_ + classes_[static_cast<unsigned char>(byte)]];
-    if ((state & hitBit) != 0)
-      addNeedles(state & ~hitBit, seen, found);
+    if (table_.empty()) {
+      state = step(state, *at);
+      if (states_[state].output != 0 || states_[state].nextOutput != 0)
+        addNeedles(state, seen, found);
+    } else {
+      const quint32 next = table_[state * classCount_ + classes_[static_cast<unsigned char>(*at)]];
+      state = next & ~hitBit;
+      if (state != next)
+        addNeedles(state, seen, found);
+    }
   }
 }
 

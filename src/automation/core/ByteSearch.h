@@ -9,7 +9,8 @@
 /// automaton of Aho and Corasick, its states in breadth-first order so that the
 /// children of a state are neighbours. About 17 bytes per state, and at most
 /// one state per needle byte. Where it stays small, a table of all steps makes
-/// each one a single look.
+/// each one a single look. Between needles it leaps: by the pair of bytes at
+/// the end of where the shortest needle would stand, as Wu and Manber do.
 class ByteSearch {
  public:
   /// The needles may repeat and hold any byte; an empty one is never found.
@@ -35,6 +36,9 @@ class ByteSearch {
   /// The state for a step of the table, with this bit when needles end in it.
   static constexpr quint32 hitBit = 0x80000000;
 
+  void makeLeaps(const std::vector<QByteArray>& needles);
+  /// The first place from here on where a needle may begin, or the end.
+  [[nodiscard]] const char* nextStart(const char* at, const char* end) const;
   void makeTable();
   /// Adds the needles that end in a state.
   void addNeedles(quint32 state, std::vector<bool>& seen, std::vector<quint32>& found) const;
@@ -46,6 +50,8 @@ class ByteSearch {
   std::vector<Output> outputs_;   // ranges of numbers_; the first stands for none
   std::vector<quint32> numbers_;  // the needles' numbers, sorted by their bytes
   std::array<quint32, 256> rootChildren_ = {};
+  qsizetype shortest_ = 0;     // needle, in bytes
+  std::vector<quint8> leaps_;  // by pairs of bytes; empty where a needle is shorter
   /// Steps by state and class of byte; empty where they would be too many. All
   /// bytes in no needle are one class.
   std::vector<quint32> table_;

@@ -1,30 +1,36 @@
 #include "automation/core/TriggerPattern.h"
 
+#include <string_view>
+
 #include "scan/Integer.h"
 
 namespace {
 
 constexpr QLatin1StringView wildcard("{*}");
 
-/// Keeps the longest of the byte runs it is shown, the first of equals.
-class LongestRun {
+/// Keeps the two longest of the byte runs it is shown, the first of equals.
+class LongestRuns {
  public:
   void add(char byte) { run_ += byte; }
   void end() {
-    if (run_.size() > longest_.size())
-      longest_ = run_;
+    if (run_.size() > second_.size())
+      second_ = run_;
+    if (second_.size() > longest_.size())
+      std::swap(longest_, second_);
     run_.clear();
   }
   [[nodiscard]] const QByteArray& longest() const { return longest_; }
+  [[nodiscard]] const QByteArray& second() const { return second_; }
 
  private:
   QByteArray run_;
   QByteArray longest_;
+  QByteArray second_;
 };
 
 /// What stands before a wildcard is read byte by byte, but a blank stands for
 /// any run of blanks, and blanks may stand before a per cent sign.
-void addRunsBeforeWildcard(const QByteArray& literal, LongestRun& runs) {
+void addRunsBeforeWildcard(const QByteArray& literal, LongestRuns& runs) {
   for (const char byte : literal) {
     if (scan::isSpace(byte) || byte == '%')
       runs.end();
@@ -35,7 +41,7 @@ void addRunsBeforeWildcard(const QByteArray& literal, LongestRun& runs) {
 }
 
 /// The tail is compared as text, in which only ASCII is the same as bytes.
-void addRunsOfTail(const QByteArray& tail, LongestRun& runs) {
+void addRunsOfTail(const QByteArray& tail, LongestRuns& runs) {
   for (const char byte : tail) {
     if (static_cast<unsigned char>(byte) < 0x80)
       runs.add(byte);
@@ -43,6 +49,14 @@ void addRunsOfTail(const QByteArray& tail, LongestRun& runs) {
       runs.end();
   }
   runs.end();
+}
+
+/// The standard library's search, since the toolkit's looks at every byte.
+bool occurs(const QByteArray& run, const QByteArray& line) {
+  const auto view = [](const QByteArray& bytes) {
+    return std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+  };
+  return view(line).find(view(run)) != std::string_view::npos;
 }
 
 }  // namespace
@@ -80,18 +94,21 @@ void TriggerPattern::compileTemplate(const QString& pattern) {
   if (format_ && format_->fieldCount() != wildcards_)
     format_.reset();
 
-  LongestRun runs;
+  LongestRuns runs;
   const QStringList literals = pattern.split(wildcard);
   for (qsizetype place = 0; place < wildcards_; ++place)
     addRunsBeforeWildcard(literals.at(place).toLatin1(), runs);
   addRunsOfTail(tail_, runs);
   required_ = runs.longest();
+  alsoRequired_ = runs.second();
 }
 
 std::optional<QStringList> TriggerPattern::matches(const TriggerLine& line) const {
   if (!isTemplate())
-    return line.bytes().contains(required_) ? std::optional(QStringList()) : std::nullopt;
-  if (!format_)
+    return occurs(required_, line.bytes()) ? std::optional(QStringList()) : std::nullopt;
+  // Templates of one kind share their longest run, so it tells them from other
+  // lines only; a second look is far cheaper than a scan.
+  if (!format_ || !occurs(alsoRequired_, line.bytes()))
     return std::nullopt;
   const scan::Result fields = format_->scan(line.bytes());
   if (!fields.complete())

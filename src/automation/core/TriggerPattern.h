@@ -55,4 +55,5 @@ class TriggerPattern {
   std::optional<scan::Format> format_;  // of a template that can match
   QByteArray tail_;                     // Latin-1; what must follow the last word
   QByteArray required_;
+  QByteArray alsoRequired_;  // the second longest such run of a template
 };
