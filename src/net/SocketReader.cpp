@@ -22,14 +22,20 @@ SocketReader::SocketReader(QTcpSocket& socket, Consumer consume)
   nextTurn_.setSingleShot(true);
   QObject::connect(&nextTurn_, &QTimer::timeout, &nextTurn_, [this] {
     // What waited is gone if the connection was closed since.
-    QElapsedTimer elapsed;
-    elapsed.start();
-    while (socket_.bytesAvailable() > 0 && elapsed.elapsed() < turn)
+    if (socket_.bytesAvailable() > 0)
       readSocketData();
   });
 }
 
 void SocketReader::readSocketData() {
+  QElapsedTimer elapsed;
+  elapsed.start();
+  do
+    readOnce();
+  while (socket_.bytesAvailable() > 0 && elapsed.elapsed() < turn);
+}
+
+void SocketReader::readOnce() {
   const QByteArray data = takeRead(socket_);
   if (socket_.bytesAvailable() > 0)
     nextTurn_.start(0);
@@ -40,7 +46,7 @@ void SocketReader::readSocketData() {
 
 void SocketReader::drain() {
   while (socket_.isReadable() && socket_.bytesAvailable() > 0)
-    readSocketData();
+    readOnce();
 }
 
 void SocketReader::limitWaiting() {

@@ -16,11 +16,14 @@ QString linkStyle() {
   return QStringLiteral("a { color: #6fa8ff }");
 }
 
-constexpr qint64 frame = 16;  // milliseconds
+constexpr int frame = 16;  // milliseconds
 /// What a turn may take, in milliseconds: of a frame, whose rest is for paint,
 /// and while more comes in than can be shown.
 constexpr qint64 turn = 8;
 constexpr qint64 floodTurn = 2;
+/// More bytes than a pane shows at once. So much waits for the rest of its
+/// frame even after a pause: lines that may be answered come with it.
+constexpr qsizetype muchText = qsizetype{64} * 1024;
 constexpr int quiet = 1000;  // milliseconds without text
 /// Beyond it, in bytes, who adds has to wait. Text seldom gets there: only
 /// what makes no paragraphs, such as a flood of colours around nothing.
@@ -120,10 +123,12 @@ void OutputWidget::add(PaneText text) {
   arriving_ = true;
   while (queue_.size() > longQueue)
     insertWaiting(Amount::WhatFitsAFrame);
-  if (nextTurn_.isActive())
-    return;
-  const qint64 idle = sinceTurn_.isValid() ? sinceTurn_.elapsed() : frame;
-  nextTurn_.start(static_cast<int>(std::max<qint64>(frame - idle, 0)));
+  if (!nextTurn_.isActive()) {
+    const qint64 idle = sinceTurn_.isValid() ? sinceTurn_.elapsed() : frame;
+    nextTurn_.start(static_cast<int>(std::max<qint64>(frame - idle, 0)));
+  } else if (nextTurn_.interval() == 0 && queue_.size() > muchText) {
+    nextTurn_.start(frame);
+  }
 }
 
 void OutputWidget::takeTurn() {
@@ -133,7 +138,8 @@ void OutputWidget::takeTurn() {
   // While more comes in, taking it in goes first: most of a flood is never
   // shown, and the less often it is, the sooner it is over.
   constexpr qint64 share = 8;
-  const qint64 pause = std::exchange(arriving_, false) ? std::max(frame, share * taken) : frame;
+  const qint64 pause =
+      std::exchange(arriving_, false) ? std::max<qint64>(frame, share * taken) : frame;
   if (!queue_.isEmpty())
     nextTurn_.start(static_cast<int>(std::max<qint64>(pause - taken, 0)));
 }
@@ -151,7 +157,8 @@ void OutputWidget::insertWaiting(Amount amount) {
   {
     PaneWriter writer(*this, looks_,
                       {.longParagraph = longParagraph, .longestParagraph = longestParagraph});
-    const double enough = charactersPerMillisecond_ * (skipped ? floodTurn : turn);
+    const bool flood = skipped || (arriving_ && queue_.size() > muchText);
+    const double enough = charactersPerMillisecond_ * (flood ? floodTurn : turn);
     while (!queue_.isEmpty() &&
            (amount == Amount::All || static_cast<double>(writer.written()) < enough))
       writer.write(queue_.take());
