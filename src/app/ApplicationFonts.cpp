@@ -29,7 +29,7 @@ void installApplicationFonts() {
   // The default font asks for the face by its full name; the font system
   // knows the family.
   QFont::insertSubstitution(QStringLiteral("Ubuntu Mono Regular"), QStringLiteral("Ubuntu Mono"));
-  // The lowest weight the font system accepts, kept as it always was.
+  // The lowest weight the font system accepts: a quirk of this client.
   QApplication::setFont(QFont(QStringLiteral("Ubuntu Mono Regular"), 12, 1, false));
   substituteMissingCourier();
 }

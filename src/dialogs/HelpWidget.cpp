@@ -12,7 +12,7 @@ namespace {
 
 constexpr QSize initialSize{575, 400};
 constexpr qsizetype longestParagraph = 4096;  // characters
-constexpr char endOfLicences = '\xff';        // a quirk of old: this byte ends the text
+constexpr char endOfLicences = '\xff';        // a quirk of this client: it ends the text
 
 QFont courierNew(int points, QFont::Weight weight = QFont::Normal) {
   QFont font(QStringLiteral("Courier New"), points, weight);

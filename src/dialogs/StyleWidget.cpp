@@ -15,7 +15,8 @@
 namespace {
 
 /// A length of at most two digits. The mask takes the digits from 1 to 9 only,
-/// so 20 and 40 cannot be entered, and are shown as 2 and 4: a quirk of old.
+/// so 20 and 40 cannot be entered, and are shown as 2 and 4: a quirk of this
+/// client.
 class LengthEdit : public QLineEdit {
  public:
   explicit LengthEdit(QWidget* parent) : QLineEdit(parent) { setInputMask(QStringLiteral("DD")); }

@@ -41,14 +41,18 @@ std::optional<Contents> read(const QString& path) {
   return Contents{std::move(bytes), whole};
 }
 
-bool replace(const QString& path, QByteArrayView bytes) {
+bool replace(const QString& path, QByteArrayView bytes, Access access) {
   if (!isOrdinaryOrMissing(path))
     return false;
   QSaveFile file(path);
   file.setDirectWriteFallback(true);
+  const bool isOpen = file.open(QIODevice::WriteOnly);
+  // Some disks have no permissions, and another user's file keeps its own.
+  if (isOpen && access == Access::OwnerOnly)
+    (void)file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
   // The toolkit does not look whether its buffer reached the disk before it puts
   // the file in the old one's place.
-  if (file.open(QIODevice::WriteOnly) && writeAll(file, bytes) && file.flush() && file.commit())
+  if (isOpen && writeAll(file, bytes) && file.flush() && file.commit())
     return true;
   // The disk has taken all the bytes and only the exchange was refused, as for
   // a file mounted by itself or another user's in a shared folder.

@@ -24,11 +24,18 @@ struct Contents {
 /// program forever.
 [[nodiscard]] std::optional<Contents> read(const QString& path);
 
+/// Who may read a file that was replaced.
+enum class Access {
+  AsBefore,   ///< the permissions of the old file stay
+  OwnerOnly,  ///< the owner alone, from the first byte on, as far as the system lets us
+};
+
 /// Gives the file these bytes. It holds the old ones or the new ones, never a
 /// part: a crash, a full disk or a failing write leaves the old file. A link
-/// stays a link and the permissions stay. Only where a file cannot be put in
-/// the old one's place is it written in place. False when the old file stands.
-[[nodiscard]] bool replace(const QString& path, QByteArrayView bytes);
+/// stays a link. Only where a file cannot be put in the old one's place is it
+/// written in place. False when the old file stands.
+[[nodiscard]] bool replace(const QString& path, QByteArrayView bytes,
+                           Access access = Access::AsBefore);
 
 /// Whether the file could be opened for writing, which leaves it empty.
 [[nodiscard]] bool openAndEmpty(const QString& path);

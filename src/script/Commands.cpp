@@ -65,6 +65,7 @@ struct Commands::Table {
       Command{"/echo"_L1, TextAndMaybeColour, First, &Commands::echo,
               "/echo takes at least one argument"_L1},
       Command{"/pause"_L1, Two, Nothing, &Commands::pause, "/pause takes two arguments"_L1},
+      // A quirk of this client: its id alone keeps the blanks behind it.
       Command{"/unpause"_L1, OneRaw, Nothing, &Commands::unpause, "/unpause takes one argument"_L1},
   };
 };

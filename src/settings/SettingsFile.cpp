@@ -126,12 +126,18 @@ bool takeOver(ClientSettings& record, const QByteArray& name, const QByteArray& 
   return true;
 }
 
-/// A file that is replaced keeps its permissions, so they are narrowed before
-/// the first byte; where that is refused, so is the export.
-bool makePrivate(QFile& file) {
+/// Whether the file is ready for a password. A new one is made for its owner
+/// alone. An old one is narrowed where the system lets us: a disk may have no
+/// permissions, and the file may be another's. One that is protected against
+/// writing is left as it is.
+bool prepare(QFile& file) {
   constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
-  return QFileInfo(file).isFile() ? file.setPermissions(ownerOnly)
-                                  : file.open(QIODevice::ReadWrite, ownerOnly);
+  if (!QFileInfo(file).isFile())
+    return file.open(QIODevice::ReadWrite, ownerOnly);
+  if (!file.open(QIODevice::Append | QIODevice::ExistingOnly))
+    return false;
+  (void)file.setPermissions(ownerOnly);
+  return true;
 }
 
 QByteArray exportedFile(const ClientSettings& record) {
@@ -154,10 +160,10 @@ bool exportSettings(const ClientSettings& record, const QString& fileName) {
   QFile file(asFileName(fileName));
   const QFileInfo before(file);
   const bool isNew = !before.exists();
-  if ((!isNew && !before.isFile()) || !makePrivate(file))
+  if ((!isNew && !before.isFile()) || !prepare(file))
     return false;
   file.close();
-  if (textfile::replace(file.fileName(), exportedFile(record)))
+  if (textfile::replace(file.fileName(), exportedFile(record), textfile::Access::OwnerOnly))
     return true;
   if (isNew)
     file.remove();

@@ -9,9 +9,11 @@ struct ClientSettings;
 /// family of two words comes back as its first.
 namespace settings {
 
-/// Writes every option to the file, which its owner alone can read: the proxy
-/// password stands in it as typed. False when it cannot be written; an old file
-/// stands then.
+/// Writes every option to the file. Its owner alone can read it, wherever the
+/// system lets us say so: the proxy password stands in it as typed. False when
+/// it cannot be written or is protected against it; an old file stands then.
+/// A quirk: an empty hostName or interfaceStyle becomes a line without a value,
+/// which the import refuses.
 [[nodiscard]] bool exportSettings(const ClientSettings& record, const QString& fileName);
 
 /// Takes over every line of the file, in any order. False when it cannot be

@@ -50,12 +50,15 @@ class TestAutomation : public QObject {
   void theTablesAreLoadedAndTheVariablesKept();
   void aTriggerAnswersWithTheWordItCaptured();
   void triggersFireInOrderEachBeforeTheNextIsTried();
+  void aTriggerCallsAnAlias();
+  void aPauseInATriggerHoldsBackThatTriggerAlone();
   void aLineInTwoReadsIsTwoPieces();
   void vitalsAndTriggersSeeTheSameLine();
   void anAliasRunsInPlaceOfItsName();
   void aPauseInAnAliasHoldsBackTheAliasAlone();
   void macroKeys_data();
   void macroKeys();
+  void aMacroRunsCommandsAliasesAndPauses();
   void commandsPrintIntoThePane();
   void withSplittingOffAPauseMakesNoTimer();
   void aWaitingTimerEndsWithTheWindow();
@@ -140,6 +143,27 @@ void TestAutomation::triggersFireInOrderEachBeforeTheNextIsTried() {
   QVERIFY(play.connectTo(server));
   server.send("You are hungry\r\nYou are hungry\r\n");
   QTRY_COMPARE(server.received(), QByteArray("eat\r\nlook\r\nsay done\r\n").repeated(2));
+}
+
+void TestAutomation::aTriggerCallsAnAlias() {
+  writeFile("triggers.txt", "\ntrigger \"hungry\"\nmeal\nlook\n/trigger\n");
+  writeFile("aliases.txt", "\nalias \"meal\"\nget bread\neat bread\n/alias\n");
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  server.send("You are hungry\r\n");
+  QTRY_COMPARE(server.received(), QByteArray("get bread\r\neat bread\r\nlook\r\n"));
+}
+
+void TestAutomation::aPauseInATriggerHoldsBackThatTriggerAlone() {
+  writeFile("triggers.txt",
+            "\ntrigger \"hungry\"\na\n/pause t,100\nb\n/trigger\n"
+            "\ntrigger \"You are\"\nc\n/trigger\n");
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  server.send("You are hungry\r\n");
+  QTRY_COMPARE(server.received(), QByteArray("a\r\nc\r\nb\r\n"));
 }
 
 void TestAutomation::aLineInTwoReadsIsTwoPieces() {
@@ -238,6 +262,21 @@ void TestAutomation::macroKeys() {
   QCOMPARE(play.bar->text(), text);
   play.window->runActions({"mark"});
   QTRY_COMPARE(server.received(), wire + "mark\r\n");
+}
+
+void TestAutomation::aMacroRunsCommandsAliasesAndPauses() {
+  writeFile("macros.txt", "\nmacro Key_F5\n/set way, north\nwalk\n/pause t, 100\nlate\n/macro\n");
+  writeFile("aliases.txt", "\nalias \"walk\"\nopen door\nnorth\n/alias\n");
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  QElapsedTimer clock;
+  clock.start();
+  QTest::keyClick(play.bar, Qt::Key_F5);
+  QCOMPARE(play.window->variables().value("way"), QString("north"));
+  play.type("typed");
+  QTRY_COMPARE(server.received(), QByteArray("open door\r\nnorth\r\ntyped\r\nlate\r\n"));
+  QVERIFY(clock.elapsed() >= 90);
 }
 
 void TestAutomation::commandsPrintIntoThePane() {

@@ -6,6 +6,7 @@
 #include <QPushButton>
 
 #include "PlayWindow.h"
+#include "support/FileText.h"
 #include "support/ScratchMain.h"
 
 /// The dialogs of a real window, opened by their toolbar actions.
@@ -16,6 +17,8 @@ class TestDialogsFromToolbar : public QObject {
   void opens_data();
   void opens();
   void applyingTheGeneralSettingsReachesTheWindow();
+  void applyingWritesTheVariables_data();
+  void applyingWritesTheVariables();
   void anAliasAddedInItsEditorRunsAtOnce();
 
  private:
@@ -81,6 +84,44 @@ void TestDialogsFromToolbar::applyingTheGeneralSettingsReachesTheWindow() {
   QSettings store("Dunmere Works", "Kelmora Client v3.9b");
   QCOMPARE(store.value("Global Settings/port").toInt(), 4023);
   QCOMPARE(store.value("Global Settings/yellow").toString(), QString("#5e610b"));
+}
+
+void TestDialogsFromToolbar::applyingWritesTheVariables_data() {
+  QTest::addColumn<int>("action");
+  QTest::addColumn<QString>("title");
+  QTest::addColumn<QString>("button");
+  QTest::addColumn<bool>("written");
+  QTest::newRow("general settings") << 5 << "General Settings"
+                                    << "Apply" << true;
+  QTest::newRow("general settings, cancelled") << 5 << "General Settings"
+                                               << "Cancel" << false;
+  QTest::newRow("proxy settings") << 6 << "Proxy Settings"
+                                  << "Apply" << true;
+  QTest::newRow("proxy settings, cancelled") << 6 << "Proxy Settings"
+                                             << "Cancel" << false;
+  QTest::newRow("interface settings") << 5 << "Interface Settings"
+                                      << "Apply" << true;
+  QTest::newRow("interface settings, cancelled") << 5 << "Interface Settings"
+                                                 << "Cancel" << false;
+}
+
+void TestDialogsFromToolbar::applyingWritesTheVariables() {
+  QFETCH(const int, action);
+  QFETCH(const QString, title);
+  QFETCH(const QString, button);
+  QFETCH(const bool, written);
+  QFile::remove("variables.txt");
+  PlayWindow play(5000);
+  QCOMPARE(contentOf("variables.txt"), QByteArray());
+  play.type("/set hp, 15");
+  play.actions.at(action)->trigger();
+  if (title == "Interface Settings")
+    press(titled(play, "General Settings"), "Interface style");
+  QVERIFY(titled(play, title)->isVisible());
+  press(titled(play, title), button);
+  QVERIFY(!titled(play, title)->isVisible());
+  QCOMPARE(contentOf("variables.txt"),
+           written ? QByteArray("\nvariable hp \"15\"\n") : QByteArray());
 }
 
 void TestDialogsFromToolbar::anAliasAddedInItsEditorRunsAtOnce() {

@@ -32,7 +32,7 @@ class TestMainWidget : public QObject {
   void hostilePlaces();
   void toolbarRows_data();
   void toolbarRows();
-  void separatorsStandWhereToldTo();
+  void separatorsStandBetweenTheGroups();
   void everyActionHasItsIcon();
   void theToolbarIs70PixelsHighAndTakesTheIconSize();
   void layoutIsOneColumn();
@@ -161,7 +161,7 @@ void TestMainWidget::toolbarRows() {
   QCOMPARE(actions.at(index)->isEnabled(), enabled);
 }
 
-void TestMainWidget::separatorsStandWhereToldTo() {
+void TestMainWidget::separatorsStandBetweenTheGroups() {
   const MainWidget window;
   QList<int> places;
   const QList<QAction*> actions = window.findChild<QToolBar*>()->actions();

@@ -16,14 +16,22 @@ class TestSettingsAndSession : public QObject {
   void init();
   void cleanup();
   void theSessionIsSavedWithTheNormalBlackBehindIt();
+  void theSessionGetsTheVeryNameGiven();
+  void aSessionThatCannotBeSavedGoesUnsaid();
   void cancellingSavesNothing_data();
   void cancellingSavesNothing();
+  void theBarHasTheFocusAfterwards_data();
+  void theBarHasTheFocusAfterwards();
   void theExportIsAFileOfThirtySevenLines();
   void anExportThatFailsSaysSo();
   void anImportRefreshesTheWindow();
+  void anImportEndsBold();
   void anImportWithoutProxyLeavesTheProxyAlone();
   void anImportThatFailsSaysSoAndRefreshesNothing();
   void anImportDoesNotWriteTheStore();
+
+ private:
+  const QString styleAtStart_ = QApplication::style()->objectName();
 };
 
 void TestSettingsAndSession::init() {
@@ -34,6 +42,7 @@ void TestSettingsAndSession::init() {
 
 void TestSettingsAndSession::cleanup() {
   QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+  QApplication::setStyle(styleAtStart_);
 }
 
 void TestSettingsAndSession::theSessionIsSavedWithTheNormalBlackBehindIt() {
@@ -47,6 +56,29 @@ void TestSettingsAndSession::theSessionIsSavedWithTheNormalBlackBehindIt() {
   const QByteArray page = contentOf("session.html");
   QVERIFY(page.startsWith("<body bgcolor=\"#010203\"><!DOCTYPE"));
   QVERIFY(page.contains("a line of this session"));
+  QCOMPARE(play.window->focusWidget(), play.bar);
+}
+
+void TestSettingsAndSession::theSessionGetsTheVeryNameGiven() {
+  PlayWindow play(5000);
+  play.type("a line of this session");
+  Answers answers("session");
+  play.actions.at(2)->trigger();
+  QVERIFY(contentOf("session").contains("a line of this session"));
+  QCOMPARE(QDir().entryList({"session*"}, QDir::Files), QStringList{"session"});
+}
+
+void TestSettingsAndSession::aSessionThatCannotBeSavedGoesUnsaid() {
+  PlayWindow play(5000);
+  QVERIFY(QTest::qWaitForWindowActive(play.window.get()));
+  play.pane->setFocus();
+  const QStringList before = QDir().entryList(QDir::Files);
+  // The dialog counts letters, of which this name has few enough; the system
+  // counts bytes.
+  Answers answers(QString(200, QChar(0xe9)));
+  play.actions.at(2)->trigger();
+  QCOMPARE(answers.seen.size(), 1);
+  QCOMPARE(QDir().entryList(QDir::Files), before);
   QCOMPARE(play.window->focusWidget(), play.bar);
 }
 
@@ -67,6 +99,35 @@ void TestSettingsAndSession::cancellingSavesNothing() {
   play.actions.at(action)->trigger();
   QCOMPARE(answers.seen.size(), 1);
   QCOMPARE(QDir().entryList(QDir::Files), before);
+  QCOMPARE(play.window->focusWidget(), play.bar);
+}
+
+void TestSettingsAndSession::theBarHasTheFocusAfterwards_data() {
+  QTest::addColumn<int>("action");
+  QTest::addColumn<QByteArray>("lines");
+  QTest::addColumn<QString>("name");
+  QTest::addColumn<int>("boxes");
+  const QByteArray good = "port 4023\n";
+  QTest::newRow("an export") << 3 << good << "my.settings" << 0;
+  QTest::newRow("an export that fails") << 3 << good << QString::fromUtf8("r\u00e9glages/x") << 1;
+  QTest::newRow("an import") << 4 << good << "my.settings" << 0;
+  QTest::newRow("an import that fails") << 4 << QByteArray("nonsense\n") << "my.settings" << 1;
+}
+
+void TestSettingsAndSession::theBarHasTheFocusAfterwards() {
+  QFETCH(const int, action);
+  QFETCH(const QByteArray, lines);
+  QFETCH(const QString, name);
+  QFETCH(const int, boxes);
+  PlayWindow play(5000);
+  QVERIFY(QTest::qWaitForWindowActive(play.window.get()));
+  QVERIFY(QDir().mkpath(QString::fromUtf8("r\u00e9glages")));
+  writeFile("my.settings", lines);
+  play.pane->setFocus();
+  QCOMPARE(play.window->focusWidget(), play.pane);
+  Answers answers(name);
+  play.actions.at(action)->trigger();
+  QCOMPARE(answers.buttons, QList<QMessageBox::StandardButtons>(boxes, QMessageBox::Ok));
   QCOMPARE(play.window->focusWidget(), play.bar);
 }
 
@@ -95,8 +156,13 @@ void TestSettingsAndSession::anExportThatFailsSaysSo() {
 }
 
 void TestSettingsAndSession::anImportRefreshesTheWindow() {
-  const QString style = QStyleFactory::keys().last();
   PlayWindow play(5000);
+  const QString before = QApplication::style()->objectName();
+  QString style;
+  for (const QString& key : QStyleFactory::keys())
+    if (key.compare(before, Qt::CaseInsensitive) != 0)
+      style = key;
+  QVERIFY2(!style.isEmpty(), "the toolkit has one style only");
   writeFile("my.settings", "interfaceStyle " + style.toLatin1() +
                                "\niconSize.width 24\niconSize.height 20\nwhite #112233\n"
                                "inFont Courier,15,-1,5,50,0,0,0,0,0\n"
@@ -112,6 +178,21 @@ void TestSettingsAndSession::anImportRefreshesTheWindow() {
   QCOMPARE(QNetworkProxy::applicationProxy().port(), 1080);
   play.window->clientConnected();
   QCOMPARE(play.formatOf("Connected to host!").foreground().color(), QColor("#112233"));
+}
+
+void TestSettingsAndSession::anImportEndsBold() {
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  server.send("\x1b[1m\x1b[31mloud\x1b[1m ");
+  QTRY_VERIFY(play.text().contains("loud"));
+  QCOMPARE(play.formatOf("loud").foreground().color(), QColor("#FF0000"));
+  writeFile("my.settings", "port 4023\n");
+  Answers answers("my.settings");
+  play.actions.at(4)->trigger();
+  server.send("\x1b[31mquiet");
+  QTRY_VERIFY(play.text().contains("quiet"));
+  QCOMPARE(play.formatOf("quiet").foreground().color(), QColor("#660000"));
 }
 
 void TestSettingsAndSession::anImportWithoutProxyLeavesTheProxyAlone() {

@@ -198,6 +198,7 @@ void TestTyping::slashLinesThatNameNoCommandGoOut() {
   PlayWindow play(server.port());
   QVERIFY(play.connectTo(server));
   play.type("/;//who;/wave");
+  QVERIFY(play.text().endsWith("/\n/who\n/wave\n"));
   QTRY_COMPARE(server.received(), QByteArray("/\r\n/who\r\n/wave\r\n"));
 }
 

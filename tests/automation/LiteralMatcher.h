@@ -11,9 +11,9 @@
 #include "automation/core/Entries.h"
 #include "automation/core/TriggerTable.h"
 
-/// The rule of the triggers told once more, word for word with the C library's
-/// own scanner and no thought of speed: what the compiled one is held against.
-/// The C locale must be in force.
+/// The same rule, computed with the C library's own scanner and no thought of
+/// speed: what the compiled triggers are held against. The C locale must be in
+/// force.
 namespace literal {
 
 inline std::optional<QStringList> matches(const QString& pattern, const QByteArray& line) {

@@ -7,8 +7,8 @@
 #include <QTest>
 
 #include "EditorDriver.h"
-#include "support/OwnFolder.h"
 #include "automation/editors/AliasWidget.h"
+#include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
 
 namespace {
@@ -117,6 +117,8 @@ void TestAliasWidget::looksAsLaidOut() {
   open({{"k", {"kill"}}});
   QCOMPARE(editor_->windowTitle(), QStringLiteral("Aliases"));
   QVERIFY(!editor_->windowIcon().isNull());
+  QCOMPARE(editor_->windowIcon().pixmap(32).toImage(),
+           QIcon(":/icons/aliases.png").pixmap(32).toImage());
   QVERIFY(editor_->isModal());
   QCOMPARE(controls_->commands->lineWrapMode(), QPlainTextEdit::NoWrap);
   QVERIFY(QFontInfo(controls_->commands->font()).fixedPitch());

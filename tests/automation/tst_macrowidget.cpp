@@ -3,9 +3,9 @@
 #include <QTest>
 
 #include "EditorDriver.h"
-#include "support/OwnFolder.h"
 #include "automation/editors/KeyPressWidget.h"
 #include "automation/editors/MacroWidget.h"
+#include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
 
 namespace {
@@ -109,6 +109,8 @@ void TestMacroWidget::looksAsLaidOut() {
   open({});
   QCOMPARE(editor_->windowTitle(), QStringLiteral("Macros"));
   QVERIFY(!editor_->windowIcon().isNull());
+  QCOMPARE(editor_->windowIcon().pixmap(32).toImage(),
+           QIcon(":/icons/macros.png").pixmap(32).toImage());
   QVERIFY(editor_->isModal());
   QVERIFY2(!controls_->label, "a macro's key cannot be edited");
   const auto* grid = qobject_cast<QGridLayout*>(editor_->layout());

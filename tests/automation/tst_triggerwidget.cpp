@@ -2,8 +2,8 @@
 #include <QTest>
 
 #include "EditorDriver.h"
-#include "support/OwnFolder.h"
 #include "automation/editors/TriggerWidget.h"
+#include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
 
 namespace {
@@ -93,6 +93,8 @@ void TestTriggerWidget::looksAsLaidOut() {
   open({});
   QCOMPARE(editor_->windowTitle(), QStringLiteral("Triggers"));
   QVERIFY(!editor_->windowIcon().isNull());
+  QCOMPARE(editor_->windowIcon().pixmap(32).toImage(),
+           QIcon(":/icons/triggers.png").pixmap(32).toImage());
   QVERIFY(editor_->isModal());
   QCOMPARE(controls_->label->accessibleName(), QStringLiteral("Pattern"));
   QCOMPARE(controls_->list->accessibleName(), QStringLiteral("Triggers"));

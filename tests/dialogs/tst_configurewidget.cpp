@@ -459,6 +459,7 @@ void TestConfigureWidget::theStyleButtonOpensTheStyleDialog() {
   show();
   QPushButton* style = button(*dialog_, "Interface style");
   QVERIFY(!style->icon().isNull());
+  QCOMPARE(style->icon().pixmap(32).toImage(), QIcon(":/icons/style.png").pixmap(32).toImage());
   auto* styleDialog = window_->findChild<StyleWidget*>();
   settings_.iconSize = {37, 46};
   click(style);

@@ -140,18 +140,20 @@ void TestHelpWidget::aLinkOpensTheBrowser_data() {
   QTest::addColumn<int>("row");
   QTest::addColumn<QString>("words");
   QTest::addColumn<QString>("description");
+  QTest::addColumn<QString>("address");
   QTest::newRow("the tutorial") << 2 << "Client tutorial"
-                                << " - A guide to using this client";
+                                << " - A guide to using this client" << KELMORA_TUTORIAL_URL;
   QTest::newRow("the site") << 3 << "Official site"
-                            << " - Kelmora's official website";
+                            << " - Kelmora's official website" << KELMORA_SITE_URL;
   QTest::newRow("the wiki") << 4 << "Official wiki"
-                            << " - Kelmora's community wiki";
+                            << " - Kelmora's community wiki" << KELMORA_WIKI_URL;
 }
 
 void TestHelpWidget::aLinkOpensTheBrowser() {
   QFETCH(const int, row);
   QFETCH(const QString, words);
   QFETCH(const QString, description);
+  QFETCH(const QString, address);
   show();
   auto* label = at<QLabel>(*dialog_, row, 0);
   QCOMPARE(label->textFormat(), Qt::RichText);
@@ -161,8 +163,10 @@ void TestHelpWidget::aLinkOpensTheBrowser() {
   QVERIFY2(match.hasMatch(), qPrintable(label->text()));
   QCOMPARE(match.captured(2), words);
   QCOMPARE(match.captured(3), description);
-  const QUrl target(match.captured(1));
+  const QUrl target(address);
   QVERIFY(target.isValid() && target.scheme().startsWith("http") && !target.host().isEmpty());
+  QCOMPARE(match.captured(1), address.toHtmlEscaped());
+  QCOMPARE(label->toolTip(), address);
 
   // By mouse, a little into the centred text; then by the keyboard.
   const int textWidth = label->fontMetrics().horizontalAdvance(words + description);

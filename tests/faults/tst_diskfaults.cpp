@@ -31,8 +31,8 @@ struct Fault {
   bool (*prepare)();
   bool (*begin)();
   bool (*end)();
-  /// The administrator's rights, and the owner's over his own file, may find a
-  /// way around it.
+  /// The administrator's rights, and the owner's over a file that mends its own
+  /// permissions, may find a way around it.
   bool alwaysFatal;
 };
 
@@ -123,6 +123,8 @@ struct Saved {
   QString file;
   /// What it says about its success; nothing where it says nothing.
   std::optional<bool> (*save)(const SavedState& state);
+  /// Whether its owner may save it although it is protected against writing.
+  bool mendsPermissions = false;
 };
 
 std::optional<bool> saveSession(const SavedState& state) {
@@ -149,7 +151,8 @@ const std::vector<Saved>& allSaved() {
        [](const SavedState& state) {
          settings::save(state.settings, state.place);
          return std::optional<bool>();
-       }},
+       },
+       true},
       {"exported settings", QStringLiteral("my.settings"),
        [](const SavedState& state) {
          return std::optional(
@@ -211,7 +214,7 @@ void TestDiskFaults::theOldFileStandsUntilTheNewOneCan() {
   QFETCH(int, saved);
   const Fault& disk = faults()[static_cast<std::size_t>(fault)];
   const Saved& thing = allSaved()[static_cast<std::size_t>(saved)];
-  const bool mustFail = disk.alwaysFatal || geteuid() == 0;
+  const bool mustFail = disk.alwaysFatal || geteuid() == 0 || !thing.mendsPermissions;
   const int result = inChild([&] {
     if (!disk.prepare())
       return cannotTry;

@@ -29,6 +29,8 @@ class TestTextFile : public QObject {
   void aFileIsReplacedByteForByte();
   void aReplacedFileKeepsItsPermissions_data();
   void aReplacedFileKeepsItsPermissions();
+  void aReplacedFileIsTheOwnersAloneWhereThatIsAsked_data();
+  void aReplacedFileIsTheOwnersAloneWhereThatIsAsked();
   void aLinkStaysALink_data();
   void aLinkStaysALink();
   void aFileIsEmptied();
@@ -129,6 +131,25 @@ void TestTextFile::aReplacedFileKeepsItsPermissions() {
   QVERIFY(textfile::replace(path, "new"));
   QCOMPARE(contentsOf(path), "new");
   QCOMPARE(QFile::permissions(path), permissions);
+}
+
+void TestTextFile::aReplacedFileIsTheOwnersAloneWhereThatIsAsked_data() {
+  QTest::addColumn<bool>("exists");
+  QTest::newRow("a new file") << false;
+  QTest::newRow("a file that everybody could read") << true;
+}
+
+void TestTextFile::aReplacedFileIsTheOwnersAloneWhereThatIsAsked() {
+  QFETCH(const bool, exists);
+  using P = QFileDevice::Permission;
+  const QFile::Permissions owner = P::ReadOwner | P::WriteOwner | P::ReadUser | P::WriteUser;
+  if (exists) {
+    QVERIFY(put(path, "old"));
+    QVERIFY(QFile::setPermissions(path, owner | P::ReadGroup | P::ReadOther));
+  }
+  QVERIFY(textfile::replace(path, "new", textfile::Access::OwnerOnly));
+  QCOMPARE(contentsOf(path), "new");
+  QCOMPARE(QFile::permissions(path), owner);
 }
 
 void TestTextFile::aLinkStaysALink_data() {

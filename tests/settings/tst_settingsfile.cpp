@@ -3,9 +3,13 @@
 #include <QGuiApplication>
 #include <QTest>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "settings/ClientSettings.h"
+#include "settings/SettingsFields.h"
 #include "settings/SettingsFile.h"
+#include "support/InChild.h"
+#include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
 
 namespace {
@@ -22,6 +26,24 @@ void write(const QByteArray& bytes, const QString& name = fileName) {
   if (!file.open(QIODevice::WriteOnly))
     qFatal("the scratch folder takes no files");
   file.write(bytes);
+}
+
+/// Permission bits, -1 where there is nothing.
+int modeOf(const QString& name) {
+  struct stat status {};
+  return ::stat(QFile::encodeName(name).constData(), &status) == 0 ? int(status.st_mode & 07777)
+                                                                   : -1;
+}
+
+/// What an export by a user without special rights comes to.
+int exportAsOrdinaryUser() {
+  return inChild([] {
+    if (!becomeOrdinaryUser())
+      return cannotTry;
+    ClientSettings record;
+    record.proxyPassword = QStringLiteral("secret");
+    return settings::exportSettings(record, fileName) ? asWished : notAsWished;
+  });
 }
 
 }  // namespace
@@ -41,11 +63,16 @@ class TestSettingsFile : public QObject {
   void refuses();
   void linesBeforeABadOneStay();
   void unchangedSettingsComeBackWhole();
+  void everyFieldComesBack();
   void anEmptyHostCannotComeBack();
   void aMissingFileIsCreatedEmpty();
   void foldersAndMissingFoldersFail();
   void theOwnerAloneCanReadIt_data();
   void theOwnerAloneCanReadIt();
+  void aWriteProtectedFileStaysAsItIs_data();
+  void aWriteProtectedFileStaysAsItIs();
+  void aFileThatCannotBeNarrowedIsWritten_data();
+  void aFileThatCannotBeNarrowedIsWritten();
   void aNameOutsideAsciiIsAnotherFile();
   void hugeAndBinaryFilesAreRefusedAtOnce_data();
   void hugeAndBinaryFilesAreRefusedAtOnce();
@@ -105,6 +132,9 @@ void TestSettingsFile::writes_data() {
   row(
       "what is not Latin-1 is a question mark",
       [](auto& r) { r.hostName = QString::fromUtf8("a€b"); }, "hostName a?b\n");
+  row(
+      "a font family of two words is written whole",
+      [](auto& r) { r.outFont = QFont("Two Words", 17); }, "outFont Two Words,17,");
   row(
       "a long value is written whole", [](auto& r) { r.hostName = QString(5000, 'h'); },
       QByteArray("hostName " + QByteArray(5000, 'h') + "\n").constData());
@@ -227,6 +257,43 @@ void TestSettingsFile::unchangedSettingsComeBackWhole() {
   QVERIFY(other == record);
 }
 
+void TestSettingsFile::everyFieldComesBack() {
+  const ClientSettings defaults;
+  ClientSettings record;
+  record.outFont = QFont("Monospace", 17, QFont::Bold, true);
+  record.inFont = QFont("Serif", 9);
+  record.iconSize = {16, 99};
+  for (const SettingsField& field : settings::fields())
+    if (field.kind() == FieldKind::Flag)
+      settings::assign(record, field, field.defaultValue.toInt() == 0 ? 1 : 0);
+  record.splitString = "&&";
+  record.hostName = "mud.example";
+  record.port = -4023;
+  record.proxyType = 5;
+  record.proxyHostName = "proxy.example";
+  record.proxyPortNumber = "8080";
+  record.proxyUserName = "user";
+  record.proxyPassword = "secret";
+  record.interfaceStyle = "Fusion";
+  for (std::size_t i = 0; i < 8; ++i) {
+    record.normalColour[i].assign("#10000" + QByteArray::number(static_cast<int>(i)));
+    record.boldColour[i].assign("#20000" + QByteArray::number(static_cast<int>(i)));
+  }
+  QVERIFY(settings::exportSettings(record, fileName));
+  ClientSettings other;
+  QVERIFY(settings::importSettings(other, fileName));
+  for (const SettingsField& field : settings::fields()) {
+    const QVariant expected = settings::storedValue(record, field);
+    QVERIFY2(expected != settings::storedValue(defaults, field), field.exportKey);
+    QVERIFY2(settings::storedValue(other, field) == expected, field.exportKey);
+  }
+  // By the record's own members too, whatever the table says; fonts were
+  // compared by their text.
+  other.inFont = record.inFont;
+  other.outFont = record.outFont;
+  QVERIFY(other == record);
+}
+
 void TestSettingsFile::anEmptyHostCannotComeBack() {
   ClientSettings record;
   record.hostName.clear();
@@ -266,9 +333,63 @@ void TestSettingsFile::theOwnerAloneCanReadIt() {
     write("old");
   QVERIFY(settings::exportSettings(ClientSettings(), fileName));
   ::umask(before);
-  struct stat status {};
-  QCOMPARE(::stat(QFile::encodeName(fileName).constData(), &status), 0);
-  QCOMPARE(int(status.st_mode & 0777), 0600);
+  QCOMPARE(modeOf(fileName), 0600);
+}
+
+void TestSettingsFile::aWriteProtectedFileStaysAsItIs_data() {
+  QTest::addColumn<bool>("own");
+  QTest::newRow("the player's own") << true;
+  QTest::newRow("another user's") << false;
+}
+
+void TestSettingsFile::aWriteProtectedFileStaysAsItIs() {
+  QFETCH(const bool, own);
+  const OwnFolder folder;
+  QVERIFY(folder.isValid());
+  write("old");
+  QCOMPARE(::chmod(QFile::encodeName(fileName).constData(), 0444), 0);
+  QCOMPARE(::chmod(".", 0777), 0);
+  const bool root = ::geteuid() == 0;
+  if (!own && !root)
+    QSKIP("this user can make no file of another's");
+  constexpr uid_t nobody = 65534;
+  if (own && root)
+    QCOMPARE(::chown(QFile::encodeName(fileName).constData(), nobody, static_cast<gid_t>(-1)), 0);
+  const int result = exportAsOrdinaryUser();
+  if (result == cannotTry)
+    QSKIP("no ordinary user can be had here");
+  QCOMPARE(result, notAsWished);
+  QCOMPARE(content(), QByteArray("old"));
+  QCOMPARE(modeOf(fileName), 0444);
+  QCOMPARE(namesHere(), QStringList{fileName});
+}
+
+void TestSettingsFile::aFileThatCannotBeNarrowedIsWritten_data() {
+  QTest::addColumn<int>("folderMode");
+  QTest::addColumn<int>("mode");
+  QTest::newRow("where it can be replaced, by a private one") << 0777 << 0600;
+  QTest::newRow("where others' files cannot be replaced, in place") << 01777 << 0666;
+  QTest::newRow("where no file can be made, in place") << 0755 << 0666;
+}
+
+void TestSettingsFile::aFileThatCannotBeNarrowedIsWritten() {
+  QFETCH(const int, folderMode);
+  QFETCH(const int, mode);
+  if (::geteuid() != 0)
+    QSKIP("this user can make no file of another's");
+  const OwnFolder folder;
+  QVERIFY(folder.isValid());
+  write("old");
+  QCOMPARE(::chmod(QFile::encodeName(fileName).constData(), 0666), 0);
+  QCOMPARE(::chmod(".", static_cast<mode_t>(folderMode)), 0);
+  const int result = exportAsOrdinaryUser();
+  if (result == cannotTry)
+    QSKIP("no ordinary user can be had here");
+  QCOMPARE(result, asWished);
+  QVERIFY(content().contains("\nproxyPassword secret\n"));
+  QCOMPARE(content().count('\n'), 37);
+  QCOMPARE(modeOf(fileName), mode);
+  QCOMPARE(namesHere(), QStringList{fileName});
 }
 
 void TestSettingsFile::aNameOutsideAsciiIsAnotherFile() {

@@ -31,6 +31,7 @@ class Answers : public QObject {
           return;
         }
         seen << box->windowTitle() + ": " + box->text();
+        buttons << box->standardButtons();
         QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
       }
     };
@@ -41,6 +42,8 @@ class Answers : public QObject {
 
   /// What came up, but for the question whether to replace a file.
   QStringList seen;
+  /// Those of the message boxes among them.
+  QList<QMessageBox::StandardButtons> buttons;
 
  private:
   QTimer timer_;

@@ -35,6 +35,8 @@ class TestInputWidget : public QObject {
   void cleanup();
   void routes_data();
   void routes();
+  void cursorKeysMoveTheCursor_data();
+  void cursorKeysMoveTheCursor();
   void aBoundKeyTypesNothing();
   void aBoundEnterDoesNotSubmit();
   void aBoundEscapeKeepsTheText();
@@ -95,10 +97,15 @@ void TestInputWidget::routes_data() {
       {macro(Qt::Key_Left)});
   row("keypad Home is offered to the macros", Qt::Key_Home, Qt::KeypadModifier,
       {macro(Qt::Key_Home)});
+  row("keypad Right is offered to the macros", Qt::Key_Right, Qt::KeypadModifier,
+      {macro(Qt::Key_Right)});
+  row("keypad End is offered to the macros", Qt::Key_End, Qt::KeypadModifier, {macro(Qt::Key_End)});
   row("a keypad digit is offered to the macros", Qt::Key_5, Qt::KeypadModifier, {macro(Qt::Key_5)},
       "text5");
   row("Insert is offered to the macros", Qt::Key_Insert, none, {macro(Qt::Key_Insert)});
   row("Page Up is offered to the macros", Qt::Key_PageUp, none, {macro(Qt::Key_PageUp)});
+  row("Page Down is offered to the macros", Qt::Key_PageDown, none, {macro(Qt::Key_PageDown)});
+  row("Clear is offered to the macros", Qt::Key_Clear, none, {macro(Qt::Key_Clear)});
   row("Control and P browse to older lines", Qt::Key_P, Qt::ControlModifier, {"older"});
   row("Control and N browse to newer lines", Qt::Key_N, Qt::ControlModifier, {"newer"});
   row("Control, Alt and P browse as well", Qt::Key_P, Qt::ControlModifier | Qt::AltModifier,
@@ -129,6 +136,33 @@ void TestInputWidget::routes() {
   host_->calls.removeAll(QStringLiteral("macro %1").arg(int(Qt::Key_Shift), 0, 16));
   QCOMPARE(host_->calls, calls);
   QCOMPARE(bar_->text(), text);
+}
+
+void TestInputWidget::cursorKeysMoveTheCursor_data() {
+  QTest::addColumn<int>("key");
+  QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+  QTest::addColumn<int>("position");
+  const Qt::KeyboardModifiers none;
+  const Qt::KeyboardModifiers keypad(Qt::KeypadModifier);
+  QTest::newRow("Left") << int(Qt::Key_Left) << none << 1;
+  QTest::newRow("Right") << int(Qt::Key_Right) << none << 3;
+  QTest::newRow("Home") << int(Qt::Key_Home) << none << 0;
+  QTest::newRow("End") << int(Qt::Key_End) << none << 4;
+  QTest::newRow("keypad Left without a macro") << int(Qt::Key_Left) << keypad << 1;
+  QTest::newRow("keypad Right without a macro") << int(Qt::Key_Right) << keypad << 3;
+  QTest::newRow("keypad Home without a macro") << int(Qt::Key_Home) << keypad << 0;
+  QTest::newRow("keypad End without a macro") << int(Qt::Key_End) << keypad << 4;
+}
+
+void TestInputWidget::cursorKeysMoveTheCursor() {
+  QFETCH(const int, key);
+  QFETCH(const Qt::KeyboardModifiers, modifiers);
+  QFETCH(const int, position);
+  bar_->setText("text");
+  bar_->setCursorPosition(2);
+  QTest::keyClick(bar_, static_cast<Qt::Key>(key), modifiers);
+  QCOMPARE(bar_->cursorPosition(), position);
+  QVERIFY(!bar_->hasSelectedText());
 }
 
 void TestInputWidget::aBoundKeyTypesNothing() {

@@ -6,9 +6,24 @@
 #include <QTextBlock>
 
 #include "IdleHost.h"
+#include "PipelineSupport.h"
 #include "support/ScratchMain.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
+
+namespace {
+
+/// Shows what the pipeline makes of a read.
+class PaneHost : public RecordingHost {
+ public:
+  explicit PaneHost(OutputWidget& pane) : pane_(pane) {}
+  void showServerText(ServerText text) override { pane_.showServerText(std::move(text)); }
+
+ private:
+  OutputWidget& pane_;
+};
+
+}  // namespace
 
 class TestOutputWidget : public QObject {
   Q_OBJECT
@@ -28,6 +43,8 @@ class TestOutputWidget : public QObject {
   void theEchoEndsItsLine();
   void aLinkIsReadableOnBlack();
   void writesKeepTheirOrder();
+  void everythingIsWrittenAtTheEnd_data();
+  void everythingIsWrittenAtTheEnd();
   void theViewFollowsWhateverArrives();
   void aSmallerPaneStillShowsTheNewestLine();
   void aReaderFurtherUpIsLeftThereByAResize();
@@ -203,6 +220,43 @@ void TestOutputWidget::writesKeepTheirOrder() {
   pane_->echoSentText("echo\r\n");
   pane_->insertServerHtml("server again");
   QCOMPARE(pane_->toPlainText(), QString("server ## error\n\nstatus++ info\necho\nserver again"));
+}
+
+void TestOutputWidget::everythingIsWrittenAtTheEnd_data() {
+  QTest::addColumn<std::function<void(OutputWidget&)>>("write");
+  QTest::addColumn<QString>("text");
+  using Write = std::function<void(OutputWidget&)>;
+  const auto row = [](const char* name, const char* text, const Write& write) {
+    QTest::newRow(name) << write << QString::fromLatin1(text);
+  };
+  row("an error", "## new\n", [](auto& pane) { pane.printError("new"); });
+  row("an information", "++ new\n", [](auto& pane) { pane.printInfo("new"); });
+  row("a printed text", "new\n", [](auto& pane) { pane.printText("new", Qt::green); });
+  row("an echoed line", "new\n", [](auto& pane) { pane.echoSentText("new\r\n"); });
+  row("a status line", "\nnew", [](auto& pane) { pane.appendStatusLine("<i>new</i>"); });
+  row("server text", "new", [](auto& pane) {
+    PaneHost host(pane);
+    Client().pipeline.readSocketData("new", plainText, host);
+  });
+  row("server text of the client's own making", "new",
+      [](auto& pane) { pane.insertServerHtml("<span style=\"color:#ff0000\">new"); });
+  row("server text for the toolkit's importer", "new",
+      [](auto& pane) { pane.insertServerHtml("<b>new</b>"); });
+}
+
+void TestOutputWidget::everythingIsWrittenAtTheEnd() {
+  QFETCH(const std::function<void(OutputWidget&)>, write);
+  QFETCH(const QString, text);
+  pane_->insertServerHtml("old words");
+  // Where a player has put the caret to copy something.
+  QTextCursor caret = pane_->textCursor();
+  caret.setPosition(3);
+  caret.setPosition(0, QTextCursor::KeepAnchor);
+  pane_->setTextCursor(caret);
+  QCOMPARE(pane_->textCursor().selectedText(), QString("old"));
+  write(*pane_);
+  QCOMPARE(pane_->toPlainText(), "old words" + text);
+  QVERIFY(pane_->textCursor().atEnd());
 }
 
 void TestOutputWidget::theViewFollowsWhateverArrives() {

@@ -22,7 +22,7 @@ LinkStep step(const char* needle, const char* pattern, const char* replacement) 
 /// The first puts a scheme before every "www.", also where there is one; the
 /// next four take the doubled schemes out again; the last two make links of
 /// what is left. Their order and the blank, "*", "&" and "#" in a link's body
-/// are kept as players know them. A run of some tens of thousands of schemes in
+/// are quirks of this client. A run of some tens of thousands of schemes in
 /// one read is more than the expression engine takes on: it leaves the text of
 /// that step from there on as it is, in no time.
 const std::array<LinkStep, 7>& linkSteps() {
