@@ -17,9 +17,11 @@ QString linkStyle() {
 }
 
 constexpr int frame = 16;  // milliseconds
-/// What a turn may take, in milliseconds: of a frame, whose rest is for paint,
-/// and while more comes in than can be shown.
+/// What a turn may take, in milliseconds: of a frame, whose rest is for paint;
+/// to catch up with much that waits, where paint is a third of the work; and
+/// while more comes in than can be shown.
 constexpr qint64 turn = 8;
+constexpr qint64 catchUpTurn = 16;
 constexpr qint64 floodTurn = 2;
 /// More bytes than a pane shows at once. So much waits for the rest of its
 /// frame even after a pause: lines that may be answered come with it.
@@ -157,8 +159,10 @@ void OutputWidget::insertWaiting(Amount amount) {
   {
     PaneWriter writer(*this, looks_,
                       {.longParagraph = longParagraph, .longestParagraph = longestParagraph});
-    const bool flood = skipped || (arriving_ && queue_.size() > muchText);
-    const double enough = charactersPerMillisecond_ * (flood ? floodTurn : turn);
+    const bool much = queue_.size() > muchText;
+    const bool flood = skipped || (arriving_ && much);
+    const auto most = flood ? floodTurn : much ? catchUpTurn : turn;
+    const double enough = charactersPerMillisecond_ * static_cast<double>(most);
     while (!queue_.isEmpty() &&
            (amount == Amount::All || static_cast<double>(writer.written()) < enough))
       writer.write(queue_.take());
