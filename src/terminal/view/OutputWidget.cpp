@@ -2,10 +2,10 @@
 
 #include <QScrollBar>
 #include <QTextBlock>
-#include <QTextDocumentFragment>
 #include <algorithm>
 #include <utility>
 
+#include "terminal/view/DocumentRenewal.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/PaneWriter.h"
 
@@ -16,16 +16,6 @@ QString linkStyle() {
   return QStringLiteral("a { color: #6fa8ff }");
 }
 
-constexpr int frame = 16;  // milliseconds
-/// What a turn may take, in milliseconds: of a frame, whose rest is for paint;
-/// to catch up with much that waits, where paint is a third of the work; and
-/// while more comes in than can be shown.
-constexpr qint64 turn = 8;
-constexpr qint64 catchUpTurn = 16;
-constexpr qint64 floodTurn = 2;
-/// More bytes than a pane shows at once. So much waits for the rest of its
-/// frame even after a pause: lines that may be answered come with it.
-constexpr qsizetype muchText = qsizetype{64} * 1024;
 constexpr int quiet = 1000;  // milliseconds without text
 /// Beyond it, in bytes, who adds has to wait. Text seldom gets there: only
 /// what makes no paragraphs, such as a flood of colours around nothing.
@@ -47,7 +37,7 @@ OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
   quietMoment_.setInterval(quiet);
   connect(&quietMoment_, &QTimer::timeout, this, [this] {
     if (queue_.isEmpty())
-      renewDocument();
+      renew();
   });
   setOpenExternalLinks(true);
   setWordWrapMode(QTextOption::WordWrap);
@@ -122,28 +112,21 @@ void OutputWidget::clear() {
 
 void OutputWidget::add(PaneText text) {
   queue_.add(std::move(text));
-  arriving_ = true;
   while (queue_.size() > longQueue)
-    insertWaiting(Amount::WhatFitsAFrame);
-  if (!nextTurn_.isActive()) {
-    const qint64 idle = sinceTurn_.isValid() ? sinceTurn_.elapsed() : frame;
-    nextTurn_.start(static_cast<int>(std::max<qint64>(frame - idle, 0)));
-  } else if (nextTurn_.interval() == 0 && queue_.size() > muchText) {
-    nextTurn_.start(frame);
-  }
+    insertWaiting(Amount::WhatFitsATurn);
+  const int delay = turns_.textComes();
+  if (!nextTurn_.isActive())
+    nextTurn_.start(delay);
+  else if (nextTurn_.interval() == 0 && queue_.size() > PaneTurns::muchText)
+    nextTurn_.start(frameLength);
 }
 
 void OutputWidget::takeTurn() {
-  sinceTurn_.start();
-  insertWaiting(Amount::WhatFitsAFrame);
-  const qint64 taken = sinceTurn_.elapsed();
-  // While more comes in, taking it in goes first: most of a flood is never
-  // shown, and the less often it is, the sooner it is over.
-  constexpr qint64 share = 8;
-  const qint64 pause =
-      std::exchange(arriving_, false) ? std::max<qint64>(frame, share * taken) : frame;
+  turns_.begin();
+  insertWaiting(Amount::WhatFitsATurn);
+  const int pause = turns_.end();
   if (!queue_.isEmpty())
-    nextTurn_.start(static_cast<int>(std::max<qint64>(pause - taken, 0)));
+    nextTurn_.start(pause);
 }
 
 void OutputWidget::insertWaiting(Amount amount) {
@@ -159,10 +142,7 @@ void OutputWidget::insertWaiting(Amount amount) {
   {
     PaneWriter writer(*this, looks_,
                       {.longParagraph = longParagraph, .longestParagraph = longestParagraph});
-    const bool much = queue_.size() > muchText;
-    const bool flood = skipped || (arriving_ && much);
-    const auto most = flood ? floodTurn : much ? catchUpTurn : turn;
-    const double enough = charactersPerMillisecond_ * static_cast<double>(most);
+    const double enough = turns_.characters({.bytes = queue_.size(), .skipped = skipped});
     while (!queue_.isEmpty() &&
            (amount == Amount::All || static_cast<double>(writer.written()) < enough))
       writer.write(queue_.take());
@@ -170,16 +150,11 @@ void OutputWidget::insertWaiting(Amount amount) {
   }
   moveCursor(QTextCursor::End);
   if (newFormats() > tooManyFormats)
-    renewDocument();
+    renew();
   else if (newFormats() > manyFormats)
     quietMoment_.start();
-  // A handful of characters tells nothing of the rate.
-  constexpr qsizetype enoughToTell = 2048;
-  if (written >= enoughToTell && amount == Amount::WhatFitsAFrame) {
-    const double rate = static_cast<double>(written) * 1e6 /
-                        static_cast<double>(std::max<qint64>(timer.nsecsElapsed(), 1));
-    charactersPerMillisecond_ += (rate - charactersPerMillisecond_) / 4;
-  }
+  if (amount == Amount::WhatFitsATurn)
+    turns_.learn(written, timer.nsecsElapsed());
 }
 
 void OutputWidget::clearUnlessItShapesWhatFollows() {
@@ -193,19 +168,7 @@ qsizetype OutputWidget::newFormats() const {
   return QTextBrowser::document()->allFormats().size() - formatsAtFirst_;
 }
 
-void OutputWidget::renewDocument() {
-  QTextDocument& document = *QTextBrowser::document();
-  const QTextCursor before = QTextBrowser::textCursor();
-  const int top = verticalScrollBar()->value();
-  const QTextDocumentFragment content(&document);
-  const int anchor = before.anchor();
-  const int position = before.position();
-  document.clear();
-  QTextCursor cursor(&document);
-  cursor.insertFragment(content);
-  cursor.setPosition(anchor);
-  cursor.setPosition(position, QTextCursor::KeepAnchor);
-  setTextCursor(cursor);
-  verticalScrollBar()->setValue(top);
-  formatsAtFirst_ = document.allFormats().size();
+void OutputWidget::renew() {
+  renewDocument(*this);
+  formatsAtFirst_ = QTextBrowser::document()->allFormats().size();
 }

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QTextBrowser>
 #include <QTimer>
 
 #include "terminal/core/ServerText.h"
 #include "terminal/view/PaneQueue.h"
+#include "terminal/view/PaneTurns.h"
 #include "terminal/view/TextLooks.h"
 
 class InputWidget;
@@ -78,7 +78,7 @@ class OutputWidget : public QTextBrowser {
   void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
 
  private:
-  enum class Amount { WhatFitsAFrame, All };
+  enum class Amount { WhatFitsATurn, All };
 
   void add(PaneText text);
   void takeTurn();
@@ -86,19 +86,15 @@ class OutputWidget : public QTextBrowser {
   void clearUnlessItShapesWhatFollows();
   /// How many formats came since the document was made.
   [[nodiscard]] qsizetype newFormats() const;
-  /// The same document with none but the formats in use, in the same view.
-  void renewDocument();
+  /// The same document with none but the formats in use.
+  void renew();
 
   InputWidget& inputBar_;
   PaneQueue queue_;
+  PaneTurns turns_;
   TextLooks looks_;
   QTimer nextTurn_;
   QTimer quietMoment_;
-  QElapsedTimer sinceTurn_;
-  /// Whether anything came since the last turn.
-  bool arriving_ = false;
   /// In use when the document was made anew.
   qsizetype formatsAtFirst_ = 0;
-  /// By the turns so far; layout included.
-  double charactersPerMillisecond_ = 1000;
 };

@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QProgressBar>
 
+#include "terminal/view/PaneTurns.h"
+
 namespace {
 
 constexpr int full = 100;
@@ -53,14 +55,13 @@ void VitalsBars::show(const VitalPercentages& percentages) {
       newest_.at(i) = value;
   // A bar measures and paints itself each time its value changes; with a prompt
   // in every other line of a flood that were most of the work.
-  constexpr qint64 frame = 16;  // milliseconds
   if (endOfFrame_.isActive())
     return;
-  const qint64 idle = sinceApplied_.isValid() ? sinceApplied_.elapsed() : frame;
-  if (idle >= frame)
+  const qint64 idle = sinceApplied_.isValid() ? sinceApplied_.elapsed() : frameLength;
+  if (idle >= frameLength)
     apply();
   else
-    endOfFrame_.start(static_cast<int>(frame - idle));
+    endOfFrame_.start(static_cast<int>(frameLength - idle));
 }
 
 void VitalsBars::apply() {
