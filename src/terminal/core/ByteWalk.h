@@ -57,7 +57,7 @@ constexpr ByteKinds makeByteKinds(IsOfUse isOfUse) {
 /// Walks over the bytes of one read and leaves the state as the next read finds
 /// it. What the bytes become goes to the sink: addRun() takes those that its
 /// `kinds` call ordinary, addByte() each of the others with its row, and the
-/// spans are appended to its `spans`.
+/// spans are appended to its `html`.
 template <typename Sink>
 void walkBytes(QByteArrayView data, const PipelineOptions& options, PipelineState& state,
                Sink& sink) {
@@ -68,7 +68,7 @@ void walkBytes(QByteArrayView data, const PipelineOptions& options, PipelineStat
   for (qsizetype index = 0; index < data.size();) {
     const char byte = data[index];
     if (state.translator.escapePending()) {
-      state.translator.translateEscape(--index, data, sink.spans, colours);
+      state.translator.translateEscape(--index, data, sink.html, colours);
       ++index;
     } else if (isOrdinary(byte)) {
       const auto* begin = data.begin() + index;
@@ -76,7 +76,7 @@ void walkBytes(QByteArrayView data, const PipelineOptions& options, PipelineStat
       sink.addRun(run);
       index += run.size();
     } else if (byte == bytewalk::escape) {
-      state.translator.translateEscape(index, data, sink.spans, colours);
+      state.translator.translateEscape(index, data, sink.html, colours);
       ++index;
     } else if (byte == bytewalk::telnetCommand) {
       index += bytewalk::telnetCommandLength;

@@ -26,7 +26,7 @@ struct LineSink {
   ByteBuffer lines;
   bool bell = false;
   bool tags = false;
-  NoHtml spans;
+  NoHtml html;
 };
 
 }  // namespace

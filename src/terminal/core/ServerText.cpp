@@ -10,24 +10,24 @@ struct HtmlSink {
   static constexpr auto kinds = bytewalk::makeByteKinds([](const ByteRow&) { return true; });
 
   // In most text every blank and colour grows on its way to HTML.
-  explicit HtmlSink(qsizetype bytes) : spans(4 * bytes + 1024) {}
+  explicit HtmlSink(qsizetype bytes) : html(4 * bytes + 1024) {}
 
-  void addRun(QByteArrayView run) { spans += run; }
+  void addRun(QByteArrayView run) { html += run; }
   void addByte(const ByteRow& row, ByteRow::Mode mode) {
-    spans += row.html[static_cast<std::size_t>(mode)];
+    html += row.html[static_cast<std::size_t>(mode)];
   }
 
-  ByteBuffer spans;
+  ByteBuffer html;
 };
 
 }  // namespace
 
 QString ServerText::decoded() const {
-  HtmlSink html(bytes.size());
-  html.spans += state.translator.currentSpan();
+  HtmlSink sink(bytes.size());
+  sink.html += state.translator.currentSpan();
   PipelineState walked = state;
-  walkBytes(bytes, options, walked, html);
-  QString text = QString::fromUtf8(html.spans.view());
+  walkBytes(bytes, options, walked, sink);
+  QString text = QString::fromUtf8(sink.html.view());
   if (options.displayURLs)
     linkify(text);
   resolvePlaceholders(text);
