@@ -88,8 +88,6 @@ void MainWidget::createWidgets() {
                               .parseHtml = settings_.parseHtml,
                               .displayURLs = settings_.displayURLs},
                              *this);
-    // What the triggers answered leaves before the pane takes its turn.
-    socket_->flush();
   });
   ConnectionHost& host = *this;
   connection_ = std::make_unique<ServerConnection>(*socket_, settings_, host);

@@ -2,6 +2,7 @@
 
 #include "PlayWindow.h"
 #include "net/ProxyProcess.h"
+#include "support/FileText.h"
 #include "support/ScratchMain.h"
 
 /// More text than one read takes, straight and through real proxies: all of it
@@ -13,6 +14,8 @@ class TestLongAnswer : public QObject {
   void cleanup() { QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy); }
   void arrivesWhole_data();
   void arrivesWhole();
+  void arrivesWholeWhereTriggersAnswer_data();
+  void arrivesWholeWhereTriggersAnswer();
 };
 
 void TestLongAnswer::arrivesWhole_data() {
@@ -68,6 +71,29 @@ void TestLongAnswer::arrivesWhole() {
   const auto withoutBlanks = [](QString text) { return text.remove(' '); };
   QCOMPARE(withoutBlanks(play.text().section('\n', 0, 1999)) + "\n",
            withoutBlanks(QString::fromLatin1(bytes).remove('\r')));
+}
+
+void TestLongAnswer::arrivesWholeWhereTriggersAnswer_data() {
+  QTest::addColumn<int>("lines");
+  for (const int lines : {400, 700, 4000, 20000})
+    QTest::addRow("%d lines", lines) << lines;
+}
+
+void TestLongAnswer::arrivesWholeWhereTriggersAnswer() {
+  // The server is gone by then: writing an answer to it must not cost the text
+  // that it had sent before.
+  QFETCH(const int, lines);
+  writeFile("triggers.txt", "\ntrigger \"ask\"\nanswer\n/trigger\n");
+  GameServer server;
+  PlayWindow play(server.port(), {{"displayLocalEcho", 0}});
+  QVERIFY(play.connectTo(server));
+  QByteArray bytes;
+  for (int i = 0; i < lines; ++i)
+    bytes += (i % 50 == 0 ? "ask " : "line ") + QByteArray::number(i) + " of the answer\r\n";
+  server.send(bytes + "Goodbye\r\n");
+  server.peer()->disconnectFromHost();
+  QTRY_COMPARE_WITH_TIMEOUT(play.connectionStates(), QString("+-+"), 60000);
+  QVERIFY(play.text().contains("Goodbye"));
 }
 
 KELMORA_GUI_TEST_MAIN(TestLongAnswer)

@@ -19,6 +19,7 @@ class RecordingHost : public PipelineHost {
   void beep() override { events << Event{Event::Kind::Beep, {}}; }
   void showServerText(ServerText text) override {
     events << Event{Event::Kind::Html, text.decoded().toUtf8()};
+    texts << std::move(text);
   }
   void parseVitals(const char* line) override { events << Event{Event::Kind::Vitals, line}; }
   void checkTriggers(const QByteArray& line) override {
@@ -36,6 +37,7 @@ class RecordingHost : public PipelineHost {
   [[nodiscard]] QList<QByteArray> lines() const { return all(Event::Kind::Triggers); }
 
   QList<Event> events;
+  QList<ServerText> texts;
 };
 
 inline constexpr PipelineOptions plainText{

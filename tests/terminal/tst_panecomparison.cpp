@@ -13,7 +13,8 @@ class Stream {
  public:
   explicit Stream(unsigned seed) : engine_(seed) {}
 
-  void play(TwoPanes& panes) {
+  template <typename Panes>
+  void play(Panes& panes) {
     OutputPipeline pipeline;
     pipeline.translator().buildColourSpans(pick(8) ? normalColours : namedColours, boldColours);
     const PipelineOptions options{.displayAnsiColor = pick(8) != 0,
@@ -56,6 +57,8 @@ class Stream {
                                                 "hp: 12/40",
                                                 "http://a.example/b?c=d&e",
                                                 "www.example",
+                                                "www.",
+                                                "https://",
                                                 "https://b.example",
                                                 "Tom & Jerry",
                                                 ", ",
@@ -135,7 +138,8 @@ class Stream {
     return made;
   }
 
-  void message(TwoPanes& panes) {
+  template <typename Panes>
+  void message(Panes& panes) {
     const QString text = QString::fromUtf8(bytes(pick(4)));
     const auto both = [&panes](auto write) {
       write(panes.quick);
@@ -164,6 +168,48 @@ class Stream {
   std::mt19937 engine_;
 };
 
+/// In place of the quick pane: counts what the queue would count.
+class Counter {
+ public:
+  explicit Counter(qsizetype longParagraph) : count_(longParagraph) {}
+
+  void showServerText(const ServerText& text) {
+    if (text.tags == ServerText::Tags::OwnOnly)
+      count_.addLines(text.plain);
+    else
+      (void)count_.addMarkup(safeMarkup(text.decoded()));
+  }
+  void appendStatusLine(const QString& html) {
+    count_.addParagraphs(1);
+    (void)count_.addMarkup(html);
+  }
+  void echoSentText(const QString& text) { count_.addParagraphs(text.count('\n')); }
+  void printText(const QString& text, const QColor& /*colour*/) { echoSentText(text + '\n'); }
+  void printError(const QString& text) { echoSentText(text + '\n'); }
+  void printInfo(const QString& text) { echoSentText(text + '\n'); }
+  [[nodiscard]] qint64 document() const { return count_.ended(); }
+
+ private:
+  ParagraphCount count_;
+};
+
+/// A count beside what it counts, with paragraphs so short that streams have
+/// many.
+struct CountedPane : PipelineHost {
+  static constexpr qsizetype longParagraph = 24;
+
+  void beep() override {}
+  void showServerText(ServerText text) override {
+    quick.showServerText(text);
+    literal.insertServerHtml(safeMarkup(text.decoded()));
+  }
+  void parseVitals(const char* /*line*/) override {}
+  void checkTriggers(const QByteArray& /*line*/) override {}
+
+  Counter quick{longParagraph};
+  LiteralPane literal{longParagraph, OutputWidget::longestParagraph};
+};
+
 }  // namespace
 
 /// The quick pane shows what the plain way would, piece for piece.
@@ -172,6 +218,7 @@ class TestPaneComparison : public QObject {
 
  private Q_SLOTS:
   void randomStreams();
+  void theCountNeverRunsAhead();
   void formatsAreForgottenWithoutATrace();
   void aSessionOfEndlessLinksKeepsFewFormats();
 
@@ -198,6 +245,29 @@ void TestPaneComparison::randomStreams() {
              qPrintable(QStringLiteral("stream %1, ").arg(seed) + difference));
   }
   QVERIFY(beyondTheLimit * 100 <= streams);
+}
+
+void TestPaneComparison::theCountNeverRunsAhead() {
+  qint64 counted = 0;
+  for (unsigned seed = 1; seed <= 10000; ++seed) {
+    CountedPane pane;
+    // A status line is no paragraph of its own in an empty document.
+    pane.quick.printInfo("begin");
+    pane.literal.printInfo("begin");
+    Stream stream(seed);
+    for (int part = 0; part < 3; ++part)
+      stream.play(pane);
+    // The last paragraph has not ended.
+    const int ended = pane.literal.document()->blockCount() - 1;
+    if (ended + 1 >= OutputWidget::maximumParagraphs)
+      continue;
+    counted += pane.quick.document();
+    QVERIFY2(
+        pane.quick.document() <= ended,
+        qPrintable(
+            QStringLiteral("stream %1: %2 of %3").arg(seed).arg(pane.quick.document()).arg(ended)));
+  }
+  QVERIFY(counted > 10000);
 }
 
 void TestPaneComparison::formatsAreForgottenWithoutATrace() {

@@ -21,6 +21,7 @@ class TestPaneTurns : public QObject {
   void aTurnTakesWhatFits_data();
   void aTurnTakesWhatFits();
   void aFloodWaitsLongerForTheNextTurn();
+  void aSlowTurnStopsThePaneForNoSeconds();
   void theRateIsLearntFromTurnsThatTell();
 };
 
@@ -83,6 +84,14 @@ void TestPaneTurns::aFloodWaitsLongerForTheNextTurn() {
   turns.begin();
   QTest::qSleep(taken);
   QVERIFY(turns.end() <= frameLength - taken);
+}
+
+void TestPaneTurns::aSlowTurnStopsThePaneForNoSeconds() {
+  PaneTurns turns;
+  (void)turns.textComes();
+  turns.begin();
+  QTest::qSleep(60);
+  QVERIFY(turns.end() <= 40);
 }
 
 void TestPaneTurns::theRateIsLearntFromTurnsThatTell() {

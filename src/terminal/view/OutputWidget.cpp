@@ -16,7 +16,7 @@ QString linkStyle() {
   return QStringLiteral("a { color: #6fa8ff }");
 }
 
-constexpr int quiet = 1000;  // milliseconds without text
+constexpr int quiet = 3000;  // milliseconds without text
 /// Beyond it, in bytes, who adds has to wait. Text seldom gets there: only
 /// what makes no paragraphs, such as a flood of colours around nothing.
 constexpr qsizetype longQueue = qsizetype{32} * 1024 * 1024;
@@ -32,11 +32,18 @@ OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
   QTextBrowser::document()->setDefaultStyleSheet(linkStyle());
   nextTurn_.setSingleShot(true);
   nextTurn_.setTimerType(Qt::PreciseTimer);
-  connect(&nextTurn_, &QTimer::timeout, this, [this] { takeTurn(); });
+  connect(&nextTurn_, &QTimer::timeout, this, [this] {
+    if (nextTurn_.interval() == 0)
+      takeTurn();
+    else
+      behindSockets_.start(0);
+  });
+  behindSockets_.setSingleShot(true);
+  connect(&behindSockets_, &QTimer::timeout, this, [this] { takeTurn(); });
   quietMoment_.setSingleShot(true);
   quietMoment_.setInterval(quiet);
   connect(&quietMoment_, &QTimer::timeout, this, [this] {
-    if (queue_.isEmpty())
+    if (queue_.isEmpty() && unusedFormats(manyFormats) > manyFormats)
       renew();
   });
   setOpenExternalLinks(true);
@@ -107,7 +114,7 @@ void OutputWidget::clear() {
   while (!queue_.isEmpty())
     (void)queue_.take();
   QTextBrowser::clear();
-  formatsAtFirst_ = 0;
+  formatsInUse_ = 0;
 }
 
 void OutputWidget::add(PaneText text) {
@@ -115,6 +122,8 @@ void OutputWidget::add(PaneText text) {
   while (queue_.size() > longQueue)
     insertWaiting(Amount::WhatFitsATurn);
   const int delay = turns_.textComes();
+  if (behindSockets_.isActive())
+    return;
   if (!nextTurn_.isActive())
     nextTurn_.start(delay);
   else if (nextTurn_.interval() == 0 && queue_.size() > PaneTurns::muchText)
@@ -134,6 +143,11 @@ void OutputWidget::insertWaiting(Amount amount) {
     return;
   QElapsedTimer timer;
   timer.start();
+  // Text that shows no characters, such as colours around nothing, is none of
+  // the characters that a turn takes, but takes its time all the same.
+  const auto isOver = [&](qsizetype characters, double enough) {
+    return static_cast<double>(characters) >= enough || timer.elapsed() >= PaneTurns::longestTurn;
+  };
   const bool skipped = queue_.takeSkip();
   if (skipped)
     clearUnlessItShapesWhatFollows();
@@ -143,15 +157,14 @@ void OutputWidget::insertWaiting(Amount amount) {
     PaneWriter writer(*this, looks_,
                       {.longParagraph = longParagraph, .longestParagraph = longestParagraph});
     const double enough = turns_.characters({.bytes = queue_.size(), .skipped = skipped});
-    while (!queue_.isEmpty() &&
-           (amount == Amount::All || static_cast<double>(writer.written()) < enough))
+    while (!queue_.isEmpty() && (amount == Amount::All || !isOver(writer.written(), enough)))
       writer.write(queue_.take());
     written = writer.written();
   }
   moveCursor(QTextCursor::End);
-  if (newFormats() > tooManyFormats)
+  if (unusedFormats(tooManyFormats) > tooManyFormats)
     renew();
-  else if (newFormats() > manyFormats)
+  else if (formatsSinceLook() > manyFormats)
     quietMoment_.start();
   if (amount == Amount::WhatFitsATurn)
     turns_.learn(written, timer.nsecsElapsed());
@@ -161,14 +174,20 @@ void OutputWidget::clearUnlessItShapesWhatFollows() {
   // A paragraph goes on in the format of the one before it.
   if (QTextBrowser::document()->lastBlock().blockFormat().propertyCount() == 0)
     QTextBrowser::document()->clear();
-  formatsAtFirst_ = std::min(formatsAtFirst_, QTextBrowser::document()->allFormats().size());
+  formatsInUse_ = std::min(formatsInUse_, QTextBrowser::document()->allFormats().size());
 }
 
-qsizetype OutputWidget::newFormats() const {
-  return QTextBrowser::document()->allFormats().size() - formatsAtFirst_;
+qsizetype OutputWidget::formatsSinceLook() const {
+  return QTextBrowser::document()->allFormats().size() - formatsInUse_;
+}
+
+qsizetype OutputWidget::unusedFormats(qsizetype worthALook) {
+  if (formatsSinceLook() > worthALook)
+    formatsInUse_ = characterFormatsInUse(*QTextBrowser::document());
+  return formatsSinceLook();
 }
 
 void OutputWidget::renew() {
   renewDocument(*this);
-  formatsAtFirst_ = QTextBrowser::document()->allFormats().size();
+  formatsInUse_ = QTextBrowser::document()->allFormats().size();
 }

@@ -14,10 +14,10 @@ class InputWidget;
 /// echo of sent lines and the client's own messages all enter here, each at
 /// the end of the document and in the order of the calls.
 ///
-/// They wait in a queue until the next turn of the event loop, or for the rest
-/// of a frame while much arrives. A turn inserts as much as leaves time for
-/// keys and paint. Who reads the document through this class reads all of it:
-/// the queue is emptied first.
+/// They wait in a queue until the next turn of the event loop, for the rest of
+/// a frame where text came just before, or longer in a flood (PaneTurns). A
+/// turn inserts as much as leaves time for keys and paint. Who reads the document through this
+/// class reads all of it: the queue is emptied first.
 class OutputWidget : public QTextBrowser {
   Q_OBJECT
 
@@ -30,10 +30,10 @@ class OutputWidget : public QTextBrowser {
   static constexpr qsizetype longParagraph = 4096;
   /// Characters after which it is continued even where no line breaks.
   static constexpr qsizetype longestParagraph = 65536;
-  /// Character formats, each about half a kilobyte, that a document may have
-  /// gathered before it is made anew in the next quiet moment, and at once. The
-  /// toolkit keeps every format that a document ever had, and each link of
-  /// another target is one.
+  /// Character formats out of use, each about half a kilobyte, that a document
+  /// may have gathered before it is made anew in the next quiet moment, and at
+  /// once. The toolkit keeps every format that a document ever had, and each
+  /// link of another target is one.
   static constexpr qsizetype manyFormats = 4096;
   static constexpr qsizetype tooManyFormats = 3 * manyFormats;
 
@@ -84,8 +84,10 @@ class OutputWidget : public QTextBrowser {
   void takeTurn();
   void insertWaiting(Amount amount);
   void clearUnlessItShapesWhatFollows();
-  /// How many formats came since the document was made.
-  [[nodiscard]] qsizetype newFormats() const;
+  /// At most so many formats are out of use, by those in use at the last look.
+  [[nodiscard]] qsizetype formatsSinceLook() const;
+  /// How many are, looking again where it may be more than that.
+  [[nodiscard]] qsizetype unusedFormats(qsizetype worthALook);
   /// The same document with none but the formats in use.
   void renew();
 
@@ -94,7 +96,9 @@ class OutputWidget : public QTextBrowser {
   PaneTurns turns_;
   TextLooks looks_;
   QTimer nextTurn_;
+  /// The last step to a turn that waited for its frame: a timer of no time runs
+  /// when no socket is ready, so answers that are written by then leave first.
+  QTimer behindSockets_;
   QTimer quietMoment_;
-  /// In use when the document was made anew.
-  qsizetype formatsAtFirst_ = 0;
+  qsizetype formatsInUse_ = 0;  ///< at the last look
 };

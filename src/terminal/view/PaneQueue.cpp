@@ -31,6 +31,42 @@ qsizetype memoryOf(const PaneText& text) {
                     text);
 }
 
+bool isLetterOrDigit(char32_t character) {
+  return (character >= U'0' && character <= U'9') || (character >= U'A' && character <= U'Z') ||
+         (character >= U'a' && character <= U'z');
+}
+
+/// Whether a text puts characters into the pane. Blanks may collapse, and what
+/// an entity shows is the toolkit's to say.
+enum class Shown { Nothing, Perhaps, Something };
+
+Shown shownOf(QByteArrayView plain) {
+  if (plain.isEmpty())
+    return Shown::Nothing;
+  const auto isLetter = [](char byte) { return isLetterOrDigit(static_cast<unsigned char>(byte)); };
+  const auto* end = std::find(plain.begin(), plain.end(), '&');
+  return plain.contains('\n') || std::any_of(plain.begin(), end, isLetter) ? Shown::Something
+                                                                           : Shown::Perhaps;
+}
+
+Shown shownOfMarkup(QStringView html) {
+  auto shown = Shown::Nothing;
+  while (!html.isEmpty() && html.front() != u'&') {
+    if (html.front() != u'<') {
+      if (isLetterOrDigit(html.front().unicode()))
+        return Shown::Something;
+      shown = Shown::Perhaps;
+      html = html.sliced(1);
+      continue;
+    }
+    if (html.startsWith(u"<br"))
+      return Shown::Something;
+    const qsizetype end = html.indexOf(u'>');
+    html = end < 0 ? QStringView() : html.sliced(end + 1);
+  }
+  return html.isEmpty() ? shown : Shown::Perhaps;
+}
+
 }  // namespace
 
 void PaneQueue::add(PaneText text) {
@@ -71,7 +107,7 @@ void PaneQueue::dropUnseen() {
          counted_.ended() - waiting_.front().endedParagraphs >= limits_.paragraphs + atBothEnds) {
     Waiting& first = waiting_.front();
     size_ -= memoryOf(first.text);
-    if (first.hasLook)
+    if (first.look == Look::Own)
       bridge_ = std::move(first.text);
     waiting_.pop_front();
     --countedTexts_;
@@ -80,9 +116,9 @@ void PaneQueue::dropUnseen() {
 }
 
 void PaneQueue::count(Waiting& waiting) {
-  const auto markup = [&](const QString& html) {
-    waiting.isPassing = counted_.addMarkup(html);
-    waiting.hasLook = true;
+  const auto setPassing = [&](Shown shown, bool isPassing) {
+    waiting.isPassing = isPassing && shown != Shown::Perhaps;
+    waiting.look = shown == Shown::Nothing ? Look::FromBefore : Look::Own;
   };
   if (auto* server = std::get_if<ServerText>(&waiting.text);
       server && server->tags == ServerText::Tags::FromServer) {
@@ -92,15 +128,14 @@ void PaneQueue::count(Waiting& waiting) {
   }
   std::visit(Overloaded{[&](const ServerText& server) {
                           counted_.addLines(server.plain);
-                          waiting.isPassing = true;
-                          waiting.hasLook = std::any_of(
-                              server.plain.begin(), server.plain.end(),
-                              [](char byte) { return static_cast<unsigned char>(byte) > ' '; });
+                          setPassing(shownOf(server.plain), true);
                         },
-                        [&](const SafeHtml& html) { markup(html.html); },
+                        [&](const SafeHtml& html) {
+                          setPassing(shownOfMarkup(html.html), counted_.addMarkup(html.html));
+                        },
                         [&](const StatusLine& status) {
                           counted_.addParagraphs(1);
-                          markup(status.html);
+                          setPassing(shownOfMarkup(status.html), counted_.addMarkup(status.html));
                         },
                         [&](const PlainText& plain) {
                           counted_.addParagraphs(plain.text.count(u'\n'));

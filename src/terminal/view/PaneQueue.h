@@ -49,13 +49,15 @@ class PaneQueue {
   [[nodiscard]] bool takeSkip();
 
  private:
+  /// Where plain text behind a text takes its look from: the text itself, or
+  /// what it follows.
+  enum class Look { FromBefore, Own };
   struct Waiting {
     PaneText text;
-    /// What it does to the pane ends with it. Known, like all that follows,
-    /// once it is counted.
+    /// What it does to the pane ends with it, but for its look, and that is
+    /// known. Set, like all that follows, once it is counted.
     bool isPassing = false;
-    /// It does not take its look from the text before it.
-    bool hasLook = false;
+    Look look = Look::FromBefore;
     /// Up to its end, by the count.
     qint64 endedParagraphs = 0;
   };

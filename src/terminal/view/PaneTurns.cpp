@@ -9,7 +9,7 @@ namespace {
 /// to catch up with much that waits, where paint is a third of the work; and
 /// while more comes in than can be shown.
 constexpr double ordinaryTurn = 8;
-constexpr double catchUpTurn = 16;
+constexpr double catchUpTurn = PaneTurns::longestTurn;
 constexpr double floodTurn = 2;
 
 }  // namespace
@@ -44,8 +44,10 @@ int PaneTurns::end() {
   // While more comes in, taking it in goes first: most of a flood is never
   // shown, and the less often it is, the sooner it is over.
   constexpr qint64 share = 8;
+  constexpr qint64 longestPause = 100;
   const qint64 taken = sinceTurn_.elapsed();
-  const qint64 pause =
-      std::exchange(arriving_, false) ? std::max<qint64>(frameLength, share * taken) : frameLength;
+  const qint64 pause = std::exchange(arriving_, false)
+                           ? std::clamp<qint64>(share * taken, frameLength, longestPause)
+                           : frameLength;
   return static_cast<int>(std::max<qint64>(pause - taken, 0));
 }

@@ -13,6 +13,8 @@ class PaneTurns {
   /// More bytes than a pane shows at once. So much waits for the rest of its
   /// frame even after a pause: lines that may be answered come with it.
   static constexpr qsizetype muchText = qsizetype{64} * 1024;
+  /// Milliseconds after which a turn takes no further text, whatever it shows.
+  static constexpr int longestTurn = 16;
 
   /// What waits: its bytes, and whether more was dropped unseen before it.
   struct Waiting {
