@@ -32,14 +32,7 @@ OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
   QTextBrowser::document()->setDefaultStyleSheet(linkStyle());
   nextTurn_.setSingleShot(true);
   nextTurn_.setTimerType(Qt::PreciseTimer);
-  connect(&nextTurn_, &QTimer::timeout, this, [this] {
-    if (nextTurn_.interval() == 0)
-      takeTurn();
-    else
-      behindSockets_.start(0);
-  });
-  behindSockets_.setSingleShot(true);
-  connect(&behindSockets_, &QTimer::timeout, this, [this] { takeTurn(); });
+  connect(&nextTurn_, &QTimer::timeout, this, [this] { takeTurn(); });
   quietMoment_.setSingleShot(true);
   quietMoment_.setInterval(quiet);
   connect(&quietMoment_, &QTimer::timeout, this, [this] {
@@ -122,8 +115,6 @@ void OutputWidget::add(PaneText text) {
   while (queue_.size() > longQueue)
     insertWaiting(Amount::WhatFitsATurn);
   const int delay = turns_.textComes();
-  if (behindSockets_.isActive())
-    return;
   if (!nextTurn_.isActive())
     nextTurn_.start(delay);
   else if (nextTurn_.interval() == 0 && queue_.size() > PaneTurns::muchText)

@@ -96,9 +96,6 @@ class OutputWidget : public QTextBrowser {
   PaneTurns turns_;
   TextLooks looks_;
   QTimer nextTurn_;
-  /// The last step to a turn that waited for its frame: a timer of no time runs
-  /// when no socket is ready, so answers that are written by then leave first.
-  QTimer behindSockets_;
   QTimer quietMoment_;
   qsizetype formatsInUse_ = 0;  ///< at the last look
 };
