@@ -33,7 +33,8 @@ enum class Access {
 /// Gives the file these bytes. It holds the old ones or the new ones, never a
 /// part: a crash, a full disk or a failing write leaves the old file. A link
 /// stays a link. Only where a file cannot be put in the old one's place is it
-/// written in place. False when the old file stands.
+/// written in place. False when not all of the bytes are there; the old file
+/// stands then, but where it was written in place.
 [[nodiscard]] bool replace(const QString& path, QByteArrayView bytes,
                            Access access = Access::AsBefore);
 
