@@ -5,7 +5,7 @@
 namespace {
 
 /// Far more than a game has; only a server that plays with colours gets here.
-constexpr qsizetype manyFormats = 4096;
+constexpr qsizetype mostKept = 4096;
 
 /// Takes "#" and six digits off the front.
 std::optional<quint32> takeColour(QStringView& style) {
@@ -90,7 +90,7 @@ const QTextCharFormat& TextLooks::kept(Formats& formats, const TextLook& look,
                                        const QString& body) {
   if (const auto known = formats.constFind(look); known != formats.constEnd())
     return *known;
-  if (formats.size() >= manyFormats) {
+  if (formats.size() >= mostKept) {
     formats.clear();
     sample_.clear();
   }
