@@ -153,12 +153,9 @@ void OutputWidget::insertWaiting(Amount amount) {
     written = writer.written();
   }
   moveCursor(QTextCursor::End);
-  if (unusedFormats(tooManyFormats) > tooManyFormats)
-    renew();
-  else if (formatsSinceLook() > manyFormats)
-    quietMoment_.start();
   if (amount == Amount::WhatFitsATurn)
     turns_.learn(written, timer.nsecsElapsed());
+  limitFormats();
 }
 
 void OutputWidget::clearUnlessItShapesWhatFollows() {
@@ -176,6 +173,13 @@ qsizetype OutputWidget::unusedFormats(qsizetype worthALook) {
   if (formatsSinceLook() > worthALook)
     formatsInUse_ = characterFormatsInUse(*QTextBrowser::document());
   return formatsSinceLook();
+}
+
+void OutputWidget::limitFormats() {
+  if (unusedFormats(tooManyFormats) > tooManyFormats)
+    renew();
+  else if (formatsSinceLook() > manyFormats)
+    quietMoment_.start();
 }
 
 void OutputWidget::renew() {

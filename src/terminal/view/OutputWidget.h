@@ -88,6 +88,7 @@ class OutputWidget : public QTextBrowser {
   [[nodiscard]] qsizetype formatsSinceLook() const;
   /// How many are, looking again where it may be more than that.
   [[nodiscard]] qsizetype unusedFormats(qsizetype worthALook);
+  void limitFormats();
   /// The same document with none but the formats in use.
   void renew();
 
