@@ -81,6 +81,9 @@ void MainWidget::disconnectFromServer() {
 }
 
 void MainWidget::displaySocketError(QAbstractSocket::SocketError sockerr) {
+  // An answer that can no longer be written ends the socket. The text that had
+  // come before is in it for as long as the error is told.
+  socketReader_->drain();
   connection_->displaySocketError(sockerr);
 }
 

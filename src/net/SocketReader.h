@@ -16,8 +16,10 @@ class SocketReader {
   static constexpr qint64 readSize = qint64{8} * 1024;
   /// Milliseconds after which a turn begins no further read.
   static constexpr qint64 turn = 4;
-  /// What may wait in the socket; beyond it the server has to wait.
-  static constexpr qint64 waitingSize = qint64{256} * 1024;
+  /// What may wait in the socket; beyond it the server has to wait. As much as
+  /// a server may say last: what has not come so far when it is found closed is
+  /// lost.
+  static constexpr qint64 waitingSize = qint64{1024} * 1024;
 
   using Consumer = std::function<void(const QByteArray& data)>;
 
