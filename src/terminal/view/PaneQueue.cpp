@@ -43,10 +43,11 @@ enum class Shown { Nothing, Perhaps, Something };
 Shown shownOf(QByteArrayView plain) {
   if (plain.isEmpty())
     return Shown::Nothing;
+  if (plain.contains('\n'))
+    return Shown::Something;
   const auto isLetter = [](char byte) { return isLetterOrDigit(static_cast<unsigned char>(byte)); };
   const auto* end = std::find(plain.begin(), plain.end(), '&');
-  return plain.contains('\n') || std::any_of(plain.begin(), end, isLetter) ? Shown::Something
-                                                                           : Shown::Perhaps;
+  return std::any_of(plain.begin(), end, isLetter) ? Shown::Something : Shown::Perhaps;
 }
 
 Shown shownOfMarkup(QStringView html) {
