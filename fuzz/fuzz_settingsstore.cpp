@@ -2,6 +2,7 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QSettings>
+#include <QStringConverter>
 #include <algorithm>
 
 #include "FuzzTarget.h"
@@ -62,7 +63,7 @@ QVariant expected(const SettingsField& field, const QVariant& stored) {
     case FieldKind::Integer:
       return stored.toInt();
     case FieldKind::Text:
-      return stored.toString();
+      return QString::fromUtf8(QByteArray(QStringEncoder(QStringEncoder::Utf8)(stored.toString())));
     case FieldKind::Colour:
       return QString::fromLatin1(stored.toString().toLatin1().left(7).constData());
     case FieldKind::Font:

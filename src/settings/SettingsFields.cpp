@@ -1,5 +1,7 @@
 #include "settings/SettingsFields.h"
 
+#include <QStringConverter>
+
 #include "settings/ServerHosts.h"
 #include "settings/UsableValues.h"
 
@@ -71,7 +73,12 @@ struct Assign {
   void operator()(QFont Record::*m) const { record.*m = settings::fontFromText(stored.toString()); }
   void operator()(QSize Record::*m) const { record.*m = stored.toSize(); }
   void operator()(bool Record::*m) const { record.*m = stored.toInt() != 0; }
-  void operator()(QString Record::*m) const { record.*m = stored.toString(); }
+  // Escapes in a file can name half a surrogate pair, which is no text and could
+  // not be written again.
+  void operator()(QString Record::*m) const {
+    const QByteArray written = QStringEncoder(QStringEncoder::Utf8)(stored.toString());
+    record.*m = QString::fromUtf8(written);
+  }
   void operator()(int Record::*m) const { record.*m = stored.toInt(); }
   void operator()(const ColourMember& m) const {
     (record.*m.palette)[m.index].assign(stored.toString().toLatin1());
