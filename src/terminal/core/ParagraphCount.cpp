@@ -20,14 +20,13 @@ constexpr Weights makeWeights() {
   Weights weights{};
   for (std::size_t byte = 0x20; byte < 0x7F; ++byte)
     weights[byte] = 1;
-  for (std::size_t byte = 0xC4; byte < 0x100; ++byte)
+  for (std::size_t byte = 0xC3; byte < 0x100; ++byte)
     weights[byte] = 1;
-  // The blanks beyond ASCII begin with these, but for some of their characters
-  // it takes the next byte to tell.
+  // The blanks beyond ASCII begin with 0xC2 or one of these, but for some of
+  // their characters it takes the next byte to tell.
   weights[0xE1] = 0;
   weights[0xE2] = 0;
   weights[0xE3] = 0;
-  weights[0xC3] = 1;
   weights[' '] = 0;
   weights['&'] = -8;
   weights[':'] = -7;
