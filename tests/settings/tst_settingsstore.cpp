@@ -41,10 +41,22 @@ mode_t modeOf(const QString& path) {
   return ::stat(QFile::encodeName(path).constData(), &info) == 0 ? info.st_mode & 0777 : 0;
 }
 
+/// The toolkit keeps what it read and wrote for as long as the file has the same
+/// size and time. The next start of the client has no such copy.
+[[nodiscard]] bool makeTheToolkitReadAgain() {
+  static qint64 seconds = 0;
+  QFile store(file());
+  return store.open(QIODevice::ReadWrite) &&
+         store.setFileTime(QDateTime::fromSecsSinceEpoch(++seconds),
+                           QFileDevice::FileModificationTime);
+}
+
 bool write(const QByteArray& content) {
   QFile out(file());
-  return QDir().mkpath(folder()) && out.open(QIODevice::WriteOnly) &&
-         out.write(content) == content.size();
+  const bool written = QDir().mkpath(folder()) && out.open(QIODevice::WriteOnly) &&
+                       out.write(content) == content.size();
+  out.close();
+  return written && makeTheToolkitReadAgain();
 }
 
 bool writeGroup(const QByteArray& lines) {
@@ -222,6 +234,7 @@ void TestSettingsStore::aChangedRecordComesBackWhole() {
   }
   const WindowPlace place{QSize(321, 123), QPoint(-40, 3000)};
   settings::save(record, place);
+  QVERIFY(makeTheToolkitReadAgain());
   ClientSettings loaded;
   QCOMPARE(settings::load(loaded), place);
   for (const SettingsField& field : settings::fields())
@@ -253,6 +266,7 @@ void TestSettingsStore::aTextComesBackAsItWas() {
         &ClientSettings::proxyPassword, &ClientSettings::interfaceStyle})
     record.*field = text;
   settings::save(record, WindowPlace());
+  QVERIFY(makeTheToolkitReadAgain());
   ClientSettings loaded;
   QCOMPARE(settings::load(loaded), WindowPlace());
   QCOMPARE(loaded, record);
@@ -366,6 +380,7 @@ void TestSettingsStore::aStoreThatIsNoneYieldsTheDefaults() {
 
   record.port = 23;
   settings::save(record, WindowPlace());
+  QVERIFY(makeTheToolkitReadAgain());
   ClientSettings loaded;
   QCOMPARE(settings::load(loaded), WindowPlace());
   QCOMPARE(loaded, record);
@@ -406,6 +421,7 @@ void TestSettingsStore::aStoreThatIsNoneOfOursYieldsTheDefaultsAndGivesWay() {
   QCOMPARE(record, ClientSettings());
   record.port = 11995;
   settings::save(record, WindowPlace());
+  QVERIFY(makeTheToolkitReadAgain());
   ClientSettings loaded;
   QCOMPARE(settings::load(loaded), WindowPlace());
   QCOMPARE(loaded.port, 11995);
