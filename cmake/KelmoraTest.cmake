@@ -1,15 +1,59 @@
-# kelmora_test(NAME LIBS ...): builds NAME.cpp of the current folder as a Qt
-# Test program and registers it. Core tests name core libraries only, so a
-# widget in a rule's code is a link error.
-function(kelmora_test name)
-  cmake_parse_arguments(ARG "" "TIMEOUT" "LIBS;SOURCES" ${ARGN})
-  if(NOT ARG_TIMEOUT)
-    set(ARG_TIMEOUT 120)
-  endif()
-  add_executable(${name} ${name}.cpp ${ARG_SOURCES})
-  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-  target_link_libraries(${name} PRIVATE ${ARG_LIBS} Qt6::Test kelmora_warnings)
-  add_test(NAME ${name} COMMAND ${name})
-  set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT}
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+# Qt Test's header looks at macros for a test's own folders and for the network,
+# so that no two kinds of folder could share a precompiled header. No test looks
+# for its data that way, and none compares the network's types.
+set_target_properties(Qt6::Test PROPERTIES INTERFACE_COMPILE_DEFINITIONS QT_TESTLIB_LIB)
+set_target_properties(Qt6::Network PROPERTIES INTERFACE_COMPILE_DEFINITIONS "")
+
+# Tests are compiled once and run for seconds: quick to compile beats quick to
+# run. The few that compare thousands of random cases say FAST.
+add_library(kelmora_test_options INTERFACE)
+target_link_libraries(kelmora_test_options INTERFACE kelmora_warnings)
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+  set(kelmora_quick_to_compile -O0 -g1)
+  set(kelmora_quick_to_run -O2)
+endif()
+target_compile_options(kelmora_test_options INTERFACE ${kelmora_quick_to_compile})
+
+kelmora_precompiled_kind(core_tests LIBS Qt6::Core Qt6::Test kelmora_test_options)
+kelmora_precompiled_kind(values_tests LIBS Qt6::Gui Qt6::Test kelmora_test_options)
+kelmora_precompiled_kind(widgets_tests LIBS Qt6::Widgets Qt6::Test kelmora_test_options)
+
+# The main of every test program.
+add_library(kelmora_test_runner STATIC ${PROJECT_SOURCE_DIR}/tests/support/TestRunner.cpp)
+target_include_directories(kelmora_test_runner PUBLIC ${PROJECT_SOURCE_DIR}/tests)
+target_link_libraries(kelmora_test_runner PRIVATE kelmora_warnings)
+
+# kelmora_tests(ROOM KIND LIBS ... TESTS ... [FAST ...] [SLOW ...] [SOURCES ...]):
+# builds tst_*.cpp of the current folder into one program, test_ROOM, and
+# registers each as a test of its own, which runs in a process of its own.
+# Core tests name core libraries only, so a widget in a rule's code is a link
+# error. KIND is core, values (with Qt Gui's, such as fonts) or widgets. FAST
+# tests are compiled optimised; SLOW ones may take minutes where sanitizers look
+# on.
+function(kelmora_tests room kind)
+  cmake_parse_arguments(ARG "" "" "LIBS;TESTS;FAST;SLOW;SOURCES" ${ARGN})
+  set(program test_${room})
+  set(files "")
+  foreach(test IN LISTS ARG_TESTS)
+    list(APPEND files ${test}.cpp)
+  endforeach()
+  add_executable(${program} ${files} ${ARG_SOURCES})
+  set_target_properties(${program} PROPERTIES AUTOMOC ON)
+  target_include_directories(${program} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_link_libraries(${program} PRIVATE ${ARG_LIBS} Qt6::Test kelmora_test_runner kelmora_test_options)
+  kelmora_use_precompiled(${program} ${kind}_tests)
+  foreach(test IN LISTS ARG_FAST)
+    set_source_files_properties(${test}.cpp PROPERTIES
+      COMPILE_OPTIONS "${kelmora_quick_to_run}" SKIP_PRECOMPILE_HEADERS ON)
+  endforeach()
+  get_filename_component(folder ${CMAKE_CURRENT_SOURCE_DIR} NAME)
+  foreach(test IN LISTS ARG_TESTS)
+    add_test(NAME ${test} COMMAND ${program} ${test})
+    set(timeout 120)
+    if(test IN_LIST ARG_SLOW)
+      set(timeout 600)
+    endif()
+    set_tests_properties(${test} PROPERTIES TIMEOUT ${timeout} LABELS ${folder}
+      ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+  endforeach()
 endfunction()

@@ -4,16 +4,18 @@
 #include <QTest>
 
 #include "support/ScratchFolder.h"
+#include "support/TestRunner.h"
 
-#define KELMORA_MAIN_WITH(Application, TestClass) \
-  int main(int argc, char** argv) {               \
-    const ScratchFolder scratch;                  \
-    if (!scratch.isValid())                       \
-      return 1;                                   \
-    Application app(argc, argv);                  \
-    TestClass test;                               \
-    return QTest::qExec(&test, argc, argv);       \
-  }
+#define KELMORA_MAIN_WITH(Application, TestClass)                 \
+  static const kelmora_tests::Registration registered##TestClass( \
+      __FILE__, [](int argc, char** argv) {                       \
+        const ScratchFolder scratch;                              \
+        if (!scratch.isValid())                                   \
+          return 1;                                               \
+        Application app(argc, argv);                              \
+        TestClass test;                                           \
+        return QTest::qExec(&test, argc, argv);                   \
+      });
 
 /// For rules: no window system, not even an offscreen one.
 #define KELMORA_TEST_MAIN(TestClass) KELMORA_MAIN_WITH(QCoreApplication, TestClass)

@@ -1,0 +1,1 @@
+// For targets that hold something else: CMake wants a source in each.

@@ -1,0 +1,4 @@
+// What most sources of the window include, compiled once.
+#include "core.h"
+
+#include <QtWidgets>

@@ -1,0 +1,6 @@
+// What most tests of the window include, compiled once.
+#include "widgets.h"
+
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTest>
