@@ -15,6 +15,7 @@
 #include <QPixmap>
 #include <QSocketNotifier>
 #include <QSplashScreen>
+#include <QTemporaryDir>
 #include <cstdio>
 #include <functional>
 #include <string_view>
@@ -157,7 +158,8 @@ int main(int argc, char** argv) {
                   .settled = [] { return true; }},
                  splash);
   }
-  MainWidget window;
+  const QTemporaryDir folder;
+  MainWidget window({.iniFile = folder.filePath(QStringLiteral("store.ini"))});
   window.settings().hostName = QStringLiteral("127.0.0.1");
   window.settings().port = port;
   auto& pane = *window.findChild<OutputWidget*>();

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QDeadlineTimer>
 #include <QKeyEvent>
+#include <QTemporaryDir>
 #include <QTextStream>
 #include <functional>
 
@@ -77,7 +78,9 @@ int main(int argc, char** argv) {
     return 2;
   }
   installApplicationFonts();
-  MainWidget window;
+  // A session of its own, whatever the player has stored.
+  const QTemporaryDir folder;
+  MainWidget window({.iniFile = folder.filePath(QStringLiteral("store.ini"))});
   window.settings().hostName = QStringLiteral("127.0.0.1");
   window.settings().port = arguments.at(1).toInt();
   window.show();

@@ -22,7 +22,6 @@
 #include "net/Proxy.h"
 #include "net/SendLine.h"
 #include "settings/SettingsFile.h"
-#include "settings/SettingsStore.h"
 #include "settings/UsableValues.h"
 #include "terminal/core/InputSubmission.h"
 #include "terminal/core/SafeMarkup.h"
@@ -58,7 +57,7 @@ std::size_t indexOf(ConnectionAction action) {
 void MainWidget::storeSettings() {
   // Whether the file took them is not told: the next save tries again.
   (void)automation::writeVariables(variableTable_.entries());
-  settings::save(settings_, {.size = size(), .pos = pos()});
+  settings::save(settings_, {.size = size(), .pos = pos()}, store_);
 }
 
 void MainWidget::buildColourSpans() {

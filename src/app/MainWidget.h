@@ -16,6 +16,7 @@
 #include "script/ScriptHost.h"
 #include "script/VariableTable.h"
 #include "settings/ClientSettings.h"
+#include "settings/SettingsStore.h"
 #include "terminal/core/InputHistory.h"
 #include "terminal/core/OutputPipeline.h"
 #include "terminal/view/InputHost.h"
@@ -49,7 +50,8 @@ class MainWidget : public QWidget,
  public:
   static constexpr int actionCount = 11;
 
-  MainWidget();
+  /// The options are kept in the user's own store, unless told otherwise.
+  explicit MainWidget(settings::StorePlace store = {});
   ~MainWidget() override;
 
   /// The options, edited in place by the dialogs.
@@ -135,6 +137,7 @@ class MainWidget : public QWidget,
   TriggerTable triggerTable_;
   AliasTable aliasTable_;
   VariableTable variableTable_;
+  const settings::StorePlace store_;
   ClientSettings settings_;
   /// Local echo as it was at the start; an option switched on during play
   /// takes effect at the next start.

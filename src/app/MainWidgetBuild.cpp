@@ -6,6 +6,7 @@
 #include <QScreen>
 #include <QTcpSocket>
 #include <QToolBar>
+#include <utility>
 
 #include "app/AutomationStart.h"
 #include "app/Beeper.h"
@@ -18,7 +19,6 @@
 #include "dialogs/HelpWidget.h"
 #include "dialogs/ProxyWidget.h"
 #include "net/Proxy.h"
-#include "settings/SettingsStore.h"
 #include "settings/UsableValues.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
@@ -30,7 +30,7 @@ constexpr int toolbarHeight = 70;
 
 }  // namespace
 
-MainWidget::MainWidget() {
+MainWidget::MainWidget(settings::StorePlace store) : store_(std::move(store)) {
   setWindowTitle(QStringLiteral("Kelmora - The Official Client"));
   setWindowIcon(QIcon(QStringLiteral(":/icons/mainicon.png")));
   loadStoredSettings();
@@ -54,7 +54,7 @@ MainWidget::~MainWidget() {
 }
 
 void MainWidget::loadStoredSettings() {
-  const WindowPlace place = settings::load(settings_);
+  const WindowPlace place = settings::load(settings_, store_);
   QSize largest(8192, 8192);
   QList<QRect> screens;
   for (const QScreen* screen : QGuiApplication::screens()) {

@@ -22,10 +22,17 @@ constexpr auto posKey = "pos";
 constexpr QLatin1String organisation("Dunmere Works");
 constexpr QLatin1String application("Kelmora Client v3.9b");
 
-/// The user's store, inside the one group that holds everything.
+using settings::StorePlace;
+
+QSettings opened(const StorePlace& place) {
+  return place.iniFile.isEmpty() ? QSettings(organisation, application)
+                                 : QSettings(place.iniFile, QSettings::IniFormat);
+}
+
+/// The store, inside the one group that holds everything.
 class Store {
  public:
-  Store() {
+  explicit Store(const StorePlace& place) : settings_(opened(place)) {
     // Where no file can be put beside the old one, writing it in place is
     // better than losing the options.
     settings_.setAtomicSyncRequired(false);
@@ -41,25 +48,29 @@ class Store {
   [[nodiscard]] QString fileName() const { return settings_.fileName(); }
 
  private:
-  QSettings settings_{organisation, application};
+  QSettings settings_;
 };
 
+/// The file that the toolkit takes apart when it opens the store; empty where
+/// the store is none.
+QString fileOf(const StorePlace& place) {
 #if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
-
-QString ownStorePath() {
-  return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u'/' +
-         organisation + u'/' + application + QLatin1String(".conf");
+  if (place.iniFile.isEmpty())
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u'/' +
+           organisation + u'/' + application + QLatin1String(".conf");
+#endif
+  return place.iniFile;
 }
 
 // The toolkit reads a store as soon as it is named. It would wait at a pipe for
 // good, and it takes nested values apart by recursion, so that some hundred
 // kilobytes of them end the stack. No such value is ours; each level of one
 // takes three zeros or more.
-bool canBeOpened() {
+bool canBeOpened(const StorePlace& place) {
   constexpr qint64 longestStore = qint64{1024} * 1024;  // bytes; ours has some two thousand
   constexpr qsizetype mostZeros = 10'000;
-  const QFileInfo info(ownStorePath());
-  if (!info.exists())
+  const QFileInfo info(fileOf(place));
+  if (info.filePath().isEmpty() || !info.exists())
     return true;
   QFile file(info.filePath());
   if (!info.isFile() || info.size() > longestStore)
@@ -70,21 +81,9 @@ bool canBeOpened() {
 }
 
 /// False where something other than a file is in the store's place.
-bool makeWay() {
-  return canBeOpened() || (QFileInfo(ownStorePath()).isFile() && QFile::remove(ownStorePath()));
+bool makeWay(const StorePlace& place) {
+  return canBeOpened(place) || (QFileInfo(fileOf(place)).isFile() && QFile::remove(fileOf(place)));
 }
-
-#else  // there the store is no file that the toolkit takes apart
-
-bool canBeOpened() {
-  return true;
-}
-
-bool makeWay() {
-  return true;
-}
-
-#endif
 
 #ifndef Q_OS_WIN  // there the store is the user's registry, which is private already
 
@@ -142,13 +141,13 @@ bool diskHasRoom(const QString& storePath) {
 
 namespace settings {
 
-WindowPlace load(ClientSettings& record) {
+WindowPlace load(ClientSettings& record, const StorePlace& at) {
   const WindowPlace fallback;
-  if (!canBeOpened()) {
+  if (!canBeOpened(at)) {
     record = ClientSettings();
     return fallback;
   }
-  const Store store;
+  const Store store(at);
   const WindowPlace place{store.value(sizeKey, fallback.size).toSize(),
                           store.value(posKey, fallback.pos).toPoint()};
   for (const SettingsField& field : fields())
@@ -156,10 +155,10 @@ WindowPlace load(ClientSettings& record) {
   return place;
 }
 
-void save(const ClientSettings& record, const WindowPlace& place) {
-  if (!makeWay())
+void save(const ClientSettings& record, const WindowPlace& place, const StorePlace& at) {
+  if (!makeWay(at))
     return;
-  Store store;
+  Store store(at);
 #ifndef Q_OS_WIN
   makePrivate(store.fileName());
   removeAbandonedLock(store.fileName());

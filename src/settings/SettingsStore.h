@@ -2,6 +2,7 @@
 
 #include <QPoint>
 #include <QSize>
+#include <QString>
 
 #include "settings/ClientSettings.h"
 #include "settings/UsableValues.h"
@@ -16,13 +17,21 @@ struct WindowPlace {
 
 namespace settings {
 
-/// Fills the record from the user's store; what is missing or unreadable there
-/// is its default. Returns the place as it was stored, for the caller to check
-/// (UsableValues.h). Never writes or creates anything.
-[[nodiscard]] WindowPlace load(ClientSettings& record);
+/// Where the options are kept. Whoever makes a window says so, and nobody but
+/// the program itself names the user's own store.
+struct StorePlace {
+  /// The path of an INI file; empty for the user's own store, in the platform's
+  /// native form.
+  QString iniFile = {};
+};
 
-/// Writes record and place to the user's store, a file that its owner alone can
-/// read. Failures are silent: the next save tries again.
-void save(const ClientSettings& record, const WindowPlace& place);
+/// Fills the record from the store; what is missing or unreadable there is its
+/// default. Returns the place as it was stored, for the caller to check
+/// (UsableValues.h). Never writes or creates anything.
+[[nodiscard]] WindowPlace load(ClientSettings& record, const StorePlace& at);
+
+/// Writes record and place to the store, a file that its owner alone can read.
+/// Failures are silent: the next save tries again.
+void save(const ClientSettings& record, const WindowPlace& place, const StorePlace& at);
 
 }  // namespace settings

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <QAction>
-#include <QSettings>
 #include <QTest>
 #include <QToolBar>
 
 #include "app/MainWidget.h"
 #include "support/GameServer.h"
+#include "support/OwnStore.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
@@ -17,15 +17,11 @@ class PlayWindow {
   using Options = QList<std::pair<QString, QVariant>>;
 
   explicit PlayWindow(quint16 port, const Options& options = {}) {
-    QSettings store("Dunmere Works", "Kelmora Client v3.9b");
-    store.clear();
-    store.beginGroup("Global Settings");
-    store.setValue("hostName", "127.0.0.1");
-    store.setValue("port", port);
+    store.set("hostName", "127.0.0.1");
+    store.set("port", port);
     for (const auto& [key, value] : options)
-      store.setValue(key, value);
-    store.sync();
-    window = std::make_unique<MainWidget>();
+      store.set(key, value);
+    window = std::make_unique<MainWidget>(store.place());
     pane = window->findChild<OutputWidget*>();
     bar = window->findChild<InputWidget*>();
     for (QAction* action : window->findChild<QToolBar*>()->actions())
@@ -57,6 +53,7 @@ class PlayWindow {
     return QTest::qWaitFor([&] { return server.peer() && connectionStates() == "-+-"; });
   }
 
+  OwnStore store;
   std::unique_ptr<MainWidget> window;
   OutputWidget* pane = nullptr;
   InputWidget* bar = nullptr;

@@ -81,9 +81,8 @@ void TestDialogsFromToolbar::applyingTheGeneralSettingsReachesTheWindow() {
   QCOMPARE(play.window->settings().port, 4023);
   play.type("gone");
   QCOMPARE(play.bar->text(), QString());
-  QSettings store("Dunmere Works", "Kelmora Client v3.9b");
-  QCOMPARE(store.value("Global Settings/port").toInt(), 4023);
-  QCOMPARE(store.value("Global Settings/yellow").toString(), QString("#5e610b"));
+  QCOMPARE(play.store.value("port").toInt(), 4023);
+  QCOMPARE(play.store.value("yellow").toString(), QString("#5e610b"));
 }
 
 void TestDialogsFromToolbar::applyingWritesTheVariables_data() {

@@ -5,7 +5,6 @@
 #include <QMetaMethod>
 #include <QNetworkProxy>
 #include <QProgressBar>
-#include <QSettings>
 #include <QStyle>
 #include <QTcpSocket>
 #include <QTest>
@@ -13,7 +12,7 @@
 #include <QToolBar>
 
 #include "app/MainWidget.h"
-#include "settings/SettingsStore.h"
+#include "support/OwnStore.h"
 #include "support/ScratchMain.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
@@ -54,14 +53,11 @@ class TestMainWidget : public QObject {
   void hostileStoresStart();
 
  private:
-  static void store(const QString& key, const QVariant& value) {
-    QSettings store("Dunmere Works", "Kelmora Client v3.9b");
-    store.setValue("Global Settings/" + key, value);
-  }
+  OwnStore store_;
 };
 
 void TestMainWidget::init() {
-  QSettings("Dunmere Works", "Kelmora Client v3.9b").clear();
+  store_.clear();
 }
 
 void TestMainWidget::theSlotTableHasFifteenSlotsInOrder() {
@@ -78,23 +74,23 @@ void TestMainWidget::theSlotTableHasFifteenSlotsInOrder() {
 }
 
 void TestMainWidget::titleAndIcon() {
-  const MainWidget window;
+  const MainWidget window(store_.place());
   QCOMPARE(window.windowTitle(), QString("Kelmora - The Official Client"));
   QVERIFY(!window.windowIcon().isNull());
   QVERIFY(!window.windowIcon().pixmap(64).isNull());
 }
 
 void TestMainWidget::firstStartPlacesTheWindow() {
-  const MainWidget window;
+  const MainWidget window(store_.place());
   QCOMPARE(window.size(), QSize(800, 800));
   QCOMPARE(window.pos(), QPoint(200, 200));
   QCOMPARE(window.findChild<QToolBar*>()->iconSize(), QSize(48, 48));
 }
 
 void TestMainWidget::storedPlaceIsTaken() {
-  store("size", QSize(640, 500));
-  store("pos", QPoint(30, 40));
-  const MainWidget window;
+  store_.set("size", QSize(640, 500));
+  store_.set("pos", QPoint(30, 40));
+  const MainWidget window(store_.place());
   QCOMPARE(window.size(), QSize(640, 500));
   QCOMPARE(window.pos(), QPoint(30, 40));
 }
@@ -115,9 +111,9 @@ void TestMainWidget::hostilePlaces_data() {
 void TestMainWidget::hostilePlaces() {
   QFETCH(const QVariant, size);
   QFETCH(const QVariant, pos);
-  store("size", size);
-  store("pos", pos);
-  MainWidget window;
+  store_.set("size", size);
+  store_.set("pos", pos);
+  MainWidget window(store_.place());
   window.show();
   QCOMPARE(window.size(), QSize(800, 800));
   QCOMPARE(window.pos(), QPoint(200, 200));
@@ -149,7 +145,7 @@ void TestMainWidget::toolbarRows() {
   QFETCH(const QString, text);
   QFETCH(const QString, shortcut);
   QFETCH(const bool, enabled);
-  const MainWidget window;
+  const MainWidget window(store_.place());
   QList<QAction*> actions;
   for (QAction* action : window.findChild<QToolBar*>()->actions())
     if (!action->isSeparator())
@@ -162,7 +158,7 @@ void TestMainWidget::toolbarRows() {
 }
 
 void TestMainWidget::separatorsStandBetweenTheGroups() {
-  const MainWidget window;
+  const MainWidget window(store_.place());
   QList<int> places;
   const QList<QAction*> actions = window.findChild<QToolBar*>()->actions();
   for (int i = 0; i < actions.size(); ++i)
@@ -173,7 +169,7 @@ void TestMainWidget::separatorsStandBetweenTheGroups() {
 }
 
 void TestMainWidget::everyActionHasItsIcon() {
-  const MainWidget window;
+  const MainWidget window(store_.place());
   QSet<QByteArray> pictures;
   for (const QAction* action : window.findChild<QToolBar*>()->actions()) {
     if (action->isSeparator())
@@ -187,8 +183,8 @@ void TestMainWidget::everyActionHasItsIcon() {
 }
 
 void TestMainWidget::theToolbarIs70PixelsHighAndTakesTheIconSize() {
-  store("iconSize", QSize(32, 24));
-  MainWidget window;
+  store_.set("iconSize", QSize(32, 24));
+  MainWidget window(store_.place());
   window.show();
   const auto* toolbar = window.findChild<QToolBar*>();
   QCOMPARE(toolbar->height(), 70);
@@ -196,7 +192,7 @@ void TestMainWidget::theToolbarIs70PixelsHighAndTakesTheIconSize() {
 }
 
 void TestMainWidget::layoutIsOneColumn() {
-  const MainWidget window;
+  const MainWidget window(store_.place());
   const auto* grid = qobject_cast<QGridLayout*>(window.layout());
   QVERIFY(grid);
   QCOMPARE(grid->columnCount(), 1);
@@ -206,7 +202,7 @@ void TestMainWidget::layoutIsOneColumn() {
 }
 
 void TestMainWidget::thePaneIsBlackAndReadOnly() {
-  const MainWidget window;
+  const MainWidget window(store_.place());
   auto* pane = window.findChild<OutputWidget*>();
   QCOMPARE(pane->palette().color(QPalette::Active, QPalette::Base), QColor(Qt::black));
   QCOMPARE(pane->palette().color(QPalette::Inactive, QPalette::Base), QColor(Qt::black));
@@ -216,9 +212,9 @@ void TestMainWidget::thePaneIsBlackAndReadOnly() {
 }
 
 void TestMainWidget::fontsComeFromTheSettings() {
-  store("outfont", "Courier,14,-1,5,50,0,0,0,0,0");
-  store("infont", "Courier,9,-1,5,75,0,0,0,0,0");
-  const MainWidget window;
+  store_.set("outfont", "Courier,14,-1,5,50,0,0,0,0,0");
+  store_.set("infont", "Courier,9,-1,5,75,0,0,0,0,0");
+  const MainWidget window(store_.place());
   QCOMPARE(window.findChild<OutputWidget*>()->font().pointSize(), 14);
   QCOMPARE(window.findChild<OutputWidget*>()->font().family(), QString("Courier"));
   QCOMPARE(window.findChild<InputWidget*>()->font().pointSize(), 9);
@@ -241,7 +237,7 @@ void TestMainWidget::vitalsBars() {
   QFETCH(const int, index);
   QFETCH(const QRect, geometry);
   QFETCH(const QString, styleSheet);
-  MainWidget window;
+  MainWidget window(store_.place());
   window.show();
   const auto bars = window.findChild<QToolBar*>()->findChildren<QProgressBar*>("progHP");
   QCOMPARE(bars.size(), 3);
@@ -271,7 +267,7 @@ void TestMainWidget::vitalsFollowThePrompt_data() {
 void TestMainWidget::vitalsFollowThePrompt() {
   QFETCH(const QByteArray, line);
   QFETCH(const QList<int>, values);
-  MainWidget window;
+  MainWidget window(store_.place());
   window.parseVitals(line.constData());
   QList<int> shown;
   for (const QProgressBar* bar : window.findChildren<QProgressBar*>("progHP"))
@@ -280,41 +276,38 @@ void TestMainWidget::vitalsFollowThePrompt() {
 }
 
 void TestMainWidget::theBarHasTheFocusAtTheStart() {
-  MainWidget window;
+  MainWidget window(store_.place());
   window.show();
   QVERIFY(QTest::qWaitForWindowActive(&window));
   QCOMPARE(QApplication::focusWidget(), window.findChild<InputWidget*>());
 }
 
 void TestMainWidget::closingSavesTheSettings() {
-  MainWidget window;
+  MainWidget window(store_.place());
   window.show();
   window.resize(700, 600);
   window.move(50, 60);
   QVERIFY(window.close());
   ClientSettings record;
-  const WindowPlace place = settings::load(record);
+  const WindowPlace place = settings::load(record, store_.place());
   QCOMPARE(place.size, QSize(700, 600));
   QCOMPARE(place.pos, QPoint(50, 60));
-  QSettings store("Dunmere Works", "Kelmora Client v3.9b");
-  store.beginGroup("Global Settings");
-  QCOMPARE(store.childKeys().size(), 38);
+  QCOMPARE(store_.keys().size(), 38);
 }
 
 void TestMainWidget::destructionSavesNothing() {
   {
-    MainWidget window;
+    MainWidget window(store_.place());
     window.resize(700, 600);
   }
-  QSettings store("Dunmere Works", "Kelmora Client v3.9b");
-  QVERIFY(store.allKeys().isEmpty());
+  QVERIFY(store_.keys().isEmpty());
 }
 
 void TestMainWidget::theStoredStyleIsTaken() {
   const QString before = QApplication::style()->objectName();
   const QString other = before == "windows" ? QString("fusion") : QString("windows");
-  store("interfaceStyle", other);
-  const MainWidget window;
+  store_.set("interfaceStyle", other);
+  const MainWidget window(store_.place());
   const QString taken = QApplication::style()->objectName();
   QApplication::setStyle(before);
   QCOMPARE(taken, other);
@@ -332,17 +325,17 @@ void TestMainWidget::theStoredProxyIsInstalledOnlyWhereItIsUsed() {
   QFETCH(const QString, host);
   QNetworkProxy::setApplicationProxy(
       QNetworkProxy(QNetworkProxy::HttpProxy, QStringLiteral("before.invalid")));
-  store("useProxyServer", used);
-  store("proxyHostName", "stored.invalid");
-  const MainWidget window;
+  store_.set("useProxyServer", used);
+  store_.set("proxyHostName", "stored.invalid");
+  const MainWidget window(store_.place());
   const QString installed = QNetworkProxy::applicationProxy().hostName();
   QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
   QCOMPARE(installed, host);
 }
 
 void TestMainWidget::everyToolbarActionGivesTheBarTheFocus() {
-  store("hostName", "127.0.0.1");
-  MainWidget window;
+  store_.set("hostName", "127.0.0.1");
+  MainWidget window(store_.place());
   window.show();
   QVERIFY(QTest::qWaitForWindowActive(&window));
   // A dialog that waits for an answer is sent away.
@@ -364,7 +357,7 @@ void TestMainWidget::everyToolbarActionGivesTheBarTheFocus() {
 
 void TestMainWidget::anUnknownStyleChangesNothing() {
   const QString before = QApplication::style()->objectName();
-  MainWidget window;
+  MainWidget window(store_.place());
   QCOMPARE(window.settings().interfaceStyle, QString("Plastique"));
   QCOMPARE(QApplication::style()->objectName(), before);
 }
@@ -392,9 +385,9 @@ void TestMainWidget::hostileStoresStart_data() {
 void TestMainWidget::hostileStoresStart() {
   QFETCH(const QString, key);
   QFETCH(const QVariant, value);
-  store(key, value);
-  store("useProxyServer", 1);
-  MainWidget window;
+  store_.set(key, value);
+  store_.set("useProxyServer", 1);
+  MainWidget window(store_.place());
   window.show();
   QVERIFY(QTest::qWaitForWindowExposed(&window));
   QVERIFY(window.height() <= 4096);

@@ -223,11 +223,9 @@ void TestSettingsAndSession::anImportDoesNotWriteTheStore() {
   Answers answers("my.settings");
   play.actions.at(4)->trigger();
   QCOMPARE(play.window->settings().port, 4023);
-  QSettings store("Dunmere Works", "Kelmora Client v3.9b");
-  QCOMPARE(store.value("Global Settings/port").toInt(), 5000);
+  QCOMPARE(play.store.value("port").toInt(), 5000);
   QVERIFY(play.window->close());
-  store.sync();
-  QCOMPARE(store.value("Global Settings/port").toInt(), 4023);
+  QCOMPARE(play.store.value("port").toInt(), 4023);
 }
 
 KELMORA_GUI_TEST_MAIN(TestSettingsAndSession)

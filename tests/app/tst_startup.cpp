@@ -8,6 +8,7 @@
 #include "app/ApplicationFonts.h"
 #include "app/Beeper.h"
 #include "app/MainWidget.h"
+#include "support/OwnStore.h"
 #include "support/ScratchMain.h"
 #include "terminal/view/OutputWidget.h"
 
@@ -51,7 +52,8 @@ void TestStartup::theWindowIsPaintedWithinASecondOfTheSplash() {
   QVERIFY(splash.isVisible());
   installApplicationFonts();
   QApplication::processEvents();
-  MainWidget window;
+  const OwnStore store;
+  MainWidget window(store.place());
   const PaintWatch watch(window);
   window.show();
   splash.finish(&window);

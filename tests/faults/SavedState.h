@@ -1,17 +1,14 @@
 #pragma once
 
-#include <QStandardPaths>
 #include <optional>
 
 #include "automation/core/AutomationFiles.h"
 #include "settings/SettingsStore.h"
 #include "support/OwnFolder.h"
 
-/// Where the settings store is on this platform.
-inline QString storePath() {
-  return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-         QStringLiteral("/Dunmere Works/Kelmora Client v3.9b.conf");
-}
+/// The settings store of these tests, in the working directory.
+inline const QString storeFolder = QStringLiteral("settings");
+inline const QString storePath = storeFolder + QStringLiteral("/store.conf");
 
 /// All that a player has stored, in one of several versions that differ in
 /// every file, also in its length.
@@ -36,7 +33,7 @@ struct SavedState {
   /// What a start finds; nothing where a file makes no sense.
   [[nodiscard]] static std::optional<SavedState> load() {
     SavedState found;
-    found.place = settings::load(found.settings);
+    found.place = settings::load(found.settings, {storePath});
     if (!automation::loadAliases(found.aliases) || !automation::loadTriggers(found.triggers) ||
         !automation::loadVariables(found.variables))
       return std::nullopt;
@@ -47,7 +44,7 @@ struct SavedState {
   [[nodiscard]] bool save() const {
     const bool files = automation::writeAliases(aliases) && automation::writeTriggers(triggers) &&
                        automation::writeVariables(variables);
-    settings::save(settings, place);
+    settings::save(settings, place, {storePath});
     return files;
   }
 
@@ -68,7 +65,7 @@ struct SavedState {
 inline QByteArrayList storedBytes() {
   QByteArrayList all;
   for (const QString& name : {QString(automation::aliasesPath), QString(automation::triggersPath),
-                              QString(automation::variablesPath), storePath()})
+                              QString(automation::variablesPath), storePath})
     all << contentsOf(name);
   return all;
 }

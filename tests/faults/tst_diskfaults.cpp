@@ -3,7 +3,6 @@
 // is mended the next save succeeds.
 
 #include <QGuiApplication>
-#include <QSettings>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <csignal>
@@ -21,7 +20,6 @@
 
 namespace {
 
-const QString storeFolder = QStringLiteral("Dunmere Works");
 constexpr rlim_t sizeLimit = 300;
 
 /// Something that goes wrong with the working directory's disk, in a child.
@@ -147,9 +145,9 @@ const std::vector<Saved>& allSaved() {
        [](const SavedState& state) {
          return std::optional(automation::writeVariables(state.variables));
        }},
-      {"settings store", storeFolder + QStringLiteral("/Kelmora Client v3.9b.conf"),
+      {"settings store", storePath,
        [](const SavedState& state) {
-         settings::save(state.settings, state.place);
+         settings::save(state.settings, state.place, {storePath});
          return std::optional<bool>();
        },
        true},
@@ -218,7 +216,6 @@ void TestDiskFaults::theOldFileStandsUntilTheNewOneCan() {
   const int result = inChild([&] {
     if (!disk.prepare())
       return cannotTry;
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("."));
     if (thing.save(new_) == false)
       return stopped("the first save");
     const QByteArray newBytes = contentsOf(thing.file);
@@ -261,7 +258,6 @@ void TestDiskFaults::aFirstSaveThatFailsLeavesNothingToStumbleOver() {
   const int result = inChild([&] {
     if (!disk.prepare())
       return cannotTry;
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("."));
     if (!disk.begin())
       return cannotTry;
     if (thing.save(new_) == true)

@@ -90,10 +90,7 @@ void TestFullDisk::editorsKeepTheirEntries() {
 void TestFullDisk::appliedOptionsStayInForce() {
   PlayWindow play(5000, {{"proxyPassword", longText}});
   QVERIFY(!play.window->settings().flushInput);
-  const auto flushStored = [] {
-    QSettings store("Dunmere Works", "Kelmora Client v3.9b");
-    return store.value("Global Settings/flushInput").toInt() != 0;
-  };
+  const auto flushStored = [&] { return play.store.value("flushInput").toInt() != 0; };
   const auto apply = [&] {
     play.actions.at(5)->trigger();
     QDialog* dialog = titled(play, "General Settings");
@@ -108,8 +105,7 @@ void TestFullDisk::appliedOptionsStayInForce() {
     QVERIFY(apply());
     QVERIFY(play.window->settings().flushInput);
     QVERIFY(!flushStored());
-    QSettings store("Dunmere Works", "Kelmora Client v3.9b");
-    QCOMPARE(store.value("Global Settings/proxyPassword").toString(), longText);
+    QCOMPARE(play.store.value("proxyPassword").toString(), longText);
   }
   QVERIFY(apply());
   QVERIFY(flushStored());

@@ -2,7 +2,6 @@
 // in turn and in two versions; it is killed at any moment, begun anew, and what
 // it leaves must be whole.
 
-#include <QFileInfo>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <array>
@@ -21,7 +20,7 @@ const QByteArray macros = QByteArray("\nmacro Key_F5\nscore\n/macro\n").repeated
 /// Files of the toolkit's that a kill has kept from being renamed.
 QStringList leftovers() {
   static const QRegularExpression temporary(QStringLiteral("\\.(txt|conf)\\.[A-Za-z]{6}$"));
-  return (namesHere() + QFileInfo(storePath()).dir().entryList(QDir::Files)).filter(temporary);
+  return (namesHere() + QDir(storeFolder).entryList(QDir::Files)).filter(temporary);
 }
 
 /// A child that saves until it is killed, and tells when it has saved
@@ -94,7 +93,6 @@ void TestKills::init() {
 
 void TestKills::cleanup() {
   folder_.reset();
-  QDir(QFileInfo(storePath()).path()).removeRecursively();
 }
 
 void TestKills::aThousandKillsLeaveEveryFileWhole() {

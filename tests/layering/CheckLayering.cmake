@@ -55,6 +55,16 @@ foreach(room IN ITEMS scan files settings net terminal/core terminal/view automa
   endforeach()
 endforeach()
 
+# Only the program itself opens the user's own store.
+file(GLOB_RECURSE files ${SOURCES}/../tests/*.h ${SOURCES}/../tests/*.cpp ${SOURCES}/../fuzz/*.cpp
+     ${SOURCES}/../tools/*.cpp ${SOURCES}/../benchmarks/*.cpp)
+foreach(file IN LISTS files)
+  file(STRINGS ${file} windows REGEX "MainWidget( [a-z_]+|>\\(\\)|\\(\\)|\\{\\});|new MainWidget;")
+  foreach(window IN LISTS windows)
+    list(APPEND failures "${file} makes a window on the user's own store:${window}")
+  endforeach()
+endforeach()
+
 # A program of core rules starts without any window system library.
 foreach(program IN LISTS CORE_PROGRAMS)
   execute_process(COMMAND ${READELF} -d ${program} OUTPUT_VARIABLE needed RESULT_VARIABLE result)

@@ -5,7 +5,6 @@
 #include <QGuiApplication>
 #include <QLockFile>
 #include <QSettings>
-#include <QStandardPaths>
 #include <QTest>
 #include <QThread>
 #include <atomic>
@@ -26,13 +25,16 @@ constexpr auto folderMode = S_IRUSR | S_IWUSR | S_IXUSR;
 constexpr auto fileMode = S_IRUSR | S_IWUSR;
 
 QString configFolder() {
-  return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+  return QDir::currentPath() + QStringLiteral("/config");
 }
 QString folder() {
-  return configFolder() + QStringLiteral("/Dunmere Works");
+  return configFolder() + QStringLiteral("/client");
 }
 QString file() {
-  return folder() + QStringLiteral("/Kelmora Client v3.9b.conf");
+  return folder() + QStringLiteral("/store.conf");
+}
+settings::StorePlace store() {
+  return {file()};
 }
 
 /// Permission bits, 0 where there is nothing.
@@ -45,10 +47,10 @@ mode_t modeOf(const QString& path) {
 /// size and time. The next start of the client has no such copy.
 [[nodiscard]] bool makeTheToolkitReadAgain() {
   static qint64 seconds = 0;
-  QFile store(file());
-  return store.open(QIODevice::ReadWrite) &&
-         store.setFileTime(QDateTime::fromSecsSinceEpoch(++seconds),
-                           QFileDevice::FileModificationTime);
+  QFile touched(file());
+  return touched.open(QIODevice::ReadWrite) &&
+         touched.setFileTime(QDateTime::fromSecsSinceEpoch(++seconds),
+                             QFileDevice::FileModificationTime);
 }
 
 bool write(const QByteArray& content) {
@@ -69,9 +71,9 @@ QByteArray content() {
 }
 
 QStringList storedKeys() {
-  QSettings store(QStringLiteral("Dunmere Works"), QStringLiteral("Kelmora Client v3.9b"));
-  store.beginGroup(QStringLiteral("Global Settings"));
-  return store.allKeys();
+  QSettings reader(file(), QSettings::IniFormat);
+  reader.beginGroup(QStringLiteral("Global Settings"));
+  return reader.allKeys();
 }
 
 /// The whole process creates files as widely as it is told to.
@@ -121,6 +123,7 @@ class TestSettingsStore : public QObject {
  private Q_SLOTS:
   void cleanup();
 
+  void theUsersOwnStoreIsTheNativeOne();
   void aFirstStartYieldsTheDefaultsAndWritesNothing();
   void aSaveHoldsEveryKeyAndNoOther();
   void aSaveHoldsThePlainForms();
@@ -156,12 +159,38 @@ void TestSettingsStore::cleanup() {
   QVERIFY(QDir(configFolder()).removeRecursively());
 }
 
+void TestSettingsStore::theUsersOwnStoreIsTheNativeOne() {
+  const QString native =
+      QSettings(QStringLiteral("Dunmere Works"), QStringLiteral("Kelmora Client v3.9b")).fileName();
+  if (!native.startsWith(QDir::currentPath()))
+    QSKIP("here the user's own store cannot be led to the scratch folder");
+  ClientSettings record;
+  record.port = 4023;
+  const WindowPlace place{QSize(640, 480), QPoint(5, 7)};
+  const NoUmask noUmask;
+  settings::save(record, place, {});
+  QCOMPARE(modeOf(native), fileMode);
+  QCOMPARE(modeOf(QFileInfo(native).path()), folderMode);
+  ClientSettings loaded;
+  QCOMPARE(settings::load(loaded, {}), place);
+  QCOMPARE(loaded, record);
+  // What would end the toolkit's reader is refused there, too.
+  QFile file(native);
+  QVERIFY(file.open(QIODevice::WriteOnly));
+  file.write("[Global%20Settings]\nport=4024\nhostName=" + QByteArray(2'000'000, 'k'));
+  file.close();
+  QCOMPARE(settings::load(loaded, {}), WindowPlace());
+  QCOMPARE(loaded, ClientSettings());
+  QVERIFY(!QFileInfo::exists(configFolder()));
+  QVERIFY(QDir(QFileInfo(native).path()).removeRecursively());
+}
+
 void TestSettingsStore::aFirstStartYieldsTheDefaultsAndWritesNothing() {
   ClientSettings record;
   record.port = 1;
   record.hostName = QStringLiteral("elsewhere");
   record.boldColour[3].assign("#111111");
-  const WindowPlace place = settings::load(record);
+  const WindowPlace place = settings::load(record, store());
   QCOMPARE(record, ClientSettings());
   QCOMPARE(place.size, QSize(800, 800));
   QCOMPARE(place.pos, QPoint(200, 200));
@@ -170,7 +199,7 @@ void TestSettingsStore::aFirstStartYieldsTheDefaultsAndWritesNothing() {
 }
 
 void TestSettingsStore::aSaveHoldsEveryKeyAndNoOther() {
-  settings::save(ClientSettings(), WindowPlace());
+  settings::save(ClientSettings(), WindowPlace(), store());
   QStringList expected = {QStringLiteral("size"), QStringLiteral("pos")};
   for (const SettingsField& field : settings::fields())
     expected << QString::fromLatin1(field.storeKey);
@@ -181,14 +210,14 @@ void TestSettingsStore::aSaveHoldsEveryKeyAndNoOther() {
   QCOMPARE(keys, expected);
 
   ClientSettings record;
-  QCOMPARE(settings::load(record), WindowPlace());
+  QCOMPARE(settings::load(record, store()), WindowPlace());
   QCOMPARE(record, ClientSettings());
 }
 
 void TestSettingsStore::aSaveHoldsThePlainForms() {
   ClientSettings record;
   record.proxyPassword = QStringLiteral("open sesame");
-  settings::save(record, {QSize(640, 480), QPoint(-5, 7)});
+  settings::save(record, {QSize(640, 480), QPoint(-5, 7)}, store());
   const QByteArray text = content();
   QVERIFY(text.contains("\ndisplayAnsiColor=1\n"));
   QVERIFY(text.contains("\nparseHtml=0\n"));
@@ -204,7 +233,7 @@ void TestSettingsStore::aSaveHoldsThePlainForms() {
 
 void TestSettingsStore::keysOfOthersSurviveASave() {
   QVERIFY(writeGroup("ofTomorrow=1\n"));
-  settings::save(ClientSettings(), WindowPlace());
+  settings::save(ClientSettings(), WindowPlace(), store());
   QCOMPARE(storedKeys().size(), 39);
 }
 
@@ -233,10 +262,10 @@ void TestSettingsStore::aChangedRecordComesBackWhole() {
     record.boldColour[i].assign("#20000" + QByteArray::number(static_cast<int>(i)));
   }
   const WindowPlace place{QSize(321, 123), QPoint(-40, 3000)};
-  settings::save(record, place);
+  settings::save(record, place, store());
   QVERIFY(makeTheToolkitReadAgain());
   ClientSettings loaded;
-  QCOMPARE(settings::load(loaded), place);
+  QCOMPARE(settings::load(loaded, store()), place);
   for (const SettingsField& field : settings::fields())
     QCOMPARE(settings::storedValue(loaded, field), settings::storedValue(record, field));
   QCOMPARE(loaded, record);
@@ -265,10 +294,10 @@ void TestSettingsStore::aTextComesBackAsItWas() {
         &ClientSettings::proxyPortNumber, &ClientSettings::proxyUserName,
         &ClientSettings::proxyPassword, &ClientSettings::interfaceStyle})
     record.*field = text;
-  settings::save(record, WindowPlace());
+  settings::save(record, WindowPlace(), store());
   QVERIFY(makeTheToolkitReadAgain());
   ClientSettings loaded;
-  QCOMPARE(settings::load(loaded), WindowPlace());
+  QCOMPARE(settings::load(loaded, store()), WindowPlace());
   QCOMPARE(loaded, record);
 }
 
@@ -316,7 +345,7 @@ void TestSettingsStore::oneStoredValue() {
   QFETCH(QVariant, expected);
   QVERIFY(writeGroup(line + '\n'));
   ClientSettings record;
-  QCOMPARE(settings::load(record), WindowPlace());
+  QCOMPARE(settings::load(record, store()), WindowPlace());
   const ClientSettings defaults;
   for (const SettingsField& field : settings::fields())
     QCOMPARE(settings::storedValue(record, field),
@@ -329,7 +358,7 @@ void TestSettingsStore::loadWritesNothing() {
   QVERIFY(QFile::setPermissions(file(), QFile::ReadOwner | QFile::ReadOther));
   const mode_t mode = modeOf(file());
   ClientSettings record;
-  QCOMPARE(settings::load(record), WindowPlace());
+  QCOMPARE(settings::load(record, store()), WindowPlace());
   QCOMPARE(record.port, 4023);
   QCOMPARE(content(), before);
   QCOMPARE(modeOf(file()), mode);
@@ -343,13 +372,13 @@ void TestSettingsStore::oneMissingKeyIsItsDefault() {
     if (field.kind() == FieldKind::Flag)
       settings::assign(changed, field, field.defaultValue.toInt() == 0 ? 1 : 0);
   for (const SettingsField& missing : settings::fields()) {
-    settings::save(changed, WindowPlace());
+    settings::save(changed, WindowPlace(), store());
     {
-      QSettings store(QStringLiteral("Dunmere Works"), QStringLiteral("Kelmora Client v3.9b"));
-      store.remove(QStringLiteral("Global Settings/") + QLatin1String(missing.storeKey));
+      QSettings writer(file(), QSettings::IniFormat);
+      writer.remove(QStringLiteral("Global Settings/") + QLatin1String(missing.storeKey));
     }
     ClientSettings record;
-    QCOMPARE(settings::load(record), WindowPlace());
+    QCOMPARE(settings::load(record, store()), WindowPlace());
     for (const SettingsField& field : settings::fields())
       QCOMPARE(settings::storedValue(record, field),
                settings::storedValue(&field == &missing ? ClientSettings() : changed, field));
@@ -375,14 +404,14 @@ void TestSettingsStore::aStoreThatIsNoneYieldsTheDefaults() {
   QFETCH(QByteArray, bytes);
   QVERIFY(write(bytes));
   ClientSettings record;
-  QCOMPARE(settings::load(record), WindowPlace());
+  QCOMPARE(settings::load(record, store()), WindowPlace());
   QCOMPARE(record, ClientSettings());
 
   record.port = 23;
-  settings::save(record, WindowPlace());
+  settings::save(record, WindowPlace(), store());
   QVERIFY(makeTheToolkitReadAgain());
   ClientSettings loaded;
-  QCOMPARE(settings::load(loaded), WindowPlace());
+  QCOMPARE(settings::load(loaded, store()), WindowPlace());
   QCOMPARE(loaded, record);
   QCOMPARE(modeOf(file()), fileMode);
 }
@@ -391,9 +420,9 @@ void TestSettingsStore::aFolderInPlaceOfTheStoreIsLeftAlone() {
   QVERIFY(QDir().mkpath(file() + QStringLiteral("/inner")));
   const mode_t before = modeOf(file());
   ClientSettings record;
-  QCOMPARE(settings::load(record), WindowPlace());
+  QCOMPARE(settings::load(record, store()), WindowPlace());
   QCOMPARE(record, ClientSettings());
-  settings::save(record, WindowPlace());
+  settings::save(record, WindowPlace(), store());
   QVERIFY(QFileInfo(file() + QStringLiteral("/inner")).isDir());
   QCOMPARE(modeOf(file()), before);
 }
@@ -417,13 +446,13 @@ void TestSettingsStore::aStoreThatIsNoneOfOursYieldsTheDefaultsAndGivesWay() {
   QVERIFY(writeGroup("port=4023\n" + line));
   ClientSettings record;
   record.port = 1;
-  QCOMPARE(settings::load(record), WindowPlace());
+  QCOMPARE(settings::load(record, store()), WindowPlace());
   QCOMPARE(record, ClientSettings());
   record.port = 11995;
-  settings::save(record, WindowPlace());
+  settings::save(record, WindowPlace(), store());
   QVERIFY(makeTheToolkitReadAgain());
   ClientSettings loaded;
-  QCOMPARE(settings::load(loaded), WindowPlace());
+  QCOMPARE(settings::load(loaded, store()), WindowPlace());
   QCOMPARE(loaded.port, 11995);
 }
 
@@ -431,9 +460,9 @@ void TestSettingsStore::aPipeInPlaceOfTheStoreYieldsTheDefaults() {
   QVERIFY(QDir().mkpath(folder()));
   QCOMPARE(::mkfifo(QFile::encodeName(file()).constData(), fileMode), 0);
   ClientSettings record;
-  QCOMPARE(settings::load(record), WindowPlace());
+  QCOMPARE(settings::load(record, store()), WindowPlace());
   QCOMPARE(record, ClientSettings());
-  settings::save(record, WindowPlace());
+  settings::save(record, WindowPlace(), store());
   QVERIFY(QFileInfo::exists(file()) && !QFileInfo(file()).isFile());
 }
 
@@ -443,7 +472,7 @@ void TestSettingsStore::anUnreadableStoreYieldsTheDefaults() {
   const bool root = ::geteuid() == 0;
   const uid_t nobody = 65534;
   if (root) {
-    for (const QString& path : {QDir::homePath(), configFolder(), folder(), file()})
+    for (const QString& path : {QDir::currentPath(), configFolder(), folder(), file()})
       QCOMPARE(::chown(QFile::encodeName(path).constData(), nobody, static_cast<gid_t>(-1)), 0);
     QCOMPARE(::seteuid(nobody), 0);
   }
@@ -451,12 +480,12 @@ void TestSettingsStore::anUnreadableStoreYieldsTheDefaults() {
   QFile probe(file());
   const bool readable = probe.open(QIODevice::ReadOnly);
   ClientSettings record;
-  const WindowPlace place = settings::load(record);
+  const WindowPlace place = settings::load(record, store());
   ClientSettings changed;
   changed.port = 11995;
-  settings::save(changed, WindowPlace());
+  settings::save(changed, WindowPlace(), store());
   ClientSettings loaded;
-  const WindowPlace loadedPlace = settings::load(loaded);
+  const WindowPlace loadedPlace = settings::load(loaded, store());
   if (root)
     QCOMPARE(::seteuid(0), 0);
   QVERIFY(!readable);
@@ -469,11 +498,11 @@ void TestSettingsStore::anUnreadableStoreYieldsTheDefaults() {
 
 void TestSettingsStore::aNewStoreAndItsFoldersAreTheOwnersAlone() {
   const NoUmask noUmask;
-  settings::save(ClientSettings(), WindowPlace());
+  settings::save(ClientSettings(), WindowPlace(), store());
   QCOMPARE(modeOf(file()), fileMode);
   QCOMPARE(modeOf(folder()), folderMode);
   QCOMPARE(modeOf(configFolder()), folderMode);
-  settings::save(ClientSettings(), WindowPlace());
+  settings::save(ClientSettings(), WindowPlace(), store());
   QCOMPARE(modeOf(file()), fileMode);
 }
 
@@ -492,7 +521,7 @@ void TestSettingsStore::anExistingStoreIsNarrowedBeforeItIsWritten() {
   QCOMPARE(::chmod(QFile::encodeName(file()).constData(), static_cast<mode_t>(mode)), 0);
   ClientSettings record;
   record.proxyPassword = QStringLiteral("secret");
-  settings::save(record, WindowPlace());
+  settings::save(record, WindowPlace(), store());
   QCOMPARE(modeOf(file()), fileMode);
   QVERIFY(content().contains("proxyPassword=secret"));
 }
@@ -500,7 +529,7 @@ void TestSettingsStore::anExistingStoreIsNarrowedBeforeItIsWritten() {
 void TestSettingsStore::anExistingFolderKeepsItsPermissions() {
   QVERIFY(QDir().mkpath(folder()));
   QCOMPARE(::chmod(QFile::encodeName(folder()).constData(), 0755), 0);
-  settings::save(ClientSettings(), WindowPlace());
+  settings::save(ClientSettings(), WindowPlace(), store());
   QCOMPARE(modeOf(folder()), mode_t{0755});
   QCOMPARE(modeOf(file()), fileMode);
 }
@@ -521,7 +550,7 @@ void TestSettingsStore::aLinkedStoreStaysALink() {
     QVERIFY(out.open(QIODevice::WriteOnly));
   }
   QVERIFY(QFile::link(target, file()));
-  settings::save(ClientSettings(), WindowPlace());
+  settings::save(ClientSettings(), WindowPlace(), store());
   QVERIFY(QFileInfo(file()).isSymLink());
   QCOMPARE(modeOf(target), fileMode);
   QVERIFY(content().contains("port=5000"));
@@ -538,7 +567,7 @@ void TestSettingsStore::theStoreIsNeverReadableByOthers() {
   QTRY_VERIFY(watcher.looks() > 0);
   for (int i = 0; i < 200; ++i) {
     record.port = i;
-    settings::save(record, WindowPlace());
+    settings::save(record, WindowPlace(), store());
     if (i % 2 == 0)
       QVERIFY(QFile::remove(file()));
   }
@@ -570,10 +599,10 @@ void TestSettingsStore::theLockOfAKilledClientHoldsUpNoSave() {
   clock.start();
   ClientSettings record;
   record.port = 4023;
-  settings::save(record, {});
+  settings::save(record, {}, store());
   QVERIFY2(clock.elapsed() < 10'000, qPrintable(QString::number(clock.elapsed())));
   ClientSettings found;
-  (void)settings::load(found);
+  (void)settings::load(found, store());
   QCOMPARE(found.port, 4023);
   QVERIFY(!QFile::exists(name));
 }
@@ -583,7 +612,7 @@ void TestSettingsStore::theLockOfALivingClientIsRespected() {
   auto other = std::make_unique<QLockFile>(file() + QStringLiteral(".lock"));
   QVERIFY(other->lock());
   const pid_t saver = startChild([] {
-    settings::save(ClientSettings(), {});
+    settings::save(ClientSettings(), {}, store());
     return asWished;
   });
   QTest::qSleep(200);
