@@ -82,11 +82,8 @@ void PaneQueue::add(PaneText text) {
 }
 
 PaneText PaneQueue::take() {
-  if (bridge_) {
-    PaneText text = *std::move(bridge_);
-    bridge_.reset();
-    return text;
-  }
+  if (auto bridge = std::exchange(bridge_, std::nullopt))
+    return *std::move(bridge);
   Waiting first = std::move(waiting_.front());
   waiting_.pop_front();
   if (countedTexts_ > 0)
