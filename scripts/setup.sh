@@ -23,9 +23,13 @@ ensure_packages() {
   $sudo env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"
 }
 
-# build PRESET: configures and builds; a compiler cache is used where there is one.
+# build PRESET [TARGET...]: configures and builds, all or the targets, and says
+# how far it is. A compiler cache is used where there is one.
 build() {
-  say "Building (preset $1)"
-  cmake --preset "$1" > /dev/null
-  cmake --build --preset "$1"
+  local preset=$1
+  shift
+  say "Setting up the build (preset $preset)"
+  cmake --preset "$preset" > /dev/null
+  say "Building ${*:-everything}"
+  NINJA_STATUS="${NINJA_STATUS-[%f of %t, %e s] }" cmake --build --preset "$preset" ${@:+--target "$@"}
 }
