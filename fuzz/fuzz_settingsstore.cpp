@@ -25,7 +25,9 @@ const QString& storePath() {
 /// The toolkit reads the file out of the fuzzer's sight, so that it is told here
 /// what came of it: which options changed, and how long they are now.
 constexpr std::size_t optionCount = 36;
+#ifdef Q_OS_LINUX  // the fuzzer has such counters there alone
 __attribute__((section("__libfuzzer_extra_counters")))
+#endif
 std::uint8_t changes[placeKeys + optionCount];
 
 void tellFuzzer(const ClientSettings& record, const WindowPlace& place) {

@@ -33,15 +33,14 @@ constexpr std::array<ProxyKind, 4> proxyKinds{{
 constexpr int fieldWidth = 28;  // characters: most host names fit
 
 QString nameOf(int type) {
-  const auto* const kind = std::find_if(proxyKinds.begin(), proxyKinds.end(),
-                                        [&](const ProxyKind& k) { return k.type == type; });
+  const auto kind = std::find_if(proxyKinds.begin(), proxyKinds.end(),
+                                 [&](const ProxyKind& k) { return k.type == type; });
   return QString::fromLatin1((kind != proxyKinds.end() ? *kind : proxyKinds.front()).name);
 }
 
 int typeOf(const QString& name) {
-  const auto* const kind =
-      std::find_if(proxyKinds.begin(), proxyKinds.end(),
-                   [&](const ProxyKind& k) { return name == QLatin1String(k.name); });
+  const auto kind = std::find_if(proxyKinds.begin(), proxyKinds.end(),
+                                 [&](const ProxyKind& k) { return name == QLatin1String(k.name); });
   return (kind != proxyKinds.end() ? *kind : proxyKinds.front()).type;
 }
 

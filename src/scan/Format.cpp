@@ -52,8 +52,8 @@ struct Format::Compiler {
   }
 
   void addLiteral() {
-    const auto* end = std::find_if(rest.begin(), rest.end(),
-                                   [](char byte) { return byte == '%' || isSpace(byte); });
+    const auto end = std::find_if(rest.begin(), rest.end(),
+                                  [](char byte) { return byte == '%' || isSpace(byte); });
     const qsizetype length = end - rest.begin();
     steps.push_back({.kind = Kind::Literal, .literal = rest.first(length).toByteArray()});
     rest = rest.sliced(length);
@@ -113,7 +113,7 @@ struct Format::Cursor {
   }
 
   void skipWhiteSpace() {
-    const auto* word = std::find_if_not(rest.begin(), rest.end(), isSpace);
+    const auto word = std::find_if_not(rest.begin(), rest.end(), isSpace);
     rest = rest.sliced(word - rest.begin());
   }
 
@@ -131,11 +131,11 @@ struct Format::Cursor {
       sign = DecimalSum::Sign::Minus;
     else
       take('+');
-    const auto* end = std::find_if_not(rest.begin(), rest.end(), isDigit);
+    const auto end = std::find_if_not(rest.begin(), rest.end(), isDigit);
     if (end == rest.begin())
       return std::nullopt;
     DecimalSum sum(sign);
-    for (const auto* digit = rest.begin(); digit != end; ++digit)
+    for (auto digit = rest.begin(); digit != end; ++digit)
       sum.addDigit(*digit);
     rest = rest.sliced(end - rest.begin());
     return sum.toInt();
@@ -144,7 +144,7 @@ struct Format::Cursor {
   /// Takes the bytes before the first that ends the field; empty is a failure.
   template <typename Ends>
   QByteArrayView takeUntil(Ends ends, qsizetype limit) {
-    const auto* last = rest.begin() + std::min(limit, rest.size());
+    const auto last = rest.begin() + std::min(limit, rest.size());
     const qsizetype length = std::find_if(rest.begin(), last, ends) - rest.begin();
     const QByteArrayView field = rest.first(length);
     rest = rest.sliced(length);

@@ -73,8 +73,8 @@ struct Commands::Table {
 std::optional<Sequel> Commands::run(const QString& action) {
   const qsizetype space = action.indexOf(u' ');
   const QStringView word = space < 0 ? QStringView(action) : QStringView(action).first(space);
-  const auto* const command = std::find_if(Table::rows.begin(), Table::rows.end(),
-                                           [&](const Command& row) { return row.word == word; });
+  const auto command = std::find_if(Table::rows.begin(), Table::rows.end(),
+                                    [&](const Command& row) { return row.word == word; });
   if (command == Table::rows.end())
     return std::nullopt;
   if (const std::optional<Arguments> arguments = argumentsOf(*command, action))

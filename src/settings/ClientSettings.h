@@ -22,7 +22,7 @@ class ColourText {
   void assign(QByteArrayView text) {
     buffer_.fill('\0');
     const auto room = std::min(static_cast<std::size_t>(text.size()), capacity);
-    const auto* const end = std::find(text.begin(), text.begin() + room, '\0');
+    const auto end = std::find(text.begin(), text.begin() + room, '\0');
     std::copy(text.begin(), end, buffer_.begin());
   }
 

@@ -7,7 +7,7 @@
 #include <QStandardPaths>
 #include <QTemporaryFile>
 
-#ifndef Q_OS_WIN
+#ifdef Q_OS_UNIX
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -45,7 +45,6 @@ class Store {
   void setValue(const char* key, const QVariant& value) {
     settings_.setValue(QLatin1String(key), value);
   }
-  [[nodiscard]] QString fileName() const { return settings_.fileName(); }
 
  private:
   QSettings settings_;
@@ -85,7 +84,7 @@ bool makeWay(const StorePlace& place) {
   return canBeOpened(place) || (QFileInfo(fileOf(place)).isFile() && QFile::remove(fileOf(place)));
 }
 
-#ifndef Q_OS_WIN  // there the store is the user's registry, which is private already
+#ifdef Q_OS_UNIX
 
 // A client that is killed while it saves leaves the toolkit's lock behind, and
 // the next save would wait for it for half a minute. Whether anybody still
@@ -159,11 +158,14 @@ void save(const ClientSettings& record, const WindowPlace& place, const StorePla
   if (!makeWay(at))
     return;
   Store store(at);
-#ifndef Q_OS_WIN
-  makePrivate(store.fileName());
-  removeAbandonedLock(store.fileName());
-  if (!diskHasRoom(store.fileName()))
-    return;
+#ifdef Q_OS_UNIX
+  // Elsewhere, and on macOS, the system keeps its own store for its user alone.
+  if (const QString file = fileOf(at); !file.isEmpty()) {
+    makePrivate(file);
+    removeAbandonedLock(file);
+    if (!diskHasRoom(file))
+      return;
+  }
 #endif
   store.setValue(sizeKey, place.size);
   store.setValue(posKey, place.pos);

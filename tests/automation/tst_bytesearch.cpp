@@ -87,7 +87,7 @@ void TestByteSearch::randomNeedlesAreFoundWhereTheyOccur() {
   std::mt19937 random(41);
   const auto below = [&](quint32 limit) { return random() % limit; };
   const auto text = [&](quint32 longest) {
-    QByteArray bytes(below(longest + 1), '\0');
+    QByteArray bytes(static_cast<qsizetype>(below(longest + 1)), '\0');
     for (char& byte : bytes)
       byte = static_cast<char>("abc\xe9"[below(4)]);
     return bytes;

@@ -446,7 +446,7 @@ void TestServerConnection::theAttemptLine() {
   const QString line = client_->host.lines.first();
   QCOMPARE(line, QStringLiteral("<i>Attempting to connect to %1 on port %2...</i>")
                      .arg(shownName, QString::number(port)));
-  QVERIFY(line.toLatin1().size() + qstrlen("<span style=\"color:#BDBDBD\">") <= 1023);
+  QVERIFY(line.size() + QLatin1String("<span style=\"color:#BDBDBD\">").size() <= 1023);
 }
 
 void TestServerConnection::thePortIsCutToSixteenBits_data() {

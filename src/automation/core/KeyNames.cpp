@@ -40,16 +40,16 @@ constexpr std::array<NamedKey, 22> namedKeys{{
 }  // namespace
 
 QString keyCodeToName(int code) {
-  const auto* const key = std::find_if(namedKeys.begin(), namedKeys.end(),
-                                       [&](const NamedKey& named) { return named.code == code; });
+  const auto key = std::find_if(namedKeys.begin(), namedKeys.end(),
+                                [&](const NamedKey& named) { return named.code == code; });
   if (key != namedKeys.end())
     return key->name;
   return QChar(static_cast<char16_t>(static_cast<quint32>(code) & 0xFFFFU));
 }
 
 int keyNameToCode(QStringView name) {
-  const auto* const key = std::find_if(namedKeys.begin(), namedKeys.end(),
-                                       [&](const NamedKey& named) { return named.name == name; });
+  const auto key = std::find_if(namedKeys.begin(), namedKeys.end(),
+                                [&](const NamedKey& named) { return named.name == name; });
   if (key != namedKeys.end())
     return key->code;
   if (name.isEmpty() || name.front() > QChar(0xFF))

@@ -71,8 +71,9 @@ void walkBytes(QByteArrayView data, const PipelineOptions& options, PipelineStat
       state.translator.translateEscape(--index, data, sink.html, colours);
       ++index;
     } else if (isOrdinary(byte)) {
-      const auto* begin = data.begin() + index;
-      const QByteArrayView run(begin, std::find_if_not(begin, data.end(), isOrdinary));
+      const char* const begin = data.data() + index;
+      const QByteArrayView run(begin,
+                               std::find_if_not(begin, data.data() + data.size(), isOrdinary));
       sink.addRun(run);
       index += run.size();
     } else if (byte == bytewalk::escape) {

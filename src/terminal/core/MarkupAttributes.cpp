@@ -84,7 +84,7 @@ QString styleValue(QStringView value) {
 
 /// A link leads to the web or to a letter, never to a file of the player's.
 QString linkValue(QStringView value) {
-  const auto* begin = std::find_if_not(value.begin(), value.end(), [](QChar character) {
+  const auto begin = std::find_if_not(value.begin(), value.end(), [](QChar character) {
     return character.isSpace() || character.category() == QChar::Other_Control;
   });
   const QStringView link = value.sliced(begin - value.begin());

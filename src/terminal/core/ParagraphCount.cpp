@@ -77,7 +77,7 @@ bool hasLongNumber(QByteArrayView text) {
     const QByteArrayView rest = text.sliced(start + 1);
     if (!rest.startsWith('#'))
       continue;
-    const auto* end = std::find_if_not(rest.begin() + 1, rest.end(), [](char byte) {
+    const auto end = std::find_if_not(rest.begin() + 1, rest.end(), [](char byte) {
       return std::isalnum(static_cast<unsigned char>(byte)) != 0;
     });
     if (end - rest.begin() - 1 >= longNumber)

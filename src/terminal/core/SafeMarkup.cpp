@@ -67,10 +67,10 @@ constexpr std::array standIns{
 
 /// Null when there is none.
 const TagRow* rowNamed(QStringView name) {
-  const auto* found = std::find_if(
+  const auto found = std::find_if(
       allowedTags.begin(), allowedTags.end(),
       [name](const TagRow& row) { return row.name.compare(name, Qt::CaseInsensitive) == 0; });
-  return found == allowedTags.end() ? nullptr : found;
+  return found == allowedTags.end() ? nullptr : &*found;
 }
 
 class MarkupWriter {

@@ -163,7 +163,7 @@ std::optional<QChar> Reader::takeEntity() {
   const auto isNamed = [](QChar part) {
     return part.isLetterOrNumber() || part == u'#' || part == u'+' || part == u'-';
   };
-  const auto* end = std::find_if_not(name.begin(), name.end(), isNamed);
+  const auto end = std::find_if_not(name.begin(), name.end(), isNamed);
   // The name of one that is not known here, or the end of the text, which may
   // end a name too, as may spans that are left out before the importer sees
   // them. A NUL ends a number whatever comes behind it.

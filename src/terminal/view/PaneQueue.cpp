@@ -46,7 +46,7 @@ Shown shownOf(QByteArrayView plain) {
   if (plain.contains('\n'))
     return Shown::Something;
   const auto isLetter = [](char byte) { return isLetterOrDigit(static_cast<unsigned char>(byte)); };
-  const auto* end = std::find(plain.begin(), plain.end(), '&');
+  const auto end = std::find(plain.begin(), plain.end(), '&');
   return std::any_of(plain.begin(), end, isLetter) ? Shown::Something : Shown::Perhaps;
 }
 
