@@ -28,6 +28,14 @@ namespace {
 
 constexpr int toolbarHeight = 70;
 
+/// The bars need all of the height, whatever the icons do, and the window is
+/// not to grow with them. The toolkit's tool bar drops its least size with
+/// every change of its icon size.
+void keepExtent(QToolBar& toolbar) {
+  toolbar.setFixedHeight(toolbarHeight);
+  toolbar.setMinimumWidth(1);
+}
+
 }  // namespace
 
 MainWidget::MainWidget(settings::StorePlace store) : store_(std::move(store)) {
@@ -108,7 +116,8 @@ void MainWidget::layOutWidgets() {
   grid->addWidget(toolbar_, 0, 0);
   grid->addWidget(outputPane_, 1, 0);
   grid->addWidget(inputBar_, 2, 0);
-  toolbar_->setFixedHeight(toolbarHeight);
+  keepExtent(*toolbar_);
+  connect(toolbar_, &QToolBar::iconSizeChanged, toolbar_, [this] { keepExtent(*toolbar_); });
   actions_ = addToolbarActions(*toolbar_, *this);
   vitalsBars_ = std::make_unique<VitalsBars>(*toolbar_);
 }

@@ -35,8 +35,10 @@ QPoint usableWindowPos(QPoint stored, QSize size, const QList<QRect>& screens) {
 }
 
 QSize usableIconSize(QSize stored) {
+  if (!stored.isValid())
+    return stored;
   const auto usable = [](int length, int fallback) {
-    return length >= 0 && length <= largestIcon ? length : fallback;
+    return length <= largestIcon ? length : fallback;
   };
   return {usable(stored.width(), defaultIconSize.width()),
           usable(stored.height(), defaultIconSize.height())};

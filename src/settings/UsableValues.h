@@ -14,7 +14,8 @@ namespace settings {
 inline constexpr QSize defaultWindowSize{800, 800};
 inline constexpr QPoint defaultWindowPos{200, 200};
 inline constexpr QSize defaultIconSize{48, 48};
-inline constexpr int largestIcon = 512;
+/// The toolkit makes no widget larger, and adds up the lengths of several.
+inline constexpr int largestIcon = 16777215;
 inline constexpr int largestFontPoints = 200;
 inline constexpr int largestFontPixels = 400;
 
@@ -26,7 +27,8 @@ inline constexpr int largestFontPixels = 400;
 /// none of the screens.
 [[nodiscard]] QPoint usableWindowPos(QPoint stored, QSize size, const QList<QRect>& screens);
 
-/// Each dimension from 0 to largestIcon stays, any other becomes 48.
+/// Each dimension from 0 to largestIcon stays, a larger one becomes 48. A size
+/// with a negative one stays, too: it asks the toolkit for the style's own.
 [[nodiscard]] QSize usableIconSize(QSize stored);
 
 /// The font with its size and spacings brought down to what can be laid out.

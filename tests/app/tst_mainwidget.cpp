@@ -29,11 +29,6 @@ class TestMainWidget : public QObject {
   void storedPlaceIsTaken();
   void hostilePlaces_data();
   void hostilePlaces();
-  void toolbarRows_data();
-  void toolbarRows();
-  void separatorsStandBetweenTheGroups();
-  void everyActionHasItsIcon();
-  void theToolbarIs70PixelsHighAndTakesTheIconSize();
   void layoutIsOneColumn();
   void thePaneIsBlackAndReadOnly();
   void fontsComeFromTheSettings();
@@ -76,8 +71,9 @@ void TestMainWidget::theSlotTableHasFifteenSlotsInOrder() {
 void TestMainWidget::titleAndIcon() {
   const MainWidget window(store_.place());
   QCOMPARE(window.windowTitle(), QString("Kelmora - The Official Client"));
-  QVERIFY(!window.windowIcon().isNull());
-  QVERIFY(!window.windowIcon().pixmap(64).isNull());
+  const QImage picture = QIcon(":/icons/mainicon.png").pixmap(64).toImage();
+  QVERIFY(!picture.isNull());
+  QCOMPARE(window.windowIcon().pixmap(64).toImage(), picture);
 }
 
 void TestMainWidget::firstStartPlacesTheWindow() {
@@ -117,78 +113,6 @@ void TestMainWidget::hostilePlaces() {
   window.show();
   QCOMPARE(window.size(), QSize(800, 800));
   QCOMPARE(window.pos(), QPoint(200, 200));
-}
-
-void TestMainWidget::toolbarRows_data() {
-  QTest::addColumn<int>("index");
-  QTest::addColumn<QString>("text");
-  QTest::addColumn<QString>("shortcut");
-  QTest::addColumn<bool>("enabled");
-  const auto row = [](int index, const char* text, const char* shortcut, bool enabled = true) {
-    QTest::newRow(text) << index << QString(text) << QString(shortcut) << enabled;
-  };
-  row(0, "Play Kelmora (Ctrl+J)", "Ctrl+J");
-  row(1, "Disconnect from Kelmora (Ctrl+D)", "Ctrl+D", false);
-  row(2, "Save game session to file (Ctrl+S)", "Ctrl+S");
-  row(3, "Export settings (Ctrl+E)", "Ctrl+E");
-  row(4, "Import settings (Ctrl+I)", "Ctrl+I");
-  row(5, "General settings (Ctrl+G)", "Ctrl+G");
-  row(6, "Proxy settings (Ctrl+P)", "Ctrl+P");
-  row(7, "Edit macros (Ctrl+M)", "Ctrl+M");
-  row(8, "Edit aliases (Ctrl+L)", "Ctrl+L");
-  row(9, "Edit triggers (Ctrl+T)", "Ctrl+T");
-  row(10, "Kelmora help (Ctrl+H)", "Ctrl+H");
-}
-
-void TestMainWidget::toolbarRows() {
-  QFETCH(const int, index);
-  QFETCH(const QString, text);
-  QFETCH(const QString, shortcut);
-  QFETCH(const bool, enabled);
-  const MainWidget window(store_.place());
-  QList<QAction*> actions;
-  for (QAction* action : window.findChild<QToolBar*>()->actions())
-    if (!action->isSeparator())
-      actions << action;
-  QCOMPARE(actions.size(), 11);
-  QCOMPARE(actions.at(index)->text(), text);
-  QCOMPARE(actions.at(index)->statusTip(), text);
-  QCOMPARE(actions.at(index)->shortcut(), QKeySequence(shortcut));
-  QCOMPARE(actions.at(index)->isEnabled(), enabled);
-}
-
-void TestMainWidget::separatorsStandBetweenTheGroups() {
-  const MainWidget window(store_.place());
-  QList<int> places;
-  const QList<QAction*> actions = window.findChild<QToolBar*>()->actions();
-  for (int i = 0; i < actions.size(); ++i)
-    if (actions.at(i)->isSeparator())
-      places << i;
-  QCOMPARE(places, (QList<int>{2, 6, 9, 13, 15}));
-  QCOMPARE(actions.size(), 16);
-}
-
-void TestMainWidget::everyActionHasItsIcon() {
-  const MainWidget window(store_.place());
-  QSet<QByteArray> pictures;
-  for (const QAction* action : window.findChild<QToolBar*>()->actions()) {
-    if (action->isSeparator())
-      continue;
-    const QImage image = action->icon().pixmap(48).toImage();
-    QVERIFY2(!image.isNull(), qPrintable(action->text()));
-    pictures.insert(
-        QByteArray(reinterpret_cast<const char*>(image.constBits()), image.sizeInBytes()));
-  }
-  QCOMPARE(pictures.size(), 11);
-}
-
-void TestMainWidget::theToolbarIs70PixelsHighAndTakesTheIconSize() {
-  store_.set("iconSize", QSize(32, 24));
-  MainWidget window(store_.place());
-  window.show();
-  const auto* toolbar = window.findChild<QToolBar*>();
-  QCOMPARE(toolbar->height(), 70);
-  QCOMPARE(toolbar->iconSize(), QSize(32, 24));
 }
 
 void TestMainWidget::layoutIsOneColumn() {
