@@ -70,6 +70,13 @@ void MainWidget::closeEvent(QCloseEvent* event) {
   event->accept();
 }
 
+bool MainWidget::eventFilter(QObject* watched, QEvent* event) {
+  // However a dialog is closed, and whatever had the focus beside it.
+  if (event->type() == QEvent::Hide && !event->spontaneous())
+    returnToInputBar();
+  return QWidget::eventFilter(watched, event);
+}
+
 void MainWidget::connectToServer() {
   socketReader_->limitWaiting();
   connection_->connectToServer();
@@ -114,7 +121,7 @@ void MainWidget::saveBuffer() {
                                                     tr("Web Pages (*.htm *.html)"));
   if (!name.isEmpty())
     captureSession(*outputPane_->document(), settings_.normalColour.front().text(), name);
-  focusInputBar();
+  returnToInputBar();
 }
 
 void MainWidget::saveSettings() {
@@ -124,7 +131,7 @@ void MainWidget::saveSettings() {
     QMessageBox::information(
         this, tr("Export Settings"),
         tr("There has been a failure exporting settings to the specified file."), QMessageBox::Ok);
-  focusInputBar();
+  returnToInputBar();
 }
 
 void MainWidget::loadSettings() {
@@ -139,7 +146,7 @@ void MainWidget::loadSettings() {
           tr("The specified file does not contain valid settings for this client."),
           QMessageBox::Ok);
   }
-  focusInputBar();
+  returnToInputBar();
 }
 
 void MainWidget::applyImportedSettings() {
@@ -261,6 +268,14 @@ void MainWidget::setActionEnabled(ConnectionAction action, bool enabled) {
 
 void MainWidget::focusInputBar() {
   inputBar_->setFocus(Qt::OtherFocusReason);
+}
+
+void MainWidget::returnToInputBar() {
+  // Not every system hands the keyboard on when a window goes. The general
+  // settings may still stand behind the interface settings.
+  QWidget* behind = QApplication::activeModalWidget();
+  (behind ? behind : this)->activateWindow();
+  focusInputBar();
 }
 
 QIODevice& MainWidget::gameDevice() {

@@ -95,6 +95,7 @@ class MainWidget : public QWidget,
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void loadStoredSettings();
@@ -103,6 +104,7 @@ class MainWidget : public QWidget,
   void createDialogs();
   void layOutWidgets();
   void connectSocket();
+  void returnToInputBar();
 
   // PipelineHost
   void beep() override;

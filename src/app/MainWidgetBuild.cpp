@@ -109,6 +109,8 @@ void MainWidget::createDialogs() {
   macroEditor_ = new MacroWidget(macroTable_, this);
   triggerEditor_ = new TriggerWidget(triggerTable_, this);
   aliasEditor_ = new AliasWidget(aliasTable_, this);
+  for (QDialog* dialog : findChildren<QDialog*>())
+    dialog->installEventFilter(this);  // see eventFilter()
 }
 
 void MainWidget::layOutWidgets() {
