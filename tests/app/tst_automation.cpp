@@ -21,6 +21,7 @@ class BoxReader : public QObject {
         return;
       boxes << box->windowTitle() + ": " + box->text();
       buttons << box->standardButtons();
+      icons << box->icon();
       parents << box->parentWidget();
       box->button(QMessageBox::Ok)->click();
     });
@@ -29,6 +30,7 @@ class BoxReader : public QObject {
 
   QStringList boxes;
   QList<QMessageBox::StandardButtons> buttons;
+  QList<QMessageBox::Icon> icons;
   QList<QWidget*> parents;
 
  private:
@@ -93,6 +95,7 @@ void TestAutomation::everyBrokenFileHasItsBoxInOrder() {
                         "Variables: There has been a failure reading your variables.txt file."}));
   for (const auto buttons : reader.buttons)
     QCOMPARE(buttons, QMessageBox::Ok);
+  QCOMPARE(reader.icons, QList<QMessageBox::Icon>(4, QMessageBox::Information));
   QCOMPARE(reader.parents, QList<QWidget*>(4, play.window.get()));
 }
 

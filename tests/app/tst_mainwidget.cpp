@@ -36,6 +36,8 @@ class TestMainWidget : public QObject {
   void vitalsBars();
   void vitalsFollowThePrompt_data();
   void vitalsFollowThePrompt();
+  void promptsWithinOneFrameEndOnTheLast_data();
+  void promptsWithinOneFrameEndOnTheLast();
   void theBarHasTheFocusAtTheStart();
   void closingSavesTheSettings();
   void destructionSavesNothing();
@@ -197,6 +199,39 @@ void TestMainWidget::vitalsFollowThePrompt() {
   for (const QProgressBar* bar : window.findChildren<QProgressBar*>("progHP"))
     shown << bar->value();
   QCOMPARE(shown, values);
+}
+
+void TestMainWidget::promptsWithinOneFrameEndOnTheLast_data() {
+  QTest::addColumn<QByteArrayList>("prompts");
+  QTest::addColumn<QList<int>>("values");
+  QTest::newRow("the second stands")
+      << QByteArrayList{"HP: [1/10], SP: [2/10], EP: [3/10]", "HP: [9/10], SP: [8/10], EP: [7/10]"}
+      << QList<int>{90, 80, 70};
+  QTest::newRow("the third of three stands")
+      << QByteArrayList{"HP: [1/10], SP: [2/10], EP: [3/10]", "HP: [9/10], SP: [8/10], EP: [7/10]",
+                        "HP: [4/10], SP: [5/10], EP: [6/10]"}
+      << QList<int>{40, 50, 60};
+  QTest::newRow("a bar that the last one cannot move keeps what the one before said")
+      << QByteArrayList{"HP: [1/10], SP: [2/10], EP: [3/10]", "HP: [9/10], SP: [8/10], EP: [7/10]",
+                        "HP: [4/0], SP: [50/10], EP: [6/10]"}
+      << QList<int>{90, 80, 60};
+}
+
+void TestMainWidget::promptsWithinOneFrameEndOnTheLast() {
+  QFETCH(const QByteArrayList, prompts);
+  QFETCH(const QList<int>, values);
+  MainWidget window;
+  for (const QByteArray& prompt : prompts)
+    window.parseVitals(prompt.constData());
+  const auto shown = [&] {
+    QList<int> percentages;
+    for (const QProgressBar* bar : window.findChildren<QProgressBar*>("progHP"))
+      percentages << bar->value();
+    return percentages;
+  };
+  QTRY_COMPARE(shown(), values);
+  QTest::qWait(50);  // and stays so
+  QCOMPARE(shown(), values);
 }
 
 void TestMainWidget::theBarHasTheFocusAtTheStart() {

@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QNetworkProxy>
+#include <QScrollBar>
 #include <QStyle>
 #include <QStyleFactory>
 
@@ -20,6 +21,10 @@ class TestSettingsAndSession : public QObject {
   void aSessionThatCannotBeSavedGoesUnsaid();
   void cancellingSavesNothing_data();
   void cancellingSavesNothing();
+  void asksForAFile_data();
+  void asksForAFile();
+  void theCaptureChangesNothingItself_data();
+  void theCaptureChangesNothingItself();
   void theBarHasTheFocusAfterwards_data();
   void theBarHasTheFocusAfterwards();
   void theExportIsAFileOfThirtySevenLines();
@@ -102,6 +107,71 @@ void TestSettingsAndSession::cancellingSavesNothing() {
   QCOMPARE(play.window->focusWidget(), play.bar);
 }
 
+void TestSettingsAndSession::asksForAFile_data() {
+  QTest::addColumn<int>("action");
+  QTest::addColumn<QFileDialog::AcceptMode>("mode");
+  QTest::newRow("to save the session in") << 2 << QFileDialog::AcceptSave;
+  QTest::newRow("to export to") << 3 << QFileDialog::AcceptSave;
+  QTest::newRow("to import from") << 4 << QFileDialog::AcceptOpen;
+}
+
+void TestSettingsAndSession::asksForAFile() {
+  QFETCH(const int, action);
+  QFETCH(const QFileDialog::AcceptMode, mode);
+  PlayWindow play(5000);
+  QVERIFY(QDir().mkpath("elsewhere"));
+  const QString elsewhere = QDir("elsewhere").absolutePath();
+  {
+    const Answers cancel({});
+    (void)QFileDialog::getOpenFileName(nullptr, {}, elsewhere);
+  }
+  const Answers answers({});
+  play.actions.at(action)->trigger();
+  QCOMPARE(answers.modes, QList<QFileDialog::AcceptMode>{mode});
+  QCOMPARE(answers.parents, QList<const QWidget*>{play.window.get()});
+  // The window asks for no folder, so it is the one that was looked at last.
+  QCOMPARE(answers.folders, QStringList{elsewhere});
+}
+
+void TestSettingsAndSession::theCaptureChangesNothingItself_data() {
+  QTest::addColumn<QString>("name");
+  QTest::newRow("saved") << "session.html";
+  QTest::newRow("not to be saved") << QString(200, QChar(0xe9));
+  QTest::newRow("cancelled") << QString();
+}
+
+void TestSettingsAndSession::theCaptureChangesNothingItself() {
+  QFETCH(const QString, name);
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  server.send("\x1b[1m\x1b[31mred\x1b[0m and http://kelmora.example/ " +
+              QByteArray("line\r\n").repeated(200));
+  play.window->runActions({QString::fromUtf8("/echo gr\u00fc\u00dfe \u20ac")});
+  QTRY_VERIFY(play.text().count("line") == 200);
+  // In the middle of reading, with words selected.
+  play.pane->verticalScrollBar()->setValue(100);
+  QTextCursor selection = play.pane->textCursor();
+  selection.setPosition(4);
+  selection.setPosition(40, QTextCursor::KeepAnchor);
+  play.pane->setTextCursor(selection);
+  play.pane->verticalScrollBar()->setValue(100);
+  const ClientSettings settings = play.window->settings();
+  const QMap<QString, QString> variables = play.window->variables().entries();
+  const QString html = play.pane->toHtml();
+  const int place = play.pane->verticalScrollBar()->value();
+
+  const Answers answers(name);
+  play.actions.at(2)->trigger();
+  QCOMPARE(answers.seen.size(), 1);
+  QCOMPARE(play.pane->toHtml(), html);
+  QCOMPARE(play.pane->verticalScrollBar()->value(), place);
+  QCOMPARE(play.pane->textCursor().position(), 40);
+  QCOMPARE(play.pane->textCursor().anchor(), 4);
+  QCOMPARE(play.window->settings(), settings);
+  QCOMPARE(play.window->variables().entries(), variables);
+}
+
 void TestSettingsAndSession::theBarHasTheFocusAfterwards_data() {
   QTest::addColumn<int>("action");
   QTest::addColumn<QByteArray>("lines");
@@ -128,6 +198,9 @@ void TestSettingsAndSession::theBarHasTheFocusAfterwards() {
   Answers answers(name);
   play.actions.at(action)->trigger();
   QCOMPARE(answers.buttons, QList<QMessageBox::StandardButtons>(boxes, QMessageBox::Ok));
+  QCOMPARE(answers.icons, QList<QMessageBox::Icon>(boxes, QMessageBox::Information));
+  for (const QWidget* parent : answers.parents)
+    QCOMPARE(parent, play.window.get());
   QCOMPARE(play.window->focusWidget(), play.bar);
 }
 

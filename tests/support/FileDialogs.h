@@ -18,6 +18,9 @@ class Answers : public QObject {
       QWidget* modal = QApplication::activeModalWidget();
       if (auto* dialog = qobject_cast<QFileDialog*>(modal)) {
         seen << dialog->windowTitle() + " | " + dialog->nameFilters().join(';');
+        modes << dialog->acceptMode();
+        folders << dialog->directory().absolutePath();
+        parents << dialog->parentWidget();
         if (fileName.isEmpty()) {
           QTest::keyClick(dialog, Qt::Key_Escape);
         } else {
@@ -32,6 +35,8 @@ class Answers : public QObject {
         }
         seen << box->windowTitle() + ": " + box->text();
         buttons << box->standardButtons();
+        icons << box->icon();
+        parents << box->parentWidget();
         QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
       }
     };
@@ -42,8 +47,14 @@ class Answers : public QObject {
 
   /// What came up, but for the question whether to replace a file.
   QStringList seen;
+  /// Whose each of them was.
+  QList<const QWidget*> parents;
   /// Those of the message boxes among them.
   QList<QMessageBox::StandardButtons> buttons;
+  QList<QMessageBox::Icon> icons;
+  /// Those of the file dialogs among them, and where each of them started.
+  QList<QFileDialog::AcceptMode> modes;
+  QStringList folders;
 
  private:
   QTimer timer_;
