@@ -71,18 +71,20 @@ void MainWidget::closeEvent(QCloseEvent* event) {
 }
 
 void MainWidget::connectToServer() {
-  socketReader_->limitWaiting();
   connection_->connectToServer();
 }
 
 void MainWidget::disconnectFromServer() {
+  socketReader_->readArrived();
   connection_->disconnectFromServer();
 }
 
 void MainWidget::displaySocketError(QAbstractSocket::SocketError sockerr) {
+  if (socketReader_->isAsking() && sockerr == QAbstractSocket::SocketTimeoutError)
+    return;
   // An answer that can no longer be written ends the socket. The text that had
   // come before is in it for as long as the error is told.
-  socketReader_->drain();
+  socketReader_->readRest();
   connection_->displaySocketError(sockerr);
 }
 
@@ -91,7 +93,7 @@ void MainWidget::clientConnected() {
 }
 
 void MainWidget::clientDisconnected() {
-  socketReader_->drain();
+  socketReader_->readRest();
   connection_->clientDisconnected();
 }
 
