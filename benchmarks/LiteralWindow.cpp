@@ -39,7 +39,6 @@ LiteralWindow::~LiteralWindow() {
 }
 
 void LiteralWindow::connectToServer(quint16 port) {
-  reader_.limitWaiting();
   socket_.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
 }
 

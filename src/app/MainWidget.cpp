@@ -78,18 +78,20 @@ bool MainWidget::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MainWidget::connectToServer() {
-  socketReader_->limitWaiting();
   connection_->connectToServer();
 }
 
 void MainWidget::disconnectFromServer() {
+  socketReader_->readArrived();
   connection_->disconnectFromServer();
 }
 
 void MainWidget::displaySocketError(QAbstractSocket::SocketError sockerr) {
+  if (socketReader_->isAsking() && sockerr == QAbstractSocket::SocketTimeoutError)
+    return;
   // An answer that can no longer be written ends the socket. The text that had
   // come before is in it for as long as the error is told.
-  socketReader_->drain();
+  socketReader_->readRest();
   connection_->displaySocketError(sockerr);
 }
 
@@ -98,7 +100,7 @@ void MainWidget::clientConnected() {
 }
 
 void MainWidget::clientDisconnected() {
-  socketReader_->drain();
+  socketReader_->readRest();
   connection_->clientDisconnected();
 }
 

@@ -1,43 +1,36 @@
 #pragma once
 
 #include <QByteArray>
-#include <QTimer>
 #include <functional>
 
 class QTcpSocket;
 
-/// Takes what the server has sent in reads of bounded size. What is there is
-/// one read, unless it is so much that keys and paint would have to wait for
-/// it; then it is cut behind a line end, and the rest follows, some reads in
-/// each turn of the event loop.
+/// Takes what the server has sent: what is there is one read, whole, however
+/// much it is. The socket keeps no limit of its own, which would only cut a
+/// read: what waits unread is in the system's buffer, and when that is full the
+/// server has to wait.
 class SocketReader {
  public:
-  /// A read grows no further than this many bytes, if a line ends in them.
-  static constexpr qint64 readSize = qint64{8} * 1024;
-  /// Milliseconds after which a turn begins no further read.
-  static constexpr qint64 turn = 4;
-  /// What may wait in the socket; beyond it the server has to wait. As much as
-  /// a server may say last: what has not come so far when it is found closed is
-  /// lost.
-  static constexpr qint64 waitingSize = qint64{1024} * 1024;
-
   using Consumer = std::function<void(const QByteArray& data)>;
 
   /// The socket outlives the reader.
   SocketReader(QTcpSocket& socket, Consumer consume);
 
-  /// The reads of one turn; one, also when nothing is there.
+  /// One read, also when nothing is there.
   void readSocketData();
-  /// Reads until nothing waits: a connection that ends shows all of its text
-  /// before its end is told.
-  void drain();
-  /// To be called before each attempt to connect.
-  void limitWaiting();
+  /// A read of what is left, if anything is: a connection that ends shows all
+  /// of its text before its end is told.
+  void readRest();
+  /// The same with what has come so far and is not told of yet: to be called
+  /// before the player's own end of a connection. A connection that turns out
+  /// to be at its end already reports that by itself.
+  void readArrived();
+  /// Whether the socket is just being asked for what has arrived. That there is
+  /// nothing is no error then.
+  [[nodiscard]] bool isAsking() const { return asking_; }
 
  private:
-  void readOnce();
-
   QTcpSocket& socket_;
   Consumer consume_;
-  QTimer nextTurn_;
+  bool asking_ = false;
 };

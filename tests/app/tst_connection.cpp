@@ -23,6 +23,8 @@ class TestConnection : public QObject {
   void theSameWindowConnectsAgain();
   void sendingWithoutAConnectionIsSilent();
   void connectingGivesTheBarTheFocus();
+  void whatCameBeforeADisconnectIsShownAndReachesTheTriggers();
+  void aDisconnectWithNothingOnItsWayShowsOneLine();
 };
 
 void TestConnection::connectsAndDisconnects() {
@@ -147,6 +149,35 @@ void TestConnection::connectingGivesTheBarTheFocus() {
   play.pane->setFocus();
   play.window->disconnectFromServer();
   QVERIFY(play.bar->hasFocus());
+}
+
+void TestConnection::whatCameBeforeADisconnectIsShownAndReachesTheTriggers() {
+  QFile triggers("triggers.txt");
+  QVERIFY(triggers.open(QIODevice::WriteOnly));
+  triggers.write("\ntrigger \"last words\"\nanswer\n/trigger\n");
+  triggers.close();
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  // On its way or arrived, but the client's event loop has not seen it.
+  server.send(QByteArray("a line\r\n").repeated(2000) + "last words\r\n");
+  play.window->disconnectFromServer();
+  QCOMPARE(play.text().count("a line"), 2000);
+  QVERIFY(play.text().contains("last words"));
+  QTRY_COMPARE(play.lastLine(), QString("Disconnected from host!"));
+  QVERIFY(play.text().indexOf("last words") < play.text().indexOf("Disconnected"));
+  QTRY_COMPARE(server.received(), QByteArray("answer\r\n"));
+  triggers.remove();
+}
+
+void TestConnection::aDisconnectWithNothingOnItsWayShowsOneLine() {
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  const QString before = play.text();
+  play.window->disconnectFromServer();
+  QCOMPARE(play.text(), before + "\nDisconnected from host!");
+  QCOMPARE(play.connectionStates(), QString("+-+"));
 }
 
 KELMORA_GUI_TEST_MAIN(TestConnection)

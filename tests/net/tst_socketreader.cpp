@@ -1,56 +1,85 @@
-#include <QThread>
+#include <QSignalSpy>
 
 #include "net/SocketReader.h"
 #include "support/GameServer.h"
 #include "support/ScratchMain.h"
 
-/// How the server's bytes are cut into reads.
+/// What of the server's bytes makes one read.
 class TestSocketReader : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
   void init();
-  void whatIsThereIsOneRead();
+  void cleanup();
+  void whatIsThereIsOneReadHoweverMuch_data();
+  void whatIsThereIsOneReadHoweverMuch();
+  void whatComesLaterIsAReadOfItsOwn();
   void nothingIsAReadOfNothing();
-  void muchIsCutBehindLineEnds();
-  void aLineWithoutEndIsCutAnyway();
-  void keysGetTheirTurnBetweenTwoReads();
-  void drainingLeavesNothingBehind();
+  void theRestIsReadOnceAndOnlyIfThereIsAny();
   void aClosedConnectionIsReadNoMore();
+  void whatHasArrivedIsReadThoughNobodyWasTold();
+  void askingForWhatIsNotThereTellsNothing();
+  void askingWithoutAConnectionDoesNothing();
+  void askingFindsTheEndOfTheConnection();
   void aServerThatNeverPausesHasToWait();
 
  private:
   void waitForBytes(qint64 count) {
     QVERIFY(QTest::qWaitFor([&] { return socket_->bytesAvailable() >= count; }));
   }
+  /// As the window does it.
+  void readWhenTold() {
+    connect(socket_.get(), &QTcpSocket::readyRead, this, [this] { reader_->readSocketData(); });
+  }
 
   std::unique_ptr<GameServer> server_;
   std::unique_ptr<QTcpSocket> socket_;
   QByteArrayList reads_;
-  std::function<void()> consumes_;
   std::unique_ptr<SocketReader> reader_;
 };
 
 void TestSocketReader::init() {
   reads_.clear();
-  reader_.reset();
   server_ = std::make_unique<GameServer>();
   socket_ = std::make_unique<QTcpSocket>();
-  consumes_ = [] {};
-  reader_ = std::make_unique<SocketReader>(*socket_, [this](const QByteArray& data) {
-    reads_ << data;
-    consumes_();
-  });
-  reader_->limitWaiting();
+  reader_ =
+      std::make_unique<SocketReader>(*socket_, [this](const QByteArray& data) { reads_ << data; });
   socket_->connectToHost(QHostAddress(QHostAddress::LocalHost), server_->port());
   QTRY_VERIFY(server_->peer() && socket_->state() == QAbstractSocket::ConnectedState);
 }
 
-void TestSocketReader::whatIsThereIsOneRead() {
-  server_->send("one\r\ntwo\r\nhalf a l");
-  waitForBytes(18);
+void TestSocketReader::cleanup() {
+  reader_.reset();
+  socket_.reset();
+  server_.reset();
+}
+
+void TestSocketReader::whatIsThereIsOneReadHoweverMuch_data() {
+  QTest::addColumn<QByteArray>("data");
+  QTest::newRow("two lines and a part of one") << QByteArray("one\r\ntwo\r\nhalf a l");
+  QTest::newRow("a byte") << QByteArray("x");
+  QTest::newRow("eight kilobytes and a byte") << QByteArray(8193, 'x');
+  QTest::newRow("a megabyte of lines") << QByteArray("line\n").repeated(200'000);
+  QTest::newRow("three megabytes without a line end") << QByteArray(3'000'000, 'x');
+  QTest::newRow("a line end and then none") << '\n' + QByteArray(100'000, 'x');
+}
+
+void TestSocketReader::whatIsThereIsOneReadHoweverMuch() {
+  QFETCH(const QByteArray, data);
+  server_->send(data);
+  waitForBytes(data.size());
   reader_->readSocketData();
-  QCOMPARE(reads_, QByteArrayList{"one\r\ntwo\r\nhalf a l"});
+  QCOMPARE(reads_.size(), 1);
+  QVERIFY(reads_.first() == data);
+  QCOMPARE(socket_->bytesAvailable(), 0);
+}
+
+void TestSocketReader::whatComesLaterIsAReadOfItsOwn() {
+  readWhenTold();
+  server_->send("first");
+  QTRY_COMPARE(reads_, QByteArrayList{"first"});
+  server_->send("second");
+  QTRY_COMPARE(reads_, (QByteArrayList{"first", "second"}));
 }
 
 void TestSocketReader::nothingIsAReadOfNothing() {
@@ -58,70 +87,92 @@ void TestSocketReader::nothingIsAReadOfNothing() {
   QCOMPARE(reads_, QByteArrayList{QByteArray()});
 }
 
-void TestSocketReader::muchIsCutBehindLineEnds() {
-  const QByteArray line = QByteArray(78, 'x') + "\r\n";
-  const QByteArray all = line.repeated(1000) + "the last, without an end";
-  server_->send(all);
-  waitForBytes(all.size());
-  reader_->readSocketData();
-  QTRY_COMPARE(reads_.join(), all);
-  QVERIFY(reads_.size() > 4);
-  for (const QByteArray& read : reads_) {
-    QVERIFY(read.size() <= SocketReader::readSize);
-    QVERIFY(read.endsWith('\n') || read.endsWith("without an end"));
-  }
-}
-
-void TestSocketReader::aLineWithoutEndIsCutAnyway() {
-  const QByteArray all(100000, 'x');
-  server_->send(all);
-  waitForBytes(all.size());
-  reader_->readSocketData();
-  QCOMPARE(reads_.first().size(), SocketReader::readSize);
-  QTRY_COMPARE(reads_.join(), all);
-}
-
-void TestSocketReader::keysGetTheirTurnBetweenTwoReads() {
-  server_->send(QByteArray("line\n").repeated(20000));
-  waitForBytes(100000);
-  int readsBeforeTheKey = 0;
-  consumes_ = [] { QThread::msleep(SocketReader::turn + 1); };
-  QTimer::singleShot(0, this, [&] { readsBeforeTheKey = static_cast<int>(reads_.size()); });
-  reader_->readSocketData();
-  QCOMPARE(reads_.size(), 1);
-  QTRY_VERIFY(readsBeforeTheKey > 0);
-  QVERIFY(readsBeforeTheKey <= 2);
-  QTRY_COMPARE(reads_.join().size(), 100000);
-}
-
-void TestSocketReader::drainingLeavesNothingBehind() {
+void TestSocketReader::theRestIsReadOnceAndOnlyIfThereIsAny() {
+  reader_->readRest();
+  QCOMPARE(reads_.size(), 0);
   const QByteArray all = QByteArray("line\n").repeated(20000);
   server_->send(all);
   waitForBytes(all.size());
-  reader_->drain();
-  QCOMPARE(reads_.join(), all);
-  const qsizetype count = reads_.size();
-  QTest::qWait(10);
-  QCOMPARE(reads_.size(), count);
+  reader_->readRest();
+  QCOMPARE(reads_, QByteArrayList{all});
+  reader_->readRest();
+  QCOMPARE(reads_.size(), 1);
 }
 
 void TestSocketReader::aClosedConnectionIsReadNoMore() {
   QTest::failOnWarning(QRegularExpression(".*"));
-  server_->send(QByteArray("line\n").repeated(20000));
-  waitForBytes(100000);
-  consumes_ = [] { QThread::msleep(SocketReader::turn + 1); };
-  reader_->readSocketData();
-  QCOMPARE(reads_.size(), 1);
+  server_->send("line\n");
+  waitForBytes(5);
   socket_->close();
-  QTest::qWait(10);
+  reader_->readRest();
+  reader_->readArrived();
+  QCOMPARE(reads_.size(), 0);
+}
+
+void TestSocketReader::whatHasArrivedIsReadThoughNobodyWasTold() {
+  readWhenTold();
+  server_->send("in the system's buffer");
+  QCOMPARE(server_->peer()->bytesToWrite(), 0);
+  QCOMPARE(reads_.size(), 0);
+  reader_->readArrived();
+  QCOMPARE(reads_, QByteArrayList{"in the system's buffer"});
+  QVERIFY(!reader_->isAsking());
+}
+
+void TestSocketReader::askingForWhatIsNotThereTellsNothing() {
+  readWhenTold();
+  bool wasAsking = false;
+  connect(socket_.get(), &QTcpSocket::errorOccurred, this,
+          [&] { wasAsking = reader_->isAsking(); });
+  const QSignalSpy errors(socket_.get(), &QTcpSocket::errorOccurred);
+  reader_->readArrived();
+  QCOMPARE(reads_.size(), 0);
+  // The toolkit calls it a time-out, by which the window knows it.
+  for (const QList<QVariant>& error : errors)
+    QCOMPARE(error.first().value<QAbstractSocket::SocketError>(),
+             QAbstractSocket::SocketTimeoutError);
+  QVERIFY(errors.isEmpty() || wasAsking);
+  QVERIFY(!reader_->isAsking());
+  QCOMPARE(socket_->state(), QAbstractSocket::ConnectedState);
+  server_->send("later");
+  QTRY_COMPARE(reads_, QByteArrayList{"later"});
+}
+
+void TestSocketReader::askingWithoutAConnectionDoesNothing() {
+  QTest::failOnWarning(QRegularExpression(".*"));
+  QTcpSocket idle;
+  const QSignalSpy errors(&idle, &QTcpSocket::errorOccurred);
+  SocketReader reader(idle, [this](const QByteArray& data) { reads_ << data; });
+  reader.readArrived();
+  QCOMPARE(errors.size(), 0);
+  QCOMPARE(reads_.size(), 0);
+}
+
+void TestSocketReader::askingFindsTheEndOfTheConnection() {
+  readWhenTold();
+  const QSignalSpy ended(socket_.get(), &QTcpSocket::disconnected);
+  server_->send("last words");
+  server_->peer()->disconnectFromHost();
+  reader_->readArrived();
+  QCOMPARE(reads_, QByteArrayList{"last words"});
+  QCOMPARE(ended.size(), 0);
+  reader_->readArrived();
+  QCOMPARE(ended.size(), 1);
   QCOMPARE(reads_.size(), 1);
+  QVERIFY(!reader_->isAsking());
 }
 
 void TestSocketReader::aServerThatNeverPausesHasToWait() {
-  server_->send(QByteArray(4 * 1024 * 1024, 'x'));
-  waitForBytes(SocketReader::waitingSize);
-  QTest::qWait(50);
-  QCOMPARE(socket_->bytesAvailable(), SocketReader::waitingSize);
+  readWhenTold();
+  // More than any system's buffers hold; the client does not get to its event
+  // loop meanwhile, and keeps nothing itself.
+  constexpr int sent = 64 * 1024 * 1024;
+  server_->send(QByteArray(sent, 'x'));
+  for (int i = 0; i < 50; ++i)
+    (void)server_->peer()->waitForBytesWritten(10);
+  QVERIFY(server_->peer()->bytesToWrite() > 0);
+  QCOMPARE(socket_->bytesAvailable(), 0);
+  QVERIFY(QTest::qWaitFor([&] { return reads_.join().size() == sent; }, 30000));
 }
 
 KELMORA_TEST_MAIN(TestSocketReader)

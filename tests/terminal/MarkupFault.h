@@ -6,22 +6,35 @@
 #include <QStringList>
 
 inline const QSet<QString> allowedNames{
-    "b",   "strong", "i",    "em",     "u",          "s",   "del",  "big", "small", "sub",
-    "sup", "tt",     "code", "kbd",    "samp",       "var", "cite", "dfn", "font",  "span",
-    "br",  "p",      "div",  "center", "pre",        "h1",  "h2",   "h3",  "h4",    "h5",
-    "h6",  "ul",     "ol",   "li",     "blockquote", "hr",  "a"};
+    "b",  "strong", "i",   "em",   "u",   "s",    "del",        "big",  "small", "sub",     "sup",
+    "tt", "code",   "kbd", "samp", "var", "cite", "dfn",        "font", "span",  "address", "nobr",
+    "dl", "dt",     "dd",  "br",   "p",   "div",  "center",     "pre",  "h1",    "h2",      "h3",
+    "h4", "h5",     "h6",  "ul",   "ol",  "li",   "blockquote", "hr",   "a"};
 
-inline const QSet<QString> blockNames{"div", "center", "pre", "h1", "h2", "h3",
-                                      "h4",  "h5",     "h6",  "ul", "ol", "blockquote"};
+inline const QSet<QString> blockNames{"div", "center", "pre", "h1", "h2", "h3",        "h4",
+                                      "h5",  "h6",     "ul",  "ol", "dl", "blockquote"};
 
 /// One allowed attribute in the form it must have.
 inline const QRegularExpression& attributeForm(const QString& tag) {
   static const QRegularExpression none("^(?!)");
-  static const QRegularExpression font(R"(^(color="[\w#(),.% ]{1,64}"|face="[^"<>&]{1,64}")$)");
-  static const QRegularExpression span(
-      R"(^style="((background-)?color:[\w#(),.% ]+|font-(weight|style):[\w ]+|text-decoration:[\w -]+)(;(background-)?color:[\w#(),.% ]+|;font-(weight|style):[\w ]+|;text-decoration:[\w -]+)*"$)");
+  static const QRegularExpression font(
+      R"(^(color="[\w#(),.% ]{1,64}"|face="[^"<>&]{1,64}"|size="[+-]?[1-7]")$)");
+  static const QRegularExpression aligned("^align=\"(left|right|center|justify)\"$");
+  static const QRegularExpression numbered("^start=\"-?[0-9]{1,6}\"$");
+  static const QSet<QString> alignedTags{"p", "div", "h1", "h2", "h3", "h4", "h5", "h6"};
+  static const QRegularExpression span = [] {
+    const QString declaration =
+        R"(((background-)?color:[\w#(),.% ]+|font-(weight|style):[\w ]+|)"
+        R"(font-size:([0-9.]{1,6}p[tx]|small|medium|(x-|xx-)?large)|text-decoration:[\w -]+))";
+    return QRegularExpression("^style=\"" + declaration + "(;" + declaration + ")*\"$");
+  }();
   static const QRegularExpression link(R"(^href="(?:https?|mailto):[^"<>]*"$)");
-  return tag == "font" ? font : tag == "span" ? span : tag == "a" ? link : none;
+  return tag == "font"               ? font
+         : tag == "span"             ? span
+         : tag == "a"                ? link
+         : tag == "ol"               ? numbered
+         : alignedTags.contains(tag) ? aligned
+                                     : none;
 }
 
 /// What is wrong with a result; empty when nothing is. Knows nothing of how

@@ -46,13 +46,27 @@ class TestOutputWidget : public QObject {
   void everythingIsWrittenAtTheEnd_data();
   void everythingIsWrittenAtTheEnd();
   void theViewFollowsWhateverArrives();
-  void aSmallerPaneStillShowsTheNewestLine();
-  void aReaderFurtherUpIsLeftThereByAResize();
+  void behindAnyTextThereIsNothingLeftToScroll_data();
+  void behindAnyTextThereIsNothingLeftToScroll();
+  void theNewestLineStaysInSightWhateverTheSize_data();
+  void theNewestLineStaysInSightWhateverTheSize();
+  void aLittleAboveTheEndIsTheEndStill();
+  void aReaderFurtherUpKeepsTheLineAtTheTop_data();
+  void aReaderFurtherUpKeepsTheLineAtTheTop();
   void aLocalFileIsNeverReadIntoThePane();
   void aClickOnALocalLinkKeepsTheText();
   void declaresNoSlotsOrSignals();
 
  private:
+  /// Lines that a narrow pane breaks, shown.
+  void fillWithLines(int lines) {
+    const QString line =
+        QStringLiteral("a line of some words that are wider than half a pane<br>\n");
+    for (int i = 0; i < lines; ++i)
+      pane_->insertServerHtml(line);
+    QTRY_VERIFY(pane_->settled());
+    QTest::qWait(0);
+  }
   [[nodiscard]] QTextCharFormat formatOf(const QString& text) const {
     return pane_->document()->find(text).charFormat();
   }
@@ -278,23 +292,92 @@ void TestOutputWidget::theViewFollowsWhateverArrives() {
   QVERIFY(atBottom());
 }
 
-void TestOutputWidget::aSmallerPaneStillShowsTheNewestLine() {
-  for (int i = 0; i < 100; ++i)
-    pane_->insertServerHtml("line<br>\n");
-  QTRY_VERIFY(pane_->settled());
+void TestOutputWidget::behindAnyTextThereIsNothingLeftToScroll_data() {
+  everythingIsWrittenAtTheEnd_data();
+}
+
+void TestOutputWidget::behindAnyTextThereIsNothingLeftToScroll() {
+  QFETCH(const std::function<void(OutputWidget&)>, write);
+  fillWithLines(100);
   QScrollBar* bar = pane_->verticalScrollBar();
-  bar->setValue(bar->maximum());
-  pane_->resize(400, 150);
+  QVERIFY(bar->maximum() > 0);
+  QCOMPARE(bar->value(), bar->maximum());
+  bar->setValue(0);
+  write(*pane_);
+  QTRY_VERIFY(pane_->settled());
   QCOMPARE(bar->value(), bar->maximum());
 }
 
-void TestOutputWidget::aReaderFurtherUpIsLeftThereByAResize() {
-  for (int i = 0; i < 100; ++i)
-    pane_->insertServerHtml("line<br>\n");
-  QTRY_VERIFY(pane_->settled());
-  pane_->verticalScrollBar()->setValue(50);
-  pane_->resize(400, 150);
-  QCOMPARE(pane_->verticalScrollBar()->value(), 50);
+void TestOutputWidget::theNewestLineStaysInSightWhateverTheSize_data() {
+  QTest::addColumn<int>("lines");
+  QTest::addColumn<QSize>("size");
+  // The toolkit lays out a short text at once and a long one by and by.
+  for (const int lines : {100, 5000}) {
+    const auto row = [lines](const char* name, const QSize& size) {
+      QTest::addRow("%s, %d lines", name, lines) << lines << size;
+    };
+    row("narrower", {200, 300});
+    row("narrower by a little", {399, 300});
+    row("wider", {700, 300});
+    row("lower", {400, 150});
+    row("higher", {400, 500});
+    row("narrower and lower", {150, 100});
+    row("wider and higher", {800, 600});
+    row("narrower and higher", {150, 600});
+    row("wider and lower", {800, 100});
+  }
+}
+
+void TestOutputWidget::theNewestLineStaysInSightWhateverTheSize() {
+  QFETCH(const int, lines);
+  QFETCH(const QSize, size);
+  fillWithLines(lines);
+  QScrollBar* bar = pane_->verticalScrollBar();
+  const auto showsTheNewestLine = [&] {
+    return pane_->textCursor().atEnd() && pane_->viewport()->rect().contains(pane_->cursorRect());
+  };
+  QVERIFY(showsTheNewestLine());
+  pane_->resize(size);
+  QVERIFY(showsTheNewestLine());
+  QTest::qWait(30);
+  QVERIFY(showsTheNewestLine());
+  QCOMPARE(bar->value(), bar->maximum());
+  pane_->resize(400, 300);
+  QVERIFY(showsTheNewestLine());
+  QTest::qWait(30);
+  QCOMPARE(bar->value(), bar->maximum());
+}
+
+void TestOutputWidget::aLittleAboveTheEndIsTheEndStill() {
+  fillWithLines(100);
+  QScrollBar* bar = pane_->verticalScrollBar();
+  // No more than the margin below the last line is out of sight.
+  bar->setValue(bar->maximum() - 4);
+  pane_->resize(200, 300);
+  QTRY_COMPARE(bar->value(), bar->maximum());
+  bar->setValue(bar->maximum() - 5);
+  const int value = bar->value();
+  pane_->resize(200, 200);
+  QCOMPARE(bar->value(), value);
+}
+
+void TestOutputWidget::aReaderFurtherUpKeepsTheLineAtTheTop_data() {
+  theNewestLineStaysInSightWhateverTheSize_data();
+}
+
+void TestOutputWidget::aReaderFurtherUpKeepsTheLineAtTheTop() {
+  QFETCH(const int, lines);
+  QFETCH(const QSize, size);
+  fillWithLines(lines);
+  QScrollBar* bar = pane_->verticalScrollBar();
+  bar->setValue(bar->maximum() / 2);
+  const QTextCursor top = pane_->cursorForPosition({0, 0});
+  const int above = pane_->cursorRect(top).top();
+  pane_->resize(size);
+  QCOMPARE(pane_->cursorRect(top).top(), above);
+  QTest::qWait(30);
+  QCOMPARE(pane_->cursorRect(top).top(), above);
+  QVERIFY(bar->value() < bar->maximum());
 }
 
 void TestOutputWidget::aLocalFileIsNeverReadIntoThePane() {

@@ -62,7 +62,20 @@ void TestSafeMarkup::passesUnchanged_data() {
   row("all declarations at once",
       R"(<span style="color:#fff;background-color:#000;font-weight:bold;font-style:italic;)"
       R"(text-decoration:underline line-through">)");
-  row("a font's colour and face", R"(<font color="red" face="Courier New,mono">x</font>)");
+  row("a font's colour, face and size",
+      R"(<font color="red" face="Courier New,mono" size="5">x</font>)");
+  row("a font's size as a step up", R"(<font size="+2">x</font>)");
+  row("a font's size as a step down", R"(<font size="-1">x</font>)");
+  row("every alignment", R"(<p align="left">a</p><p align="right">b</p><div align="center">c</div>)"
+                         R"(<h1 align="justify">d</h1><h6 align="right">e</h6>)");
+  row("a list that starts at a number", R"(<ol start="5"><li>five</ol>)");
+  row("a list that starts below zero", R"(<ol start="-5"><li>five</ol>)");
+  row("a list of terms", "<dl><dt>term<dd>what it is</dl>");
+  row("a size in points", R"(<span style="font-size:20pt">x</span>)");
+  row("a size in parts of a point", R"(<span style="font-size:10.5pt">x</span>)");
+  row("the largest size", R"(<span style="font-size:200px">x</span>)");
+  row("the smallest size", R"(<span style="font-size:1pt">x</span>)");
+  row("letters that lean no more", R"(<span style="font-style:normal">x</span>)");
   row("entities", "&lt;b&gt; &amp; &#32;&nbsp; &#0; &#x110000; &#xD800; &#99999999999; &bogus; &");
   row("a closing bracket that ends nothing", "1 > 0");
   row("text in other scripts", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
@@ -86,14 +99,14 @@ void TestSafeMarkup::isWrittenAnew_data() {
   row("a value needs no quotes", "<font color=#ff0000>", R"(<font color="#ff0000">)");
   row("a value may have single quotes", "<font color='red'>", R"(<font color="red">)");
   row("blanks may stand around the equals sign", "<font color = red>", R"(<font color="red">)");
-  row("a blank may stand before the name", "< b>x< /b>", "<b>x</b>");
   row("a name may be quoted", R"(<"b">x<'table'>)", "<b>x");
   row("a tag that a slash ends is closed at once", "<b/>x", "<b></b>x");
   row("a line break with a slash is a line break", "<br/>x<br />y", "<br>x<br>y");
   row("a line break has no end tag", "</br>x</hr>", "x");
   row("attributes end at a slash", "<font / color=red>x", "<font></font>x");
   row("a tag inside a tag is part of it", R"(<font <span style="color:red">x)", "<font>x");
-  row("a line end inside a tag ends it", "<font<br>\ncolor=red>x", "<font>\ncolor=red>x");
+  row("a line break of the server's inside a tag ends it", "<font<br>color=red>x",
+      "<font>color=red>x");
   row("a closing bracket in a quoted value ends nothing", R"(<p title="a>b">x)", "<p>x");
   row("a tag at the end of a read ends there", "x<b", "x<b>");
   row("a value at the end of a read ends there", R"(<a href="http://x)", R"(<a href="http://x">)");
@@ -103,13 +116,39 @@ void TestSafeMarkup::isWrittenAnew_data() {
   row("a bracket before a closing one is text", "x<>y", "x&lt;>y");
   row("a bracket before an equals sign is text", "x<=y", "x&lt;=y");
   row("the first of two brackets is text", "<<b>x", "&lt;<b>x");
+  row("a bracket before a blank is text", "< b>x< /b>", "&lt; b>x&lt; /b>");
+  row("a bracket before a hard blank is text",
+      "<\xC2\xA0"
+      "b>x",
+      "&lt;\xC2\xA0"
+      "b>x");
+  row("two brackets and a blank are text", "a << b<br>\nz", "a &lt;&lt; b<br>\nz");
+  row("a tag that the end of its line cuts is text", "a <b<br>\nz", "a &lt;b<br>\nz");
+  row("a tag is text whose end stands in the next line", "a <font<br>\ncolor=red>x",
+      "a &lt;font<br>\ncolor=red>x");
+  row("an end tag that the end of its line cuts is text", "<b>a</b<br>\nz", "<b>a&lt;/b<br>\nz");
+  row("a value that the end of its line cuts is text", "<a href=\"http://x<br>\ny\">z",
+      "&lt;a href=\"http://x<br>\ny\">z");
+  row("a declaration that the end of its line cuts is text", "a<!x<br>\nz>", "a&lt;!x<br>\nz>");
+  row("a tag that ends with its line is one", "<b><br>\nz", "<b><br>\nz");
+  row("a tag stands behind a bracket that begins none", "1 < 2 <i>x</i>", "1 &lt; 2 <i>x</i>");
   row("blanks behind a bracket stay with it", "<  <b>x", "&lt;  <b>x");
+  // What is hidden.
+  row("a script's text is hidden", "a<script>a<b>b</script>c", "ac");
+  row("a style sheet's text is hidden", "a<style>p{}</style><b>x", "a<b>x");
+  row("a title's text is hidden", "a<title>x</title>b", "ab");
+  row("what is hidden goes over lines", "a<style><br>\np{}<br>\n</style>b", "ab");
+  row("what is hidden is told in any case", "a<TITLE>x</Title>b", "ab");
+  row("an attribute keeps nothing from being hidden", "a<style type='text/css'>x</style >b", "ab");
+  row("what is hidden ends at the first end tag", "<title>a</title>b</title>c", "bc");
+  row("each is ended by its own", "<title>a</style>b</title>c", "c");
+  row("without an end tag nothing is hidden", "a<title>x <b>y", "ax <b>y");
+  row("the end tag of another hides nothing", "a<title>x</script>y", "axy");
+  row("an end tag alone hides nothing", "a</title>x<title>y</title>", "ax");
+  row("an empty element hides nothing", "a<script/>x</script>", "ax");
   // What is dropped.
   row("unknown tags leave their text", "<blink>x</blink> <foo bar=baz>y", "x y");
   row("a picture leaves nothing", "<img src=file:///etc/passwd width=99999999>", "");
-  row("a script's text is shown", "<script>a<b>b</script>", "a<b>b");
-  row("a style sheet's text is shown", "<style>p{}</style><b>x", "p{}<b>x");
-  row("a title's text is shown", "<title>x</title>", "x");
   row("head and body leave their text",
       "<html><head><meta name=qrichtext content=1></head>"
       "<body bgcolor=red>x</body></html>",
@@ -117,7 +156,8 @@ void TestSafeMarkup::isWrittenAnew_data() {
   row("a style sheet by name is dropped", "<link rel=stylesheet href='file:///x.css'>x", "x");
   row("form fields are dropped", "<input value=x><textarea>y</textarea>", "y");
   row("a comment is dropped", "a<!-- <b> > -->b", "ab");
-  row("a comment without an end drops the rest", "a<!-- <b>b", "a");
+  row("a comment goes over lines", "a<!-- x<br>\ny -->b", "ab");
+  row("a comment without an end is text", "a<!-- <b>b", "a&lt;!-- <b>b");
   row("a comment's dashes are not its end", "a<!-->b-->c", "ac");
   row("a declaration is dropped", "a<!DOCTYPE html>b<?xml version='1'?>c", "abc");
   row("a closing tag without a name is dropped", "a</>b</ b>c", "abc");
@@ -127,8 +167,21 @@ void TestSafeMarkup::isWrittenAnew_data() {
       "a<table border=1><tr><th>h<th>i</tr><tr><td colspan=9999>x</td><td>y</td></tr></table>b",
       "a<br>&nbsp;h&nbsp;i<br>&nbsp;x&nbsp;y<br>b");
   // Attributes.
-  row("an unknown attribute is dropped", "<p onclick=x align=right style='color:red'>", "<p>");
-  row("a size is dropped", "<font size=7 color=red>", R"(<font color="red">)");
+  row("an unknown attribute is dropped", "<p onclick=x width=9 style='color:red'>", "<p>");
+  row("a size beyond those of fonts is dropped", "<font size=8 color=red>",
+      R"(<font color="red">)");
+  row("a size of none is dropped", "<font size=0>", "<font>");
+  row("a size of two digits is dropped", "<font size=77>", "<font>");
+  row("a step of two signs is dropped", "<font size=+-2>", "<font>");
+  row("an alignment is told in any case", "<P ALIGN=' Right '>x", R"(<p align="right">x)");
+  row("an unknown alignment is dropped", "<p align=top>x", "<p>x");
+  row("an alignment without a value is dropped", "<p align=''>x", "<p>x");
+  row("two alignments are none", "<p align='left right'>x", "<p>x");
+  row("a tag without alignment gets none", "<ul align=left><li align=right>x</ul>",
+      "<ul><li>x</ul>");
+  row("a start that is no number is dropped", "<ol start=five><li>x</ol>", "<ol><li>x</ol>");
+  row("a start of seven digits is dropped", "<ol start=1000000><li>x</ol>", "<ol><li>x</ol>");
+  row("a list without numbers starts nowhere", "<ul start=5><li>x</ul>", "<ul><li>x</ul>");
   row("an attribute needs a value", "<font color face=>x", "<font>x");
   row("a colour with anything else in it is dropped", "<font color='red;x'>", "<font>");
   row("a colour of endless digits is dropped", "<span style='color:rgb(99999999999,0,0)'>x",
@@ -139,6 +192,14 @@ void TestSafeMarkup::isWrittenAnew_data() {
   row("other declarations are dropped",
       "<span style='font-size:9999pt;color:red;line-height:99999999%;margin-left:9px'>",
       R"(<span style="color:red">)");
+  row("a size beyond the largest is dropped", "<span style='font-size:201pt'>", "<span>");
+  row("a size below the smallest is dropped", "<span style='font-size:0.9px'>", "<span>");
+  row("a size of endless digits is dropped", "<span style='font-size:0000000000012pt'>", "<span>");
+  row("a size that turns negative is dropped", "<span style='font-size:-5pt'>", "<span>");
+  row("a size in proportion is dropped", "<span style='font-size:900%'>", "<span>");
+  row("a size without a unit is dropped", "<span style='font-size:12'>", "<span>");
+  row("a size is told in any case", "<span style='Font-Size: 12PT '>",
+      R"(<span style="font-size:12pt">)");
   row("declarations are trimmed", "<span style=' Color : red ; ; '>",
       R"(<span style="color:red">)");
   row("a word of a declaration is written once",
@@ -149,7 +210,7 @@ void TestSafeMarkup::isWrittenAnew_data() {
       "<span style='background-color:url(file:///etc/passwd);color:url(x)'>", "<span>");
   row("a short form naming a file is dropped", "<span style='background:url(x)'>", "<span>");
   row("escapes do not hide a declaration",
-      R"(<span style="color:red&#59;font-size:99pt;c\6flor:red;color:r/**/ed">)", "<span>");
+      R"(<span style="color:red&#59;font-size:999pt;c\6flor:red;color:r/**/ed">)", "<span>");
   row("a weight is one of the known ones", "<span style='font-weight:123456789'>", "<span>");
   row("a style without declarations is dropped", "<span style='x'>", "<span>");
   // Links.
@@ -219,7 +280,8 @@ void TestSafeMarkup::blocksNestThirtyTwoDeepAndNoDeeper() {
 
 void TestSafeMarkup::inlineTagsNestOneHundredTwentyEightDeepAndNoDeeper_data() {
   QTest::addColumn<QString>("name");
-  for (const QString& name : allowedNames - blockNames - QSet<QString>{"a", "br", "hr", "p", "li"})
+  for (const QString& name :
+       allowedNames - blockNames - QSet<QString>{"a", "br", "hr", "p", "li", "dt", "dd"})
     QTest::addRow("%s", qPrintable(name)) << name;
 }
 
@@ -419,10 +481,33 @@ void TestSafeMarkup::theTextBetweenAllowedTagsIsUnchanged() {
 
 void TestSafeMarkup::takesTimeInProportionToTheText_data() {
   QTest::addColumn<QString>("piece");
-  for (const char* piece :
-       {"<", "< ", "<b>", "<ul>", "<ul></ol>", "</ul>", "<!--", "<\"", "<''", "<b x='", "<b c=d ",
-        "<a href=http://", "<a href='http://\"&<>", "<span style=\"color:red;", "<font color=rgb(",
-        "<span style='color:rgb( 1, ", "<table><tr><td>", "/", "<b "})
+  for (const char* piece : {"<title>",
+                            "<style></style",
+                            "<title></style>",
+                            "<!-- x",
+                            "<b x='<br>\n",
+                            "<b \"'<br>\n",
+                            "<b<br>\n",
+                            "<!x<br>\n",
+                            "<",
+                            "< ",
+                            "<b>",
+                            "<ul>",
+                            "<ul></ol>",
+                            "</ul>",
+                            "<!--",
+                            "<\"",
+                            "<''",
+                            "<b x='",
+                            "<b c=d ",
+                            "<a href=http://",
+                            "<a href='http://\"&<>",
+                            "<span style=\"color:red;",
+                            "<font color=rgb(",
+                            "<span style='color:rgb( 1, ",
+                            "<table><tr><td>",
+                            "/",
+                            "<b "})
     QTest::addRow("%s", piece) << QString(piece);
 }
 

@@ -8,6 +8,7 @@
 #include <QTextList>
 
 #include "IdleHost.h"
+#include "PipelineSupport.h"
 #include "support/ScratchMain.h"
 #include "terminal/core/SafeMarkup.h"
 #include "terminal/view/InputWidget.h"
@@ -40,6 +41,10 @@ class TestSafeMarkupPane : public QObject {
   void cleanup();
   void markupIsShown();
   void blocksAreShown();
+  void sizesAndAlignmentsAreShown();
+  void whatIsHiddenIsNotShown();
+  void aStrayBracketChangesNothingBehindIt_data();
+  void aStrayBracketChangesNothingBehindIt();
   void aWebLinkIsAnAnchor();
   void noOtherLinkIsAnAnchor_data();
   void noOtherLinkIsAnAnchor();
@@ -97,6 +102,60 @@ void TestSafeMarkupPane::blocksAreShown() {
   QCOMPARE(pane_->document()->find("head").blockFormat().headingLevel(), 1);
 }
 
+void TestSafeMarkupPane::sizesAndAlignmentsAreShown() {
+  insert(
+      "plain <font size=6>large</font> <span style='font-size:20pt'>points</span> "
+      "<span style='font-style:italic'>a<span style='font-style:normal'>straight</span></span> "
+      "<address>street</address>"
+      "<p align=right>right</p><h2 align=center>head</h2>"
+      "<dl><dt>term<dd>meaning</dl>");
+  QCOMPARE(formatOf("plain").intProperty(QTextFormat::FontSizeAdjustment), 0);
+  QCOMPARE(formatOf("large").intProperty(QTextFormat::FontSizeAdjustment), 3);
+  QCOMPARE(formatOf("points").fontPointSize(), 20.0);
+  QVERIFY(!formatOf("straight").fontItalic());
+  QVERIFY(formatOf("street").fontItalic());
+  const auto blockOf = [this](const char* text) {
+    return pane_->document()->find(QString::fromLatin1(text)).blockFormat();
+  };
+  QVERIFY(blockOf("right").alignment().testFlag(Qt::AlignRight));
+  QVERIFY(blockOf("head").alignment().testFlag(Qt::AlignHCenter));
+  QCOMPARE(blockOf("term").leftMargin(), 0.0);
+  QVERIFY(blockOf("meaning").leftMargin() > 0);
+}
+
+void TestSafeMarkupPane::whatIsHiddenIsNotShown() {
+  insert("a<title>head</title>b<style>p { color: red }</style>c<script>if (a<b) d()</script>e");
+  QCOMPARE(pane_->toPlainText(), QString("abce"));
+}
+
+void TestSafeMarkupPane::aStrayBracketChangesNothingBehindIt_data() {
+  QTest::addColumn<QByteArray>("read");
+  QTest::addColumn<QString>("shown");
+  QTest::newRow("two brackets and a blank") << QByteArray("a << b\nz") << "a << b\nz";
+  QTest::newRow("a bracket and a blank") << QByteArray("a < b\nz") << "a < b\nz";
+  QTest::newRow("a bracket and a tab") << QByteArray("a <\tb\nz") << "a <    b\nz";
+  QTest::newRow("a bracket at the end of its line") << QByteArray("a <\nz") << "a <\nz";
+  QTest::newRow("a tag cut by the end of its line") << QByteArray("a <b\nz") << "a <b\nz";
+  QTest::newRow("an end tag cut by the end of its line") << QByteArray("a </b\nz") << "a </b\nz";
+  QTest::newRow("a quoted value cut by the end of its line")
+      << QByteArray("a <i class=\"b\nz\"") << "a <i class=\"b\nz\"";
+  QTest::newRow("a comment without an end") << QByteArray("a <!-- b\nz") << "a <!-- b\nz";
+  QTest::newRow("a list cut by the end of its line") << QByteArray("a <ul\nz") << "a <ul\nz";
+}
+
+void TestSafeMarkupPane::aStrayBracketChangesNothingBehindIt() {
+  QFETCH(const QByteArray, read);
+  QFETCH(const QString, shown);
+  Client client;
+  client.read(read, ::markup);
+  QCOMPARE(client.host.texts.size(), 1);
+  pane_->showServerText(client.host.texts.first());
+  QCOMPARE(pane_->toPlainText(), shown);
+  QVERIFY(formatOf("z").fontWeight() < QFont::Bold);
+  QVERIFY(!formatOf("z").fontItalic());
+  QCOMPARE(pane_->document()->blockCount(), 1);
+}
+
 void TestSafeMarkupPane::aWebLinkIsAnAnchor() {
   insert("<a href=\"http://a.b/c&#32\">http://a.b/c&#32</a>;now");
   QVERIFY(formatOf("http").isAnchor());
@@ -151,6 +210,13 @@ void TestSafeMarkupPane::hostileMarkupIsShownInTime_data() {
   row("nested lists", "<ul>x");
   row("nested lists with items", "<ol><li>x");
   row("items without a list", "<li>x");
+  row("nested lists of terms", "<dl>x");
+  row("nested lists of terms with what they are", "<dl><dt>x<dd>x");
+  row("terms without a list", "<dt>x<dd>x");
+  row("nested addresses", "<address>x");
+  row("nested text without breaks", "<nobr>x");
+  row("the largest letters", "<span style=\"font-size:200pt\">x");
+  row("titles without an end", "<title>x");
   row("nested quotations", "<blockquote>x");
   row("nested divisions", "<div>x");
   row("nested divisions without text", "<div>");
@@ -201,7 +267,19 @@ void TestSafeMarkupPane::hostileMarkupIsShownInTime() {
 }
 
 void TestSafeMarkupPane::allowedMarkupLooksAsItWould() {
-  const std::array<QString, 38> pieces{
+  const std::array<QString, 50> pieces{
+      "<font size=5>",
+      "<font size='-2'>",
+      "<p align=right>",
+      "<div align='Center'>",
+      "<h3 align=justify>",
+      "<dl>",
+      "</dl>",
+      "<dt>",
+      "<dd>",
+      "<address>",
+      "<nobr>",
+      "<span style='font-size:14pt'>",
       "<b>",
       "</b>",
       "<I>",

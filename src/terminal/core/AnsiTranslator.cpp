@@ -1,5 +1,8 @@
 #include "terminal/core/AnsiTranslator.h"
 
+#include <algorithm>
+#include <cctype>
+
 #include "terminal/core/CodeNumber.h"
 #include "terminal/core/Palette.h"
 
@@ -11,6 +14,15 @@ constexpr QByteArrayView spanEnd = "\">";
 
 QByteArray span(QByteArrayView start, QByteArrayView colour) {
   return start.toByteArray().append(colour).append(spanEnd);
+}
+
+bool isPlain(const QByteArray& colour) {
+  constexpr qsizetype length = 7;
+  const auto isDigit = [](char byte) {
+    return std::isxdigit(static_cast<unsigned char>(byte)) != 0;
+  };
+  return colour.size() == length && colour.front() == '#' &&
+         std::all_of(colour.begin() + 1, colour.end(), isDigit);
 }
 
 /// The digits of all parameters of one sequence so far. They pile up on
@@ -47,6 +59,7 @@ void AnsiTranslator::buildColourSpans(const ColourTexts& normalColour,
     spans.normal[k] = span(foregroundStart, normalColour[k]);
     spans.bold[k] = span(foregroundStart, boldColour[k]);
     spans.background[k] = span(backgroundStart, normalColour[k]);
+    spans.plain = spans.plain && isPlain(normalColour[k]) && isPlain(boldColour[k]);
   }
   spans.reset =
       "<span style=\"color:" + normalColour[white] + ";background-color:" + normalColour[0] + "\">";
@@ -128,9 +141,7 @@ void AnsiTranslator::applyPalette(Extended extended, int index, Html& html) {
   const auto colour = paletteColour(static_cast<quint32>(index));
   if (!colour)
     return;
-  html += extended == Extended::Background ? backgroundStart : foregroundStart;
-  html += *colour;
-  html += spanEnd;
+  html += span(extended == Extended::Background ? backgroundStart : foregroundStart, *colour);
   if (extended == Extended::Background)
     return;
   // Quirk: the next read begins with the bare colour text, shown as it is.
@@ -139,4 +150,4 @@ void AnsiTranslator::applyPalette(Extended extended, int index, Html& html) {
 }
 
 template void AnsiTranslator::translateEscape(qsizetype&, QByteArrayView, ByteBuffer&, Colours);
-template void AnsiTranslator::translateEscape(qsizetype&, QByteArrayView, NoHtml&, Colours);
+template void AnsiTranslator::translateEscape(qsizetype&, QByteArrayView, OpenSpans&, Colours);

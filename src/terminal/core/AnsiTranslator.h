@@ -7,11 +7,7 @@
 #include <optional>
 
 #include "terminal/core/ByteBuffer.h"
-
-/// In place of HTML where only what the bytes do to the state is asked for.
-struct NoHtml {
-  NoHtml& operator+=(QByteArrayView /*html*/) { return *this; }
-};
+#include "terminal/core/OpenSpans.h"
 
 /// Turns the server's colour sequences into HTML span openings. Spans are only
 /// opened, never closed: a later one inside an earlier one wins.
@@ -37,7 +33,7 @@ class AnsiTranslator {
   /// first byte (so possibly -1) when a sequence cut by the end of the last
   /// read is resumed; on return it is at the last byte consumed. Span openings
   /// are appended to html, unless the colours are stripped.
-  template <typename Html>  // ByteBuffer or NoHtml
+  template <typename Html>  // ByteBuffer or OpenSpans
   void translateEscape(qsizetype& index, QByteArrayView data, Html& html, Colours colours);
 
   /// True when the data ended inside a sequence: the next read resumes it.
@@ -46,6 +42,8 @@ class AnsiTranslator {
   /// The text that the next read begins with, to reopen its colour. It lives
   /// until the colours are built anew.
   [[nodiscard]] QByteArrayView currentSpan() const { return currentSpan_; }
+  /// Whether every colour is "#" and six digits, as those of the palette are.
+  [[nodiscard]] bool hasPlainColours() const { return spans_->plain; }
   /// The span that opens a normal colour, 0 (black) to 7 (white).
   [[nodiscard]] const QByteArray& normalSpan(int colour) const;
 
@@ -56,6 +54,7 @@ class AnsiTranslator {
     std::array<QByteArray, 8> bold;
     std::array<QByteArray, 8> background;
     QByteArray reset;
+    bool plain = true;
   };
 
   /// Answers whether a palette index follows.

@@ -8,20 +8,27 @@
 
 namespace {
 
-/// The values of a style declaration; without words it is a colour.
+enum class Value { Words, Colour, Size };
+
+/// The values of a style declaration, and the words that it may have.
 struct DeclarationRow {
   QStringView name;
+  Value value;
   QStringView words;
 };
 
 constexpr std::array allowedDeclarations{
-    DeclarationRow{u"color", {}},
-    DeclarationRow{u"background-color", {}},
-    DeclarationRow{u"font-weight",
+    DeclarationRow{u"color", Value::Colour, {}},
+    DeclarationRow{u"background-color", Value::Colour, {}},
+    DeclarationRow{u"font-weight", Value::Words,
                    u"normal bold bolder lighter 100 200 300 400 500 600 700 800 900"},
-    DeclarationRow{u"font-style", u"normal italic oblique"},
-    DeclarationRow{u"text-decoration", u"none underline overline line-through"},
+    DeclarationRow{u"font-style", Value::Words, u"normal italic oblique"},
+    DeclarationRow{u"font-size", Value::Size, u"small medium large x-large xx-large"},
+    DeclarationRow{u"text-decoration", Value::Words, u"none underline overline line-through"},
 };
+
+/// In points or pixels, as for the player's own fonts.
+constexpr double largestFont = 200;
 
 /// Null when there is none.
 const DeclarationRow* declarationNamed(QStringView name) {
@@ -65,6 +72,55 @@ QString faceValue(QStringView value) {
   return face.match(value.toString()).hasMatch() ? value.toString() : QString();
 }
 
+bool hasWord(QStringView words, QStringView word) {
+  for (const QStringView one : words.tokenize(u' '))
+    if (one == word)
+      return true;
+  return false;
+}
+
+/// One of the words, or what matches the expression.
+QString wordOr(QStringView words, const QRegularExpression& expression, QStringView value) {
+  const QString text = value.trimmed().toString().toLower();
+  return (!text.isEmpty() && hasWord(words, text)) || expression.match(text).hasMatch() ? text
+                                                                                        : QString();
+}
+
+QString sizeValue(QStringView words, QStringView value) {
+  static const QRegularExpression size(QStringLiteral(R"(\A([0-9]{1,3}(?:\.[0-9]{1,2})?)p[tx]\z)"));
+  const QString text = wordOr(words, size, value);
+  const auto match = size.match(text);
+  const double number = match.captured(1).toDouble();
+  return match.hasMatch() && (number < 1 || number > largestFont) ? QString() : text;
+}
+
+QString stepValue(QStringView value) {
+  static const QRegularExpression step(QStringLiteral(R"(\A[+-]?[1-7]\z)"));
+  return wordOr({}, step, value);
+}
+
+QString alignmentValue(QStringView value) {
+  static const QRegularExpression none(QStringLiteral("(?!)"));
+  return wordOr(u"left right center justify", none, value);
+}
+
+QString numberValue(QStringView value) {
+  static const QRegularExpression number(QStringLiteral(R"(\A-?[0-9]{1,6}\z)"));
+  return wordOr({}, number, value);
+}
+
+QString declarationValue(const DeclarationRow& row, QStringView value) {
+  switch (row.value) {
+    case Value::Words:
+      return wordsOf(row.words, value);
+    case Value::Colour:
+      return colourValue(value);
+    case Value::Size:
+      return sizeValue(row.words, value);
+  }
+  return {};
+}
+
 QString styleValue(QStringView value) {
   QStringList kept;
   for (const QStringView declaration : value.tokenize(u';')) {
@@ -74,10 +130,9 @@ QString styleValue(QStringView value) {
     const auto* row = declarationNamed(declaration.first(colon).trimmed());
     if (!row)
       continue;
-    const QStringView told = declaration.sliced(colon + 1);
-    const QString kind = row->words.empty() ? colourValue(told) : wordsOf(row->words, told);
-    if (!kind.isEmpty())
-      kept += row->name.toString() + u':' + kind;
+    const QString told = declarationValue(*row, declaration.sliced(colon + 1));
+    if (!told.isEmpty())
+      kept += row->name.toString() + u':' + told;
   }
   return kept.join(u';');
 }
@@ -98,7 +153,7 @@ QString linkValue(QStringView value) {
 }
 
 struct AttributeRow {
-  QStringView tag;
+  QStringView tags;  ///< their names, between blanks
   QStringView name;
   QString (*allowedPart)(QStringView value);
 };
@@ -106,8 +161,11 @@ struct AttributeRow {
 constexpr std::array allowedAttributes{
     AttributeRow{u"font", u"color", colourValue},
     AttributeRow{u"font", u"face", faceValue},
+    AttributeRow{u"font", u"size", stepValue},
     AttributeRow{u"span", u"style", styleValue},
     AttributeRow{u"a", u"href", linkValue},
+    AttributeRow{u"p div h1 h2 h3 h4 h5 h6", u"align", alignmentValue},
+    AttributeRow{u"ol", u"start", numberValue},
 };
 
 }  // namespace
@@ -118,7 +176,7 @@ QString safeAttributes(QStringView tag, const std::vector<MarkupTag::Attribute>&
   QString safe;
   for (const MarkupTag::Attribute& attribute : attributes)
     for (const AttributeRow& row : allowedAttributes) {
-      if (row.tag != tag || row.name.compare(attribute.name, Qt::CaseInsensitive) != 0)
+      if (row.name.compare(attribute.name, Qt::CaseInsensitive) != 0 || !hasWord(row.tags, tag))
         continue;
       QString value = row.allowedPart(attribute.value);
       value.replace(u'"', QStringLiteral("&quot;"))

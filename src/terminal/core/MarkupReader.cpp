@@ -1,5 +1,7 @@
 #include "terminal/core/MarkupReader.h"
 
+#include <algorithm>
+
 QStringView MarkupReader::text() {
   const qsizetype start = pos_;
   const qsizetype end = html_.indexOf(u'<', start);
@@ -9,28 +11,58 @@ QStringView MarkupReader::text() {
 
 std::optional<MarkupTag> MarkupReader::tag() {
   const qsizetype afterBracket = ++pos_;
-  skipSpace();
-  if (at(u"!")) {
-    ++pos_;
-    const bool comment = at(u"--");
-    if (comment)
-      pos_ += 2;
-    skipPast(comment ? u"-->" : u">");
-    return MarkupTag{};
-  }
-  MarkupTag tag;
-  if (at(u"/")) {
-    ++pos_;
-    tag.edge = MarkupTag::Edge::End;
-  }
-  tag.name = word().raw;
-  if (tag.edge == MarkupTag::Edge::Start && tag.name.empty()) {
+  const auto tag = at(u"!--") ? comment() : tagOfOneLine();
+  if (!tag)
     pos_ = afterBracket;
-    return {};
+  return tag;
+}
+
+bool MarkupReader::skipHiddenElement(QStringView name) {
+  const auto end = std::find_if(hiddenEnds_.begin(), hiddenEnds_.end(), [name](const Place& place) {
+    return place.what.sliced(2).compare(name, Qt::CaseInsensitive) == 0;
+  });
+  if (end == hiddenEnds_.end() || next(*end) == html_.size())
+    return false;
+  pos_ = next(*end);
+  skipPast(u">");
+  return true;
+}
+
+qsizetype MarkupReader::next(Place& place) const {
+  if (place.at < pos_) {
+    const qsizetype found = html_.indexOf(place.what, pos_, Qt::CaseInsensitive);
+    place.at = found < 0 ? html_.size() : found;
   }
-  if (tag.edge == MarkupTag::Edge::Start && atSpace())
-    tag.attributes = attributes();
-  tag.closed = skipPast(u">").contains(u'/');
+  return place.at;
+}
+
+std::optional<MarkupTag> MarkupReader::comment() {
+  pos_ += 3;
+  if (next(commentEnd_) == html_.size())
+    return {};
+  skipPast(u"-->");
+  return MarkupTag{};
+}
+
+std::optional<MarkupTag> MarkupReader::tagOfOneLine() {
+  const qsizetype lineEnd = next(lineEnd_);
+  MarkupTag tag;
+  if (at(u"!")) {
+    skipPast(u">");
+  } else {
+    if (at(u"/")) {
+      ++pos_;
+      tag.edge = MarkupTag::Edge::End;
+    }
+    tag.name = word().raw;
+    if (tag.edge == MarkupTag::Edge::Start && tag.name.empty())
+      return {};
+    if (tag.edge == MarkupTag::Edge::Start && atSpace())
+      tag.attributes = attributes();
+    tag.closed = skipPast(u">").contains(u'/');
+  }
+  if (pos_ > lineEnd)
+    return {};
   return tag;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -23,8 +24,11 @@ struct MarkupTag {
 };
 
 /// Takes HTML apart where the toolkit's importer would, oddities included:
-/// blanks after "<", quoted tag names, an attribute list that a slash or a "<"
-/// breaks off. Reads each character a fixed number of times.
+/// quoted tag names, an attribute list that a slash or a "<" breaks off. But a
+/// "<" before a blank begins no tag, nor one whose tag the end of its line cuts,
+/// nor one of a comment without an end: games draw and compare with it, and the
+/// importer would drop or change all that follows. Reads each character a fixed
+/// number of times.
 class MarkupReader {
  public:
   explicit MarkupReader(QStringView html) : html_(html) {}
@@ -35,8 +39,18 @@ class MarkupReader {
   /// Reads from a "<" on; what ends nowhere ends with the text. Nothing, and
   /// only the "<" is read, when no tag begins there.
   [[nodiscard]] std::optional<MarkupTag> tag();
+  /// Behind the start tag of a title, a style sheet or a script: reads to behind
+  /// its end tag. Answers false, and reads nothing, where there is none, or for
+  /// any other name.
+  [[nodiscard]] bool skipHiddenElement(QStringView name);
 
  private:
+  /// The next place of something, looked for once until it is behind.
+  struct Place {
+    QStringView what;
+    qsizetype at = -1;
+  };
+
   struct Word {
     QStringView raw;
     QChar quote;
@@ -44,6 +58,11 @@ class MarkupReader {
 
   [[nodiscard]] bool at(QStringView prefix) const { return html_.sliced(pos_).startsWith(prefix); }
   [[nodiscard]] bool atSpace() const { return !atEnd() && html_[pos_].isSpace(); }
+  /// The end of the text where there is none.
+  [[nodiscard]] qsizetype next(Place& place) const;
+  /// These read from behind the "<" on, and answer nothing where it is text.
+  [[nodiscard]] std::optional<MarkupTag> comment();
+  [[nodiscard]] std::optional<MarkupTag> tagOfOneLine();
   void skipSpace();
   /// Answers what was skipped.
   QStringView skipPast(QStringView end);
@@ -52,4 +71,8 @@ class MarkupReader {
 
   QStringView html_;
   qsizetype pos_ = 0;
+  /// As the pipeline writes it.
+  Place lineEnd_{u"<br>\n"};
+  Place commentEnd_{u"-->"};
+  std::array<Place, 3> hiddenEnds_{Place{u"</title"}, Place{u"</style"}, Place{u"</script"}};
 };

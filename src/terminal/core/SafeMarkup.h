@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 /// Makes HTML safe to insert into the pane: every tag is written anew from a
 /// short list of allowed ones, all others are dropped and their text stays.
@@ -11,11 +12,18 @@
 /// The toolkit's importer takes exponential time for nested tables and the
 /// square of the depth for other tags, lets sizes and spans of any number
 /// through and keeps tables out of the paragraph limit, so nothing of that kind
-/// may reach it. Tags are told apart as that importer does it, but no text in
-/// the result can start a tag that was not written here. Entities are left
+/// may reach it. Tags are told apart as that importer does it, but for a "<" that
+/// a game means as one: see MarkupReader. No text in the result can start a tag
+/// that was not written here. What stands in a title, a style sheet or a script
+/// is left out with its tags, if it ends in the same text. Entities are left
 /// alone. Takes time in proportion to the text; the same text comes out when
 /// applied twice.
 [[nodiscard]] QString safeMarkup(const QString& html);
+
+/// The same in pieces of about so many characters, at least one piece. Inserted
+/// one by one they show what the whole would, as long as no tags shape whole
+/// paragraphs: lists and the like go on as new ones.
+[[nodiscard]] QStringList safeMarkupPieces(const QString& html, qsizetype pieceLength);
 
 /// Whether a tag, by its name in small letters, changes nothing but the look of
 /// the text inside it, or is a line break.

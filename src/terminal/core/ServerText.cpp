@@ -24,7 +24,12 @@ struct HtmlSink {
 
 QString ServerText::decoded() const {
   HtmlSink sink(bytes.size());
-  sink.html += state.translator.currentSpan();
+  // A read reopens its colour. What follows a division begins with the end of
+  // the line break before it, which shows nothing.
+  if (openSpans)
+    (sink.html += *openSpans) += "\n";
+  else
+    sink.html += state.translator.currentSpan();
   PipelineState walked = state;
   walkBytes(bytes, options, walked, sink);
   QString text = QString::fromUtf8(sink.html.view());
@@ -32,4 +37,28 @@ QString ServerText::decoded() const {
     linkify(text);
   resolvePlaceholders(text);
   return text;
+}
+
+std::vector<ServerText> ServerText::divided() const {
+  std::vector<ServerText> parts;
+  parts.reserve(divisions.size() + 1);
+  Division start{.bytes = 0, .plain = 0, .state = state, .spans = {}};
+  const auto addUpTo = [&](qsizetype endOfBytes, qsizetype endOfPlain) {
+    parts.push_back({.bytes = bytes.sliced(start.bytes, endOfBytes - start.bytes),
+                     .state = start.state,
+                     .options = options,
+                     .plain = plain.sliced(start.plain, endOfPlain - start.plain),
+                     .tags = tags});
+    if (parts.size() > 1)
+      parts.back().openSpans = start.spans;
+    else
+      parts.back().openSpans = openSpans;
+  };
+  for (const Division& division : divisions) {
+    addUpTo(division.bytes, division.plain);
+    start = division;
+  }
+  if (parts.empty() || start.bytes < bytes.size())
+    addUpTo(bytes.size(), plain.size());
+  return parts;
 }

@@ -39,6 +39,7 @@ OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
     if (queue_.isEmpty() && unusedFormats(manyFormats) > manyFormats)
       renew();
   });
+  followTheEnd();
   setOpenExternalLinks(true);
   setWordWrapMode(QTextOption::WordWrap);
   setReadOnly(true);
@@ -94,11 +95,43 @@ QVariant OutputWidget::loadResource(int /*type*/, const QUrl& /*name*/) {
 }
 
 void OutputWidget::resizeEvent(QResizeEvent* event) {
-  QScrollBar& bar = *verticalScrollBar();
-  const bool following = bar.value() == bar.maximum();
+  const bool following = followsTheEnd_;
+  const QTextCursor top = cursorForPosition({0, 0});
+  const int above = cursorRect(top).top();
   QTextBrowser::resizeEvent(event);
   if (following)
-    bar.setValue(bar.maximum());
+    showTheEnd();
+  else
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + cursorRect(top).top() - above);
+  followsTheEnd_ = following;
+}
+
+void OutputWidget::followTheEnd() {
+  QScrollBar& bar = *verticalScrollBar();
+  connect(&bar, &QScrollBar::rangeChanged, this, [this, &bar] {
+    if (followsTheEnd_)
+      bar.setValue(bar.maximum());
+  });
+  connect(&bar, &QScrollBar::valueChanged, this, [this, &bar] {
+    // Below the last line there is only the margin.
+    followsTheEnd_ = bar.maximum() - bar.value() <= margin();
+  });
+}
+
+void OutputWidget::showTheEnd() {
+  QScrollBar& bar = *verticalScrollBar();
+  bar.setValue(bar.maximum());
+  // Where the toolkit has not yet laid out all of a long document, that was an
+  // estimate; it tells the height by and by.
+  QTextCursor end(QTextBrowser::document());
+  end.movePosition(QTextCursor::End);
+  const int below = cursorRect(end).bottom() + 1 + margin() - viewport()->height();
+  bar.setValue(bar.value() + below);
+  followsTheEnd_ = true;
+}
+
+int OutputWidget::margin() const {
+  return static_cast<int>(QTextBrowser::document()->documentMargin());
 }
 
 void OutputWidget::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {}
@@ -153,6 +186,7 @@ void OutputWidget::insertWaiting(Amount amount) {
     written = writer.written();
   }
   moveCursor(QTextCursor::End);
+  showTheEnd();
   if (amount == Amount::WhatFitsATurn)
     turns_.learn(written, timer.nsecsElapsed());
   limitFormats();

@@ -72,7 +72,8 @@ class OutputWidget : public QTextBrowser {
   QVariant loadResource(int type, const QUrl& name) override;
 
  protected:
-  /// The newest line stays in sight where it was.
+  /// The newest line stays in sight where it was; otherwise the line at the top
+  /// stays there.
   void resizeEvent(QResizeEvent* event) override;
   /// A link never replaces what the pane shows.
   void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
@@ -80,6 +81,12 @@ class OutputWidget : public QTextBrowser {
  private:
   enum class Amount { WhatFitsATurn, All };
 
+  /// The newest line stays in sight, however the height changes, until somebody
+  /// scrolls up.
+  void followTheEnd();
+  void showTheEnd();
+  /// Below the last line, in pixels.
+  [[nodiscard]] int margin() const;
   void add(PaneText text);
   void takeTurn();
   void insertWaiting(Amount amount);
@@ -99,4 +106,6 @@ class OutputWidget : public QTextBrowser {
   QTimer nextTurn_;
   QTimer quietMoment_;
   qsizetype formatsInUse_ = 0;  ///< at the last look
+  /// Whether the newest line is in sight.
+  bool followsTheEnd_ = true;
 };

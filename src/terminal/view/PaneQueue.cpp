@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "terminal/core/SafeMarkup.h"
 
@@ -68,9 +69,37 @@ Shown shownOfMarkup(QStringView html) {
   return html.isEmpty() ? shown : Shown::Perhaps;
 }
 
+/// A read that is too long for one turn, in parts that show the same.
+std::vector<PaneText> partsOf(const ServerText& read) {
+  std::vector<PaneText> parts;
+  if (!read.divisions.empty()) {
+    for (ServerText& part : read.divided())
+      parts.emplace_back(std::move(part));
+  } else {
+    for (QString& piece : safeMarkupPieces(read.decoded(), ServerText::partLength))
+      parts.emplace_back(SafeHtml{std::move(piece)});
+  }
+  return parts;
+}
+
+bool isLong(const ServerText& read) {
+  const bool mayBeDivided = !read.divisions.empty() || read.tags == ServerText::Tags::FromServer ||
+                            !read.state.translator.hasPlainColours();
+  return mayBeDivided && read.bytes.size() > ServerText::partLength;
+}
+
 }  // namespace
 
 void PaneQueue::add(PaneText text) {
+  const auto* const read = std::get_if<ServerText>(&text);
+  if (!read || !isLong(*read))
+    append(std::move(text));
+  else
+    for (PaneText& part : partsOf(*read))
+      append(std::move(part));
+}
+
+void PaneQueue::append(PaneText text) {
   // So many bytes at a time cost little to count, and fewer make no long queue.
   constexpr qsizetype worthCounting = qsizetype{128} * 1024;
   const qsizetype size = memoryOf(text);

@@ -37,6 +37,7 @@ class PaneQueue {
 
   explicit PaneQueue(Limits limits) : limits_(limits), counted_(limits.longParagraph) {}
 
+  /// A long read becomes several texts.
   void add(PaneText text);
   /// The next one to be shown; there must be one.
   [[nodiscard]] PaneText take();
@@ -62,6 +63,7 @@ class PaneQueue {
     qint64 endedParagraphs = 0;
   };
 
+  void append(PaneText text);
   void dropUnseen();
   void count(Waiting& waiting);
 

@@ -1,0 +1,249 @@
+#include "terminal/core/MarkupWriter.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "terminal/core/MarkupAttributes.h"
+
+using markup::Kind;
+
+namespace {
+
+constexpr std::size_t maximumBlockDepth = 32;
+
+/// The importer walks all open elements at each tag, and colour spans are never
+/// closed: without a limit, sixteen thousand of them in one read take a minute.
+constexpr std::size_t maximumInlineDepth = 128;
+
+/// How many times as long a piece becomes that has no word to be divided in.
+constexpr qsizetype withoutWord = 2;
+
+/// The importer looks no further for the end of one.
+constexpr qsizetype longestEntity = 10;
+
+using Edge = MarkupTag::Edge;
+
+/// What keeps the cells of a table apart once its tags are gone.
+struct StandInRow {
+  QStringView name;
+  Edge edge;
+  QStringView html;
+};
+
+constexpr std::array standIns{
+    StandInRow{u"tr", Edge::Start, u"<br>"},
+    StandInRow{u"table", Edge::End, u"<br>"},
+    StandInRow{u"td", Edge::Start, u"&nbsp;"},
+    StandInRow{u"th", Edge::Start, u"&nbsp;"},
+};
+
+}  // namespace
+
+void MarkupWriter::text(QStringView text) {
+  if (text.isEmpty())
+    return;
+  writeDueSpan();
+  for (qsizetype division = divisionOf(text); division > 0; division = divisionOf(text)) {
+    html_ += text.first(division);
+    endPiece();
+    text = text.sliced(division);
+  }
+  html_ += text;
+}
+
+void MarkupWriter::tag(const MarkupTag& tag) {
+  if (length() >= withoutWord * unit())
+    endPiece();
+  for (const StandInRow& row : standIns)
+    if (row.edge == tag.edge && row.name.compare(tag.name, Qt::CaseInsensitive) == 0)
+      text(row.html);
+  const auto* row = markup::rowNamed(tag.name);
+  if (!row)
+    return;
+  if (tag.edge == Edge::Start)
+    start(row, tag.attributes);
+  if (tag.edge == Edge::End || tag.closed)
+    end(row);
+}
+
+QStringList MarkupWriter::pieces() && {
+  pieces_ += std::move(html_);
+  return std::move(pieces_);
+}
+
+void MarkupWriter::start(Row row, const std::vector<MarkupTag::Attribute>& attributes) {
+  const QString kept = markup::safeAttributes(row->name, attributes);
+  switch (row->kind) {
+    case Kind::Link:
+      if (kept.isEmpty())
+        return;
+      [[fallthrough]];
+    case Kind::Inline:
+      startInline(row, kept);
+      return;
+    case Kind::Block:
+      if (opens(row, kept))
+        write(row, kept);
+      return;
+    case Kind::Term:
+      closeUpToTerms();
+      [[fallthrough]];
+    case Kind::Paragraph:
+      openParagraph_ = {row, kept};
+      [[fallthrough]];
+    case Kind::Void:
+      write(row, kept);
+  }
+}
+
+void MarkupWriter::startInline(Row row, const QString& attributes) {
+  if (openInlines_.size() >= maximumInlineDepth) {
+    if (!mayNestDeeper(row) || attributes.isEmpty()) {
+      ++count(droppedCounts_, row);
+      return;
+    }
+    if (openInlines_.size() > firstInline() && openInlines_.back().row == row) {
+      OpenInline& span = openInlines_.back();
+      span.attributes = markup::mergedStyle(span.attributes, attributes);
+      spanIsDue_ = true;
+      return;
+    }
+  }
+  write(row, attributes);
+  openInlines_.push_back({row, attributes});
+}
+
+bool MarkupWriter::mayNestDeeper(Row row) const {
+  if (row->kind != Kind::Link)
+    return row->name == u"span";
+  return std::none_of(openInlines_.begin() + maximumInlineDepth, openInlines_.end(),
+                      [](const OpenInline& open) { return open.row->kind == Kind::Link; });
+}
+
+void MarkupWriter::end(Row row) {
+  switch (row->kind) {
+    case Kind::Void:
+      return;
+    case Kind::Block:
+      if (closes(row))
+        writeEnd(row);
+      return;
+    case Kind::Paragraph:
+    case Kind::Term:
+      if (openParagraph_ && openParagraph_->row == row)
+        openParagraph_.reset();
+      writeEnd(row);
+      return;
+    case Kind::Inline:
+    case Kind::Link:
+      endInline(row);
+  }
+}
+
+void MarkupWriter::endInline(Row row) {
+  if (qsizetype& dropped = count(droppedCounts_, row); dropped > 0) {
+    --dropped;
+    return;
+  }
+  const auto first = openInlines_.begin() + static_cast<std::ptrdiff_t>(firstInline());
+  for (auto open = openInlines_.end(); open != first;)
+    if ((--open)->row == row) {
+      spanIsDue_ = false;  // it ends here, with nothing in it
+      openInlines_.erase(open, openInlines_.end());
+      break;
+    }
+  writeEnd(row);
+}
+
+void MarkupWriter::write(Row row, const QString& attributes) {
+  writeDueSpan();
+  html_.append(u'<').append(row->name).append(attributes).append(u'>');
+}
+
+void MarkupWriter::writeEnd(Row row) {
+  writeDueSpan();
+  html_.append(u"</").append(row->name).append(u'>');
+}
+
+void MarkupWriter::writeDueSpan() {
+  if (!std::exchange(spanIsDue_, false))
+    return;
+  const OpenInline& span = openInlines_.back();
+  writeEnd(span.row);
+  write(span.row, span.attributes);
+}
+
+bool MarkupWriter::opens(Row row, const QString& attributes) {
+  openParagraph_.reset();
+  openBlocks_.push_back({row, openInlines_.size(), attributes});
+  ++count(openCounts_, row);
+  return openBlocks_.size() <= maximumBlockDepth;
+}
+
+bool MarkupWriter::closes(Row row) {
+  openParagraph_.reset();
+  if (count(openCounts_, row) == 0)
+    return false;
+  OpenBlock last{};
+  do {
+    last = openBlocks_.back();
+    openBlocks_.pop_back();
+    --count(openCounts_, last.row);
+  } while (last.row != row);
+  const bool wasWritten = openBlocks_.size() < maximumBlockDepth;
+  if (wasWritten && openInlines_.size() > last.inlinesBefore) {
+    spanIsDue_ = false;
+    openInlines_.resize(last.inlinesBefore);
+  }
+  return wasWritten;
+}
+
+void MarkupWriter::closeUpToTerms() {
+  spanIsDue_ = false;
+  const auto isList = [](const OpenBlock& open) { return open.row->name == u"dl"; };
+  while (!openBlocks_.empty() &&
+         (openBlocks_.size() > maximumBlockDepth || !isList(openBlocks_.back()))) {
+    --count(openCounts_, openBlocks_.back().row);
+    openBlocks_.pop_back();
+  }
+  openInlines_.resize(firstInline());
+}
+
+std::size_t MarkupWriter::firstInline() const {
+  if (openBlocks_.empty())
+    return 0;
+  return openBlocks_[std::min(openBlocks_.size(), maximumBlockDepth) - 1].inlinesBefore;
+}
+
+qsizetype MarkupWriter::unit() const {
+  // However much is opened again, all pieces together stay in proportion.
+  return std::max(pieceLength_, reopened_);
+}
+
+qsizetype MarkupWriter::divisionOf(QStringView text) const {
+  const qsizetype room = std::max<qsizetype>(unit() - length(), 0);
+  for (qsizetype place = room + 1; place < text.size(); ++place)
+    if (text[place - 1].isLetterOrNumber() && text[place].isLetterOrNumber() &&
+        !text.first(place).last(std::min(place, longestEntity)).contains(u'&'))
+      return place;
+  return -1;
+}
+
+void MarkupWriter::endPiece() {
+  spanIsDue_ = false;
+  pieces_ += std::exchange(html_, {});
+  auto open = openInlines_.cbegin();
+  const auto writeInlinesBefore = [&](std::size_t end) {
+    for (; open != openInlines_.cbegin() + static_cast<std::ptrdiff_t>(end); ++open)
+      write(open->row, open->attributes);
+  };
+  for (std::size_t i = 0; i < std::min(openBlocks_.size(), maximumBlockDepth); ++i) {
+    writeInlinesBefore(openBlocks_[i].inlinesBefore);
+    write(openBlocks_[i].row, openBlocks_[i].attributes);
+  }
+  // What is inline in a paragraph may stand around it as well.
+  writeInlinesBefore(openInlines_.size());
+  if (openParagraph_)
+    write(openParagraph_->row, openParagraph_->attributes);
+  reopened_ = html_.size();
+}

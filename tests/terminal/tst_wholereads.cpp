@@ -1,0 +1,373 @@
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTest>
+#include <random>
+
+#include "PipelineSupport.h"
+#include "TwoPanes.h"
+#include "support/ScratchMain.h"
+
+namespace {
+
+constexpr PipelineOptions withLinks{
+    .displayAnsiColor = true, .playBeeps = false, .parseHtml = false, .displayURLs = true};
+constexpr PipelineOptions withTagsAndLinks{
+    .displayAnsiColor = true, .playBeeps = false, .parseHtml = true, .displayURLs = true};
+
+/// The pane beside one that has neither our markup filter nor our style sheet:
+/// where tags are off it shows what the toolkit alone makes of a read.
+class PaneBesideRaw : public PipelineHost {
+ public:
+  PaneBesideRaw() { raw.document()->setDefaultStyleSheet({}); }
+
+  void beep() override {}
+  void showServerText(ServerText text) override {
+    raw.insertServerHtml(text.decoded());
+    quick.showServerText(std::move(text));
+  }
+  void parseVitals(const char* /*line*/) override {}
+  void checkTriggers(const QByteArray& /*line*/) override {}
+
+  void clear() {
+    quick.document()->clear();
+    raw.document()->clear();
+  }
+  /// But for the blue of links, which is made for white paper.
+  [[nodiscard]] QString difference() {
+    return withoutLinkColour(*quick.document()).differenceTo(withoutLinkColour(*raw.document()));
+  }
+
+ private:
+  static PaneContent withoutLinkColour(const QTextDocument& document) {
+    PaneContent content = PaneContent::of(document);
+    for (PaneContent::Block& block : content.blocks)
+      for (PaneContent::Piece& piece : block.pieces)
+        if (piece.format.isAnchor())
+          piece.format.clearForeground();
+    return content;
+  }
+
+  IdleHost host_;
+  QWidget window_;
+
+ public:
+  OutputWidget quick{*new InputWidget(host_, &window_), &window_};
+  LiteralPane raw{OutputWidget::longParagraph, OutputWidget::longestParagraph};
+};
+
+using Pieces = std::vector<QByteArray>;
+
+const Pieces plainPieces{"You see a lamp.",
+                         "the north gate",
+                         " ",
+                         "  ",
+                         "\r\n",
+                         "\n",
+                         "\x1B[0m",
+                         "\x1B[1m",
+                         "\x1B[31m",
+                         "\x1B[1;32m",
+                         "\x1B[44m",
+                         "\x1B[38;5;208m",
+                         "\x1B[48;5;19m",
+                         "\x1B[\n31m",
+                         "\x1B[3",
+                         "m",
+                         "http://a.example/b?c=d&e",
+                         "www.example",
+                         "https://",
+                         "Tom & Jerry",
+                         "&lt;",
+                         "&amp",
+                         "&#33;",
+                         "<b>",
+                         "<",
+                         ">",
+                         "\t",
+                         "\xFF\xFB\n",
+                         "\xC3\xA4",
+                         "\xC3",
+                         "\xF0\x9F\x98\x80",
+                         "\xEF\xBB\xBF",
+                         "\xE3\x80\x80",
+                         "\v"};
+const Pieces inlinePieces{"You see a lamp.",
+                          "the north gate",
+                          " ",
+                          "  ",
+                          "\r\n",
+                          "\n",
+                          "\x1B[0m",
+                          "\x1B[1;32m",
+                          "\x1B[44m",
+                          "\x1B[38;5;208m",
+                          "<b>",
+                          "</b>",
+                          "<i>",
+                          "</i>",
+                          "<u>",
+                          "<font color=red>",
+                          "</font>",
+                          "<font size=5>",
+                          "<a href=\"http://a.example\">",
+                          "</a>",
+                          "<span style='color:#ff0000'>",
+                          "</span>",
+                          "<nobr>",
+                          "</nobr>",
+                          "<br>",
+                          "<100hp 20sp>",
+                          "a << b",
+                          "<",
+                          ">",
+                          "<!-- x -->",
+                          "<title>t</title>",
+                          "&amp;",
+                          "http://b.example",
+                          "\xC3\xA4"};
+const Pieces blockPieces{"<center>",
+                         "</center>",
+                         "<p>",
+                         "</p>",
+                         "<ul>",
+                         "<li>",
+                         "</ul>",
+                         "<h1>",
+                         "</h1>",
+                         "<hr>",
+                         "<pre>",
+                         "</pre>",
+                         "<div align=right>",
+                         "</div>",
+                         "<blockquote>",
+                         "</blockquote>",
+                         "<li>",
+                         "</li>",
+                         "<dd>"};
+
+class Random {
+ public:
+  explicit Random(unsigned seed) : engine_(seed) {}
+
+  int below(int count) { return static_cast<int>(engine_() % static_cast<unsigned>(count)); }
+  const QByteArray& of(const Pieces& pieces) {
+    return pieces[static_cast<std::size_t>(below(static_cast<int>(pieces.size())))];
+  }
+  /// About so many bytes.
+  QByteArray read(const Pieces& pieces, qsizetype size) {
+    QByteArray made;
+    while (made.size() < size)
+      made += of(pieces);
+    return made;
+  }
+
+ private:
+  std::mt19937 engine_;
+};
+
+}  // namespace
+
+/// However long a read is, the pane shows what inserting all of it at once
+/// would show.
+class TestWholeReads : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void aReadIsShownWholeHoweverLong_data();
+  void aReadIsShownWholeHoweverLong();
+  void withoutTagsThePaneShowsWhatTheToolkitAloneWould();
+  void longReadsWithoutTags();
+  void longReadsInColoursOfAnyName();
+  void longReadsWithInlineTags();
+  void readsWithBlocksOfUpToEightKilobytes();
+  void theStateBehindALongReadIsThatOfItsBytes();
+  void longReadsWithBlocksLoseNothing();
+  void aLongReadLeavesKeysTheirTurns_data();
+  void aLongReadLeavesKeysTheirTurns();
+
+ private:
+  template <typename Panes>
+  static QString differenceAfter(Panes& panes, const QByteArrayList& reads,
+                                 const PipelineOptions& options,
+                                 const AnsiTranslator::ColourTexts& colours = normalColours) {
+    panes.clear();
+    OutputPipeline pipeline;
+    pipeline.translator().buildColourSpans(colours, boldColours);
+    for (const QByteArray& read : reads)
+      pipeline.readSocketData(read, options, panes);
+    return panes.difference();
+  }
+  static QByteArrayList longReads(Random& random, const Pieces& pieces) {
+    QByteArrayList reads;
+    for (int count = 1 + random.below(3); count > 0; --count)
+      reads << random.read(pieces, 1 + random.below(40'000));
+    return reads;
+  }
+};
+
+void TestWholeReads::aReadIsShownWholeHoweverLong_data() {
+  QTest::addColumn<QByteArray>("line");
+  QTest::newRow("a palette colour") << QByteArray("\x1B[38;5;208mYou see a lamp.\n");
+  QTest::newRow("a palette colour and no other until the end")
+      << QByteArray("\x1B[38;5;208m") + QByteArray("You see a lamp.\n").repeated(600);
+  QTest::newRow("bold") << QByteArray("\x1B[0;31mred \x1B[1mbold\n") +
+                               QByteArray("still bold\n").repeated(1000);
+  QTest::newRow("a background before its text")
+      << QByteArray("\x1B[44mon blue\n").repeated(600) + QByteArray("\x1B[31mred on blue\n");
+  QTest::newRow("letters of several bytes") << QByteArray("\xE2\x82\xAC\xC3\xA4").repeated(2000);
+  QTest::newRow("a line of a link")
+      << QByteArray("http://a.example/") + QByteArray(20'000, 'x') + '\n';
+  QTest::newRow("line ends in a colour code") << QByteArray("\x1B[3\n1mred\n").repeated(800);
+  QTest::newRow("a line end in a telnet command") << QByteArray("\xFF\n\nx\n").repeated(3000);
+  QTest::newRow("a mark of byte order where lines begin")
+      << QByteArray("\xEF\xBB\xBFx\n").repeated(2000);
+  QTest::newRow("blanks where lines begin and end") << QByteArray("  x  \n").repeated(2000);
+  QTest::newRow("lines of nothing") << QByteArray(20'000, '\n');
+  QTest::newRow("one line end, which is the first byte") << '\n' + QByteArray(20'000, 'x');
+  QTest::newRow("one line end, which is the last byte") << QByteArray(20'000, 'x') + '\n';
+}
+
+void TestWholeReads::aReadIsShownWholeHoweverLong() {
+  QFETCH(const QByteArray, line);
+  PaneBesideRaw panes;
+  const QByteArray read = line.repeated(static_cast<int>(60'000 / line.size()) + 1);
+  QCOMPARE(differenceAfter(panes, {"before ", read, " behind"}, withLinks), QString());
+  // The text of a palette colour stands where the next read begins, never within one.
+  QCOMPARE(panes.quick.toPlainText().count("#ff8700"), line.contains("\x1B[38;5;208m") ? 1 : 0);
+}
+
+void TestWholeReads::withoutTagsThePaneShowsWhatTheToolkitAloneWould() {
+  PaneBesideRaw panes;
+  for (unsigned seed = 1; seed <= 3000; ++seed) {
+    Random random(seed);
+    QByteArrayList reads;
+    for (int count = 1 + random.below(4); count > 0; --count)
+      reads << random.read(plainPieces, random.below(300));
+    const QString difference = differenceAfter(panes, reads, withLinks);
+    QVERIFY2(difference.isEmpty(), qPrintable(QString::number(seed) + ": " + difference));
+  }
+}
+
+void TestWholeReads::longReadsWithoutTags() {
+  PaneBesideRaw panes;
+  for (unsigned seed = 1; seed <= 60; ++seed) {
+    Random random(seed);
+    const QByteArrayList reads = longReads(random, plainPieces);
+    const QString difference = differenceAfter(panes, reads, withLinks);
+    QVERIFY2(difference.isEmpty(), qPrintable(QString::number(seed) + ": " + difference));
+  }
+}
+
+void TestWholeReads::longReadsInColoursOfAnyName() {
+  const AnsiTranslator::ColourTexts named{"black",       "red", "#060",    "#666600",
+                                          "rgb(0,0,99)", "",    "#12345g", "#bdbdbd"};
+  TwoPanes panes;
+  for (unsigned seed = 1; seed <= 30; ++seed) {
+    Random random(seed);
+    const QByteArrayList reads = longReads(random, plainPieces);
+    const QString difference = differenceAfter(panes, reads, withLinks, named);
+    QVERIFY2(difference.isEmpty(), qPrintable(QString::number(seed) + ": " + difference));
+  }
+}
+
+void TestWholeReads::longReadsWithInlineTags() {
+  TwoPanes panes;
+  for (unsigned seed = 1; seed <= 60; ++seed) {
+    Random random(seed);
+    const QByteArrayList reads = longReads(random, inlinePieces);
+    const QString difference = differenceAfter(panes, reads, withTagsAndLinks);
+    QVERIFY2(difference.isEmpty(), qPrintable(QString::number(seed) + ": " + difference));
+  }
+}
+
+void TestWholeReads::readsWithBlocksOfUpToEightKilobytes() {
+  TwoPanes panes;
+  for (unsigned seed = 1; seed <= 300; ++seed) {
+    Random random(seed);
+    QByteArray read;
+    while (read.size() < 8000)
+      read += random.below(20) == 0 ? random.of(blockPieces) : random.of(inlinePieces);
+    const QString difference = differenceAfter(panes, {read}, withTagsAndLinks);
+    if (panes.literal.document()->blockCount() >= OutputWidget::maximumParagraphs)
+      continue;
+    QVERIFY2(difference.isEmpty(), qPrintable(QString::number(seed) + ": " + difference));
+  }
+}
+
+void TestWholeReads::theStateBehindALongReadIsThatOfItsBytes() {
+  Client whole;
+  LiteralPipeline literal;
+  literal.buildColourSpans(normalColours, boldColours);
+  for (unsigned seed = 1; seed <= 100; ++seed) {
+    Random random(seed);
+    for (const PipelineOptions& options : {withLinks, withTagsAndLinks}) {
+      const QByteArray read = random.read(plainPieces, 30'000);
+      whole.read(read, options);
+      QCOMPARE(whole.host.events, literal.read(read, options));
+    }
+  }
+}
+
+void TestWholeReads::longReadsWithBlocksLoseNothing() {
+  TwoPanes panes;
+  OutputPipeline pipeline;
+  pipeline.translator().buildColourSpans(normalColours, boldColours);
+  QByteArray read = "<center><font color=red>";
+  for (int i = 0; i < 400; ++i)
+    read += "<p>paragraph " + QByteArray::number(i) + " of the tale</p>" +
+            QByteArray("with more lines\n").repeated(5);
+  pipeline.readSocketData(read, withTagsAndLinks, panes);
+  const auto words = [](OutputWidget& pane) {
+    return pane.toPlainText().split(QRegularExpression("\\s+"), Qt::SkipEmptyParts);
+  };
+  QCOMPARE(words(panes.quick).join(' ').remove(' '),
+           panes.literal.toPlainText().remove(QRegularExpression("\\s+")));
+  const QTextCursor last = panes.quick.document()->find("paragraph 399");
+  QVERIFY(last.blockFormat().alignment().testFlag(Qt::AlignHCenter));
+  QCOMPARE(last.charFormat().foreground().color(), QColor("red"));
+}
+
+void TestWholeReads::aLongReadLeavesKeysTheirTurns_data() {
+  QTest::addColumn<QByteArray>("read");
+  QTest::addColumn<PipelineOptions>("options");
+  QByteArray game;
+  for (int i = 0; game.size() < 2'000'000; ++i)
+    game += "\x1B[3" + QByteArray::number(i % 8) + "mYou see lamp " + QByteArray::number(i) +
+            "\x1B[0m and a door to the north.\r\n";
+  QTest::newRow("text of the game") << game << withLinks;
+  QTest::newRow("text of the game, with prompts in brackets")
+      << game.replace("and a door", "<100hp 20sp>") << withTagsAndLinks;
+  QTest::newRow("items in lists in lists")
+      << QByteArray("<ul>").repeated(32) + QByteArray("<li>x").repeated(20'000) << withTagsAndLinks;
+  QTest::newRow("bold words without a line end")
+      << QByteArray("<b>word</b> other ").repeated(20'000) << withTagsAndLinks;
+}
+
+void TestWholeReads::aLongReadLeavesKeysTheirTurns() {
+  QFETCH(const QByteArray, read);
+  QFETCH(const PipelineOptions, options);
+  // The longest turn, in milliseconds, where one insertion of it all takes
+  // seconds to minutes; a busy machine and sanitizers make some of that too.
+  constexpr qint64 patience = 2500;
+  TwoPanes panes;
+  RecordingHost host;
+  OutputPipeline pipeline;
+  pipeline.translator().buildColourSpans(normalColours, boldColours);
+  pipeline.readSocketData(read, options, host);
+  QElapsedTimer timer;
+  timer.start();
+  panes.quick.showServerText(host.texts.first());
+  qint64 longest = timer.elapsed();
+  int turns = 0;
+  while (!panes.quick.settled() && turns < 40) {
+    timer.start();
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    longest = std::max(longest, timer.elapsed());
+    ++turns;
+  }
+  QVERIFY(turns > 5);
+  QVERIFY2(longest < patience, qPrintable(QString::number(longest)));
+}
+
+KELMORA_GUI_TEST_MAIN(TestWholeReads)
+#include "tst_wholereads.moc"
