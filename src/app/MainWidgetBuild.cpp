@@ -38,7 +38,9 @@ MainWidget::MainWidget(settings::StorePlace store) : store_(std::move(store)) {
     net::installConfiguredProxy(settings_);
   echoEnabled_ = settings_.displayLocalEcho;
   buildColourSpans();
-  loadAutomationFiles(*this, macroTable_, triggerTable_, aliasTable_, variableTable_.map());
+  VariableTable::Entries variables;
+  loadAutomationFiles(*this, macroTable_, triggerTable_, aliasTable_, variables);
+  variableTable_.load(variables);
   QApplication::setStyle(settings_.interfaceStyle);
   createWidgets();
   createDialogs();

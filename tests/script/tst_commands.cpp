@@ -143,7 +143,7 @@ void TestCommands::changesVariables() {
   QFETCH(const Entries, before);
   QFETCH(const QString, action);
   ScriptFixture script;
-  script.variables.map() = before;
+  script.variables.load(before);
   QCOMPARE(script.type(action), 0);
   QTEST(script.variables.entries(), "after");
   QTEST(script.host.log, "log");
