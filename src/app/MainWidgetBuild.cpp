@@ -84,6 +84,8 @@ void MainWidget::createWidgets() {
   outputPane_->setPalette(palette);
   beeper_ = std::make_unique<Beeper>();
   socketReader_ = std::make_unique<SocketReader>(*socket_, [this](const QByteArray& bytes) {
+    // Each line of it may run a script of its own.
+    const Losses::Event event(interpreter_.losses());
     pipeline_.readSocketData(bytes,
                              {.displayAnsiColor = settings_.displayAnsiColor,
                               .playBeeps = settings_.playBeeps,
