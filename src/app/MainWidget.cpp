@@ -285,9 +285,11 @@ QIODevice& MainWidget::gameDevice() {
 }
 
 void MainWidget::sendLine(QTextStream& stream, const QString& line) {
-  net::sendLine(stream, line);
+  const bool isNews = lostLines_.areNews(net::sendLine(stream, line));
   if (echoEnabled_ && settings_.displayLocalEcho)
     outputPane_->echoSentText(line + QStringLiteral("\r\n"));
+  if (isNews)
+    printError(QStringLiteral("The server takes no lines: this one and what follows is lost"));
 }
 
 void MainWidget::printError(const QString& text) {

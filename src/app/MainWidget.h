@@ -9,6 +9,7 @@
 #include "automation/core/MacroTable.h"
 #include "automation/core/TriggerTable.h"
 #include "dialogs/SettingsHost.h"
+#include "net/SendLine.h"
 #include "net/ServerConnection.h"
 #include "net/SocketReader.h"
 #include "script/AliasLookup.h"
@@ -146,6 +147,7 @@ class MainWidget : public QWidget,
   bool echoEnabled_ = false;
   OutputPipeline pipeline_;
   Interpreter interpreter_{*this, variableTable_, *this};
+  net::LostLines lostLines_;
 
   // Children of the window.
   QTcpSocket* socket_ = nullptr;

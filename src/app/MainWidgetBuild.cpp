@@ -46,7 +46,9 @@ MainWidget::MainWidget(settings::StorePlace store) : store_(std::move(store)) {
     net::installConfiguredProxy(settings_);
   echoEnabled_ = settings_.displayLocalEcho;
   buildColourSpans();
-  loadAutomationFiles(*this, macroTable_, triggerTable_, aliasTable_, variableTable_.map());
+  VariableTable::Entries variables;
+  loadAutomationFiles(*this, macroTable_, triggerTable_, aliasTable_, variables);
+  variableTable_.load(variables);
   QApplication::setStyle(settings_.interfaceStyle);
   createWidgets();
   createDialogs();
@@ -90,6 +92,8 @@ void MainWidget::createWidgets() {
   outputPane_->setPalette(palette);
   beeper_ = std::make_unique<Beeper>();
   socketReader_ = std::make_unique<SocketReader>(*socket_, [this](const QByteArray& bytes) {
+    // Each line of it may run a script of its own.
+    const Losses::Event event(interpreter_.losses());
     pipeline_.readSocketData(bytes,
                              {.displayAnsiColor = settings_.displayAnsiColor,
                               .playBeeps = settings_.playBeeps,

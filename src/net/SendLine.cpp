@@ -2,28 +2,42 @@
 
 #include <QAbstractSocket>
 #include <QTextStream>
+#include <utility>
 
 namespace {
 
 // After a failed attempt the socket is still an open device that takes nothing;
 // a stream that tried would keep every further line in memory.
-bool takesLines(const QIODevice* device) {
+net::SendResult resultOfWriting(const QIODevice* device) {
+  using enum net::SendResult;
   if (device == nullptr || !device->isWritable())
-    return false;
+    return NothingTakesIt;
   const auto* const socket = qobject_cast<const QAbstractSocket*>(device);
-  return socket == nullptr || (socket->state() != QAbstractSocket::UnconnectedState &&
-                               socket->bytesToWrite() < net::largestBacklog);
+  if (socket == nullptr)
+    return Sent;
+  if (socket->state() == QAbstractSocket::UnconnectedState)
+    return NothingTakesIt;
+  return socket->bytesToWrite() < net::largestBacklog ? Sent : BacklogIsFull;
 }
 
 }  // namespace
 
 namespace net {
 
-void sendLine(QTextStream& stream, const QString& line) {
-  if (!takesLines(stream.device()))
-    return;
-  stream << line << QLatin1String("\r\n");
-  stream.flush();
+SendResult sendLine(QTextStream& stream, const QString& line) {
+  const SendResult result = resultOfWriting(stream.device());
+  if (result == SendResult::Sent) {
+    stream << line << QLatin1String("\r\n");
+    stream.flush();
+  }
+  return result;
+}
+
+bool LostLines::areNews(SendResult result) {
+  if (result == SendResult::NothingTakesIt)
+    return false;
+  const bool before = std::exchange(losing_, result == SendResult::BacklogIsFull);
+  return losing_ && !before;
 }
 
 }  // namespace net

@@ -7,8 +7,13 @@ namespace script {
 namespace {
 
 scan::Format compiled(QByteArrayView format) {
-  // Both formats are written below and compile.
-  return scan::Format::compile(format).value();
+  // Both formats are written below and compile. One byte more than an argument
+  // holds tells that there were more.
+  return scan::Format::compile(format, longestArgument + 1).value();
+}
+
+QString argumentOf(const QByteArray& field) {
+  return QString::fromUtf8(field.first(qMin(field.size(), longestArgument)));
 }
 
 }  // namespace
@@ -18,16 +23,20 @@ std::optional<Arguments> splitOneArgument(const QString& action) {
   const scan::Result fields = format.scan(action.toLatin1());
   if (!fields.complete())
     return std::nullopt;
-  return Arguments{.first = QString::fromUtf8(fields.text(0)), .second = {}};
+  const QByteArray only = fields.text(0);
+  return Arguments{
+      .first = argumentOf(only), .second = {}, .wasCut = only.size() > longestArgument};
 }
 
 std::optional<Arguments> splitTwoArguments(const QString& action) {
   static const scan::Format format = compiled("%*s %[^,],%[^\n]");
   const scan::Result fields = format.scan(action.toLatin1());
-  if (!fields.complete())
+  if (!fields.complete() || fields.text(0).size() > longestArgument)
     return std::nullopt;
-  return Arguments{.first = QString::fromUtf8(fields.text(0)),
-                   .second = QString::fromUtf8(fields.text(1))};
+  const QByteArray second = fields.text(1);
+  return Arguments{.first = argumentOf(fields.text(0)),
+                   .second = argumentOf(second),
+                   .wasCut = second.size() > longestArgument};
 }
 
 }  // namespace script

@@ -4,26 +4,20 @@ namespace script {
 
 namespace {
 
-struct Number {
-  explicit Number(const QString& text) : whole(text.toInt(&isWhole)), real(text.toFloat(&isReal)) {}
-
-  // Before the numbers, whose parsing sets them.
+std::optional<int> wholeOf(const QString& text) {
   bool isWhole = false;
-  bool isReal = false;
-  int whole;
-  float real;
+  const int number = text.toInt(&isWhole);
+  return isWhole ? std::optional(number) : std::nullopt;
+}
 
-  [[nodiscard]] bool isNumeric() const { return isWhole || isReal; }
-};
+std::optional<float> realOf(const QString& text) {
+  bool isReal = false;
+  const float number = text.toFloat(&isReal);
+  return isReal ? std::optional(number) : std::nullopt;
+}
 
 QString wrapped(quint32 sum) {
   return QString::number(static_cast<qint32>(sum));
-}
-
-QString calculateWhole(Operation operation, const Number& a, const Number& b) {
-  const auto left = static_cast<quint32>(a.whole);
-  const auto right = static_cast<quint32>(b.whole);
-  return wrapped(operation == Operation::Add ? left + right : left - right);
 }
 
 QString calculateReal(Operation operation, float a, float b) {
@@ -42,19 +36,31 @@ QString calculateReal(Operation operation, float a, float b) {
   return QString::number(double{a / divisor}, 'f', 6);
 }
 
+QString calculateWhole(Operation operation, int a, int b) {
+  const auto left = static_cast<quint32>(a);
+  const auto right = static_cast<quint32>(b);
+  if (operation == Operation::Add)
+    return wrapped(left + right);
+  if (operation == Operation::Subtract)
+    return wrapped(left - right);
+  // A quirk kept on purpose: products of whole numbers are written as reals.
+  return calculateReal(operation, static_cast<float>(a), static_cast<float>(b));
+}
+
 }  // namespace
 
 std::optional<QString> calculate(Operation operation, const QString& value,
                                  const QString& operand) {
-  const Number a(value);
-  const Number b(operand);
-  if (!a.isNumeric() || !b.isNumeric())
-    return operation == Operation::Add ? std::optional(value + operand) : std::nullopt;
-  const bool sum = operation == Operation::Add || operation == Operation::Subtract;
-  // A quirk kept on purpose: products of whole numbers are written as reals.
-  if (sum && a.isWhole && b.isWhole)
-    return calculateWhole(operation, a, b);
-  return calculateReal(operation, a.real, b.real);
+  const std::optional<int> wholeA = wholeOf(value);
+  const std::optional<int> wholeB = wholeOf(operand);
+  if (wholeA && wholeB)
+    return calculateWhole(operation, *wholeA, *wholeB);
+  // Whatever is whole is real, too.
+  const std::optional<float> a = realOf(value);
+  const std::optional<float> b = realOf(operand);
+  if (a && b)
+    return calculateReal(operation, *a, *b);
+  return operation == Operation::Add ? std::optional(value + operand) : std::nullopt;
 }
 
 int loopCount(const QString& count, int limit) {

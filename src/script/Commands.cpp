@@ -5,6 +5,7 @@
 
 #include "scan/Integer.h"
 #include "script/ActionQueue.h"
+#include "script/Losses.h"
 #include "script/RunBudget.h"
 #include "script/ScriptHost.h"
 #include "script/VariableTable.h"
@@ -77,14 +78,19 @@ std::optional<Sequel> Commands::run(const QString& action) {
                                     [&](const Command& row) { return row.word == word; });
   if (command == Table::rows.end())
     return std::nullopt;
-  if (const std::optional<Arguments> arguments = argumentsOf(*command, action))
-    return (this->*command->handler)(*arguments);
-  host_.printError(command->error);
-  return Sequel();
+  std::optional<Arguments> arguments = split(*command, action);
+  if (!arguments) {
+    host_.printError(command->error);
+    return Sequel();
+  }
+  prepare(*command, *arguments);
+  // With half of its variables replaced a text is another one.
+  if (budget_.overspent())
+    return Sequel();
+  return (this->*command->handler)(*arguments);
 }
 
-std::optional<Commands::Arguments> Commands::argumentsOf(const Command& command,
-                                                         const QString& action) {
+std::optional<Commands::Arguments> Commands::split(const Command& command, const QString& action) {
   if (command.form == Form::None)
     return Arguments();
   const bool mayBeOne = command.form == Form::TextAndMaybeColour;
@@ -96,23 +102,36 @@ std::optional<Commands::Arguments> Commands::argumentsOf(const Command& command,
     if (arguments && mayBeOne)
       arguments->second = white;
   }
-  if (!arguments || command.form == Form::OneRaw)
-    return arguments;
-  arguments->first = arguments->first.trimmed();
-  arguments->second = arguments->second.trimmed();
-  if (command.substituted == Substituted::First || command.substituted == Substituted::Both)
-    arguments->first = substituted(arguments->first);
-  if (command.substituted == Substituted::Second || command.substituted == Substituted::Both)
-    arguments->second = substituted(arguments->second);
   return arguments;
 }
 
-QString Commands::substituted(const QString& text) {
-  QString result = variables_.substituteVariables(text);
-  const qint64 names = text.count(u'{') * text.count(u'}');
-  budget_.spend(qMin<qint64>(names, variables_.size()));
-  budget_.spendText(result.size());
-  return result;
+void Commands::prepare(const Command& command, Arguments& arguments) {
+  if (arguments.wasCut)
+    losses_.tell(QStringLiteral("Text cut at %1 bytes: ").arg(script::longestArgument),
+                 command.word);
+  if (command.form == Form::OneRaw)
+    return;
+  arguments.first = arguments.first.trimmed();
+  arguments.second = arguments.second.trimmed();
+  if (command.substituted == Substituted::First || command.substituted == Substituted::Both)
+    substitute(command, arguments.first);
+  if (command.substituted == Substituted::Second || command.substituted == Substituted::Both)
+    substitute(command, arguments.second);
+}
+
+void Commands::substitute(const Command& command, QString& argument) {
+  // One that is broken off has taken more steps than there are.
+  const script::Substitution substitution =
+      variables_.substitution(argument, (budget_.left() + 1) * RunBudget::charactersPerStep);
+  budget_.spendText(substitution.work());
+  argument = substitution.text();
+  if (substitution.wasCut())
+    tellCut(command.word);
+}
+
+void Commands::tellCut(QLatin1StringView word) {
+  losses_.tell(QStringLiteral("Text cut at %1 characters: ").arg(VariableTable::maximumLength),
+               word);
 }
 
 Sequel Commands::set(const Arguments& arguments) {
@@ -130,12 +149,8 @@ Sequel Commands::list(const Arguments& /*arguments*/) {
   host_.printInfo(QStringLiteral("Global variables:"));
   // A copy, in case the host changes them meanwhile.
   const VariableTable::Entries entries = variables_.entries();
-  for (auto entry = entries.cbegin(); entry != entries.cend() && !budget_.overspent(); ++entry) {
-    const QString line = u' ' + entry.key() + QStringLiteral(" : ") + entry.value();
-    budget_.spend(1);
-    budget_.spendText(line.size());
-    host_.printInfo(line);
-  }
+  for (auto entry = entries.cbegin(); entry != entries.cend() && !budget_.overspent(); ++entry)
+    host_.printInfo(u' ' + entry.key() + QStringLiteral(" : ") + entry.value());
   return {};
 }
 
@@ -146,15 +161,17 @@ Sequel Commands::calculate(const Arguments& arguments) {
     return {};
   }
   const QString value = variables_.value(arguments.first);
-  // Both texts are read as numbers in two ways, which takes its time.
-  budget_.spendText(8 * (value.size() + arguments.second.size()));
-  if (const auto result = script::calculate(operation, value, arguments.second))
-    variables_.set(arguments.first, *result);
+  budget_.spendNumber(value.size() + arguments.second.size());
+  const auto result = script::calculate(operation, value, arguments.second);
+  // Nothing else grows.
+  if (result && !variables_.set(arguments.first, *result))
+    tellCut("/add"_L1);
   return {};
 }
 
 template <Comparison comparison>
 Sequel Commands::compare(const Arguments& arguments) {
+  budget_.spendNumber(arguments.first.size() + arguments.second.size());
   conditionFlag_ = script::compare(comparison, arguments.first, arguments.second);
   return {};
 }

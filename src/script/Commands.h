@@ -9,6 +9,7 @@
 #include "script/Comparisons.h"
 
 class ActionQueue;
+class Losses;
 class RunBudget;
 class ScriptHost;
 class VariableTable;
@@ -40,8 +41,9 @@ class Commands {
   static constexpr int condLoopLimit = 513;
   static constexpr int repeatLimit = 512;
 
-  Commands(ScriptHost& host, VariableTable& variables, ActionQueue& queue, RunBudget& budget)
-      : host_(host), variables_(variables), queue_(queue), budget_(budget) {}
+  Commands(ScriptHost& host, VariableTable& variables, ActionQueue& queue, RunBudget& budget,
+           Losses& losses)
+      : host_(host), variables_(variables), queue_(queue), budget_(budget), losses_(losses) {}
 
   /// Runs the command whose word stands before the action's first space;
   /// nothing when that is no command's. Words are compared exactly. Errors are
@@ -56,8 +58,13 @@ class Commands {
   struct Command;
   struct Table;
 
-  [[nodiscard]] std::optional<Arguments> argumentsOf(const Command& command, const QString& action);
-  [[nodiscard]] QString substituted(const QString& text);
+  [[nodiscard]] static std::optional<Arguments> split(const Command& command,
+                                                      const QString& action);
+  /// The arguments as the command takes them: trimmed, and their variables
+  /// replaced.
+  void prepare(const Command& command, Arguments& arguments);
+  void substitute(const Command& command, QString& argument);
+  void tellCut(QLatin1StringView word);
 
   Sequel set(const Arguments& arguments);
   Sequel remove(const Arguments& arguments);
@@ -77,5 +84,6 @@ class Commands {
   VariableTable& variables_;
   ActionQueue& queue_;
   RunBudget& budget_;
+  Losses& losses_;
   bool conditionFlag_ = false;
 };

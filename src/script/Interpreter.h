@@ -6,6 +6,8 @@
 
 #include "script/ActionQueue.h"
 #include "script/Commands.h"
+#include "script/Losses.h"
+#include "script/MeteredHost.h"
 #include "script/RunBudget.h"
 
 class AliasLookup;
@@ -16,14 +18,15 @@ class VariableTable;
 /// Understands one action: a slash-command, an alias, or a line for the game
 /// server (written with a doubled slash if it begins with one).
 ///
-/// What an action starts — an alias's list, a loop — is kept on a stack of its
-/// own and not on the program's, so that nesting costs memory by the bytes and
-/// is bounded by RunBudget alone.
+/// An alias that comes back to itself by lines of lists alone has no end for
+/// certain: it is stopped where it would begin again, and what stands around it
+/// goes on. One that comes back through a condition or a loop may well end, and
+/// runs until RunBudget says otherwise.
 class Interpreter {
  public:
   /// Host, variables and aliases outlive the interpreter.
   Interpreter(ScriptHost& host, VariableTable& variables, const AliasLookup& aliases,
-              const RunBudget::Limits& limits = {});
+              qint64 steps = RunBudget::stepLimit);
   Q_DISABLE_COPY_MOVE(Interpreter)
 
   /// Runs one action, and all that it starts, to completion. Returns the delay
@@ -34,6 +37,8 @@ class Interpreter {
 
   /// The lists that go with this interpreter.
   [[nodiscard]] ActionQueue& actionQueue() { return queue_; }
+  /// For an event that starts several runs.
+  [[nodiscard]] Losses& losses() { return losses_; }
 
  private:
   friend class ActionQueue;
@@ -50,13 +55,13 @@ class Interpreter {
   int perform(Stack& stack, const Next& next);
   int follow(Stack& stack, const Sequel& sequel, Place place);
   void park(Stack& stack, const Pause& pause);
-  void callOrSend(Stack& stack, const QString& text);
-  [[nodiscard]] bool endsForSteps();
-  void endRun(const QString& why);
+  void callOrSend(Stack& stack, const QString& text, Place place);
+  [[nodiscard]] bool endsForSteps(const Stack& stack);
 
-  ScriptHost& host_;
   const AliasLookup& aliases_;
   RunBudget budget_;
+  MeteredHost host_;
+  Losses losses_;
   ActionQueue queue_;
   Commands commands_;
 };

@@ -2,42 +2,30 @@
 
 #include <QtGlobal>
 
-/// How much one run may do, from the event that starts it to the return to the
-/// event loop, including the runs that start inside it.
+/// How much one run may do, from what starts it to its end, including the runs
+/// that start inside it.
 ///
 /// A script runs to its end inside one event, so one that has no end would
-/// lock the window for good. The limits count what a script does: measured
+/// lock the window for good. The limit counts what a script does: measured
 /// time would make its effect depend on the machine, and continuing in slices
-/// between events would let other scripts run in the middle of a loop. Each
-/// lies far beyond what is written for play. When one is reached the whole run
-/// ends with a single error line, because ending the innermost list only would
-/// have a branching alias reach the limit again and again.
+/// between events would let other scripts run in the middle of a loop. It lies
+/// far beyond what is written for play. When it is reached the whole run ends
+/// with a single error line, because ending the innermost list only would have
+/// a branching alias reach the limit again and again.
+///
+/// A step is about half a microsecond of work or less, so what is no matter of
+/// one step is counted by its size: a run without an end then holds the window
+/// for two or three seconds, whatever it is made of.
 class RunBudget {
  public:
-  /// Aliases (and the loops between them) inside one another.
-  static constexpr qsizetype nestingLimit = 250'000;
-  /// Bodies run by all loops together: twice over what two full loops, one
-  /// inside the other, come to.
-  static constexpr int loopRunLimit = 2 * (513 * 513 + 513);
-  /// Every action is a step; so are 64 characters of it and of a text it makes,
-  /// and every name looked for in such a text.
   static constexpr qint64 stepLimit = 5'000'000;
-  static constexpr qint64 charactersPerStep = 64;
-
-  /// Those of play, unless somebody wants a run to end sooner.
-  struct Limits {
-    qsizetype nesting = nestingLimit;
-    int loopRuns = loopRunLimit;
-    qint64 steps = stepLimit;
-  };
 
   /// Lives as long as a run; the outermost begins with a full budget.
   class Run {
    public:
     explicit Run(RunBudget& budget) : budget_(budget) {
       if (budget_.runs_++ == 0) {
-        budget_.steps_ = budget_.limits_.steps;
-        budget_.loopRuns_ = budget_.limits_.loopRuns;
+        budget_.left_ = budget_.limit_;
         budget_.ended_ = false;
       }
     }
@@ -48,25 +36,48 @@ class RunBudget {
     RunBudget& budget_;
   };
 
-  explicit RunBudget(const Limits& limits) : limits_(limits) {}
+  explicit RunBudget(qint64 limit) : limit_(limit), left_(limit) {}
 
-  [[nodiscard]] const Limits& limits() const { return limits_; }
+  [[nodiscard]] qint64 limit() const { return limit_; }
+  [[nodiscard]] qint64 left() const { return left_; }
 
-  void spend(qint64 steps) { steps_ = steps > steps_ ? -1 : steps_ - steps; }
-  void spendText(qsizetype characters) { spend(characters / charactersPerStep); }
+  void spend(qint64 steps) { left_ = steps > left_ ? -1 : left_ - steps; }
+  /// A text that is copied, searched or divided, in UTF-16 units.
+  void spendText(qint64 characters) { spend(characters / charactersPerStep); }
+  /// A text that is read as a number. A long one takes the toolkit its time.
+  void spendNumber(qint64 characters) {
+    if (characters > longNumber)
+      spend(characters / digitsPerStep);
+  }
+  /// A line that leaves for the server, the pane or both. The pane drops lines
+  /// by their number, so one of more than an argument holds costs it much.
+  void spendLine(qint64 characters) {
+    spend(1 + characters / (characters > longLine ? laidOutPerStep : charactersPerStep));
+  }
+  /// A list called in so many others. They stay in memory until it ends, so the
+  /// deeper it stands the more it costs: some hundred thousand fit.
+  void spendCall(qint64 depth) { spend(1 + depth / levelsPerStep); }
+  /// Texts taken over without copying their characters.
+  void spendCopies(qint64 texts) { spend(texts / copiesPerStep); }
   /// True once more was spent than there was.
-  [[nodiscard]] bool overspent() const { return steps_ < 0; }
-  /// False when no more are left.
-  [[nodiscard]] bool spendLoopRun() { return loopRuns_ > 0 && loopRuns_-- > 0; }
+  [[nodiscard]] bool overspent() const { return left_ < 0; }
 
   /// Nothing more is done in this run, nor in those around it.
   void end() { ended_ = true; }
   [[nodiscard]] bool ended() const { return ended_; }
 
+  static constexpr qint64 charactersPerStep = 256;
+
  private:
-  Limits limits_;
+  static constexpr qint64 longNumber = 64;
+  static constexpr qint64 digitsPerStep = 8;
+  static constexpr qint64 longLine = 1024;
+  static constexpr qint64 laidOutPerStep = 4;
+  static constexpr qint64 levelsPerStep = 16'384;
+  static constexpr qint64 copiesPerStep = 8;
+
+  qint64 limit_;
+  qint64 left_;
   int runs_ = 0;
-  qint64 steps_ = limits_.steps;
-  int loopRuns_ = limits_.loopRuns;
   bool ended_ = false;
 };

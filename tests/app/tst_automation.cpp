@@ -66,7 +66,9 @@ class TestAutomation : public QObject {
   void aWaitingTimerEndsWithTheWindow();
   void unpauseCancels();
   void anEndlessAliasEndsWithOneLineAndTheWindowLives();
+  void anEndlessAliasOfEveryLineOfAReadIsToldOnce();
   void nestedLoopsEndAndTheWindowLives();
+  void linesThatTheServerDoesNotTakeAreToldOnce();
   void aTriggerThatFeedsItselfLetsKeysThrough();
 };
 
@@ -344,6 +346,40 @@ void TestAutomation::anEndlessAliasEndsWithOneLineAndTheWindowLives() {
   QVERIFY2(play.text().contains("loop"), qPrintable(play.text()));
   play.type("alive");
   QTRY_COMPARE(server.received(), QByteArray("alive\r\n"));
+}
+
+void TestAutomation::anEndlessAliasOfEveryLineOfAReadIsToldOnce() {
+  writeFile("triggers.txt", "\ntrigger \"orc\"\nk\nlook\n/trigger\n");
+  writeFile("aliases.txt", "\nalias \"k\"\nkill orc\nk\n/alias\n");
+  GameServer server;
+  PlayWindow play(server.port());
+  QVERIFY(play.connectTo(server));
+  play.pane->clear();
+  server.send(QByteArray("orc\r\n").repeated(5));
+  QTRY_COMPARE(server.received(), QByteArray("kill orc\r\nlook\r\n").repeated(5));
+  QCOMPARE(play.text().count("## "), 1);
+  QVERIFY2(play.text().contains("## Endless alias stopped: k"), qPrintable(play.text()));
+}
+
+void TestAutomation::linesThatTheServerDoesNotTakeAreToldOnce() {
+  GameServer server;
+  PlayWindow play(server.port(), {{"displayLocalEcho", 0}});
+  QVERIFY(play.connectTo(server));
+  play.pane->clear();
+  const QStringList tooMuch(70'000, QString(1000, u'x'));
+  const QString told = QStringLiteral("## The server takes no lines");
+  play.window->runActions(tooMuch);
+  play.window->runActions({"lost", "lost too"});
+  QCOMPARE(play.text().count(told), 1);
+  QCOMPARE(play.text().count("## "), 1);
+  // It takes them after all, and again it takes none.
+  QTRY_VERIFY_WITH_TIMEOUT(server.received().size() > 60'000'000, 60'000);
+  play.type("alive");
+  QTRY_VERIFY(server.received().endsWith("x\r\nalive\r\n"));
+  QVERIFY(!server.received().contains("lost"));
+  QCOMPARE(play.text().count(told), 1);
+  play.window->runActions(tooMuch);
+  QCOMPARE(play.text().count(told), 2);
 }
 
 void TestAutomation::nestedLoopsEndAndTheWindowLives() {

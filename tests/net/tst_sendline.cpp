@@ -21,6 +21,8 @@ class TestSendLine : public QObject {
   void onAStreamWithoutADeviceNothingHappens();
   void afterAFailedAttemptNothingHappens();
   void linesReachTheServer();
+  void tellsWhatBecameOfALine();
+  void linesThatBeginToBeLostAreNews();
   void aServerThatTakesNothingIsHeldABoundedBacklog();
 };
 
@@ -144,6 +146,35 @@ void TestSendLine::linesReachTheServer() {
   QCOMPARE(peer->readAll(), QByteArray());
 }
 
+void TestSendLine::tellsWhatBecameOfALine() {
+  using enum net::SendResult;
+  QBuffer buffer;
+  QVERIFY(buffer.open(QIODevice::ReadWrite));
+  QTextStream toBuffer(&buffer);
+  QCOMPARE(net::sendLine(toBuffer, QStringLiteral("look")), Sent);
+  QBuffer closed;
+  QTextStream toClosed(&closed);
+  QCOMPARE(net::sendLine(toClosed, QStringLiteral("look")), NothingTakesIt);
+  QTextStream toNothing;
+  QCOMPARE(net::sendLine(toNothing, QStringLiteral("look")), NothingTakesIt);
+  QTcpSocket socket;
+  QTextStream toSocket(&socket);
+  QCOMPARE(net::sendLine(toSocket, QStringLiteral("look")), NothingTakesIt);
+}
+
+void TestSendLine::linesThatBeginToBeLostAreNews() {
+  using enum net::SendResult;
+  net::LostLines lost;
+  QVERIFY(!lost.areNews(Sent));
+  QVERIFY(lost.areNews(BacklogIsFull));
+  QVERIFY(!lost.areNews(BacklogIsFull));
+  // The connection has ended; what is typed then is no line for the old server.
+  QVERIFY(!lost.areNews(NothingTakesIt));
+  QVERIFY(!lost.areNews(BacklogIsFull));
+  QVERIFY(!lost.areNews(Sent));
+  QVERIFY(lost.areNews(BacklogIsFull));
+}
+
 void TestSendLine::aServerThatTakesNothingIsHeldABoundedBacklog() {
   QTcpServer server;
   QVERIFY(server.listen(QHostAddress::LocalHost));
@@ -152,8 +183,14 @@ void TestSendLine::aServerThatTakesNothingIsHeldABoundedBacklog() {
   QVERIFY(socket.waitForConnected());
   QTextStream stream(&socket);
   const QString line(1'000'000, u'x');
-  for (int i = 0; i < 100; ++i)
-    net::sendLine(stream, line);
+  auto result = net::SendResult::Sent;
+  qint64 sent = 0;
+  for (int i = 0; i < 100; ++i) {
+    result = net::sendLine(stream, line);
+    sent += result == net::SendResult::Sent ? 1 : 0;
+  }
+  QCOMPARE(result, net::SendResult::BacklogIsFull);
+  QVERIFY(sent < 100);
   QVERIFY(socket.bytesToWrite() > 50'000'000);
   QVERIFY(socket.bytesToWrite() < net::largestBacklog + line.size() + 2);
   // Once the server takes them, all that waits comes whole, and further lines go.
@@ -163,8 +200,8 @@ void TestSendLine::aServerThatTakesNothingIsHeldABoundedBacklog() {
   connect(peer, &QTcpSocket::readyRead, this, [&] { received += peer->readAll().size(); });
   const qint64 waiting = socket.bytesToWrite();
   QTRY_COMPARE_WITH_TIMEOUT(received, waiting, 60'000);
-  QCOMPARE(received % (line.size() + 2), 0);
-  net::sendLine(stream, QStringLiteral("look"));
+  QCOMPARE(received, sent * (line.size() + 2));
+  QCOMPARE(net::sendLine(stream, QStringLiteral("look")), net::SendResult::Sent);
   QTRY_COMPARE(received, waiting + 6);
 }
 

@@ -2,10 +2,12 @@
 
 #include <QHash>
 #include <QMap>
+#include <QSet>
 #include <QStringList>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <optional>
 
 /// The rules of scripts once more, written as plainly as they can be told:
@@ -26,25 +28,15 @@ class PlainScript {
   bool gaveUp = false;
 
   void run(const QStringList& actions) {
-    for (qsizetype i = 0; i < actions.size() && !gaveUp; ++i) {
-      QString id;
-      const int delay = interpret(actions[i], id);
-      if (delay <= 0)
-        continue;
-      if (timers.contains(id)) {
-        log << "## Duplicate timer id: " + id;
-      } else {
-        timers[id] = actions.mid(i + 1);
-        delays[id] = delay;
-      }
-      return;
-    }
+    told_.clear();
+    runList(actions, {});
   }
 
   /// One line as it comes from an input bar that splits nothing.
   void type(const QString& line) {
+    told_.clear();
     QString id;
-    interpret(line, id);
+    interpret(line, id, {});
   }
 
   void fire(const QString& id) {
@@ -58,26 +50,43 @@ class PlainScript {
     QString second;
   };
 
-  static std::optional<QString> rawArgument(const QString& action) {
-    std::array<char, 1024> one{};
-    if (std::sscanf(action.toLatin1().constData(), "%*s %1023[^\n]", one.data()) != 1)
-      return std::nullopt;
-    return QString::fromUtf8(one.data());
+  /// One byte more than an argument holds tells that there were more.
+  using Field = std::array<char, 1025>;
+
+  QString textOf(Field& field, const QString& word) {
+    if (std::strlen(field.data()) > 1023) {
+      field[1023] = 0;
+      tell("Text cut at 1023 bytes: ", word);
+    }
+    return QString::fromUtf8(field.data());
   }
 
-  static std::optional<QString> oneArgument(const QString& action) {
-    const auto raw = rawArgument(action);
+  std::optional<QString> rawArgument(const QString& word, const QString& action) {
+    Field one{};
+    if (std::sscanf(action.toLatin1().constData(), "%*s %1024[^\n]", one.data()) != 1)
+      return std::nullopt;
+    return textOf(one, word);
+  }
+
+  std::optional<QString> oneArgument(const QString& word, const QString& action) {
+    const auto raw = rawArgument(word, action);
     return raw ? std::optional(raw->trimmed()) : std::nullopt;
   }
 
-  static std::optional<Two> twoArguments(const QString& action) {
-    std::array<char, 1024> first{};
-    std::array<char, 1024> second{};
-    if (std::sscanf(action.toLatin1().constData(), "%*s %1023[^,],%1023[^\n]", first.data(),
+  std::optional<Two> twoArguments(const QString& word, const QString& action) {
+    Field first{};
+    Field second{};
+    if (std::sscanf(action.toLatin1().constData(), "%*s %1023[^,],%1024[^\n]", first.data(),
                     second.data()) != 2)
       return std::nullopt;
-    return Two{QString::fromUtf8(first.data()).trimmed(),
-               QString::fromUtf8(second.data()).trimmed()};
+    return Two{QString::fromUtf8(first.data()).trimmed(), textOf(second, word).trimmed()};
+  }
+
+  /// A loss is told once in an event.
+  void tell(const QString& loss, const QString& about) {
+    if (!told_.contains(loss))
+      log << "## " + loss + about;
+    told_.insert(loss);
   }
 
   QString substitute(QString text) {
@@ -88,14 +97,38 @@ class PlainScript {
     return text;
   }
 
-  void aliasOrSend(const QString& text) {
-    if (aliases.contains(text))
-      run(QStringList(aliases[text]));
-    else
-      log << "> " + text;
+  /// The aliases whose lists led here, line by line, are `open`.
+  void runList(const QStringList& actions, const QStringList& open) {
+    for (qsizetype i = 0; i < actions.size() && !gaveUp && !circle_; ++i) {
+      QString id;
+      const int delay = interpret(actions[i], id, open);
+      if (delay <= 0)
+        continue;
+      if (timers.contains(id)) {
+        log << "## Duplicate timer id: " + id;
+      } else {
+        timers[id] = actions.mid(i + 1);
+        delays[id] = delay;
+      }
+      return;
+    }
   }
 
-  int interpret(QString action, QString& id) {
+  void aliasOrSend(const QString& text, const QStringList& open) {
+    if (!aliases.contains(text)) {
+      log << "> " + text;
+    } else if (open.contains(text)) {
+      circle_ = text;
+      tell("Endless alias stopped: " + text, {});
+    } else {
+      runList(QStringList(aliases[text]), open + QStringList(text));
+      // Everything up to the call that would have come again is left.
+      if (circle_ == text)
+        circle_.reset();
+    }
+  }
+
+  int interpret(QString action, QString& id, const QStringList& open) {
     if (++actionCount_ > mostActions)
       gaveUp = true;
     if (gaveUp)
@@ -103,7 +136,7 @@ class PlainScript {
     if (!action.startsWith("/") || action.startsWith("//")) {
       if (action.startsWith("//"))
         action.remove(0, 1);
-      aliasOrSend(action);
+      aliasOrSend(action, open);
       return 0;
     }
     const QString word = action.split(' ').first();
@@ -116,7 +149,7 @@ class PlainScript {
       return 0;
     }
     if (word == "/unpause") {
-      const auto raw = rawArgument(action);
+      const auto raw = rawArgument(word, action);
       if (!raw)
         log << "## /unpause takes one argument";
       else if (timers.remove(*raw) > 0)
@@ -126,7 +159,7 @@ class PlainScript {
       return 0;
     }
     if (word == "/echo") {
-      echo(action);
+      echo(word, action);
       return 0;
     }
     static const QStringList withTwo{"/set",
@@ -143,10 +176,10 @@ class PlainScript {
                                      "/repeat",
                                      "/pause"};
     if (!withTwo.contains(word)) {
-      aliasOrSend(action);
+      aliasOrSend(action, open);
       return 0;
     }
-    const auto two = twoArguments(action);
+    const auto two = twoArguments(word, action);
     if (!two) {
       log << "## " + word + " takes two arguments";
       return 0;
@@ -155,13 +188,13 @@ class PlainScript {
   }
 
   int withOne(const QString& word, const QString& action, QString& id) {
-    const auto one = oneArgument(action);
+    const auto one = oneArgument(word, action);
     if (!one)
       log << "## " + word + " takes one argument";
     else if (word == "/delete" && variables.remove(*one) == 0)
       log << "## No such variable to delete: " + *one;
     else if (word == "/cond" && flag_)
-      interpret(*one, id);
+      interpret(*one, id, {});
     else if (word == "/condloop")
       conditionLoop(*one, id);
     return 0;
@@ -173,17 +206,17 @@ class PlainScript {
         log << "## /condloop has reached maximum evaluation";
         return;
       }
-      interpret(body, id);
+      interpret(body, id, {});
     }
   }
 
-  void echo(const QString& action) {
+  void echo(const QString& word, const QString& action) {
     QString text;
     QString colour = "#FFFFFF";
-    if (const auto two = twoArguments(action)) {
+    if (const auto two = twoArguments(word, action)) {
       text = two->first;
       colour = "#" + two->second;
-    } else if (const auto one = oneArgument(action)) {
+    } else if (const auto one = oneArgument(word, action)) {
       text = *one;
     } else {
       log << "## /echo takes at least one argument";
@@ -203,7 +236,7 @@ class PlainScript {
       const float count = first.toFloat();
       const int n = count >= -2147483648.0F && count < 2147483648.0F ? static_cast<int>(count) : 0;
       for (int i = 0; i < qMin(n, 512) && !gaveUp; ++i)
-        interpret(two.second, id);
+        interpret(two.second, id, {});
     } else if (word == "/set") {
       variables[two.first] = second;
     } else if (word == "/isequal") {
@@ -236,9 +269,13 @@ class PlainScript {
     bool realB = false;
     const qint64 a = value.toInt(&wholeA);
     const qint64 b = operand.toInt(&wholeB);
-    const float x = value.toFloat(&realA);
-    const float y = operand.toFloat(&realB);
+    float x = value.toFloat(&realA);
+    float y = operand.toFloat(&realB);
     const bool whole = wholeA && wholeB;
+    if (whole) {
+      x = static_cast<float>(a);
+      y = static_cast<float>(b);
+    }
     if (!(wholeA || realA) || !(wholeB || realB)) {
       if (word == "/add")
         variables[name] = value + operand;
@@ -259,5 +296,8 @@ class PlainScript {
   }
 
   int actionCount_ = 0;
+  QSet<QString> told_;
+  /// Set while the lists of an endless alias are being left.
+  std::optional<QString> circle_;
   bool flag_ = false;
 };

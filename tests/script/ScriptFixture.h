@@ -71,8 +71,8 @@ class AliasMap : public AliasLookup, public QHash<QString, QStringList> {
 
 /// A whole script room with a recording host around it.
 struct ScriptFixture {
-  explicit ScriptFixture(const RunBudget::Limits& limits = {})
-      : interpreter(host, variables, aliases, limits) {}
+  explicit ScriptFixture(qint64 steps = RunBudget::stepLimit)
+      : interpreter(host, variables, aliases, steps) {}
 
   RecordingHost host;
   VariableTable variables;

@@ -12,6 +12,13 @@ class TestAliases : public QObject {
   void anAliasRunsNestedAndAtOnce();
   void aPauseDefersOnlyTheRestOfItsAlias();
   void aCommandOfAnAliasCanChangeTheTable();
+  void anAliasThatComesBackByListsAloneIsStopped_data();
+  void anAliasThatComesBackByListsAloneIsStopped();
+  void anAliasThatIsOnlyCalledAgainIsNoCircle_data();
+  void anAliasThatIsOnlyCalledAgainIsNoCircle();
+  void anEndlessAliasTypedAloneIsStopped();
+  void anEndlessAliasIsNamedOnceInAnEvent();
+  void thePausesOfAnEndlessAliasStay();
 };
 
 void TestAliases::looksUp_data() {
@@ -89,6 +96,127 @@ void TestAliases::aCommandOfAnAliasCanChangeTheTable() {
       script.aliases.clear();
   };
   QCOMPARE(script.logOf({"go"}), (QStringList{"> first", "> second", "> go"}));
+}
+
+using Aliases = QHash<QString, QStringList>;
+using List = QStringList;
+
+void TestAliases::anAliasThatComesBackByListsAloneIsStopped_data() {
+  QTest::addColumn<Aliases>("aliases");
+  QTest::addColumn<QStringList>("actions");
+  QTest::addColumn<QStringList>("log");
+  const auto row = [](const char* name, const Aliases& aliases, const List& actions,
+                      const List& log) { QTest::newRow(name) << aliases << actions << log; };
+  const QString kStopped = QStringLiteral("## Endless alias stopped: k");
+  row("it sends its lines once, and the list goes on", {{"k", {"kill orc", "k"}}}, {"k", "look"},
+      {"> kill orc", kStopped, "> look"});
+  row("nothing behind its own call is run", {{"k", {"k", "never"}}}, {"k", "look"},
+      {kStopped, "> look"});
+  row("it is left by all of its calls at once", {{"k", {"k", "k", "k"}}}, {"k", "look"},
+      {kStopped, "> look"});
+  row("two that call each other", {{"k", {"1", "l", "never"}}, {"l", {"2", "k", "never"}}},
+      {"k", "look"}, {"> 1", "> 2", kStopped, "> look"});
+  row("two that call each other twice", {{"k", {"l", "l"}}, {"l", {"k", "k"}}}, {"k", "look"},
+      {kStopped, "> look"});
+  row("what led to the circle goes on behind it",
+      {{"go", {"1", "k", "2"}}, {"k", {"l", "never"}}, {"l", {"k"}}}, {"go", "look"},
+      {"> 1", kStopped, "> 2", "> look"});
+  row("a doubled slash leads back too", {{"k", {"//k"}}, {"/k", {"x", "k"}}}, {"k", "look"},
+      {"> x", kStopped, "> look"});
+  row("a name with a slash leads back to itself", {{"/k", {"x", "/k"}}}, {"//k", "look"},
+      {"> x", "## Endless alias stopped: /k", "> look"});
+  row("commands on the way decide nothing",
+      {{"k", {"/set a, 1", "/isequal 1, 1", "/echo x", "/cond y", "/repeat 2, z", "k"}}},
+      {"k", "look"}, {"[#FFFFFF] x", "> y", "> z", "> z", kStopped, "> look"});
+  row("a pause that is none decides nothing", {{"k", {"/pause t, 0", "x", "k"}}}, {"k", "look"},
+      {"> x", kStopped, "> look"});
+  row("a pause of another list on the way decides nothing",
+      {{"k", {"wait", "k"}}, {"wait", {"/pause t, 60000", "later"}}}, {"k", "look"},
+      {kStopped, "> look"});
+  row("in a loop it is stopped in each round", {{"k", {"x", "k"}}}, {"/repeat 2, k", "look"},
+      {"> x", kStopped, "> x", "> look"});
+  row("in a condition it is stopped", {{"k", {"x", "k"}}}, {"/isequal 1, 1", "/cond k", "look"},
+      {"> x", kStopped, "> look"});
+  row("a circle inside a loop leaves the lists around the loop alone",
+      {{"go", {"/repeat 2, k", "go on"}}, {"k", {"l"}}, {"l", {"x", "k"}}}, {"go", "look"},
+      {"> x", kStopped, "> x", "> go on", "> look"});
+  row("one that was under way outside a loop begins anew in it",
+      {{"k", {"/cond k", "/isequal 1, 2", "x", "k"}}}, {"k", "look"}, {"> x", kStopped, "> look"});
+  row("each of two is named", {{"k", {"k"}}, {"l", {"l"}}}, {"k", "l"},
+      {kStopped, "## Endless alias stopped: l"});
+  row("the empty name is one too", {{"", {"x", ""}}}, {"", "look"},
+      {"> x", "## Endless alias stopped: ", "> look"});
+}
+
+void TestAliases::anAliasThatComesBackByListsAloneIsStopped() {
+  QFETCH(const Aliases, aliases);
+  QFETCH(const QStringList, actions);
+  ScriptFixture script;
+  script.aliases.insert(aliases);
+  QTEST(script.logOf(actions), "log");
+  QCOMPARE(script.logOf({"next"}), QStringList{"> next"});
+}
+
+void TestAliases::anAliasThatIsOnlyCalledAgainIsNoCircle_data() {
+  QTest::addColumn<Aliases>("aliases");
+  QTest::addColumn<QStringList>("log");
+  const auto row = [](const char* name, const Aliases& aliases, const List& log) {
+    QTest::newRow(name) << aliases << log;
+  };
+  row("twice in a row", {{"a", {"b", "b"}}, {"b", {"x"}}}, {"> x", "> x"});
+  row("twice by different ways", {{"a", {"b", "c", "b"}}, {"c", {"b"}}, {"b", {"x"}}},
+      {"> x", "> x", "> x"});
+  row("again behind one that calls it in a loop", {{"a", {"b", "/repeat 2, b", "b"}}, {"b", {"x"}}},
+      {"> x", "> x", "> x", "> x"});
+  row("again as the last line of one that is called again",
+      {{"a", {"b", "b"}}, {"b", {"c", "d"}}, {"c", {"d"}}, {"d", {"x"}}},
+      {"> x", "> x", "> x", "> x"});
+  row("from inside itself by a condition that ends",
+      {{"a", {"/add n, 1", "/islessthan {n}, 3", "/cond a", "x"}}}, {"> x", "> x", "> x"});
+  row("from inside itself by a condition in an alias of its own",
+      {{"a", {"/add n, 1", "/islessthan {n}, 3", "again", "x"}}, {"again", {"/cond a"}}},
+      {"> x", "> x", "> x"});
+  row("under a name that only begins like its own", {{"a", {"a "}}}, {"> a "});
+}
+
+void TestAliases::anAliasThatIsOnlyCalledAgainIsNoCircle() {
+  QFETCH(const Aliases, aliases);
+  QFETCH(const QStringList, log);
+  ScriptFixture script;
+  script.variables.set("n", "0");
+  script.aliases.insert(aliases);
+  QCOMPARE(script.logOf({"a", "look"}), log + QStringList("> look"));
+}
+
+void TestAliases::anEndlessAliasTypedAloneIsStopped() {
+  ScriptFixture script;
+  script.aliases["k"] = QStringList{"kill orc", "k"};
+  QCOMPARE(script.type("k"), 0);
+  QCOMPARE(script.host.log, (QStringList{"> kill orc", "## Endless alias stopped: k"}));
+}
+
+void TestAliases::anEndlessAliasIsNamedOnceInAnEvent() {
+  ScriptFixture script;
+  script.aliases["k"] = QStringList{"x", "k"};
+  const QString stopped = QStringLiteral("## Endless alias stopped: k");
+  QCOMPARE(script.logOf({"k", "k"}), (QStringList{"> x", stopped, "> x"}));
+  QCOMPARE(script.logOf({"k"}), (QStringList{"> x", stopped}));
+  // What one read of the server's starts is one event.
+  const Losses::Event read(script.interpreter.losses());
+  QCOMPARE(script.logOf({"k"}), (QStringList{"> x", stopped}));
+  QCOMPARE(script.logOf({"k"}), QStringList{"> x"});
+  script.host.log.clear();
+  script.type("k");
+  QCOMPARE(script.host.log, QStringList{"> x"});
+}
+
+void TestAliases::thePausesOfAnEndlessAliasStay() {
+  ScriptFixture script;
+  script.aliases["k"] = QStringList{"wait", "k"};
+  script.aliases["wait"] = QStringList{"/pause t, 10", "later"};
+  QCOMPARE(script.logOf({"k"}), QStringList{"## Endless alias stopped: k"});
+  QTRY_COMPARE(script.host.log.last(), "> later");
+  QVERIFY(script.queue.pendingTimers().isEmpty());
 }
 
 KELMORA_TEST_MAIN(TestAliases)

@@ -116,18 +116,28 @@ void TestArguments::two() {
 void TestArguments::cutsOneArgumentAt1023Bytes() {
   const QString fits(1023, u'x');
   QCOMPARE(oneOf("/delete " + fits), fits);
+  QCOMPARE(oneOf("/delete " + fits + "y"), fits);
   QCOMPARE(oneOf("/delete " + fits + "yz"), fits);
+  QVERIFY(!script::splitOneArgument("/delete " + fits)->wasCut);
+  QVERIFY(!script::splitOneArgument("/delete " + fits + "\nmore")->wasCut);
+  QVERIFY(script::splitOneArgument("/delete " + fits + "y")->wasCut);
 }
 
 void TestArguments::refusesAFirstArgumentOver1023Bytes() {
   const QString fits(1023, u'x');
   QCOMPARE(twoOf("/set " + fits + ",v"), fits + "|v");
+  QVERIFY(!script::splitTwoArguments("/set " + fits + ",v")->wasCut);
   QCOMPARE(twoOf("/set " + fits + "x,v"), refused);
+  QCOMPARE(twoOf("/set " + fits + "xyz,v"), refused);
 }
 
 void TestArguments::cutsASecondArgumentAt1023Bytes() {
   const QString fits(1023, u'x');
+  QCOMPARE(twoOf("/set a," + fits), "a|" + fits);
+  QCOMPARE(twoOf("/set a," + fits + "y"), "a|" + fits);
   QCOMPARE(twoOf("/set a," + fits + "yz"), "a|" + fits);
+  QVERIFY(!script::splitTwoArguments("/set a," + fits)->wasCut);
+  QVERIFY(script::splitTwoArguments("/set a," + fits + "y")->wasCut);
 }
 
 void TestArguments::splitsAsTheCLibraryDoes() {

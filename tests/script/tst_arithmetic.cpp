@@ -102,6 +102,17 @@ void TestArithmetic::calculates_data() {
       << "-0.0"
       << "7"
       << "7" << QString::number(-0.0, 'f', 6) << "7.000000";
+  QTest::newRow("a whole negative zero is zero") << "-0"
+                                                 << "3"
+                                                 << "3"
+                                                 << "-3"
+                                                 << "0.000000"
+                                                 << "0.000000";
+  QTest::newRow("beside a real number it is not")
+      << "-0"
+      << "0.5"
+      << "0.5"
+      << "-0.5" << QString::number(-0.0, 'f', 6) << QString::number(-0.0, 'f', 6);
   QTest::newRow("the largest number wraps") << "2147483647"
                                             << "1"
                                             << "-2147483648"
@@ -138,6 +149,30 @@ void TestArithmetic::calculates_data() {
                                           << "1.67772e+07"
                                           << "16777216.000000"
                                           << "16777216.000000";
+  QTest::newRow("single precision overflows to infinity") << "3e38"
+                                                          << "3e38"
+                                                          << "inf"
+                                                          << "0"
+                                                          << "inf"
+                                                          << "1.000000";
+  QTest::newRow("and to the negative one") << "-3e38"
+                                           << "3e38"
+                                           << "0"
+                                           << "-inf"
+                                           << "-inf"
+                                           << "-1.000000";
+  QTest::newRow("a small part is lost in single precision") << "16777216.0"
+                                                            << "1"
+                                                            << "1.67772e+07"
+                                                            << "1.67772e+07"
+                                                            << "16777216.000000"
+                                                            << "16777216.000000";
+  QTest::newRow("sums show that they are of single precision") << "0.1"
+                                                               << "0.0999999"
+                                                               << "0.2"
+                                                               << "1.04308e-07"
+                                                               << "0.010000"
+                                                               << "1.000001";
   QTest::newRow("text on the left") << "abc"
                                     << "def"
                                     << "abcdef" << same << same << same;

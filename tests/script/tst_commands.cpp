@@ -19,6 +19,9 @@ class TestCommands : public QObject {
   void anUnpauseTakesItsIdAsItStands_data();
   void anUnpauseTakesItsIdAsItStands();
   void growingAVariableForEverStaysBounded();
+  void aCutTextIsToldOnceInAnEvent_data();
+  void aCutTextIsToldOnceInAnEvent();
+  void aBodyThatIsCutIsTold();
 };
 
 void TestCommands::refusesAWrongForm_data() {
@@ -88,8 +91,27 @@ void TestCommands::changesVariables_data() {
   QTest::newRow("/set loses a letter outside ASCII")
       << none << QStringLiteral("/set a, caf\u00e9") << Entries{{"a", QStringLiteral("caf\ufffd")}}
       << Log{};
-  QTest::newRow("/set cuts a value at 1023 bytes")
-      << none << "/set a," + QString(1500, u'x') << Entries{{"a", QString(1023, u'x')}} << Log{};
+  QTest::newRow("/set takes a value of 1023 bytes")
+      << none << "/set a," + QString(1023, u'x') << Entries{{"a", QString(1023, u'x')}} << Log{};
+  QTest::newRow("/set cuts a value at 1023 bytes and says so")
+      << none << "/set a," + QString(1024, u'x') << Entries{{"a", QString(1023, u'x')}}
+      << Log{"## Text cut at 1023 bytes: /set"};
+  QTest::newRow("/delete cuts a name at 1023 bytes and says so")
+      << Entries{{QString(1023, u'x'), "1"}} << "/delete " + QString(1500, u'x') << none
+      << Log{"## Text cut at 1023 bytes: /delete"};
+  QTest::newRow("/subtract replaces variables in the operand")
+      << Entries{{"m", "3"}, {"n", "4"}} << "/subtract n, {m}" << Entries{{"m", "3"}, {"n", "1"}}
+      << Log{};
+  QTest::newRow("/multiply replaces variables in the operand")
+      << Entries{{"m", "3"}, {"n", "4"}} << "/multiply n, {m}"
+      << Entries{{"m", "3"}, {"n", "12.000000"}} << Log{};
+  QTest::newRow("/divide replaces variables in the operand")
+      << Entries{{"m", "4"}, {"n", "4"}} << "/divide n, {m}"
+      << Entries{{"m", "4"}, {"n", "1.000000"}} << Log{};
+  QTest::newRow("/add trims both")
+      << Entries{{"s", "a"}} << "/add  s ,  b " << Entries{{"s", "ab"}} << Log{};
+  QTest::newRow("/add wants a name, even an empty operand")
+      << Entries{{"s", "a"}} << "/add s, " << Entries{{"s", "a"}} << Log{};
   QTest::newRow("/delete removes a variable")
       << Entries{{"a", "1"}, {"b", "2"}} << "/delete a" << Entries{{"b", "2"}} << Log{};
   QTest::newRow("/delete trims the name") << Entries{{"a", "1"}} << "/delete  a  " << none << Log{};
@@ -143,7 +165,7 @@ void TestCommands::changesVariables() {
   QFETCH(const Entries, before);
   QFETCH(const QString, action);
   ScriptFixture script;
-  script.variables.map() = before;
+  script.variables.load(before);
   QCOMPARE(script.type(action), 0);
   QTEST(script.variables.entries(), "after");
   QTEST(script.host.log, "log");
@@ -170,10 +192,15 @@ void TestCommands::prints_data() {
       << "/echo {a} and {B}" << Log{"[#FFFFFF] 1 and 2"};
   QTest::newRow("/echo does not replace variables in the colour")
       << "/echo x, {a}" << Log{"[#{a}] x"};
-  QTest::newRow("/echo cuts a text at 1023 bytes")
-      << "/echo " + QString(1200, u'x') << Log{"[#FFFFFF] " + QString(1023, u'x')};
+  QTest::newRow("/echo prints a text of 1023 bytes")
+      << "/echo " + QString(1023, u'x') << Log{"[#FFFFFF] " + QString(1023, u'x')};
+  const QString cut = QStringLiteral("## Text cut at 1023 bytes: /echo");
+  QTest::newRow("/echo cuts a text at 1023 bytes and says so")
+      << "/echo " + QString(1024, u'x') << Log{cut, "[#FFFFFF] " + QString(1023, u'x')};
   QTest::newRow("/echo with a text too long for a colour prints the line's start")
-      << "/echo " + QString(1024, u'x') + ",FF8000" << Log{"[#FFFFFF] " + QString(1023, u'x')};
+      << "/echo " + QString(1024, u'x') + ",FF8000" << Log{cut, "[#FFFFFF] " + QString(1023, u'x')};
+  QTest::newRow("/echo counts the bytes before it replaces variables")
+      << "/echo " + QString(1020, u'x') + "{a}" << Log{"[#FFFFFF] " + QString(1020, u'x') + "1"};
 }
 
 void TestCommands::prints() {
@@ -216,7 +243,53 @@ void TestCommands::growingAVariableForEverStaysBounded() {
               "/echo {s}{v}"});
   QCOMPARE(script.variables.value("s").size(), VariableTable::maximumLength);
   QCOMPARE(script.variables.value("v").size(), VariableTable::maximumLength);
-  QCOMPARE(script.host.errors(), QStringList());
+  // What was lost first is told.
+  QCOMPARE(script.host.errors(), QStringList{"## Text cut at 65536 characters: /add"});
+}
+
+void TestCommands::aCutTextIsToldOnceInAnEvent_data() {
+  QTest::addColumn<QString>("action");
+  QTest::addColumn<QString>("line");
+  const QString longest = QStringLiteral("## Text cut at 65536 characters: ");
+  QTest::newRow("a value that is set") << "/set w, {v}x" << longest + "/set";
+  QTest::newRow("a value that grows") << "/add v, x" << longest + "/add";
+  QTest::newRow("an operand") << "/multiply v, {v}x" << longest + "/multiply";
+  QTest::newRow("the first of two texts that are compared")
+      << "/isequal {v}x, x" << longest + "/isequal";
+  QTest::newRow("the second of them") << "/isequal x, {v}x" << longest + "/isequal";
+  QTest::newRow("a loop's count") << "/repeat {v}x, x" << longest + "/repeat";
+  QTest::newRow("an argument") << "/set a, " + QString(1024, u'x')
+                               << "## Text cut at 1023 bytes: /set";
+  QTest::newRow("a timer's delay")
+      << "/pause t, " + QString(1024, u'1') << "## Text cut at 1023 bytes: /pause";
+  QTest::newRow("a timer's id") << "/unpause " + QString(1024, u't')
+                                << "## Text cut at 1023 bytes: /unpause";
+}
+
+void TestCommands::aCutTextIsToldOnceInAnEvent() {
+  QFETCH(const QString, action);
+  QFETCH(const QString, line);
+  ScriptFixture script;
+  script.variables.set("v", QString(VariableTable::maximumLength, u'v'));
+  script.aliases["it"] = QStringList{action};
+  const auto losses = [&] { return script.host.noted("## Text cut"); };
+  script.run({"/repeat 3, it", "it"});
+  QCOMPARE(losses(), QStringList{line});
+  script.run({"it"});
+  QCOMPARE(losses(), (QStringList{line, line}));
+  // What one read of the server's starts is one event.
+  const Losses::Event read(script.interpreter.losses());
+  script.run({"it"});
+  script.run({"it"});
+  QCOMPARE(losses(), (QStringList{line, line, line}));
+}
+
+void TestCommands::aBodyThatIsCutIsTold() {
+  ScriptFixture script;
+  QCOMPARE(script.logOf({"/isequal 1, 1", "/cond " + QString(1030, u'x')}),
+           (QStringList{"## Text cut at 1023 bytes: /cond", "> " + QString(1023, u'x')}));
+  QCOMPARE(script.logOf({"/repeat 1," + QString(1030, u'x')}),
+           (QStringList{"## Text cut at 1023 bytes: /repeat", "> " + QString(1023, u'x')}));
 }
 
 KELMORA_TEST_MAIN(TestCommands)

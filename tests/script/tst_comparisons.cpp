@@ -66,6 +66,18 @@ void TestComparisons::compares_data() {
   QTest::newRow("single precision cannot tell these apart") << "16777216"
                                                             << "16777217"
                                                             << "01 0011";
+  QTest::newRow("nor these, the larger one on the left") << "16777217"
+                                                         << "16777216"
+                                                         << "01 0011";
+  QTest::newRow("nor these fractions") << "0.1"
+                                       << "0.100000001"
+                                       << "01 0011";
+  QTest::newRow("it can tell the next number") << "16777218"
+                                               << "16777216"
+                                               << "01 0101";
+  QTest::newRow("a negative zero is zero") << "-0"
+                                           << "0"
+                                           << "01 0011";
   QTest::newRow("a number too large is infinite") << "1e39"
                                                   << "1e38"
                                                   << "01 0101";

@@ -46,6 +46,36 @@ void TestLoops::setsTheFlag_data() {
   QTest::newRow("greater or equal when equal") << "/isgreaterthanorequal 5, 5.0" << true;
   QTest::newRow("not greater or equal") << "/isgreaterthanorequal 4.9, 5" << false;
   QTest::newRow("no number stands in no order") << "/isgreaterthanorequal nan, nan" << false;
+  // Each command, with a variable on either side and in single precision.
+  struct Row {
+    const char* command;
+    bool less;
+    bool equal;
+    bool greater;
+  };
+  for (const Row& row :
+       {Row{"/islessthan", true, false, false}, Row{"/isgreaterthan", false, false, true},
+        Row{"/islessthanorequal", true, true, false},
+        Row{"/isgreaterthanorequal", false, true, true}, Row{"/isequal", false, true, false},
+        Row{"/isnotequal", true, false, true}}) {
+    const QLatin1StringView command(row.command);
+    QTest::addRow("%s replaces a smaller first", row.command) << command + " {one}, 2" << row.less;
+    QTest::addRow("%s replaces a greater first", row.command)
+        << command + " {one}, 0" << row.greater;
+    QTest::addRow("%s replaces an equal first", row.command) << command + " {one}, 1" << row.equal;
+    QTest::addRow("%s replaces a greater second", row.command)
+        << command + " -1, {two}" << row.less;
+    QTest::addRow("%s replaces a smaller second", row.command)
+        << command + " 3, {two}" << row.greater;
+    QTest::addRow("%s replaces an equal second", row.command) << command + " 2, {two}" << row.equal;
+    if (command.endsWith(QLatin1StringView("than")) ||
+        command.endsWith(QLatin1StringView("orequal"))) {
+      QTest::addRow("%s is of single precision", row.command)
+          << command + " 16777216, 16777217" << row.equal;
+      QTest::addRow("%s is so on the left too", row.command)
+          << command + " 16777217, 16777216" << row.equal;
+    }
+  }
 }
 
 void TestLoops::setsTheFlag() {
@@ -54,6 +84,8 @@ void TestLoops::setsTheFlag() {
   ScriptFixture script;
   script.variables.set("a", "yes");
   script.variables.set("blank", " x ");
+  script.variables.set("one", "1");
+  script.variables.set("two", "2");
   // From either state before.
   for (const char* before : {"/isequal 0, 1", "/isequal 1, 1"}) {
     QCOMPARE(script.logOf({before, comparison, "/cond set", "end"}),

@@ -1,0 +1,22 @@
+#include "script/Losses.h"
+
+#include "script/ScriptHost.h"
+
+namespace {
+
+/// Enough to recognise what somebody has written.
+QString shortened(const QString& text) {
+  constexpr qsizetype longest = 60;
+  const qsizetype lineBreak = text.indexOf(u'\n');
+  const QString line = lineBreak < 0 ? text : text.first(lineBreak);
+  return line.size() <= longest ? line : line.first(longest) + QStringLiteral("...");
+}
+
+}  // namespace
+
+void Losses::tell(const QString& loss, const QString& about) {
+  if (told_.contains(loss))
+    return;
+  told_.insert(loss);
+  host_.printError(loss + shortened(about));
+}

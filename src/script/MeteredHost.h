@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+
+#include "script/RunBudget.h"
+#include "script/ScriptHost.h"
+
+/// The host as scripts reach it: every line that leaves is counted, for what
+/// it costs here and what it will cost the pane.
+class MeteredHost : public ScriptHost {
+ public:
+  MeteredHost(ScriptHost& host, RunBudget& budget) : host_(host), budget_(budget) {}
+  Q_DISABLE_COPY_MOVE(MeteredHost)
+
+  [[nodiscard]] QIODevice& gameDevice() override { return host_.gameDevice(); }
+  void sendLine(QTextStream& stream, const QString& line) override {
+    budget_.spendLine(line.size());
+    host_.sendLine(stream, line);
+  }
+  void printError(const QString& text) override {
+    budget_.spendLine(text.size());
+    host_.printError(text);
+  }
+  void printInfo(const QString& text) override {
+    budget_.spendLine(text.size());
+    host_.printInfo(text);
+  }
+  void printText(const QString& text, const QString& colourName) override {
+    budget_.spendLine(text.size());
+    host_.printText(text, colourName);
+  }
+  [[nodiscard]] QObject& timerParent() override { return host_.timerParent(); }
+
+ private:
+  ScriptHost& host_;
+  RunBudget& budget_;
+};
