@@ -91,6 +91,7 @@ go_on_by_hand() {
       build/demo/kelmora-demo & build/src/app/kelmora
     and tested with
       cmake -S . -B build -DBUILD_TESTING=ON && cmake --build build
+      cmake -S . -B build -DBUILD_TESTING=ON && cmake --build build
       ctest --test-dir build --output-on-failure
 END
   local program

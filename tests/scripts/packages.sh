@@ -62,6 +62,7 @@ tells_how_by_hand() {
   tells "a C++20 compiler, CMake 3.22 or later"
   tells "Core, Gui, Widgets, Network, Multimedia"
   tells "cmake -S . -B build && cmake --build build"
+  tells "cmake -S . -B build -DBUILD_TESTING=ON"
   tells_not "command not found"
 }
 
