@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QSaveFile>
 #include <algorithm>
 
@@ -12,6 +13,12 @@ namespace {
 bool isOrdinaryOrMissing(const QString& path) {
   const QFileInfo info(path);
   return !info.exists() || info.isFile();
+}
+
+/// What the system throws everything away in; a file led there holds nothing.
+bool isNullDevice(const QString& path) {
+  const QString target = QFileInfo(path).canonicalFilePath();
+  return !target.isEmpty() && target == QFileInfo(QProcess::nullDevice()).canonicalFilePath();
 }
 
 bool writeAll(QFileDevice& file, QByteArrayView bytes) {
@@ -28,6 +35,8 @@ bool writeInPlace(const QString& path, QByteArrayView bytes) {
 namespace textfile {
 
 std::optional<Contents> read(const QString& path) {
+  if (isNullDevice(path))
+    return Contents{.bytes = {}, .whole = true};
   if (!isOrdinaryOrMissing(path))
     return std::nullopt;
   QFile file(path);

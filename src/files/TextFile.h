@@ -19,9 +19,9 @@ struct Contents {
   bool whole;
 };
 
-/// Reads a file; one that is missing is created empty. Nothing where it can be
-/// neither read nor created, or is no ordinary file: a pipe could hold the
-/// program forever.
+/// Reads a file; one that is missing is created empty, and a link to the null
+/// device is empty for good. Nothing where it can be neither read nor created,
+/// or is no ordinary file: a pipe could hold the program forever.
 [[nodiscard]] std::optional<Contents> read(const QString& path);
 
 /// Who may read a file that was replaced.

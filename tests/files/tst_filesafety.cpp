@@ -30,6 +30,8 @@ class TestFileSafety : public QObject {
   void cleanup();
 
   void aPipeIsLeftAlone();
+  void theNullDeviceIsAnEmptyFile_data();
+  void theNullDeviceIsAnEmptyFile();
   void aDeviceBehindALinkIsLeftAlone_data();
   void aDeviceBehindALinkIsLeftAlone();
   void aFileWithoutReadPermissionCannotBeRead();
@@ -69,9 +71,29 @@ void TestFileSafety::aPipeIsLeftAlone() {
   QVERIFY(S_ISFIFO(status.st_mode));
 }
 
+void TestFileSafety::theNullDeviceIsAnEmptyFile_data() {
+  QTest::addColumn<QString>("target");
+  QTest::newRow("behind a link") << u"/dev/null"_s;
+  QTest::newRow("behind a link to a link") << u"second"_s;
+}
+
+void TestFileSafety::theNullDeviceIsAnEmptyFile() {
+  QFETCH(QString, target);
+  QVERIFY(QFile::link(u"/dev/null"_s, u"second"_s));
+  QVERIFY(QFile::link(target, path));
+  const auto read = textfile::read(path);
+  QVERIFY(read);
+  QVERIFY(read->whole);
+  QCOMPARE(read->bytes, QByteArray());
+  QVERIFY(!textfile::replace(path, "x"));
+  QVERIFY(!textfile::openAndEmpty(path));
+  QVERIFY(QFileInfo(path).isSymLink());
+  QCOMPARE(QFileInfo(path).canonicalFilePath(), u"/dev/null"_s);
+}
+
 void TestFileSafety::aDeviceBehindALinkIsLeftAlone_data() {
   QTest::addColumn<QString>("device");
-  for (const char* name : {"/dev/null", "/dev/full", "/dev/zero"})
+  for (const char* name : {"/dev/full", "/dev/zero"})
     if (QFileInfo::exists(QString::fromLatin1(name)))
       QTest::newRow(name) << QString::fromLatin1(name);
 }
