@@ -23,28 +23,28 @@ inline std::optional<QStringList> matches(const QString& pattern, const QByteArr
 
   QString doubled = pattern;
   doubled.replace(QLatin1String("%"), QLatin1String("%%"));
-  QString bounded = doubled;
   const QByteArray format = doubled.replace(QLatin1String("{*}"), QLatin1String("%s")).toLatin1();
-  bounded.replace(QLatin1String("{*}"), QLatin1String("%1023s"));
 
-  std::array<std::array<char, 1024>, 10> words;
+  std::array<QByteArray, 10> words;
+  words.fill(QByteArray(line.size() + 1, '\0'));
   const auto at = [&](std::size_t word) { return words[word].data(); };
-  const int count = std::sscanf(line.constData(), bounded.toLatin1().constData(), at(0), at(1),
-                                at(2), at(3), at(4), at(5), at(6), at(7), at(8), at(9));
+  const int count = std::sscanf(line.constData(), format.constData(), at(0), at(1), at(2), at(3),
+                                at(4), at(5), at(6), at(7), at(8), at(9));
   if (count != wildcards)
     return std::nullopt;
 
   QStringList captured;
   for (qsizetype word = 0; word < wildcards; ++word)
-    captured += QString::fromUtf8(at(static_cast<std::size_t>(word)));
+    captured += QString::fromUtf8(QByteArray(at(static_cast<std::size_t>(word))).left(1023));
 
   const QByteArray tail = format.mid(format.lastIndexOf("%s") + 2);
   if (!tail.isEmpty()) {
     if (tail.contains('%'))
       return std::nullopt;
     const QString text = QString::fromUtf8(line);
-    const qsizetype place = text.lastIndexOf(captured.last());
-    if (place < 0 || text.mid(place + captured.last().size()) != QString::fromLatin1(tail))
+    const QString last = QString::fromUtf8(at(static_cast<std::size_t>(wildcards - 1)));
+    const qsizetype place = text.lastIndexOf(last);
+    if (place < 0 || text.mid(place + last.size()) != QString::fromLatin1(tail))
       return std::nullopt;
   }
   return captured;

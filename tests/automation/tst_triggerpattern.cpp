@@ -28,6 +28,8 @@ class TestTriggerPattern : public QObject {
   void templates_data();
   void templates();
   void aWordIsCutAt1023Bytes();
+  void anOverlongWordIsMatchedWhole_data();
+  void anOverlongWordIsMatchedWhole();
   void aWordCutInsideACharacterEndsInAReplacement();
   void theRequiredBytes_data();
   void theRequiredBytes();
@@ -193,11 +195,34 @@ void TestTriggerPattern::aWordIsCutAt1023Bytes() {
     QVERIFY(words);
     QCOMPARE(words->at(0).size(), std::min<qsizetype>(length, 1023));
   }
-  // What is left of the word stays in the line for the next step.
-  const auto words = TriggerPattern("{*}y{*}").matches(TriggerLine(QByteArray(1023, 'x') + "yz"));
-  QVERIFY(words);
-  QCOMPARE(words->at(1), QString("z"));
-  QVERIFY(TriggerPattern("{*}y").matches(TriggerLine(QByteArray(1023, 'x') + "y")));
+}
+
+void TestTriggerPattern::anOverlongWordIsMatchedWhole_data() {
+  QTest::addColumn<QString>("pattern");
+  QTest::addColumn<QByteArray>("line");
+  QTest::addColumn<Words>("words");
+  const QByteArray longWord(2000, 'x');
+  const QString kept(1023, 'x');
+  const auto fires = [](const char* name, const char* pattern, const QByteArray& line,
+                        const QStringList& words) {
+    QTest::newRow(name) << QString(pattern) << line << Words(words);
+  };
+  const auto no = [](const char* name, const char* pattern, const QByteArray& line) {
+    QTest::newRow(name) << QString(pattern) << line << Words();
+  };
+  fires("the next word is the next one of the line", "{*} {*}", longWord + " orc", {kept, "orc"});
+  fires("also where both are too long", "{*} {*} {*}", longWord + " yy " + longWord,
+        {kept, "yy", kept});
+  no("a rest of it is no word of its own", "{*} {*}", longWord);
+  no("a literal right behind the wildcard is swallowed by the word", "{*}y{*}",
+     QByteArray(1023, 'x') + "yz");
+  no("as one right behind the last wildcard is", "{*}y", QByteArray(1023, 'x') + "y");
+  fires("a tail fits behind the whole word", "{*} arrives.", longWord + " arrives.", {kept});
+  no("a tail does not fit behind a part of it", "{*} arrives.", longWord + " arrives. " + longWord);
+}
+
+void TestTriggerPattern::anOverlongWordIsMatchedWhole() {
+  templates();
 }
 
 void TestTriggerPattern::aWordCutInsideACharacterEndsInAReplacement() {
@@ -205,8 +230,8 @@ void TestTriggerPattern::aWordCutInsideACharacterEndsInAReplacement() {
   const auto words = TriggerPattern("{*}").matches(TriggerLine(line));
   QVERIFY(words);
   QCOMPARE(words->at(0), QString(1022, 'x') + QChar(0xfffd));
-  // Such a word is found nowhere in the line, so that no tail fits behind it.
-  QVERIFY(!TriggerPattern("{*} y").matches(TriggerLine(line + " y")));
+  // The tail is looked for behind the word as it stands in the line.
+  QVERIFY(TriggerPattern("{*} y").matches(TriggerLine(line + " y")));
 }
 
 void TestTriggerPattern::theRequiredBytes_data() {

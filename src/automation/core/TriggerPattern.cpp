@@ -1,5 +1,6 @@
 #include "automation/core/TriggerPattern.h"
 
+#include <limits>
 #include <string_view>
 
 #include "scan/Integer.h"
@@ -7,6 +8,11 @@
 namespace {
 
 constexpr QLatin1StringView wildcard("{*}");
+
+/// Bytes of a captured word that are kept. The scan itself takes words whole:
+/// what is left of one would be taken for the next.
+constexpr qsizetype longestWord = 1023;
+constexpr qsizetype noLimit = std::numeric_limits<qsizetype>::max();
 
 /// Keeps the two longest of the byte runs it is shown, the first of equals.
 class LongestRuns {
@@ -90,7 +96,7 @@ void TriggerPattern::compileTemplate(const QString& pattern) {
   if (tail_.contains('%'))
     return;
   // A NUL character ends the format, maybe before a wildcard.
-  format_ = scan::Format::compile(format);
+  format_ = scan::Format::compile(format, noLimit);
   if (format_ && format_->fieldCount() != wildcards_)
     format_.reset();
 
@@ -113,15 +119,18 @@ std::optional<QStringList> TriggerPattern::matches(const TriggerLine& line) cons
   const scan::Result fields = format_->scan(line.bytes());
   if (!fields.complete())
     return std::nullopt;
+  if (!tailFits(line, fields.text(wildcards_ - 1)))
+    return std::nullopt;
   QStringList words;
   for (qsizetype field = 0; field < wildcards_; ++field)
-    words += QString::fromUtf8(fields.text(field));
-  return tailFits(line, words.constLast()) ? std::optional(words) : std::nullopt;
+    words += QString::fromUtf8(fields.text(field).left(longestWord));
+  return words;
 }
 
-bool TriggerPattern::tailFits(const TriggerLine& line, const QString& lastWord) const {
+bool TriggerPattern::tailFits(const TriggerLine& line, const QByteArray& lastBytes) const {
   if (tail_.isEmpty())
     return true;
+  const QString lastWord = QString::fromUtf8(lastBytes);
   const QLatin1StringView tail(tail_);
   const QString& text = line.text();
   const qsizetype place = text.size() - tail.size() - lastWord.size();

@@ -35,9 +35,9 @@ class TriggerPattern {
 
   explicit TriggerPattern(const QString& pattern);
 
-  /// The captured words, decoded as UTF-8 and each cut at 1023 bytes, one for
-  /// each wildcard (so none for plain text); nothing when the line does not
-  /// match.
+  /// The captured words, one for each wildcard (so none for plain text); nothing
+  /// when the line does not match. A word is matched whole, however long, and
+  /// handed over cut at 1023 bytes and decoded as UTF-8.
   [[nodiscard]] std::optional<QStringList> matches(const TriggerLine& line) const;
 
   [[nodiscard]] bool isTemplate() const { return wildcards_ > 0; }
@@ -49,7 +49,7 @@ class TriggerPattern {
 
  private:
   void compileTemplate(const QString& pattern);
-  [[nodiscard]] bool tailFits(const TriggerLine& line, const QString& lastWord) const;
+  [[nodiscard]] bool tailFits(const TriggerLine& line, const QByteArray& lastBytes) const;
 
   qsizetype wildcards_ = 0;             // 0 for plain text
   std::optional<scan::Format> format_;  // of a template that can match
