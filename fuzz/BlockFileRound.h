@@ -32,15 +32,18 @@ inline std::optional<QString> rewritten(const QString& command, const BlockForma
 }
 
 /// What blocks read from a file are after they were written and read again;
-/// nothing when a command ends its block early.
+/// nothing when a command ends its block early, or a label was line breaks alone.
 inline std::optional<QList<Block>> rewritten(QList<Block> blocks, const BlockFormat& format) {
-  for (Block& block : blocks)
+  for (Block& block : blocks) {
+    if (block.label.remove(u'\r').isEmpty())
+      return std::nullopt;
     for (QString& command : block.commands) {
       const auto after = rewritten(command, format);
       if (!after)
         return std::nullopt;
       command = *after;
     }
+  }
   return blocks;
 }
 

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QClipboard>
 #include <QElapsedTimer>
 #include <QFontInfo>
 #include <QGridLayout>
@@ -7,6 +8,7 @@
 #include <QTest>
 
 #include "EditorDriver.h"
+#include "automation/core/AutomationFiles.h"
 #include "automation/editors/AliasWidget.h"
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
@@ -47,6 +49,10 @@ class TestAliasWidget : public QObject {
   void savingUntouchedAddsAnEmptyCommandEachTime();
   void anEmptyNameIsRefused();
   void aNameOfSpacesIsSaved();
+  void pastedLineBreaksAreDropped_data();
+  void pastedLineBreaksAreDropped();
+  void lineBreaksPutThereOtherwiseAreDroppedOnSave();
+  void anUnchangedNameKeepsItsCharacters();
   void anotherAliasesNameIsAccepted();
   void anUnchangedLongNameIsKeptWhole();
   void cancelRestoresTheStoredText();
@@ -304,6 +310,63 @@ void TestAliasWidget::aNameOfSpacesIsSaved() {
   retype(controls_->label, "  ");
   click(controls_->save);
   QCOMPARE(table_->entries().at(0).name, QStringLiteral("  "));
+}
+
+void TestAliasWidget::pastedLineBreaksAreDropped_data() {
+  QTest::addColumn<QString>("pasted");
+  QTest::addColumn<QString>("shown");
+  const auto row = [](const char* name, const QString& pasted, const QString& shown) {
+    QTest::newRow(name) << pasted << shown;
+  };
+  row("a line feed", "a\nb", "kabz");
+  row("a carriage return", "a\rb", "kabz");
+  row("both, and more of them", "\r\na\n\nb\r\n", "kabz");
+  row("a vertical tab and a form feed", "a\vb\fc", "kabcz");
+  row("the line breaks of Unicode", QStringLiteral("a\u2028b\u2029c\u0085d"), "kabcdz");
+  row("nothing but line breaks", "\n\r", "kz");
+  row("a tab and other blanks stay", QStringLiteral("a\tb \u00a0c"),
+      QStringLiteral("ka\tb \u00a0cz"));
+}
+
+void TestAliasWidget::pastedLineBreaksAreDropped() {
+  QFETCH(const QString, pasted);
+  QFETCH(const QString, shown);
+  open({{"kz", {"kill"}}});
+  click(controls_->edit);
+  controls_->label->setFocus();
+  controls_->label->setCursorPosition(1);
+  QApplication::clipboard()->setText(pasted);
+  QTest::keyClick(controls_->label, Qt::Key_V, Qt::ControlModifier);
+  QCOMPARE(controls_->label->text(), shown);
+  QCOMPARE(controls_->label->cursorPosition(), shown.size() - 1);
+  click(controls_->save);
+  QCOMPARE(table_->entries().at(0).name, shown);
+  QCOMPARE(controls_->items(), QStringList{shown});
+  AliasTable loaded;
+  QVERIFY(automation::loadAliases(loaded));
+  QCOMPARE(loaded.entries(), table_->entries());
+}
+
+void TestAliasWidget::lineBreaksPutThereOtherwiseAreDroppedOnSave() {
+  open({{"k", {"kill"}}});
+  click(controls_->edit);
+  controls_->label->setText("\n\r");
+  BoxAnswer answer(QMessageBox::Ok);
+  click(controls_->save);
+  QCOMPARE(answer.said(), BoxAnswer::information("Save Alias", "Invalid alias name specified."));
+  controls_->label->setText("a\nb");
+  click(controls_->save);
+  QCOMPARE(table_->entries().at(0).name, QStringLiteral("ab"));
+  QCOMPARE(controls_->label->text(), QStringLiteral("ab"));
+  QCOMPARE(controls_->items(), QStringList("ab"));
+}
+
+void TestAliasWidget::anUnchangedNameKeepsItsCharacters() {
+  const QString name = QStringLiteral("wait\u0085");
+  open({{name, {"kill"}}});
+  click(controls_->edit);
+  click(controls_->save);
+  QCOMPARE(table_->entries().at(0).name, name);
 }
 
 void TestAliasWidget::anotherAliasesNameIsAccepted() {

@@ -199,6 +199,17 @@ void TestBlockFile::writing_data() {
       << QByteArray("\nalias \"%s\"\n100%d\n/alias\n");
   QTest::newRow("a quote in a name is written as it is")
       << aliases << u"a\"b"_s << QStringList{} << QByteArray("\nalias \"a\"b\"\n/alias\n");
+  QTest::newRow("line breaks in a name are dropped")
+      << aliases << u"\na\r\nb\rc\u2028d\u2029"_s << QStringList{u"x"_s}
+      << QByteArray("\nalias \"abcd\"\nx\n/alias\n");
+  QTest::newRow("line breaks in a pattern are dropped")
+      << triggers << u"You are\n hungry\n"_s << QStringList{u"eat"_s}
+      << QByteArray("\ntrigger \"You are hungry\"\neat\n/trigger\n");
+  QTest::newRow("what ends no line of a file stays in a name")
+      << aliases << u"a\vb\fc\u0085d\te"_s << QStringList{}
+      << QByteArray(
+             "\nalias \"a\vb\fc\x85"
+             "d\te\"\n/alias\n");
   QTest::newRow("an end word as a command is written as it is")
       << aliases << u"a"_s << QStringList{u"/alias"_s}
       << QByteArray("\nalias \"a\"\n/alias\n/alias\n");

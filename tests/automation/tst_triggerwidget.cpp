@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QClipboard>
 #include <QTest>
 
 #include "EditorDriver.h"
@@ -38,6 +39,7 @@ class TestTriggerWidget : public QObject {
   void openingWithAnEmptyTableLeavesNothingToEdit();
   void savingStoresAndWritesCommandsAndPattern();
   void savingUntouchedAddsAnEmptyCommand();
+  void pastedLineBreaksAreDropped();
   void anotherTriggersPatternIsAccepted();
   void anEmptyPatternIsRefused();
   void cancelRestoresTheStoredText();
@@ -137,6 +139,17 @@ void TestTriggerWidget::savingUntouchedAddsAnEmptyCommand() {
   click(controls_->edit);
   click(controls_->save);
   QCOMPARE(table_->entries().at(0).commands, QStringList({"eat", "drink", ""}));
+}
+
+void TestTriggerWidget::pastedLineBreaksAreDropped() {
+  open({{"hungry", {"eat"}}});
+  click(controls_->edit);
+  controls_->label->selectAll();
+  QApplication::clipboard()->setText("You are hungry.\r\n");
+  QTest::keyClick(controls_->label, Qt::Key_V, Qt::ControlModifier);
+  click(controls_->save);
+  QCOMPARE(table_->entries().at(0).pattern, QStringLiteral("You are hungry."));
+  QVERIFY(contentsOf(file).startsWith("\ntrigger \"You are hungry.\"\neat\n"));
 }
 
 void TestTriggerWidget::anotherTriggersPatternIsAccepted() {

@@ -25,6 +25,17 @@ QString decoded(QByteArrayView line, BlockFormat::Body body) {
   return body == BlockFormat::Body::Utf8 ? QString::fromUtf8(line) : QString::fromLatin1(line);
 }
 
+/// A header is one line of the file. Other breaks than these end none there, and
+/// a table that was only loaded and saved must not change.
+QByteArray onOneLine(QString label) {
+  return label
+      .removeIf([](QChar character) {
+        return character == u'\n' || character == u'\r' || character == QChar::LineSeparator ||
+               character == QChar::ParagraphSeparator;
+      })
+      .toLatin1();
+}
+
 }  // namespace
 
 namespace blockfile {
@@ -54,7 +65,7 @@ void append(QByteArray& text, const BlockFormat& format, const QString& label,
             const QStringList& commands) {
   const QByteArrayView quote = format.label == BlockFormat::Label::Quoted ? "\"" : "";
   text.append('\n').append(format.keyword).append(' ');
-  text.append(quote).append(label.toLatin1()).append(quote).append('\n');
+  text.append(quote).append(onOneLine(label)).append(quote).append('\n');
   for (const QString& command : commands)
     text.append(command.toLatin1()).append('\n');
   text.append('/').append(format.keyword).append('\n');

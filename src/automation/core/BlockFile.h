@@ -40,8 +40,8 @@ inline constexpr BlockFormat aliases{"alias", BlockFormat::Label::Quoted,
                         const std::function<void(Block&&)>& take);
 
 /// Writes one block at the end of the text; a character outside Latin-1
-/// becomes "?". Labels and commands are written as they are, whether or not
-/// they can be read back.
+/// becomes "?", and line breaks in the label are dropped. Apart from that label
+/// and commands are written as they are, whether or not they can be read back.
 void append(QByteArray& text, const BlockFormat& format, const QString& label,
             const QStringList& commands);
 

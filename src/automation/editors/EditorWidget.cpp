@@ -16,6 +16,8 @@
 #include <limits>
 #include <utility>
 
+#include "automation/core/LineBreaks.h"
+
 namespace {
 
 constexpr QSize smallestSize(420, 360);
@@ -42,6 +44,18 @@ void keepLegible(QWidget& field, const QPalette& surroundings) {
       QColor::fromRgbF(mixed(ink.redF(), paper.redF()), mixed(ink.greenF(), paper.greenF()),
                        mixed(ink.blueF(), paper.blueF())));
   field.setPalette(palette);
+}
+
+/// A line editor takes a pasted line break as a character like any other, which
+/// nothing that the player types could ever match.
+void dropLineBreaks(QLineEdit& field) {
+  const QString text = field.text();
+  const QString kept = withoutLineBreaks(text);
+  if (kept == text)
+    return;
+  const qsizetype place = withoutLineBreaks(text.first(field.cursorPosition())).size();
+  field.setText(kept);
+  field.setCursorPosition(static_cast<int>(place));
 }
 
 QHBoxLayout* rowOf(std::initializer_list<QWidget*> widgets) {
@@ -89,6 +103,7 @@ void EditorWidget::createControls() {
     // A label from the file may be longer than a line editor usually takes;
     // saving must not cut it.
     label_->setMaxLength(std::numeric_limits<int>::max());
+    connect(label_, &QLineEdit::textEdited, this, [this] { dropLineBreaks(*label_); });
   }
   editButton_ = makeButton(texts_.editButton);
   saveButton_ = makeButton(texts_.saveButton);
@@ -201,7 +216,8 @@ void EditorWidget::editEntry() {
 }
 
 void EditorWidget::saveEntry() {
-  if (label_ && label_->text().isEmpty()) {
+  const QString label = label_ ? withoutLineBreaks(label_->text()) : QString();
+  if (label_ && label.isEmpty()) {
     refuse(texts_.labelField->emptyRefusal);
     return;
   }
@@ -212,8 +228,9 @@ void EditorWidget::saveEntry() {
     // last command makes one more, empty command.
     setCommandsAt(position, commands_->toPlainText().split(u'\n'));
     if (label_ && label_->text() != labelAt(position)) {
-      setLabelAt(position, label_->text());
-      list_->setItemText(position, label_->text());
+      setLabelAt(position, label);
+      list_->setItemText(position, label);
+      label_->setText(label);
     }
   }
   writeFile();
