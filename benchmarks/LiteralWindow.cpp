@@ -20,7 +20,7 @@ LiteralWindow::LiteralWindow()
                                  *this);
       }) {
   setColours(pipeline_.translator(), settings_);
-  if (!automation::loadTriggers(triggers_))
+  if (!AutomationFiles().loadTriggers(triggers_))
     qFatal("the triggers cannot be read");
   setPaneLook(pane_, settings_);
   inputBar_.setFont(settings_.inFont);

@@ -5,6 +5,7 @@
 #include "FuzzTarget.h"
 #include "Surroundings.h"
 #include "automation/BlockShape.h"
+#include "automation/core/AutomationFiles.h"
 #include "support/OwnFolder.h"
 
 namespace fuzz {
@@ -54,8 +55,8 @@ struct BlockFileKind {
   QLatin1String path;
   /// For the C library's scanner.
   const char* header;
-  bool (*load)(Table&);
-  bool (*write)(const Table&);
+  bool (AutomationFiles::*load)(Table&);
+  bool (AutomationFiles::*write)(const Table&);
 };
 
 /// Loads a file of these bytes, writes its table and loads that.
@@ -64,18 +65,23 @@ void loadWriteAndLoad(const BlockFileKind<Table>& kind, const QByteArray& bytes,
   Surroundings<QCoreApplication>::provide();
   require(put(kind.path, bytes), "the file can be made");
   Table table;
-  const bool success = kind.load(table);
+  AutomationFiles files;
+  const bool success = (files.*kind.load)(table);
   const QList<Block> blocks = blocksOf(table, label);
   require(shape(blocks, success) == readShapeByTheLibraries(kind.format, bytes, kind.header),
           "the file is read as the libraries read it");
 
-  require(kind.write(table), "the table can be written");
+  require((files.*kind.write)(table), "the table can be written");
+  const QByteArray kept = contentsOf(kind.path + QStringLiteral(".bak"));
+  require(success ? kept.isNull() || kept == bytes : kept == bytes,
+          "a file that was not read to its end is kept");
+  require(namesHere().size() == (kept.isNull() ? 1 : 2), "no other file is left behind");
+  QFile::remove(kind.path + QStringLiteral(".bak"));
   Table again;
-  const bool successAgain = kind.load(again);
+  const bool successAgain = (files.*kind.load)(again);
   if (const auto expected = rewritten(blocks, kind.format))
     require(shape(blocksOf(again, label), successAgain) == shape(*expected, true),
             "the table comes back from its file");
-  require(namesHere().size() == 1, "no other file is left behind");
 }
 
 }  // namespace fuzz

@@ -6,8 +6,9 @@ namespace {
 
 QList<Block> blocksIn(const QByteArray& bytes, bool& success) {
   QList<Block> blocks;
-  success = blockfile::read(bytes, blockfile::macros,
-                            [&](Block&& block) { blocks.append(std::move(block)); });
+  success = blockfile::read(bytes, blockfile::macros, [&](Block&& block) {
+              blocks.append(std::move(block));
+            }) != blockfile::Reading::Stopped;
   return blocks;
 }
 
@@ -60,7 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   fuzz::require(put(automation::macrosPath, bytes), "the file can be made");
   MacroTable table;
-  fuzz::require(automation::loadMacros(table) == success, "the file loads as it reads");
+  fuzz::require(AutomationFiles::loadMacros(table) == success, "the file loads as it reads");
   fuzz::require(table.size() == blocks.size(), "each block is a macro");
   for (qsizetype place = 0; place < table.size(); ++place) {
     const MacroEntry& macro = table.entries().at(place);
@@ -70,9 +71,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   requireFirstOfEachKey(table);
 
-  fuzz::require(!automation::writeMacros(table), "macros are not kept");
+  fuzz::require(!AutomationFiles::writeMacros(table), "macros are not kept");
   MacroTable none;
-  fuzz::require(automation::loadMacros(none) && none.isEmpty(), "what is left is an empty file");
+  fuzz::require(AutomationFiles::loadMacros(none) && none.isEmpty(),
+                "what is left is an empty file");
   fuzz::require(namesHere().size() == 1, "no other file is left behind");
   return 0;
 }

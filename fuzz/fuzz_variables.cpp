@@ -43,14 +43,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Variables expected;
   const bool success = readByTheLibraries(bytes, expected);
   Variables variables;
-  fuzz::require(automation::loadVariables(variables) == success && variables == expected,
+  AutomationFiles files;
+  fuzz::require(files.loadVariables(variables) == success && variables == expected,
                 "the file is read as the libraries read it");
 
-  fuzz::require(automation::writeVariables(variables), "the variables can be written");
+  fuzz::require(files.writeVariables(variables), "the variables can be written");
+  const QString backup = automation::variablesPath + QStringLiteral(".bak");
+  fuzz::require(contentsOf(backup) == (success ? QByteArray() : bytes) &&
+                    contentsOf(backup).isNull() == success,
+                "a file that was not read to its end is kept, and no other");
+  QFile::remove(backup);
   Variables again;
-  fuzz::require(automation::loadVariables(again) && again == variables,
+  fuzz::require(AutomationFiles().loadVariables(again) && again == variables,
                 "the variables come back from their file");
-  fuzz::require(automation::loadVariables(again) == variables.isEmpty() && again == variables,
+  fuzz::require(AutomationFiles().loadVariables(again) == variables.isEmpty() && again == variables,
                 "a second definition is refused");
   fuzz::require(namesHere().size() == 1, "no other file is left behind");
   return 0;

@@ -7,8 +7,9 @@
 
 #include "automation/core/AutomationFiles.h"
 
-void loadAutomationFiles(QWidget& parent, MacroTable& macros, TriggerTable& triggers,
-                         AliasTable& aliases, QMap<QString, QString>& variables) {
+void loadAutomationFiles(QWidget& parent, AutomationFiles& files, MacroTable& macros,
+                         TriggerTable& triggers, AliasTable& aliases,
+                         QMap<QString, QString>& variables) {
   struct FileRow {
     const char* title;
     const char* failure;
@@ -17,16 +18,16 @@ void loadAutomationFiles(QWidget& parent, MacroTable& macros, TriggerTable& trig
   const std::array<FileRow, 4> rows{{
       {QT_TRANSLATE_NOOP("MainWidget", "Macros"),
        QT_TRANSLATE_NOOP("MainWidget", "There has been a failure reading your macros.txt file."),
-       [&] { return automation::loadMacros(macros); }},
+       [&] { return files.loadMacros(macros); }},
       {QT_TRANSLATE_NOOP("MainWidget", "Triggers"),
        QT_TRANSLATE_NOOP("MainWidget", "There has been a failure reading your triggers.txt file."),
-       [&] { return automation::loadTriggers(triggers); }},
+       [&] { return files.loadTriggers(triggers); }},
       {QT_TRANSLATE_NOOP("MainWidget", "Aliases"),
        QT_TRANSLATE_NOOP("MainWidget", "There has been a failure reading your aliases.txt file."),
-       [&] { return automation::loadAliases(aliases); }},
+       [&] { return files.loadAliases(aliases); }},
       {QT_TRANSLATE_NOOP("MainWidget", "Variables"),
        QT_TRANSLATE_NOOP("MainWidget", "There has been a failure reading your variables.txt file."),
-       [&] { return automation::loadVariables(variables); }},
+       [&] { return files.loadVariables(variables); }},
   }};
   for (const FileRow& row : rows) {
     if (row.load())

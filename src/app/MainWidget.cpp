@@ -12,7 +12,6 @@
 
 #include "app/Beeper.h"
 #include "app/ToolbarActions.h"
-#include "automation/core/AutomationFiles.h"
 #include "automation/editors/AliasWidget.h"
 #include "automation/editors/MacroWidget.h"
 #include "automation/editors/TriggerWidget.h"
@@ -56,7 +55,7 @@ std::size_t indexOf(ConnectionAction action) {
 
 void MainWidget::storeSettings() {
   // Whether the file took them is not told: the next save tries again.
-  (void)automation::writeVariables(variableTable_.entries());
+  (void)automationFiles_.writeVariables(variableTable_.entries());
   settings::save(settings_, {.size = size(), .pos = pos()}, store_);
 }
 

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "automation/core/AliasTable.h"
+#include "automation/core/AutomationFiles.h"
 #include "automation/core/MacroTable.h"
 #include "automation/core/TriggerTable.h"
 #include "dialogs/SettingsHost.h"
@@ -140,6 +141,7 @@ class MainWidget : public QWidget,
   TriggerTable triggerTable_;
   AliasTable aliasTable_;
   VariableTable variableTable_;
+  AutomationFiles automationFiles_;
   const settings::StorePlace store_;
   ClientSettings settings_;
   /// Local echo as it was at the start; an option switched on during play

@@ -47,7 +47,7 @@ MainWidget::MainWidget(settings::StorePlace store) : store_(std::move(store)) {
   echoEnabled_ = settings_.displayLocalEcho;
   buildColourSpans();
   VariableTable::Entries variables;
-  loadAutomationFiles(*this, macroTable_, triggerTable_, aliasTable_, variables);
+  loadAutomationFiles(*this, automationFiles_, macroTable_, triggerTable_, aliasTable_, variables);
   variableTable_.load(variables);
   QApplication::setStyle(settings_.interfaceStyle);
   createWidgets();
@@ -110,9 +110,9 @@ void MainWidget::createDialogs() {
   configureDialog_ = new ConfigureWidget(*this, host, settings_);
   proxyDialog_ = new ProxyWidget(*this, host, settings_);
   helpDialog_ = new HelpWidget(*this);
-  macroEditor_ = new MacroWidget(macroTable_, this);
-  triggerEditor_ = new TriggerWidget(triggerTable_, this);
-  aliasEditor_ = new AliasWidget(aliasTable_, this);
+  macroEditor_ = new MacroWidget(macroTable_, automationFiles_, this);
+  triggerEditor_ = new TriggerWidget(triggerTable_, automationFiles_, this);
+  aliasEditor_ = new AliasWidget(aliasTable_, automationFiles_, this);
   for (QDialog* dialog : findChildren<QDialog*>())
     dialog->installEventFilter(this);  // see eventFilter()
 }

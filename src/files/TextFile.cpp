@@ -30,6 +30,39 @@ bool writeInPlace(const QString& path, QByteArrayView bytes) {
   return file.open(QIODevice::WriteOnly) && writeAll(file, bytes) && file.flush();
 }
 
+QString nameBeside(const QString& path, int number) {
+  const QString name = path + QStringLiteral(".bak");
+  return number == 1 ? name : name + QString::number(number);
+}
+
+bool isTaken(const QString& path) {
+  const QFileInfo info(path);
+  return info.exists() || info.isSymLink();
+}
+
+/// Nothing where the file is too long to be copied, or cannot be read to its end.
+std::optional<QByteArray> wholeFile(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly) || file.size() > textfile::largestFile)
+    return std::nullopt;
+  QByteArray bytes = file.readAll();
+  return file.error() == QFileDevice::NoError ? std::optional(std::move(bytes)) : std::nullopt;
+}
+
+/// Makes an empty file of its owner's alone under the first free name; nobody
+/// else can have made it. Empty where none can be made.
+QString newFileBeside(const QString& path) {
+  constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+  for (int number = 1;; ++number) {
+    QFile file(nameBeside(path, number));
+    if (!isTaken(file.fileName()) &&
+        file.open(QIODevice::WriteOnly | QIODevice::NewOnly, ownerOnly))
+      return file.fileName();
+    if (!isTaken(file.fileName()))
+      return {};
+  }
+}
+
 }  // namespace
 
 namespace textfile {
@@ -66,6 +99,36 @@ bool replace(const QString& path, QByteArrayView bytes, Access access) {
   // The disk has taken all the bytes and only the exchange was refused, as for
   // a file mounted by itself or another user's in a shared folder.
   return file.error() == QFileDevice::RenameError && writeInPlace(path, bytes);
+}
+
+bool keepBeside(const QString& path, Access access) {
+  if (!isTaken(path))
+    return true;
+  if (!QFileInfo(path).isFile())
+    return false;
+  const std::optional<QByteArray> bytes = wholeFile(path);
+  if (!bytes)
+    return moveBeside(path);
+  const QString copy = newFileBeside(path);
+  if (copy.isEmpty())
+    return false;
+  if (!replace(copy, *bytes, Access::OwnerOnly)) {
+    QFile::remove(copy);
+    return false;
+  }
+  if (access == Access::AsBefore)
+    (void)QFile::setPermissions(copy, QFile::permissions(path));
+  return true;
+}
+
+bool moveBeside(const QString& path) {
+  for (int number = 1;; ++number) {
+    const QString name = nameBeside(path, number);
+    if (!isTaken(name) && QFile::rename(path, name))
+      return true;
+    if (!isTaken(name))
+      return false;
+  }
 }
 
 bool openAndEmpty(const QString& path) {

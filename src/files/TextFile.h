@@ -38,6 +38,16 @@ enum class Access {
 [[nodiscard]] bool replace(const QString& path, QByteArrayView bytes,
                            Access access = Access::AsBefore);
 
+/// Puts a copy of the file beside it, as NAME.bak, or NAME.bak2 and so on where
+/// there already is one; nothing is ever written over. A file that cannot be
+/// read to its end cannot be copied and is moved there instead. True also where
+/// there is no file to keep; false when it is not kept, or is none to be kept: a
+/// folder, a pipe or a device.
+[[nodiscard]] bool keepBeside(const QString& path, Access access = Access::AsBefore);
+
+/// Moves the file itself to such a name. A link is moved, not what it leads to.
+[[nodiscard]] bool moveBeside(const QString& path);
+
 /// Whether the file could be opened for writing, which leaves it empty.
 [[nodiscard]] bool openAndEmpty(const QString& path);
 

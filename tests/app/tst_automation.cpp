@@ -5,6 +5,7 @@
 #include <QTimer>
 
 #include "PlayWindow.h"
+#include "automation/editors/AliasWidget.h"
 #include "script/ActionTimer.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
@@ -50,6 +51,7 @@ class TestAutomation : public QObject {
   void everyBrokenFileHasItsBoxInOrder();
   void oneBrokenFileKeepsTheOthers();
   void theTablesAreLoadedAndTheVariablesKept();
+  void whatCouldNotBeReadIsKeptBeside();
   void aTriggerAnswersWithTheWordItCaptured();
   void triggersFireInOrderEachBeforeTheNextIsTried();
   void aTriggerCallsAnAlias();
@@ -123,6 +125,34 @@ void TestAutomation::theTablesAreLoadedAndTheVariablesKept() {
   }
   QCOMPARE(contentOf("variables.txt"),
            QByteArray("\nvariable hp \"15\"\n\nvariable name \"Robin\"\n"));
+}
+
+void TestAutomation::whatCouldNotBeReadIsKeptBeside() {
+  const QByteArray variables = "\nvariable a \"1\"\n\nvariable b \"\"x\"\n\nvariable c \"3\"\n";
+  const QByteArray aliases = "\nalias \"n\"\nnorth\n/alias\nnonsense\n";
+  writeFile("variables.txt", variables);
+  writeFile("aliases.txt", aliases);
+  BoxReader reader;
+  {
+    PlayWindow play(5000);
+    QCOMPARE(reader.boxes.size(), 2);
+    play.actions.at(8)->trigger();
+    for (QPushButton* button : play.window->findChild<AliasWidget*>()->findChildren<QPushButton*>())
+      if (button->text() == "Add alias")
+        button->click();
+    QVERIFY(play.window->close());
+  }
+  QCOMPARE(contentOf("variables.txt"), QByteArray("\nvariable a \"1\"\n"));
+  QCOMPARE(contentOf("variables.txt.bak"), variables);
+  QVERIFY(contentOf("aliases.txt").contains("north"));
+  QCOMPARE(contentOf("aliases.txt.bak"), aliases);
+  // What was written instead is read whole, so that nothing more is kept.
+  {
+    PlayWindow play(5000);
+    QVERIFY(play.window->close());
+  }
+  QCOMPARE(reader.boxes.size(), 2);
+  QCOMPARE(QDir().entryList({"*.bak*"}, QDir::Files).size(), 2);
 }
 
 void TestAutomation::aTriggerAnswersWithTheWordItCaptured() {

@@ -8,7 +8,6 @@
 #include <QTest>
 
 #include "EditorDriver.h"
-#include "automation/core/AutomationFiles.h"
 #include "automation/editors/AliasWidget.h"
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
@@ -83,6 +82,7 @@ class TestAliasWidget : public QObject {
   void open(const QList<AliasEntry>& entries);
 
   std::unique_ptr<OwnFolder> folder_;
+  AutomationFiles files_;
   std::unique_ptr<AliasTable> table_;
   std::unique_ptr<AliasWidget> editor_;
   std::unique_ptr<EditorControls> controls_;
@@ -92,7 +92,7 @@ void TestAliasWidget::init() {
   folder_ = std::make_unique<OwnFolder>();
   QVERIFY(folder_->isValid());
   table_ = std::make_unique<AliasTable>();
-  editor_ = std::make_unique<AliasWidget>(*table_, nullptr);
+  editor_ = std::make_unique<AliasWidget>(*table_, files_, nullptr);
   controls_ = std::make_unique<EditorControls>(*editor_, QStringLiteral("alias"));
   QVERIFY(controls_->complete());
   QVERIFY(controls_->label);
@@ -343,7 +343,7 @@ void TestAliasWidget::pastedLineBreaksAreDropped() {
   QCOMPARE(table_->entries().at(0).name, shown);
   QCOMPARE(controls_->items(), QStringList{shown});
   AliasTable loaded;
-  QVERIFY(automation::loadAliases(loaded));
+  QVERIFY(files_.loadAliases(loaded));
   QCOMPARE(loaded.entries(), table_->entries());
 }
 

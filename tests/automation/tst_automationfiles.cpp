@@ -2,9 +2,10 @@
 #include <QFileInfo>
 #include <memory>
 
-#include "support/OwnFolder.h"
 #include "automation/core/AutomationFiles.h"
+#include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
+#include "support/SizeLimit.h"
 
 using namespace Qt::StringLiterals;
 
@@ -26,6 +27,30 @@ AliasTable aliasesOf(const QList<AliasEntry>& entries) {
   return table;
 }
 
+/// The tables that are written.
+const QStringList tableNames{u"triggers.txt"_s, u"aliases.txt"_s, u"variables.txt"_s};
+
+/// What one run of the client does with the files, by their place in the list.
+class Session {
+ public:
+  [[nodiscard]] bool load(int table) {
+    return table == 0   ? files_.loadTriggers(triggers_)
+           : table == 1 ? files_.loadAliases(aliases_)
+                        : files_.loadVariables(variables_);
+  }
+  [[nodiscard]] bool write(int table) {
+    return table == 0   ? files_.writeTriggers(triggers_)
+           : table == 1 ? files_.writeAliases(aliases_)
+                        : files_.writeVariables(variables_);
+  }
+
+ private:
+  AutomationFiles files_;
+  TriggerTable triggers_;
+  AliasTable aliases_;
+  Variables variables_;
+};
+
 }  // namespace
 
 class TestAutomationFiles : public QObject {
@@ -40,6 +65,15 @@ class TestAutomationFiles : public QObject {
   void foldersInTheirPlacesFail();
   void aTableKeepsWhatStoodBeforeABadLine();
   void loadingAddsToTheTable();
+  void whatWasNotReadIsKeptBesideBeforeTheFirstWrite_data();
+  void whatWasNotReadIsKeptBesideBeforeTheFirstWrite();
+  void aFileThatWasReadWholeIsJustReplaced_data();
+  void aFileThatWasReadWholeIsJustReplaced();
+  void theNextSessionKeepsItsOwn();
+  void aFileReadWellAtLastIsNotKept();
+  void whereNothingCanBeKeptNothingIsWritten();
+  void eachFileRemembersForItself();
+  void macrosAreNotKeptBeside();
 
   void macroKeysAreReadByName_data();
   void macroKeysAreReadByName();
@@ -76,10 +110,10 @@ void TestAutomationFiles::missingFilesAreCreatedEmpty() {
   TriggerTable triggers;
   AliasTable aliases;
   Variables variables;
-  QVERIFY(automation::loadMacros(macros));
-  QVERIFY(automation::loadTriggers(triggers));
-  QVERIFY(automation::loadAliases(aliases));
-  QVERIFY(automation::loadVariables(variables));
+  QVERIFY(AutomationFiles().loadMacros(macros));
+  QVERIFY(AutomationFiles().loadTriggers(triggers));
+  QVERIFY(AutomationFiles().loadAliases(aliases));
+  QVERIFY(AutomationFiles().loadVariables(variables));
   QVERIFY(macros.isEmpty() && triggers.isEmpty() && aliases.isEmpty() && variables.isEmpty());
   const QStringList names{u"aliases.txt"_s, u"macros.txt"_s, u"triggers.txt"_s, u"variables.txt"_s};
   QCOMPARE(QDir().entryList(QDir::Files), names);
@@ -93,10 +127,10 @@ void TestAutomationFiles::theFilesStandInTheWorkingDirectory() {
   QVERIFY(put(u"elsewhere/aliases.txt"_s, "\nalias \"there\"\n/alias\n"));
   QVERIFY(QDir::setCurrent(u"elsewhere"_s));
   AliasTable aliases;
-  QVERIFY(automation::loadAliases(aliases));
+  QVERIFY(AutomationFiles().loadAliases(aliases));
   QCOMPARE(aliases.entries(), QList<AliasEntry>{{.name = u"there"_s}});
   aliases.clear();
-  QVERIFY(automation::writeAliases(aliases));
+  QVERIFY(AutomationFiles().writeAliases(aliases));
   QVERIFY(QDir::setCurrent(u".."_s));
   QCOMPARE(contentsOf(u"aliases.txt"_s), "\nalias \"here\"\n/alias\n");
   QCOMPARE(contentsOf(u"elsewhere/aliases.txt"_s), "");
@@ -109,10 +143,10 @@ void TestAutomationFiles::foldersInTheirPlacesFail() {
   TriggerTable triggers;
   AliasTable aliases;
   Variables variables;
-  QVERIFY(!automation::loadMacros(macros));
-  QVERIFY(!automation::loadTriggers(triggers));
-  QVERIFY(!automation::loadAliases(aliases));
-  QVERIFY(!automation::loadVariables(variables));
+  QVERIFY(!AutomationFiles().loadMacros(macros));
+  QVERIFY(!AutomationFiles().loadTriggers(triggers));
+  QVERIFY(!AutomationFiles().loadAliases(aliases));
+  QVERIFY(!AutomationFiles().loadVariables(variables));
   QVERIFY(macros.isEmpty() && triggers.isEmpty() && aliases.isEmpty() && variables.isEmpty());
 }
 
@@ -125,10 +159,10 @@ void TestAutomationFiles::aTableKeepsWhatStoodBeforeABadLine() {
   TriggerTable triggers;
   AliasTable aliases;
   Variables variables;
-  QVERIFY(!automation::loadMacros(macros));
-  QVERIFY(!automation::loadTriggers(triggers));
-  QVERIFY(!automation::loadAliases(aliases));
-  QVERIFY(!automation::loadVariables(variables));
+  QVERIFY(!AutomationFiles().loadMacros(macros));
+  QVERIFY(!AutomationFiles().loadTriggers(triggers));
+  QVERIFY(!AutomationFiles().loadAliases(aliases));
+  QVERIFY(!AutomationFiles().loadVariables(variables));
   QCOMPARE(macros.entries(), (QList<MacroEntry>{{.key = Qt::Key_F1, .commands = {u"x"_s}}}));
   QCOMPARE(triggers.entries(), (QList<TriggerEntry>{{.pattern = u"a"_s, .commands = {u"x"_s}}}));
   QVERIFY(aliases.isEmpty());
@@ -138,13 +172,144 @@ void TestAutomationFiles::aTableKeepsWhatStoodBeforeABadLine() {
 void TestAutomationFiles::loadingAddsToTheTable() {
   QVERIFY(put(u"aliases.txt"_s, "alias \"a\"\nx\n/alias\n"));
   AliasTable aliases = aliasesOf({{.name = u"a"_s, .commands = {u"first"_s}}});
-  QVERIFY(automation::loadAliases(aliases));
+  QVERIFY(AutomationFiles().loadAliases(aliases));
   QCOMPARE(aliases.entries(), (QList<AliasEntry>{{.name = u"a"_s, .commands = {u"first"_s}},
                                                  {.name = u"a"_s, .commands = {u"x"_s}}}));
   QVERIFY(put(u"variables.txt"_s, "variable a \"x\"\n"));
   Variables variables{{u"a"_s, u"first"_s}};
-  QVERIFY(!automation::loadVariables(variables));
+  QVERIFY(!AutomationFiles().loadVariables(variables));
   QCOMPARE(variables, (Variables{{u"a"_s, u"first"_s}}));
+}
+
+void TestAutomationFiles::whatWasNotReadIsKeptBesideBeforeTheFirstWrite_data() {
+  QTest::addColumn<int>("table");
+  QTest::addColumn<QByteArray>("old");
+  QTest::addColumn<bool>("success");
+  QTest::addColumn<QByteArray>("written");
+  const QByteArray trigger = "\ntrigger \"a\"\nx\n/trigger\n";
+  const QByteArray alias = "\nalias \"a\"\nx\n/alias\n";
+  QTest::newRow("triggers behind a line that makes no sense")
+      << 0 << trigger + "hello\ntrigger \"b\"\n/trigger\n"
+      << false << trigger;
+  QTest::newRow("triggers that begin with one")
+      << 0 << "hello\n" + trigger << false << QByteArray("");
+  QTest::newRow("a trigger without an end, which goes unsaid")
+      << 0 << trigger + "trigger \"b\"\ny\n"
+      << true << trigger;
+  QTest::newRow("aliases behind a line that makes no sense") << 1 << alias + "alias \"\"\n/alias\n"
+                                                             << false << alias;
+  QTest::newRow("an alias without an end") << 1 << alias + "alias \"b\"" << true << alias;
+  QTest::newRow("variables behind one that holds a quote at its start")
+      << 2 << QByteArray("\nvariable a \"1\"\n\nvariable b \"\"x\"\n\nvariable c \"3\"\n") << false
+      << QByteArray("\nvariable a \"1\"\n");
+  QTest::newRow("a variable that comes again")
+      << 2 << QByteArray("variable a \"1\"\nvariable a \"2\"\n") << false
+      << QByteArray("\nvariable a \"1\"\n");
+}
+
+void TestAutomationFiles::whatWasNotReadIsKeptBesideBeforeTheFirstWrite() {
+  QFETCH(int, table);
+  QFETCH(QByteArray, old);
+  QFETCH(bool, success);
+  QFETCH(QByteArray, written);
+  const QString name = tableNames.at(table);
+  QVERIFY(put(name, old));
+  Session session;
+  QCOMPARE(session.load(table), success);
+  // As long as nothing is written, nothing is to be kept.
+  QCOMPARE(namesHere(), QStringList{name});
+  QVERIFY(session.write(table));
+  QCOMPARE(contentsOf(name), written);
+  QCOMPARE(contentsOf(name + u".bak"_s), old);
+  QVERIFY(session.write(table));
+  QCOMPARE(namesHere(), (QStringList{name, name + u".bak"_s}));
+}
+
+void TestAutomationFiles::aFileThatWasReadWholeIsJustReplaced_data() {
+  QTest::addColumn<int>("table");
+  QTest::addColumn<QByteArray>("old");
+  QTest::newRow("triggers") << 0 << QByteArray("trigger \"a\"\n/trigger\n\n");
+  QTest::newRow("aliases") << 1 << QByteArray("alias \"a\"\nx\n/alias");
+  QTest::newRow("variables") << 2 << QByteArray("variable a \"1\"\r\n");
+}
+
+void TestAutomationFiles::aFileThatWasReadWholeIsJustReplaced() {
+  QFETCH(int, table);
+  QFETCH(QByteArray, old);
+  const QString name = tableNames.at(table);
+  QVERIFY(put(name, old));
+  Session session;
+  QVERIFY(session.load(table));
+  QVERIFY(session.write(table));
+  QVERIFY(contentsOf(name) != old);
+  QCOMPARE(namesHere(), QStringList{name});
+}
+
+void TestAutomationFiles::theNextSessionKeepsItsOwn() {
+  for (const QByteArray& old : {"first"_ba, "second"_ba, "third"_ba}) {
+    QVERIFY(put(u"variables.txt"_s, old));
+    Session session;
+    QVERIFY(!session.load(2));
+    QVERIFY(session.write(2));
+  }
+  QCOMPARE(contentsOf(u"variables.txt.bak"_s), "first");
+  QCOMPARE(contentsOf(u"variables.txt.bak2"_s), "second");
+  QCOMPARE(contentsOf(u"variables.txt.bak3"_s), "third");
+}
+
+void TestAutomationFiles::aFileReadWellAtLastIsNotKept() {
+  for (int table = 0; table < tableNames.size(); ++table) {
+    const QString name = tableNames.at(table);
+    QVERIFY(put(name, "hello\n"));
+    Session session;
+    QVERIFY(!session.load(table));
+    QVERIFY(put(name, ""));
+    QVERIFY(session.load(table));
+    QVERIFY(session.write(table));
+  }
+  QCOMPARE(namesHere(), (QStringList{u"aliases.txt"_s, u"triggers.txt"_s, u"variables.txt"_s}));
+}
+
+void TestAutomationFiles::whereNothingCanBeKeptNothingIsWritten() {
+  const QByteArray old = "hello\n" + QByteArray(5000, 'x');
+  for (int table = 0; table < tableNames.size(); ++table) {
+    const QString name = tableNames.at(table);
+    QVERIFY(put(name, old));
+    Session session;
+    QVERIFY(!session.load(table));
+    {
+      const SizeLimit fullDisk(4000);
+      QVERIFY(!session.write(table));
+    }
+    QCOMPARE(contentsOf(name), old);
+    QVERIFY(!QFile::exists(name + u".bak"_s));
+    // As soon as there is room again it goes its way.
+    QVERIFY(session.write(table));
+    QCOMPARE(contentsOf(name), "");
+    QCOMPARE(contentsOf(name + u".bak"_s), old);
+  }
+}
+
+void TestAutomationFiles::eachFileRemembersForItself() {
+  QVERIFY(put(u"aliases.txt"_s, "hello\n"));
+  QVERIFY(put(u"triggers.txt"_s, "\n"));
+  QVERIFY(put(u"variables.txt"_s, "\n"));
+  Session session;
+  for (int table = 0; table < tableNames.size(); ++table)
+    QCOMPARE(session.load(table), tableNames.at(table) != u"aliases.txt");
+  for (int table = 0; table < tableNames.size(); ++table)
+    QVERIFY(session.write(table));
+  QCOMPARE(namesHere(), (QStringList{u"aliases.txt"_s, u"aliases.txt.bak"_s, u"triggers.txt"_s,
+                                     u"variables.txt"_s}));
+}
+
+void TestAutomationFiles::macrosAreNotKeptBeside() {
+  QVERIFY(put(u"macros.txt"_s, "hello\n"));
+  MacroTable macros;
+  QVERIFY(!AutomationFiles::loadMacros(macros));
+  QVERIFY(!AutomationFiles::writeMacros(macros));
+  QCOMPARE(contentsOf(u"macros.txt"_s), "");
+  QCOMPARE(namesHere(), QStringList{u"macros.txt"_s});
 }
 
 void TestAutomationFiles::macroKeysAreReadByName_data() {
@@ -162,18 +327,19 @@ void TestAutomationFiles::macroKeysAreReadByName() {
   QFETCH(int, key);
   QVERIFY(put(u"macros.txt"_s, "\nmacro " + name + "\nlook\n/macro\n"));
   MacroTable macros;
-  QVERIFY(automation::loadMacros(macros));
+  QVERIFY(AutomationFiles().loadMacros(macros));
   QCOMPARE(macros.entries(), (QList<MacroEntry>{{.key = key, .commands = {u"look"_s}}}));
 }
 
 void TestAutomationFiles::onlyAsciiTriggerCommandsComeBack() {
   const QStringList commands{u"say caf\u00E9"_s, u"say ok"_s};
-  QVERIFY(automation::writeTriggers(triggersOf({{.pattern = u"\u00E9"_s, .commands = commands}})));
-  QVERIFY(automation::writeAliases(aliasesOf({{.name = u"\u00E9"_s, .commands = commands}})));
+  QVERIFY(AutomationFiles().writeTriggers(
+      triggersOf({{.pattern = u"\u00E9"_s, .commands = commands}})));
+  QVERIFY(AutomationFiles().writeAliases(aliasesOf({{.name = u"\u00E9"_s, .commands = commands}})));
   TriggerTable triggers;
   AliasTable aliases;
-  QVERIFY(automation::loadTriggers(triggers));
-  QVERIFY(automation::loadAliases(aliases));
+  QVERIFY(AutomationFiles().loadTriggers(triggers));
+  QVERIFY(AutomationFiles().loadAliases(aliases));
   QCOMPARE(triggers.entries(),
            (QList<TriggerEntry>{
                {.pattern = u"\u00E9"_s, .commands = {u"say caf\uFFFD"_s, u"say ok"_s}}}));
@@ -181,14 +347,14 @@ void TestAutomationFiles::onlyAsciiTriggerCommandsComeBack() {
 }
 
 void TestAutomationFiles::triggersAreWrittenByteForByte() {
-  QVERIFY(automation::writeTriggers(triggersOf(
+  QVERIFY(AutomationFiles().writeTriggers(triggersOf(
       {{.pattern = u"a"_s, .commands = {u"x"_s, u"y"_s}}, {.pattern = u"b"_s, .commands = {}}})));
   QCOMPARE(contentsOf(u"triggers.txt"_s),
            "\ntrigger \"a\"\nx\ny\n/trigger\n\ntrigger \"b\"\n/trigger\n");
 }
 
 void TestAutomationFiles::aliasesAreWrittenByteForByte() {
-  QVERIFY(automation::writeAliases(
+  QVERIFY(AutomationFiles().writeAliases(
       aliasesOf({{.name = u"n"_s, .commands = {u"north"_s, u""_s, u"\u20AC"_s}},
                  {.name = u"n"_s, .commands = {}}})));
   QCOMPARE(contentsOf(u"aliases.txt"_s),
@@ -196,16 +362,16 @@ void TestAutomationFiles::aliasesAreWrittenByteForByte() {
 }
 
 void TestAutomationFiles::variablesAreWrittenByteForByte() {
-  QVERIFY(automation::writeVariables({{u"hp"_s, u"10"_s}, {u"B"_s, u"two words"_s}}));
+  QVERIFY(AutomationFiles().writeVariables({{u"hp"_s, u"10"_s}, {u"B"_s, u"two words"_s}}));
   QCOMPARE(contentsOf(u"variables.txt"_s), "\nvariable B \"two words\"\n\nvariable hp \"10\"\n");
 }
 
 void TestAutomationFiles::emptyTablesAreEmptyFiles() {
   for (const char* name : {"triggers.txt", "aliases.txt", "variables.txt"})
     QVERIFY(put(QString::fromLatin1(name), "old"));
-  QVERIFY(automation::writeTriggers(TriggerTable()));
-  QVERIFY(automation::writeAliases(AliasTable()));
-  QVERIFY(automation::writeVariables({}));
+  QVERIFY(AutomationFiles().writeTriggers(TriggerTable()));
+  QVERIFY(AutomationFiles().writeAliases(AliasTable()));
+  QVERIFY(AutomationFiles().writeVariables({}));
   for (const char* name : {"triggers.txt", "aliases.txt", "variables.txt"})
     QCOMPARE(contentsOf(QString::fromLatin1(name)), "");
 }
@@ -219,23 +385,23 @@ void TestAutomationFiles::aTableComesBackFromItsFile() {
       {.name = u"k orc"_s, .commands = {u"alias \"x\""_s, u"/aliases"_s}},
       {.name = QString(5000, u'n'), .commands = {QString(5000, u'c')}}};
   const Variables variables{{u"hp"_s, u"10"_s}, {u"_trigOut0"_s, u"\u00E9"_s}};
-  QVERIFY(automation::writeTriggers(triggersOf(triggers)));
-  QVERIFY(automation::writeAliases(aliasesOf(aliases)));
-  QVERIFY(automation::writeVariables(variables));
+  QVERIFY(AutomationFiles().writeTriggers(triggersOf(triggers)));
+  QVERIFY(AutomationFiles().writeAliases(aliasesOf(aliases)));
+  QVERIFY(AutomationFiles().writeVariables(variables));
   TriggerTable triggersRead;
   AliasTable aliasesRead;
   Variables variablesRead;
-  QVERIFY(automation::loadTriggers(triggersRead));
-  QVERIFY(automation::loadAliases(aliasesRead));
-  QVERIFY(automation::loadVariables(variablesRead));
+  QVERIFY(AutomationFiles().loadTriggers(triggersRead));
+  QVERIFY(AutomationFiles().loadAliases(aliasesRead));
+  QVERIFY(AutomationFiles().loadVariables(variablesRead));
   QCOMPARE(triggersRead.entries(), triggers);
   QCOMPARE(aliasesRead.entries(), aliases);
   QCOMPARE(variablesRead, variables);
 }
 
 void TestAutomationFiles::eachSaveLeavesOnlyItsFile() {
-  QVERIFY(automation::writeVariables({{u"a"_s, u"1"_s}}));
-  QVERIFY(automation::writeVariables({{u"a"_s, u"2"_s}}));
+  QVERIFY(AutomationFiles().writeVariables({{u"a"_s, u"1"_s}}));
+  QVERIFY(AutomationFiles().writeVariables({{u"a"_s, u"2"_s}}));
   QCOMPARE(namesHere(), QStringList{u"variables.txt"_s});
 }
 
@@ -243,28 +409,28 @@ void TestAutomationFiles::writingMacrosEmptiesTheFileAndFails() {
   MacroTable macros;
   macros.append({.key = Qt::Key_F1, .commands = {u"look"_s}});
   QVERIFY(put(u"macros.txt"_s, "\nmacro Key_F1\nlook\n/macro\n"));
-  QVERIFY(!automation::writeMacros(macros));
+  QVERIFY(!AutomationFiles().writeMacros(macros));
   QCOMPARE(contentsOf(u"macros.txt"_s), "");
   QCOMPARE(macros.size(), 1);
 
   QVERIFY(QFile::remove(u"macros.txt"_s));
-  QVERIFY(!automation::writeMacros(macros));
+  QVERIFY(!AutomationFiles().writeMacros(macros));
   QVERIFY(QFile::exists(u"macros.txt"_s));
   QCOMPARE(contentsOf(u"macros.txt"_s), "");
 }
 
 void TestAutomationFiles::writingMacrosSucceedsWhereNothingCanBeWritten() {
   QVERIFY(QDir().mkdir(u"macros.txt"_s));
-  QVERIFY(automation::writeMacros(MacroTable()));
+  QVERIFY(AutomationFiles().writeMacros(MacroTable()));
   QVERIFY(QFileInfo(u"macros.txt"_s).isDir());
 }
 
 void TestAutomationFiles::otherWritersFailWhereNothingCanBeWritten() {
   for (const char* name : {"triggers.txt", "aliases.txt", "variables.txt"})
     QVERIFY(QDir().mkdir(QString::fromLatin1(name)));
-  QVERIFY(!automation::writeTriggers(TriggerTable()));
-  QVERIFY(!automation::writeAliases(AliasTable()));
-  QVERIFY(!automation::writeVariables({}));
+  QVERIFY(!AutomationFiles().writeTriggers(TriggerTable()));
+  QVERIFY(!AutomationFiles().writeAliases(AliasTable()));
+  QVERIFY(!AutomationFiles().writeVariables({}));
 }
 
 void TestAutomationFiles::aLargeTableIsQuick() {
@@ -276,9 +442,9 @@ void TestAutomationFiles::aLargeTableIsQuick() {
   QElapsedTimer clock;
   clock.start();
   AliasTable aliases;
-  QVERIFY(automation::loadAliases(aliases));
+  QVERIFY(AutomationFiles().loadAliases(aliases));
   QVERIFY(aliases.size() > 300'000);
-  QVERIFY(automation::writeAliases(aliases));
+  QVERIFY(AutomationFiles().writeAliases(aliases));
   const qint64 elapsed = clock.elapsed();
   QVERIFY2(contentsOf(u"aliases.txt"_s) == text, "the table did not come back");
   // A second or so; anything that grows with the square takes minutes.

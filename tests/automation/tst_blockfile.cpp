@@ -12,9 +12,9 @@ namespace {
 
 QString readShape(const BlockFormat& format, QByteArrayView text) {
   QList<Block> blocks;
-  const bool success =
+  const auto reading =
       blockfile::read(text, format, [&](Block&& block) { blocks.append(std::move(block)); });
-  return shape(blocks, success);
+  return shape(blocks, reading != blockfile::Reading::Stopped);
 }
 
 QByteArray repeated(QByteArrayView piece, qsizetype times) {

@@ -69,6 +69,7 @@ class TestMacroWidget : public QObject {
   void open(const QList<MacroEntry>& entries);
 
   std::unique_ptr<OwnFolder> folder_;
+  AutomationFiles files_;
   std::unique_ptr<MacroTable> table_;
   std::unique_ptr<MacroWidget> editor_;
   std::unique_ptr<EditorControls> controls_;
@@ -79,7 +80,7 @@ void TestMacroWidget::init() {
   QVERIFY(folder_->isValid());
   QVERIFY(put(file, "\nmacro Key_F1\nlook\n/macro\n"));
   table_ = std::make_unique<MacroTable>();
-  editor_ = std::make_unique<MacroWidget>(*table_, nullptr);
+  editor_ = std::make_unique<MacroWidget>(*table_, files_, nullptr);
   controls_ = std::make_unique<EditorControls>(*editor_, QStringLiteral("macro"));
   QVERIFY(controls_->complete());
 }

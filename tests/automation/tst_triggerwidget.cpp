@@ -55,6 +55,7 @@ class TestTriggerWidget : public QObject {
   void open(const QList<TriggerEntry>& entries);
 
   std::unique_ptr<OwnFolder> folder_;
+  AutomationFiles files_;
   std::unique_ptr<TriggerTable> table_;
   std::unique_ptr<TriggerWidget> editor_;
   std::unique_ptr<EditorControls> controls_;
@@ -64,7 +65,7 @@ void TestTriggerWidget::init() {
   folder_ = std::make_unique<OwnFolder>();
   QVERIFY(folder_->isValid());
   table_ = std::make_unique<TriggerTable>();
-  editor_ = std::make_unique<TriggerWidget>(*table_, nullptr);
+  editor_ = std::make_unique<TriggerWidget>(*table_, files_, nullptr);
   controls_ = std::make_unique<EditorControls>(*editor_, QStringLiteral("trigger"));
   QVERIFY(controls_->complete());
   QVERIFY(controls_->label);

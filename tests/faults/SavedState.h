@@ -34,18 +34,20 @@ struct SavedState {
   [[nodiscard]] static std::optional<SavedState> load() {
     SavedState found;
     found.place = settings::load(found.settings, {storePath});
-    if (!automation::loadAliases(found.aliases) || !automation::loadTriggers(found.triggers) ||
-        !automation::loadVariables(found.variables))
+    AutomationFiles files;
+    if (!files.loadAliases(found.aliases) || !files.loadTriggers(found.triggers) ||
+        !files.loadVariables(found.variables))
       return std::nullopt;
     return found;
   }
 
   /// Whether each save said that it succeeded; the store says nothing.
   [[nodiscard]] bool save() const {
-    const bool files = automation::writeAliases(aliases) && automation::writeTriggers(triggers) &&
-                       automation::writeVariables(variables);
+    AutomationFiles files;
+    const bool saved = files.writeAliases(aliases) && files.writeTriggers(triggers) &&
+                       files.writeVariables(variables);
     settings::save(settings, place, {storePath});
-    return files;
+    return saved;
   }
 
   friend bool operator==(const SavedState& a, const SavedState& b) {

@@ -135,15 +135,15 @@ const std::vector<Saved>& allSaved() {
   static const std::vector<Saved> all{
       {"aliases", automation::aliasesPath,
        [](const SavedState& state) {
-         return std::optional(automation::writeAliases(state.aliases));
+         return std::optional(AutomationFiles().writeAliases(state.aliases));
        }},
       {"triggers", automation::triggersPath,
        [](const SavedState& state) {
-         return std::optional(automation::writeTriggers(state.triggers));
+         return std::optional(AutomationFiles().writeTriggers(state.triggers));
        }},
       {"variables", automation::variablesPath,
        [](const SavedState& state) {
-         return std::optional(automation::writeVariables(state.variables));
+         return std::optional(AutomationFiles().writeVariables(state.variables));
        }},
       {"settings store", storePath,
        [](const SavedState& state) {
@@ -292,7 +292,7 @@ void TestDiskFaults::theMacroFileKeepsItsRule() {
     if (!put(automation::macrosPath, bytes) || !disk.begin())
       return cannotTry;
     // It succeeds where the file cannot be opened, and empties it where it can.
-    const bool succeeded = automation::writeMacros(MacroTable());
+    const bool succeeded = AutomationFiles::writeMacros(MacroTable());
     if (contentsOf(automation::macrosPath) != (succeeded ? bytes : QByteArray("")))
       return stopped("keeping the rule");
     return succeeded == disk.alwaysFatal ? stopped("opening the file") : asWished;

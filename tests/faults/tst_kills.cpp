@@ -35,7 +35,7 @@ class Saver {
       for (int round = 0;; ++round) {
         if (!versions[static_cast<std::size_t>(round % 2)].save())
           return notAsWished;
-        (void)automation::writeMacros(MacroTable());
+        (void)AutomationFiles::writeMacros(MacroTable());
         if (round == 0 && ::write(ends[1], "1", 1) != 1)
           return notAsWished;
       }

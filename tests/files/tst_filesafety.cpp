@@ -13,6 +13,7 @@
 #include "support/InChild.h"
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
+#include "support/SizeLimit.h"
 
 using namespace Qt::StringLiterals;
 
@@ -39,6 +40,9 @@ class TestFileSafety : public QObject {
   void aReadOnlyFileIsNotReplaced();
   void aFileInALockedFolderIsWrittenInPlace();
   void anothersFileInASharedFolderIsWrittenInPlace();
+  void aFileWithoutReadPermissionIsMovedBeside();
+  void nothingIsKeptInALockedFolder();
+  void aCopyThatDoesNotFitLeavesNoPart();
   void aSizeLimitLeavesTheOldFile();
   void aKillLeavesTheOldFileOrTheNew();
 #ifdef Q_OS_LINUX
@@ -65,6 +69,7 @@ void TestFileSafety::aPipeIsLeftAlone() {
   // Whoever opens it waits for the other end, which never comes.
   QVERIFY(!textfile::read(path));
   QVERIFY(!textfile::replace(path, "x"));
+  QVERIFY(!textfile::keepBeside(path));
   QVERIFY(!textfile::openAndEmpty(path));
   struct stat status = {};
   QCOMPARE(lstat("table.txt", &status), 0);
@@ -196,6 +201,49 @@ void TestFileSafety::anothersFileInASharedFolderIsWrittenInPlace() {
   QCOMPARE(result, asWished);
   QCOMPARE(contentsOf(path), "new");
   QCOMPARE(namesHere(), QStringList{u"table.txt"_s});
+}
+
+void TestFileSafety::aFileWithoutReadPermissionIsMovedBeside() {
+  QVERIFY(put(path, "secret"));
+  QCOMPARE(chmod("table.txt", 0200), 0);
+  QCOMPARE(chmod(".", 0777), 0);
+  const int result = inChild([] {
+    if (!becomeOrdinaryUser())
+      return cannotTry;
+    return textfile::keepBeside(path) ? asWished : notAsWished;
+  });
+  if (result == cannotTry)
+    QSKIP("no ordinary user can be had here");
+  QCOMPARE(result, asWished);
+  QCOMPARE(namesHere(), QStringList{u"table.txt.bak"_s});
+}
+
+void TestFileSafety::nothingIsKeptInALockedFolder() {
+  QVERIFY(put(path, "old"));
+  QCOMPARE(chmod("table.txt", 0666), 0);
+  QCOMPARE(chmod(".", 0555), 0);
+  const int result = inChild([] {
+    if (!becomeOrdinaryUser())
+      return cannotTry;
+    return textfile::keepBeside(path) || textfile::moveBeside(path) ? notAsWished : asWished;
+  });
+  QCOMPARE(chmod(".", 0755), 0);
+  if (result == cannotTry)
+    QSKIP("no ordinary user can be had here");
+  QCOMPARE(result, asWished);
+  QCOMPARE(contentsOf(path), "old");
+  QCOMPARE(namesHere(), QStringList{u"table.txt"_s});
+}
+
+void TestFileSafety::aCopyThatDoesNotFitLeavesNoPart() {
+  QVERIFY(put(path, QByteArray(100'000, 'a')));
+  const int result = inChild([] {
+    const SizeLimit limit(1000);
+    return textfile::keepBeside(path) ? notAsWished : asWished;
+  });
+  QCOMPARE(result, asWished);
+  QCOMPARE(namesHere(), QStringList{u"table.txt"_s});
+  QCOMPARE(contentsOf(path).size(), 100'000);
 }
 
 void TestFileSafety::aSizeLimitLeavesTheOldFile() {

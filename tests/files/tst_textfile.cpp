@@ -33,6 +33,13 @@ class TestTextFile : public QObject {
   void aReplacedFileIsTheOwnersAloneWhereThatIsAsked();
   void aLinkStaysALink_data();
   void aLinkStaysALink();
+  void aCopyIsKeptUnderTheFirstFreeName();
+  void aKeptCopyHasThePermissions_data();
+  void aKeptCopyHasThePermissions();
+  void aFileTooLongToBeCopiedIsMoved();
+  void whatALinkLeadsToIsCopied();
+  void whatIsNoFileIsNotKept();
+  void aFileIsMovedToTheFirstFreeName();
   void aFileIsEmptied();
 
  private:
@@ -176,6 +183,91 @@ void TestTextFile::aLinkStaysALink() {
   QVERIFY(textfile::replace(path, "new"));
   QVERIFY(QFileInfo(path).isSymLink());
   QCOMPARE(contentsOf(target), "new");
+}
+
+void TestTextFile::aCopyIsKeptUnderTheFirstFreeName() {
+  const QByteArray bytes = "a\r\n\0\xE9 x"_ba;
+  QVERIFY(put(path, bytes));
+  QVERIFY(textfile::keepBeside(path));
+  QCOMPARE(namesHere(), (QStringList{u"table.txt"_s, u"table.txt.bak"_s}));
+  QCOMPARE(contentsOf(path), bytes);
+  QCOMPARE(contentsOf(path + u".bak"_s), bytes);
+
+  QVERIFY(put(path, "second"));
+  QVERIFY(textfile::keepBeside(path));
+  QCOMPARE(contentsOf(path + u".bak"_s), bytes);
+  QCOMPARE(contentsOf(path + u".bak2"_s), "second");
+
+  // Not only a file has its name for itself.
+  QVERIFY(QDir().mkdir(path + u".bak3"_s));
+  QVERIFY(QFile::link(u"./nothing"_s, path + u".bak4"_s));
+  QVERIFY(put(path, "third"));
+  QVERIFY(textfile::keepBeside(path));
+  QCOMPARE(contentsOf(path + u".bak5"_s), "third");
+  QCOMPARE(namesHere().size(), 6);
+}
+
+void TestTextFile::aKeptCopyHasThePermissions_data() {
+  QTest::addColumn<QFile::Permissions>("permissions");
+  QTest::addColumn<textfile::Access>("access");
+  QTest::addColumn<QFile::Permissions>("kept");
+  using P = QFileDevice::Permission;
+  const QFile::Permissions owner = P::ReadOwner | P::WriteOwner | P::ReadUser | P::WriteUser;
+  const QFile::Permissions wide = owner | P::ReadGroup | P::WriteGroup | P::ReadOther;
+  QTest::newRow("of the file") << wide << textfile::Access::AsBefore << wide;
+  QTest::newRow("of the file that only its owner reads")
+      << owner << textfile::Access::AsBefore << owner;
+  QTest::newRow("of its owner alone where that is asked")
+      << wide << textfile::Access::OwnerOnly << owner;
+}
+
+void TestTextFile::aKeptCopyHasThePermissions() {
+  QFETCH(QFile::Permissions, permissions);
+  QFETCH(textfile::Access, access);
+  QFETCH(QFile::Permissions, kept);
+  QVERIFY(put(path, "old"));
+  QVERIFY(QFile::setPermissions(path, permissions));
+  QVERIFY(textfile::keepBeside(path, access));
+  QCOMPARE(QFile::permissions(path + u".bak"_s), kept);
+  QCOMPARE(QFile::permissions(path), permissions);
+}
+
+void TestTextFile::aFileTooLongToBeCopiedIsMoved() {
+  QVERIFY(put(path, "a\nb\nc"));
+  QVERIFY(QFile::resize(path, textfile::largestFile + 1));
+  QVERIFY(textfile::keepBeside(path));
+  QCOMPARE(namesHere(), QStringList{u"table.txt.bak"_s});
+  QCOMPARE(QFileInfo(path + u".bak"_s).size(), textfile::largestFile + 1);
+}
+
+void TestTextFile::whatALinkLeadsToIsCopied() {
+  QVERIFY(put(u"kept.txt"_s, "old"));
+  QVERIFY(QFile::link(u"kept.txt"_s, path));
+  QVERIFY(textfile::keepBeside(path));
+  QVERIFY(QFileInfo(path).isSymLink());
+  QVERIFY(!QFileInfo(path + u".bak"_s).isSymLink());
+  QVERIFY(textfile::replace(path, "new"));
+  QCOMPARE(contentsOf(path + u".bak"_s), "old");
+}
+
+void TestTextFile::whatIsNoFileIsNotKept() {
+  QVERIFY(textfile::keepBeside(path));
+  QVERIFY(!textfile::moveBeside(path));
+  QCOMPARE(namesHere(), QStringList());
+  QVERIFY(QDir().mkdir(path));
+  QVERIFY(!textfile::keepBeside(path));
+  QCOMPARE(namesHere(), QStringList{u"table.txt"_s});
+}
+
+void TestTextFile::aFileIsMovedToTheFirstFreeName() {
+  QVERIFY(put(path, "first"));
+  QVERIFY(textfile::moveBeside(path));
+  QCOMPARE(namesHere(), QStringList{u"table.txt.bak"_s});
+  QVERIFY(put(path, "second"));
+  QVERIFY(textfile::moveBeside(path));
+  QCOMPARE(contentsOf(path + u".bak"_s), "first");
+  QCOMPARE(contentsOf(path + u".bak2"_s), "second");
+  QCOMPARE(namesHere().size(), 2);
 }
 
 void TestTextFile::aFileIsEmptied() {

@@ -10,64 +10,80 @@
 
 namespace {
 
-bool loadBlocks(const QString& path, const BlockFormat& format,
-                const std::function<void(Block&&)>& take) {
+using blockfile::Reading;
+
+/// A file that cannot be read at all, or is too long, stops the reading as a
+/// line that makes no sense does.
+Reading readBlocks(QLatin1String path, const BlockFormat& format,
+                   const std::function<void(Block&&)>& take) {
   const auto file = textfile::read(path);
-  return file && blockfile::read(file->bytes, format, take) && file->whole;
+  if (!file)
+    return Reading::Stopped;
+  const Reading reading = blockfile::read(file->bytes, format, take);
+  return file->whole ? reading : Reading::Stopped;
 }
 
 template <typename Entry>
-bool writeBlocks(const QString& path, const BlockFormat& format, const QList<Entry>& entries,
-                 QString Entry::*label) {
+QByteArray blocksOf(const BlockFormat& format, const QList<Entry>& entries, QString Entry::*label) {
   QByteArray text;
   for (const Entry& entry : entries)
     blockfile::append(text, format, entry.*label, entry.commands);
-  return textfile::replace(path, text);
+  return text;
 }
 
 }  // namespace
 
-namespace automation {
+bool AutomationFiles::TableFile::write(QByteArrayView bytes) {
+  if (unread && !textfile::keepBeside(path))
+    return false;
+  unread = false;
+  return textfile::replace(path, bytes);
+}
 
-bool loadMacros(MacroTable& table) {
-  return loadBlocks(macrosPath, blockfile::macros, [&](Block&& block) {
+bool AutomationFiles::loadMacros(MacroTable& table) {
+  const auto take = [&](Block&& block) {
     table.append({keyNameToCode(block.label), std::move(block.commands)});
-  });
+  };
+  return readBlocks(automation::macrosPath, blockfile::macros, take) != Reading::Stopped;
 }
 
-bool loadTriggers(TriggerTable& table) {
-  return loadBlocks(triggersPath, blockfile::triggers, [&](Block&& block) {
+bool AutomationFiles::loadTriggers(TriggerTable& table) {
+  const Reading reading = readBlocks(triggers_.path, blockfile::triggers, [&](Block&& block) {
     table.append({std::move(block.label), std::move(block.commands)});
   });
+  triggers_.unread = reading != Reading::Whole;
+  return reading != Reading::Stopped;
 }
 
-bool loadAliases(AliasTable& table) {
-  return loadBlocks(aliasesPath, blockfile::aliases, [&](Block&& block) {
+bool AutomationFiles::loadAliases(AliasTable& table) {
+  const Reading reading = readBlocks(aliases_.path, blockfile::aliases, [&](Block&& block) {
     table.append({std::move(block.label), std::move(block.commands)});
   });
+  aliases_.unread = reading != Reading::Whole;
+  return reading != Reading::Stopped;
 }
 
-bool loadVariables(QMap<QString, QString>& variables) {
-  const auto file = textfile::read(variablesPath);
-  return file && variablesfile::read(file->bytes, variables) && file->whole;
+bool AutomationFiles::loadVariables(QMap<QString, QString>& variables) {
+  const auto file = textfile::read(variables_.path);
+  const bool success = file && variablesfile::read(file->bytes, variables) && file->whole;
+  variables_.unread = !success;
+  return success;
 }
 
-bool writeTriggers(const TriggerTable& table) {
-  return writeBlocks(triggersPath, blockfile::triggers, table.entries(), &TriggerEntry::pattern);
+bool AutomationFiles::writeTriggers(const TriggerTable& table) {
+  return triggers_.write(blocksOf(blockfile::triggers, table.entries(), &TriggerEntry::pattern));
 }
 
-bool writeAliases(const AliasTable& table) {
-  return writeBlocks(aliasesPath, blockfile::aliases, table.entries(), &AliasEntry::name);
+bool AutomationFiles::writeAliases(const AliasTable& table) {
+  return aliases_.write(blocksOf(blockfile::aliases, table.entries(), &AliasEntry::name));
 }
 
-bool writeVariables(const QMap<QString, QString>& variables) {
-  return textfile::replace(variablesPath, variablesfile::toText(variables));
+bool AutomationFiles::writeVariables(const QMap<QString, QString>& variables) {
+  return variables_.write(variablesfile::toText(variables));
 }
 
 // A quirk kept on purpose: the question is asked the wrong way round, so that
 // the blocks go nowhere in either case and the answer is the opposite.
-bool writeMacros(const MacroTable& /*table*/) {
-  return !textfile::openAndEmpty(macrosPath);
+bool AutomationFiles::writeMacros(const MacroTable& /*table*/) {
+  return !textfile::openAndEmpty(automation::macrosPath);
 }
-
-}  // namespace automation

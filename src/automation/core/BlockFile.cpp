@@ -40,8 +40,8 @@ QByteArray onOneLine(QString label) {
 
 namespace blockfile {
 
-bool read(QByteArrayView text, const BlockFormat& format,
-          const std::function<void(Block&&)>& take) {
+Reading read(QByteArrayView text, const BlockFormat& format,
+             const std::function<void(Block&&)>& take) {
   const scan::Format header = headerOf(format);
   const QByteArray endWord = '/' + format.keyword.toByteArray();
   TextLines lines(text);
@@ -55,10 +55,10 @@ bool read(QByteArrayView text, const BlockFormat& format,
     } else if (const scan::Result found = header.scan(*line); found.complete()) {
       block.emplace(Block{.label = QString::fromLatin1(found.text(0))});
     } else if (!line->isEmpty()) {
-      return false;
+      return Reading::Stopped;
     }
   }
-  return true;
+  return block ? Reading::OpenBlock : Reading::Whole;
 }
 
 void append(QByteArray& text, const BlockFormat& format, const QString& label,

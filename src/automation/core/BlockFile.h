@@ -33,11 +33,18 @@ inline constexpr BlockFormat triggers{"trigger", BlockFormat::Label::Quoted,
 inline constexpr BlockFormat aliases{"alias", BlockFormat::Label::Quoted,
                                      BlockFormat::Body::Latin1};
 
-/// Hands over each block whose end was met, in order. False at the first line
+/// What came of reading a text.
+enum class Reading {
+  Whole,
+  OpenBlock,  ///< the last block has no end and was dropped
+  Stopped,    ///< at a line that makes no sense
+};
+
+/// Hands over each block whose end was met, in order. Stops at the first line
 /// outside a block that is neither empty nor a header: what comes after it is
-/// not looked at. A block that the text leaves open is dropped without a word.
-[[nodiscard]] bool read(QByteArrayView text, const BlockFormat& format,
-                        const std::function<void(Block&&)>& take);
+/// not looked at.
+[[nodiscard]] Reading read(QByteArrayView text, const BlockFormat& format,
+                           const std::function<void(Block&&)>& take);
 
 /// Writes one block at the end of the text; a character outside Latin-1
 /// becomes "?", and line breaks in the label are dropped. Apart from that label

@@ -1,7 +1,5 @@
 #include "automation/editors/AliasWidget.h"
 
-#include "automation/core/AutomationFiles.h"
-
 namespace {
 
 EditorTexts texts() {
@@ -27,8 +25,8 @@ EditorTexts texts() {
 
 }  // namespace
 
-AliasWidget::AliasWidget(AliasTable& table, QWidget* parent)
-    : TableEditorWidget(texts(), table, parent) {
+AliasWidget::AliasWidget(AliasTable& table, AutomationFiles& files, QWidget* parent)
+    : TableEditorWidget(texts(), table, files, parent) {
   connectSlots<AliasWidget>(
       this, {&AliasWidget::selectionChanged, &AliasWidget::addAlias, &AliasWidget::deleteAlias,
              &AliasWidget::editAlias, &AliasWidget::saveAlias, &AliasWidget::cancelAlias,
@@ -78,5 +76,5 @@ void AliasWidget::setLabelAt(qsizetype position, const QString& label) {
 }
 
 void AliasWidget::writeFile() {
-  (void)automation::writeAliases(table());
+  (void)files().writeAliases(table());
 }

@@ -8,7 +8,7 @@ class AliasWidget : public TableEditorWidget<AliasTable> {
   Q_OBJECT
 
  public:
-  AliasWidget(AliasTable& table, QWidget* parent);
+  AliasWidget(AliasTable& table, AutomationFiles& files, QWidget* parent);
 
  public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
   void selectionChanged(int index);

@@ -1,6 +1,5 @@
 #include "automation/editors/MacroWidget.h"
 
-#include "automation/core/AutomationFiles.h"
 #include "automation/core/KeyNames.h"
 #include "automation/editors/KeyPressInput.h"
 #include "automation/editors/KeyPressWidget.h"
@@ -25,8 +24,8 @@ EditorTexts texts() {
 
 }  // namespace
 
-MacroWidget::MacroWidget(MacroTable& table, QWidget* parent)
-    : TableEditorWidget(texts(), table, parent), keyPress_(new KeyPressWidget(this)) {
+MacroWidget::MacroWidget(MacroTable& table, AutomationFiles& files, QWidget* parent)
+    : TableEditorWidget(texts(), table, files, parent), keyPress_(new KeyPressWidget(this)) {
   connectSlots<MacroWidget>(
       this, {&MacroWidget::selectionChanged, &MacroWidget::addMacro, &MacroWidget::deleteMacro,
              &MacroWidget::editMacro, &MacroWidget::saveMacro, &MacroWidget::cancelMacro,
@@ -74,5 +73,5 @@ QString MacroWidget::labelAt(qsizetype position) const {
 }
 
 void MacroWidget::writeFile() {
-  (void)automation::writeMacros(table());
+  (void)files().writeMacros(table());
 }

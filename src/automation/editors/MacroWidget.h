@@ -11,7 +11,7 @@ class MacroWidget : public TableEditorWidget<MacroTable> {
   Q_OBJECT
 
  public:
-  MacroWidget(MacroTable& table, QWidget* parent);
+  MacroWidget(MacroTable& table, AutomationFiles& files, QWidget* parent);
 
  public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
   void selectionChanged(int index);

@@ -3,16 +3,18 @@
 #include <QWidget>
 #include <utility>
 
+#include "automation/core/AutomationFiles.h"
 #include "automation/editors/EditorWidget.h"
 
-/// An editor of one kind of table. The table outlives it.
+/// An editor of one kind of table. The table and its file outlive it.
 template <typename Table>
 class TableEditorWidget : public EditorWidget {
  protected:
-  TableEditorWidget(EditorTexts texts, Table& table, QWidget* parent)
-      : EditorWidget(std::move(texts), parent), table_(table) {}
+  TableEditorWidget(EditorTexts texts, Table& table, AutomationFiles& files, QWidget* parent)
+      : EditorWidget(std::move(texts), parent), table_(table), files_(files) {}
 
   [[nodiscard]] Table& table() const { return table_; }
+  [[nodiscard]] AutomationFiles& files() const { return files_; }
 
   [[nodiscard]] qsizetype entryCount() const override { return table_.size(); }
   [[nodiscard]] QStringList commandsAt(qsizetype position) const override {
@@ -25,4 +27,5 @@ class TableEditorWidget : public EditorWidget {
 
  private:
   Table& table_;
+  AutomationFiles& files_;
 };

@@ -1,7 +1,5 @@
 #include "automation/editors/TriggerWidget.h"
 
-#include "automation/core/AutomationFiles.h"
-
 namespace {
 
 EditorTexts texts() {
@@ -29,8 +27,8 @@ EditorTexts texts() {
 
 }  // namespace
 
-TriggerWidget::TriggerWidget(TriggerTable& table, QWidget* parent)
-    : TableEditorWidget(texts(), table, parent) {
+TriggerWidget::TriggerWidget(TriggerTable& table, AutomationFiles& files, QWidget* parent)
+    : TableEditorWidget(texts(), table, files, parent) {
   connectSlots<TriggerWidget>(this, {&TriggerWidget::selectionChanged, &TriggerWidget::addTrigger,
                                      &TriggerWidget::deleteTrigger, &TriggerWidget::editTrigger,
                                      &TriggerWidget::saveTrigger, &TriggerWidget::cancelTrigger,
@@ -80,5 +78,5 @@ void TriggerWidget::setLabelAt(qsizetype position, const QString& label) {
 }
 
 void TriggerWidget::writeFile() {
-  (void)automation::writeTriggers(table());
+  (void)files().writeTriggers(table());
 }

@@ -8,7 +8,7 @@ class TriggerWidget : public TableEditorWidget<TriggerTable> {
   Q_OBJECT
 
  public:
-  TriggerWidget(TriggerTable& table, QWidget* parent);
+  TriggerWidget(TriggerTable& table, AutomationFiles& files, QWidget* parent);
 
  public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
   void selectionChanged(int index);
