@@ -98,23 +98,30 @@ void requireSame(const ClientSettings& before, const ClientSettings& after) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Surroundings<QGuiApplication>::provide();
   const QString& path = storePath();
-  fuzz::require(put(path, fuzz::bytesOf(data, size)), "the file can be made");
+  const QByteArray bytes = fuzz::bytesOf(data, size);
+  fuzz::require(put(path, bytes), "the file can be made");
   setNewTime(path);
 
+  SettingsStore store({path});
   ClientSettings record;
-  const WindowPlace place = settings::load(record, {path});
+  const WindowPlace place = store.load(record);
   tellFuzzer(record, place);
   requireAsStored(record);
   fuzz::requireUsableFonts(record);
-  settings::save(record, place, {path});
+  store.save(record, place);
   setNewTime(path);
+  const QString backup = path + QStringLiteral(".bak");
+  fuzz::require(!QFile::exists(backup) || contentsOf(backup) == bytes,
+                "what could not be read is kept as it was");
+  QFile::remove(backup);
+  fuzz::require(namesHere().size() == 1, "no other file is left behind");
 
   ClientSettings again;
-  fuzz::require(settings::load(again, {path}) == place, "the window's place comes back");
+  fuzz::require(SettingsStore({path}).load(again) == place, "the window's place comes back");
   requireSame(record, again);
-  QSettings store(path, QSettings::IniFormat);
-  store.beginGroup(QStringLiteral("Global Settings"));
-  fuzz::require(static_cast<std::size_t>(store.childKeys().size()) >= placeKeys + optionCount,
+  QSettings stored(path, QSettings::IniFormat);
+  stored.beginGroup(QStringLiteral("Global Settings"));
+  fuzz::require(static_cast<std::size_t>(stored.childKeys().size()) >= placeKeys + optionCount,
                 "every option has its key");
   return 0;
 }

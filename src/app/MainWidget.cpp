@@ -56,7 +56,7 @@ std::size_t indexOf(ConnectionAction action) {
 void MainWidget::storeSettings() {
   // Whether the file took them is not told: the next save tries again.
   (void)automationFiles_.writeVariables(variableTable_.entries());
-  settings::save(settings_, {.size = size(), .pos = pos()}, store_);
+  store_.save(settings_, {.size = size(), .pos = pos()});
 }
 
 void MainWidget::buildColourSpans() {

@@ -53,7 +53,7 @@ class MainWidget : public QWidget,
   static constexpr int actionCount = 11;
 
   /// The options are kept in the user's own store, unless told otherwise.
-  explicit MainWidget(settings::StorePlace store = {});
+  explicit MainWidget(settings::StorePlace place = {});
   ~MainWidget() override;
 
   /// The options, edited in place by the dialogs.
@@ -142,7 +142,7 @@ class MainWidget : public QWidget,
   AliasTable aliasTable_;
   VariableTable variableTable_;
   AutomationFiles automationFiles_;
-  const settings::StorePlace store_;
+  SettingsStore store_;
   ClientSettings settings_;
   /// Local echo as it was at the start; an option switched on during play
   /// takes effect at the next start.

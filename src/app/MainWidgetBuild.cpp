@@ -38,7 +38,7 @@ void keepExtent(QToolBar& toolbar) {
 
 }  // namespace
 
-MainWidget::MainWidget(settings::StorePlace store) : store_(std::move(store)) {
+MainWidget::MainWidget(settings::StorePlace place) : store_(std::move(place)) {
   setWindowTitle(QStringLiteral("Kelmora - The Official Client"));
   setWindowIcon(QIcon(QStringLiteral(":/icons/mainicon.png")));
   loadStoredSettings();
@@ -64,7 +64,7 @@ MainWidget::~MainWidget() {
 }
 
 void MainWidget::loadStoredSettings() {
-  const WindowPlace place = settings::load(settings_, store_);
+  const WindowPlace place = store_.load(settings_);
   QSize largest(8192, 8192);
   QList<QRect> screens;
   for (const QScreen* screen : QGuiApplication::screens()) {

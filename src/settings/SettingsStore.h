@@ -25,13 +25,27 @@ struct StorePlace {
   QString iniFile = {};
 };
 
-/// Fills the record from the store; what is missing or unreadable there is its
-/// default. Returns the place as it was stored, for the caller to check
-/// (UsableValues.h). Never writes or creates anything.
-[[nodiscard]] WindowPlace load(ClientSettings& record, const StorePlace& at);
-
-/// Writes record and place to the store, a file that its owner alone can read.
-/// Failures are silent: the next save tries again.
-void save(const ClientSettings& record, const WindowPlace& place, const StorePlace& at);
-
 }  // namespace settings
+
+/// The options' store. It remembers whether something stands in it that it
+/// could not read: before that is written over it is kept beside, as NAME.bak,
+/// or NAME.bak2 and so on.
+class SettingsStore {
+ public:
+  explicit SettingsStore(settings::StorePlace place);
+
+  /// Fills the record from the store; what is missing or unreadable there is its
+  /// default. Returns the place as it was stored, for the caller to check
+  /// (UsableValues.h). Never writes or creates anything.
+  [[nodiscard]] WindowPlace load(ClientSettings& record);
+
+  /// Writes record and place to the store, a file that its owner alone can read.
+  /// Failures are silent: the old store stands, and the next save tries again.
+  /// What the next load would refuse is such a failure, and so is something
+  /// unread that cannot be kept.
+  void save(const ClientSettings& record, const WindowPlace& place);
+
+ private:
+  settings::StorePlace place_;
+  bool unread_ = false;
+};

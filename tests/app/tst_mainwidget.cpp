@@ -248,7 +248,7 @@ void TestMainWidget::closingSavesTheSettings() {
   window.move(50, 60);
   QVERIFY(window.close());
   ClientSettings record;
-  const WindowPlace place = settings::load(record, store_.place());
+  const WindowPlace place = SettingsStore(store_.place()).load(record);
   QCOMPARE(place.size, QSize(700, 600));
   QCOMPARE(place.pos, QPoint(50, 60));
   QCOMPARE(store_.keys().size(), 38);

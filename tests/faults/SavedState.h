@@ -33,7 +33,7 @@ struct SavedState {
   /// What a start finds; nothing where a file makes no sense.
   [[nodiscard]] static std::optional<SavedState> load() {
     SavedState found;
-    found.place = settings::load(found.settings, {storePath});
+    found.place = SettingsStore({storePath}).load(found.settings);
     AutomationFiles files;
     if (!files.loadAliases(found.aliases) || !files.loadTriggers(found.triggers) ||
         !files.loadVariables(found.variables))
@@ -46,7 +46,7 @@ struct SavedState {
     AutomationFiles files;
     const bool saved = files.writeAliases(aliases) && files.writeTriggers(triggers) &&
                        files.writeVariables(variables);
-    settings::save(settings, place, {storePath});
+    SettingsStore({storePath}).save(settings, place);
     return saved;
   }
 

@@ -147,7 +147,7 @@ const std::vector<Saved>& allSaved() {
        }},
       {"settings store", storePath,
        [](const SavedState& state) {
-         settings::save(state.settings, state.place, {storePath});
+         SettingsStore({storePath}).save(state.settings, state.place);
          return std::optional<bool>();
        },
        true},

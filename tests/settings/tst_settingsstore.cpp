@@ -16,8 +16,10 @@
 
 #include "settings/SettingsFields.h"
 #include "settings/SettingsStore.h"
+#include "support/FileText.h"
 #include "support/InChild.h"
 #include "support/ScratchMain.h"
+#include "support/SizeLimit.h"
 
 namespace {
 
@@ -33,8 +35,11 @@ QString folder() {
 QString file() {
   return folder() + QStringLiteral("/store.conf");
 }
-settings::StorePlace store() {
-  return {file()};
+WindowPlace load(ClientSettings& record) {
+  return SettingsStore({file()}).load(record);
+}
+void save(const ClientSettings& record, const WindowPlace& place) {
+  SettingsStore({file()}).save(record, place);
 }
 
 /// Permission bits, 0 where there is nothing.
@@ -66,8 +71,11 @@ bool writeGroup(const QByteArray& lines) {
 }
 
 QByteArray content() {
-  QFile in(file());
-  return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
+  return contentOf(file());
+}
+
+QStringList namesInFolder() {
+  return QDir(folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
 }
 
 QStringList storedKeys() {
@@ -142,6 +150,17 @@ class TestSettingsStore : public QObject {
   void aStoreThatIsNoneOfOursYieldsTheDefaultsAndGivesWay_data();
   void aStoreThatIsNoneOfOursYieldsTheDefaultsAndGivesWay();
   void aPipeInPlaceOfTheStoreYieldsTheDefaults();
+  void theLargestStoreIsOpened_data();
+  void theLargestStoreIsOpened();
+  void aDamagedStoreIsKeptBeside_data();
+  void aDamagedStoreIsKeptBeside();
+  void aDamageThatOnlyTheSaveMeetsIsKeptToo();
+  void whatCannotBeKeptIsNotWrittenOver();
+  void aRefusedStoreInALockedFolderStands();
+  void nothingIsWrittenThatTheNextLoadRefuses_data();
+  void nothingIsWrittenThatTheNextLoadRefuses();
+  void othersKeysCountTowardsWhatIsRefused();
+  void aDiskWithoutRoomForLongOptionsLeavesTheOldOnes();
 
   void aNewStoreAndItsFoldersAreTheOwnersAlone();
   void anExistingStoreIsNarrowedBeforeItIsWritten_data();
@@ -168,18 +187,18 @@ void TestSettingsStore::theUsersOwnStoreIsTheNativeOne() {
   record.port = 4023;
   const WindowPlace place{QSize(640, 480), QPoint(5, 7)};
   const NoUmask noUmask;
-  settings::save(record, place, {});
+  SettingsStore({}).save(record, place);
   QCOMPARE(modeOf(native), fileMode);
   QCOMPARE(modeOf(QFileInfo(native).path()), folderMode);
   ClientSettings loaded;
-  QCOMPARE(settings::load(loaded, {}), place);
+  QCOMPARE(SettingsStore({}).load(loaded), place);
   QCOMPARE(loaded, record);
   // What would end the toolkit's reader is refused there, too.
   QFile file(native);
   QVERIFY(file.open(QIODevice::WriteOnly));
   file.write("[Global%20Settings]\nport=4024\nhostName=" + QByteArray(2'000'000, 'k'));
   file.close();
-  QCOMPARE(settings::load(loaded, {}), WindowPlace());
+  QCOMPARE(SettingsStore({}).load(loaded), WindowPlace());
   QCOMPARE(loaded, ClientSettings());
   QVERIFY(!QFileInfo::exists(configFolder()));
   QVERIFY(QDir(QFileInfo(native).path()).removeRecursively());
@@ -190,7 +209,7 @@ void TestSettingsStore::aFirstStartYieldsTheDefaultsAndWritesNothing() {
   record.port = 1;
   record.hostName = QStringLiteral("elsewhere");
   record.boldColour[3].assign("#111111");
-  const WindowPlace place = settings::load(record, store());
+  const WindowPlace place = load(record);
   QCOMPARE(record, ClientSettings());
   QCOMPARE(place.size, QSize(800, 800));
   QCOMPARE(place.pos, QPoint(200, 200));
@@ -199,7 +218,7 @@ void TestSettingsStore::aFirstStartYieldsTheDefaultsAndWritesNothing() {
 }
 
 void TestSettingsStore::aSaveHoldsEveryKeyAndNoOther() {
-  settings::save(ClientSettings(), WindowPlace(), store());
+  save(ClientSettings(), WindowPlace());
   QStringList expected = {QStringLiteral("size"), QStringLiteral("pos")};
   for (const SettingsField& field : settings::fields())
     expected << QString::fromLatin1(field.storeKey);
@@ -210,14 +229,14 @@ void TestSettingsStore::aSaveHoldsEveryKeyAndNoOther() {
   QCOMPARE(keys, expected);
 
   ClientSettings record;
-  QCOMPARE(settings::load(record, store()), WindowPlace());
+  QCOMPARE(load(record), WindowPlace());
   QCOMPARE(record, ClientSettings());
 }
 
 void TestSettingsStore::aSaveHoldsThePlainForms() {
   ClientSettings record;
   record.proxyPassword = QStringLiteral("open sesame");
-  settings::save(record, {QSize(640, 480), QPoint(-5, 7)}, store());
+  save(record, {QSize(640, 480), QPoint(-5, 7)});
   const QByteArray text = content();
   QVERIFY(text.contains("\ndisplayAnsiColor=1\n"));
   QVERIFY(text.contains("\nparseHtml=0\n"));
@@ -233,7 +252,7 @@ void TestSettingsStore::aSaveHoldsThePlainForms() {
 
 void TestSettingsStore::keysOfOthersSurviveASave() {
   QVERIFY(writeGroup("ofTomorrow=1\n"));
-  settings::save(ClientSettings(), WindowPlace(), store());
+  save(ClientSettings(), WindowPlace());
   QCOMPARE(storedKeys().size(), 39);
 }
 
@@ -262,10 +281,10 @@ void TestSettingsStore::aChangedRecordComesBackWhole() {
     record.boldColour[i].assign("#20000" + QByteArray::number(static_cast<int>(i)));
   }
   const WindowPlace place{QSize(321, 123), QPoint(-40, 3000)};
-  settings::save(record, place, store());
+  save(record, place);
   QVERIFY(makeTheToolkitReadAgain());
   ClientSettings loaded;
-  QCOMPARE(settings::load(loaded, store()), place);
+  QCOMPARE(load(loaded), place);
   for (const SettingsField& field : settings::fields())
     QCOMPARE(settings::storedValue(loaded, field), settings::storedValue(record, field));
   QCOMPARE(loaded, record);
@@ -294,10 +313,10 @@ void TestSettingsStore::aTextComesBackAsItWas() {
         &ClientSettings::proxyPortNumber, &ClientSettings::proxyUserName,
         &ClientSettings::proxyPassword, &ClientSettings::interfaceStyle})
     record.*field = text;
-  settings::save(record, WindowPlace(), store());
+  save(record, WindowPlace());
   QVERIFY(makeTheToolkitReadAgain());
   ClientSettings loaded;
-  QCOMPARE(settings::load(loaded, store()), WindowPlace());
+  QCOMPARE(load(loaded), WindowPlace());
   QCOMPARE(loaded, record);
 }
 
@@ -345,7 +364,7 @@ void TestSettingsStore::oneStoredValue() {
   QFETCH(QVariant, expected);
   QVERIFY(writeGroup(line + '\n'));
   ClientSettings record;
-  QCOMPARE(settings::load(record, store()), WindowPlace());
+  QCOMPARE(load(record), WindowPlace());
   const ClientSettings defaults;
   for (const SettingsField& field : settings::fields())
     QCOMPARE(settings::storedValue(record, field),
@@ -358,7 +377,7 @@ void TestSettingsStore::loadWritesNothing() {
   QVERIFY(QFile::setPermissions(file(), QFile::ReadOwner | QFile::ReadOther));
   const mode_t mode = modeOf(file());
   ClientSettings record;
-  QCOMPARE(settings::load(record, store()), WindowPlace());
+  QCOMPARE(load(record), WindowPlace());
   QCOMPARE(record.port, 4023);
   QCOMPARE(content(), before);
   QCOMPARE(modeOf(file()), mode);
@@ -372,13 +391,13 @@ void TestSettingsStore::oneMissingKeyIsItsDefault() {
     if (field.kind() == FieldKind::Flag)
       settings::assign(changed, field, field.defaultValue.toInt() == 0 ? 1 : 0);
   for (const SettingsField& missing : settings::fields()) {
-    settings::save(changed, WindowPlace(), store());
+    save(changed, WindowPlace());
     {
       QSettings writer(file(), QSettings::IniFormat);
       writer.remove(QStringLiteral("Global Settings/") + QLatin1String(missing.storeKey));
     }
     ClientSettings record;
-    QCOMPARE(settings::load(record, store()), WindowPlace());
+    QCOMPARE(load(record), WindowPlace());
     for (const SettingsField& field : settings::fields())
       QCOMPARE(settings::storedValue(record, field),
                settings::storedValue(&field == &missing ? ClientSettings() : changed, field));
@@ -404,14 +423,14 @@ void TestSettingsStore::aStoreThatIsNoneYieldsTheDefaults() {
   QFETCH(QByteArray, bytes);
   QVERIFY(write(bytes));
   ClientSettings record;
-  QCOMPARE(settings::load(record, store()), WindowPlace());
+  QCOMPARE(load(record), WindowPlace());
   QCOMPARE(record, ClientSettings());
 
   record.port = 23;
-  settings::save(record, WindowPlace(), store());
+  save(record, WindowPlace());
   QVERIFY(makeTheToolkitReadAgain());
   ClientSettings loaded;
-  QCOMPARE(settings::load(loaded, store()), WindowPlace());
+  QCOMPARE(load(loaded), WindowPlace());
   QCOMPARE(loaded, record);
   QCOMPARE(modeOf(file()), fileMode);
 }
@@ -420,9 +439,9 @@ void TestSettingsStore::aFolderInPlaceOfTheStoreIsLeftAlone() {
   QVERIFY(QDir().mkpath(file() + QStringLiteral("/inner")));
   const mode_t before = modeOf(file());
   ClientSettings record;
-  QCOMPARE(settings::load(record, store()), WindowPlace());
+  QCOMPARE(load(record), WindowPlace());
   QCOMPARE(record, ClientSettings());
-  settings::save(record, WindowPlace(), store());
+  save(record, WindowPlace());
   QVERIFY(QFileInfo(file() + QStringLiteral("/inner")).isDir());
   QCOMPARE(modeOf(file()), before);
 }
@@ -443,26 +462,200 @@ void TestSettingsStore::aStoreThatIsNoneOfOursYieldsTheDefaultsAndGivesWay_data(
 
 void TestSettingsStore::aStoreThatIsNoneOfOursYieldsTheDefaultsAndGivesWay() {
   QFETCH(const QByteArray, line);
-  QVERIFY(writeGroup("port=4023\n" + line));
+  const NoUmask noUmask;
+  const QByteArray refused = "[Global%20Settings]\nport=4023\n" + line;
+  QVERIFY(write(refused));
   ClientSettings record;
   record.port = 1;
-  QCOMPARE(settings::load(record, store()), WindowPlace());
+  QCOMPARE(load(record), WindowPlace());
   QCOMPARE(record, ClientSettings());
   record.port = 11995;
-  settings::save(record, WindowPlace(), store());
+  save(record, WindowPlace());
   QVERIFY(makeTheToolkitReadAgain());
   ClientSettings loaded;
-  QCOMPARE(settings::load(loaded, store()), WindowPlace());
+  QCOMPARE(load(loaded), WindowPlace());
   QCOMPARE(loaded.port, 11995);
+  // What was refused is kept beside, and the next of its kind beside that.
+  QVERIFY(contentOf(file() + ".bak") == refused);
+  QCOMPARE(modeOf(file() + ".bak"), fileMode);
+  QVERIFY(write("again" + refused));
+  save(record, WindowPlace());
+  QVERIFY(contentOf(file() + ".bak2") == "again" + refused);
+  QCOMPARE(namesInFolder(), (QStringList{"store.conf", "store.conf.bak", "store.conf.bak2"}));
+}
+
+void TestSettingsStore::theLargestStoreIsOpened_data() {
+  QTest::addColumn<QByteArray>("value");
+  QTest::addColumn<bool>("isOpened");
+  const QByteArray start = "[Global%20Settings]\nport=4023\nofOthers=";
+  const qsizetype rest = 1024 * 1024 - start.size();
+  QTest::newRow("a megabyte") << QByteArray(rest, 'k') << true;
+  QTest::newRow("a byte more") << QByteArray(rest + 1, 'k') << false;
+  QTest::newRow("ten thousand zeros") << QByteArray(10'000, '\0') << true;
+  QTest::newRow("a zero more") << QByteArray(10'001, '\0') << false;
+  QTest::newRow("a zero more, escaped") << QByteArray("\\0").repeated(10'001) << false;
+  QTest::newRow("a zero more, escaped otherwise") << QByteArray("\\x0").repeated(10'001) << false;
+}
+
+void TestSettingsStore::theLargestStoreIsOpened() {
+  QFETCH(const QByteArray, value);
+  QFETCH(const bool, isOpened);
+  QVERIFY(write("[Global%20Settings]\nport=4023\nofOthers=" + value));
+  ClientSettings record;
+  QCOMPARE(load(record), WindowPlace());
+  QCOMPARE(record.port, isOpened ? 4023 : 5000);
+}
+
+void TestSettingsStore::aDamagedStoreIsKeptBeside_data() {
+  QTest::addColumn<QByteArray>("bytes");
+  QTest::addColumn<int>("port");
+  QTest::newRow("a line that is none")
+      << QByteArray("[Global%20Settings]\nport=4023\nhello\nofTomorrow=1\n") << 4023;
+  QTest::newRow("a group without its bracket")
+      << QByteArray("[Others\n[Global%20Settings]\nport=4023\n") << 4023;
+  QTest::newRow("a line that is none in a part of others")
+      << QByteArray("[Others]\nhello\n[Global%20Settings]\nport=4023\n") << 4023;
+  QTest::newRow("no line that is one") << QByteArray("hello\n\nworld") << 5000;
+}
+
+void TestSettingsStore::aDamagedStoreIsKeptBeside() {
+  QFETCH(const QByteArray, bytes);
+  QFETCH(const int, port);
+  const NoUmask noUmask;
+  QVERIFY(write(bytes));
+  {
+    SettingsStore session({file()});
+    ClientSettings record;
+    QCOMPARE(session.load(record), WindowPlace());
+    QCOMPARE(record.port, port);
+    QCOMPARE(namesInFolder(), QStringList{"store.conf"});
+    session.save(record, WindowPlace());
+    QCOMPARE(contentOf(file() + ".bak"), bytes);
+    QCOMPARE(modeOf(file() + ".bak"), fileMode);
+    QCOMPARE(storedKeys().contains("ofTomorrow"), bytes.contains("ofTomorrow"));
+    session.save(record, WindowPlace());
+  }
+  QVERIFY(makeTheToolkitReadAgain());
+  SettingsStore session({file()});
+  ClientSettings record;
+  QCOMPARE(session.load(record), WindowPlace());
+  session.save(record, WindowPlace());
+  QCOMPARE(namesInFolder(), (QStringList{"store.conf", "store.conf.bak"}));
+}
+
+void TestSettingsStore::aDamageThatOnlyTheSaveMeetsIsKeptToo() {
+  const QByteArray bytes = "[Global%20Settings]\nhello\n";
+  QVERIFY(write(bytes));
+  save(ClientSettings(), WindowPlace());
+  QCOMPARE(contentOf(file() + ".bak"), bytes);
+}
+
+void TestSettingsStore::whatCannotBeKeptIsNotWrittenOver() {
+  const QByteArray bytes = "[Global%20Settings]\nport=4023\nhello\n" + QByteArray(5000, 'x');
+  QVERIFY(write(bytes));
+  SettingsStore session({file()});
+  ClientSettings record;
+  QCOMPARE(session.load(record), WindowPlace());
+  const auto saveWithLittleRoom = [&] {
+    const SizeLimit fullDisk(4000);
+    session.save(record, WindowPlace());
+  };
+  saveWithLittleRoom();
+  QCOMPARE(content(), bytes);
+  QCOMPARE(namesInFolder(), QStringList{"store.conf"});
+  session.save(record, WindowPlace());
+  QVERIFY(content().contains("port=4023"));
+  QCOMPARE(contentOf(file() + ".bak"), bytes);
+}
+
+void TestSettingsStore::aRefusedStoreInALockedFolderStands() {
+  const QByteArray bytes = "port=4023\n" + QByteArray(2'000'000, 'k');
+  QVERIFY(write(bytes));
+  QCOMPARE(::chmod(QFile::encodeName(file()).constData(), 0666), 0);
+  QCOMPARE(::chmod(QFile::encodeName(folder()).constData(), 0555), 0);
+  QCOMPARE(::chmod(QFile::encodeName(configFolder()).constData(), 0755), 0);
+  QCOMPARE(::chmod(".", 0755), 0);
+  const int result = inChild([] {
+    if (!becomeOrdinaryUser())
+      return cannotTry;
+    save(ClientSettings(), WindowPlace());
+    return asWished;
+  });
+  QCOMPARE(::chmod(QFile::encodeName(folder()).constData(), 0755), 0);
+  if (result == cannotTry)
+    QSKIP("no ordinary user can be had here");
+  QVERIFY(content() == bytes);
+  QCOMPARE(namesInFolder(), QStringList{"store.conf"});
+}
+
+void TestSettingsStore::nothingIsWrittenThatTheNextLoadRefuses_data() {
+  QTest::addColumn<QString>("text");
+  QTest::addColumn<bool>("isWritten");
+  QTest::newRow("two million characters") << QString(2'000'000, u'k') << false;
+  QTest::newRow("four hundred thousand of three bytes each")
+      << QString(400'000, QChar(0x20ac)) << false;
+  QTest::newRow("ten thousand zeros") << QString(10'000, QChar(0)) << true;
+  QTest::newRow("a zero more") << QString(10'001, QChar(0)) << false;
+  QTest::newRow("what looks like as many zeros") << QStringLiteral("\\0").repeated(10'001) << false;
+  QTest::newRow("twenty thousand characters") << QString(20'000, u'k') << true;
+}
+
+void TestSettingsStore::nothingIsWrittenThatTheNextLoadRefuses() {
+  QFETCH(const QString, text);
+  QFETCH(const bool, isWritten);
+  ClientSettings record;
+  record.port = 4023;
+  save(record, WindowPlace());
+  const QByteArray before = content();
+  record.port = 4024;
+  record.hostName = text;
+  save(record, WindowPlace());
+  QCOMPARE(content() == before, !isWritten);
+  QCOMPARE(namesInFolder(), QStringList{"store.conf"});
+  QVERIFY(makeTheToolkitReadAgain());
+  ClientSettings loaded;
+  QCOMPARE(load(loaded), WindowPlace());
+  QCOMPARE(loaded.port, isWritten ? 4024 : 4023);
+  QCOMPARE(loaded.hostName == text, isWritten);
+  // Nothing of it stays in the way.
+  record.hostName.clear();
+  save(record, WindowPlace());
+  QVERIFY(makeTheToolkitReadAgain());
+  QCOMPARE(load(loaded), WindowPlace());
+  QCOMPARE(loaded, record);
+}
+
+void TestSettingsStore::othersKeysCountTowardsWhatIsRefused() {
+  const QByteArray start = "[Global%20Settings]\nport=4023\nofOthers=";
+  const QByteArray full = start + QByteArray(1024 * 1024 - start.size(), 'k');
+  QVERIFY(write(full));
+  ClientSettings record;
+  QCOMPARE(load(record), WindowPlace());
+  save(record, WindowPlace());
+  QVERIFY(content() == full);
+}
+
+void TestSettingsStore::aDiskWithoutRoomForLongOptionsLeavesTheOldOnes() {
+  save(ClientSettings(), WindowPlace());
+  const QByteArray before = content();
+  ClientSettings record;
+  record.hostName = QString(300'000, u'k');
+  {
+    const SizeLimit fullDisk(200'000);
+    save(record, WindowPlace());
+  }
+  QVERIFY(content() == before);
+  save(record, WindowPlace());
+  QVERIFY(content().size() > 300'000);
 }
 
 void TestSettingsStore::aPipeInPlaceOfTheStoreYieldsTheDefaults() {
   QVERIFY(QDir().mkpath(folder()));
   QCOMPARE(::mkfifo(QFile::encodeName(file()).constData(), fileMode), 0);
   ClientSettings record;
-  QCOMPARE(settings::load(record, store()), WindowPlace());
+  QCOMPARE(load(record), WindowPlace());
   QCOMPARE(record, ClientSettings());
-  settings::save(record, WindowPlace(), store());
+  save(record, WindowPlace());
   QVERIFY(QFileInfo::exists(file()) && !QFileInfo(file()).isFile());
 }
 
@@ -480,12 +673,12 @@ void TestSettingsStore::anUnreadableStoreYieldsTheDefaults() {
   QFile probe(file());
   const bool readable = probe.open(QIODevice::ReadOnly);
   ClientSettings record;
-  const WindowPlace place = settings::load(record, store());
+  const WindowPlace place = load(record);
   ClientSettings changed;
   changed.port = 11995;
-  settings::save(changed, WindowPlace(), store());
+  save(changed, WindowPlace());
   ClientSettings loaded;
-  const WindowPlace loadedPlace = settings::load(loaded, store());
+  const WindowPlace loadedPlace = load(loaded);
   if (root)
     QCOMPARE(::seteuid(0), 0);
   QVERIFY(!readable);
@@ -493,16 +686,17 @@ void TestSettingsStore::anUnreadableStoreYieldsTheDefaults() {
   QCOMPARE(record, ClientSettings());
   QCOMPARE(loadedPlace, WindowPlace());
   QCOMPARE(loaded, changed);  // a save mends it
+  QCOMPARE(contentOf(file() + ".bak"), QByteArray("[Global%20Settings]\nport=4023\n"));
   QCOMPARE(modeOf(file()), fileMode);
 }
 
 void TestSettingsStore::aNewStoreAndItsFoldersAreTheOwnersAlone() {
   const NoUmask noUmask;
-  settings::save(ClientSettings(), WindowPlace(), store());
+  save(ClientSettings(), WindowPlace());
   QCOMPARE(modeOf(file()), fileMode);
   QCOMPARE(modeOf(folder()), folderMode);
   QCOMPARE(modeOf(configFolder()), folderMode);
-  settings::save(ClientSettings(), WindowPlace(), store());
+  save(ClientSettings(), WindowPlace());
   QCOMPARE(modeOf(file()), fileMode);
 }
 
@@ -521,7 +715,7 @@ void TestSettingsStore::anExistingStoreIsNarrowedBeforeItIsWritten() {
   QCOMPARE(::chmod(QFile::encodeName(file()).constData(), static_cast<mode_t>(mode)), 0);
   ClientSettings record;
   record.proxyPassword = QStringLiteral("secret");
-  settings::save(record, WindowPlace(), store());
+  save(record, WindowPlace());
   QCOMPARE(modeOf(file()), fileMode);
   QVERIFY(content().contains("proxyPassword=secret"));
 }
@@ -529,7 +723,7 @@ void TestSettingsStore::anExistingStoreIsNarrowedBeforeItIsWritten() {
 void TestSettingsStore::anExistingFolderKeepsItsPermissions() {
   QVERIFY(QDir().mkpath(folder()));
   QCOMPARE(::chmod(QFile::encodeName(folder()).constData(), 0755), 0);
-  settings::save(ClientSettings(), WindowPlace(), store());
+  save(ClientSettings(), WindowPlace());
   QCOMPARE(modeOf(folder()), mode_t{0755});
   QCOMPARE(modeOf(file()), fileMode);
 }
@@ -550,7 +744,7 @@ void TestSettingsStore::aLinkedStoreStaysALink() {
     QVERIFY(out.open(QIODevice::WriteOnly));
   }
   QVERIFY(QFile::link(target, file()));
-  settings::save(ClientSettings(), WindowPlace(), store());
+  save(ClientSettings(), WindowPlace());
   QVERIFY(QFileInfo(file()).isSymLink());
   QCOMPARE(modeOf(target), fileMode);
   QVERIFY(content().contains("port=5000"));
@@ -567,7 +761,7 @@ void TestSettingsStore::theStoreIsNeverReadableByOthers() {
   QTRY_VERIFY(watcher.looks() > 0);
   for (int i = 0; i < 200; ++i) {
     record.port = i;
-    settings::save(record, WindowPlace(), store());
+    save(record, WindowPlace());
     if (i % 2 == 0)
       QVERIFY(QFile::remove(file()));
   }
@@ -599,10 +793,10 @@ void TestSettingsStore::theLockOfAKilledClientHoldsUpNoSave() {
   clock.start();
   ClientSettings record;
   record.port = 4023;
-  settings::save(record, {}, store());
+  save(record, {});
   QVERIFY2(clock.elapsed() < 10'000, qPrintable(QString::number(clock.elapsed())));
   ClientSettings found;
-  (void)settings::load(found, store());
+  (void)load(found);
   QCOMPARE(found.port, 4023);
   QVERIFY(!QFile::exists(name));
 }
@@ -612,7 +806,7 @@ void TestSettingsStore::theLockOfALivingClientIsRespected() {
   auto other = std::make_unique<QLockFile>(file() + QStringLiteral(".lock"));
   QVERIFY(other->lock());
   const pid_t saver = startChild([] {
-    settings::save(ClientSettings(), {}, store());
+    save(ClientSettings(), {});
     return asWished;
   });
   QTest::qSleep(200);
