@@ -185,7 +185,8 @@ bool importSettings(ClientSettings& record, const QString& fileName) {
       end = content.size();
     const auto line = QByteArrayView(content).sliced(start, end - start);
     const scan::Result words = keyAndValue->scan(line);
-    if (end >= longestFile || !words.complete() || !takeOver(record, words.text(0), words.text(1)))
+    const bool isWithin = content.size() <= longestFile || end < longestFile;
+    if (!isWithin || !words.complete() || !takeOver(record, words.text(0), words.text(1)))
       return false;
     start = end + 1;
   }

@@ -31,6 +31,8 @@ class TestByteSearch : public QObject {
   void whatWasFoundBeforeIsKept();
   void longNeedlesAreFoundAtEitherEnd();
   void randomNeedlesAreFoundWhereTheyOccur();
+  void manyNeedlesAreFoundWhereTheyOccur_data();
+  void manyNeedlesAreFoundWhereTheyOccur();
 };
 
 void TestByteSearch::withoutNeedlesNothingIsFound() {
@@ -111,6 +113,62 @@ void TestByteSearch::randomNeedlesAreFoundWhereTheyOccur() {
     QCOMPARE(found(search, line), expected);
   }
   QVERIFY(hits > 20000);
+}
+
+void TestByteSearch::manyNeedlesAreFoundWhereTheyOccur_data() {
+  QTest::addColumn<int>("letters");
+  QTest::addColumn<int>("bytes");
+  QTest::addColumn<int>("longest");
+  // A table of all steps has a row for each state, which is one more than the
+  // bytes of needles that begin differently, and a column for each letter and
+  // one for the rest.
+  constexpr int rows = (1 << 20) / 256;
+  QTest::newRow("the largest table of all steps") << 255 << rows - 1 << rows;
+  QTest::newRow("a row too many for a table") << 255 << rows << rows;
+  QTest::newRow("far too many steps for a table") << 100 << 200'000 << 12;
+  QTest::newRow("all but one letter") << 255 << 2000 << 12;
+  QTest::newRow("all letters, too many for a table") << 256 << 2000 << 12;
+  QTest::newRow("a few letters") << 3 << 2000 << 12;
+}
+
+void TestByteSearch::manyNeedlesAreFoundWhereTheyOccur() {
+  QFETCH(const int, letters);
+  QFETCH(const int, bytes);
+  QFETCH(const int, longest);
+  std::mt19937 random(43);
+  const auto below = [&](quint32 limit) { return random() % limit; };
+  const auto text = [&](qsizetype length) {
+    QByteArray made(length, '\0');
+    for (char& byte : made)
+      byte = static_cast<char>(below(static_cast<quint32>(letters)));
+    return made;
+  };
+  // Every letter stands in the first.
+  std::vector<QByteArray> needles{QByteArray(letters, '\0')};
+  for (int letter = 0; letter < letters; ++letter)
+    needles.front()[letter] = static_cast<char>(letter);
+  qsizetype left = bytes - letters;
+  while (left > 0) {
+    needles.push_back(text(std::min<qsizetype>(left, longest)));
+    left -= needles.back().size();
+  }
+  if (needles.size() == 2)
+    needles.back().front() = '\1';
+  const ByteSearch search(needles);
+  int hits = 0;
+  for (int round = 0; round < 300; ++round) {
+    QByteArray line = text(30);
+    for (int inserted = 0; inserted < 3; ++inserted)
+      line.insert(static_cast<qsizetype>(below(static_cast<quint32>(line.size() + 1))),
+                  needles[below(static_cast<quint32>(needles.size()))]);
+    Numbers expected;
+    for (quint32 number = 0; number < needles.size(); ++number)
+      if (line.contains(needles[number]))
+        expected.push_back(number);
+    hits += static_cast<int>(expected.size());
+    QCOMPARE(found(search, line), expected);
+  }
+  QVERIFY(hits > 300);
 }
 
 KELMORA_TEST_MAIN(TestByteSearch)

@@ -65,6 +65,8 @@ class TestTriggerTable : public QObject {
   void aHostMayCheckAnotherLineMeanwhile();
   void patternsThatDifferOnlyFarBehindAreToldApart();
   void aTableTooLongForTheSearchFiresTheSame();
+  void patternsOfManyLettersFireTheSame_data();
+  void patternsOfManyLettersFireTheSame();
   void manyDuplicatesOnALongLineTakeNoTime();
   void randomTablesFireAsTheCLibraryHasIt();
 };
@@ -225,6 +227,38 @@ void TestTriggerTable::aTableTooLongForTheSearchFiresTheSame() {
     QCOMPARE(logOf(table, table.entries().at(number).pattern.toLatin1()),
              QStringList("run " + QString::number(number)));
   QCOMPARE(logOf(table, "a pattern of some length"), QStringList());
+}
+
+void TestTriggerTable::patternsOfManyLettersFireTheSame_data() {
+  QTest::addColumn<int>("letters");
+  QTest::addColumn<int>("patterns");
+  QTest::newRow("few enough for a table of all steps") << 60 << 500;
+  QTest::newRow("too many patterns for one") << 60 << 3000;
+  QTest::newRow("all letters of Latin-1") << 256 << 100;
+}
+
+void TestTriggerTable::patternsOfManyLettersFireTheSame() {
+  QFETCH(const int, letters);
+  QFETCH(const int, patterns);
+  RandomTriggers random(1234);
+  TriggerTable table;
+  for (int number = 0; number < patterns; ++number) {
+    QString pattern(20, u' ');
+    for (QChar& character : pattern)
+      character = QChar(255 - random.below(letters));
+    table.append({pattern, {QString::number(number)}});
+  }
+  for (int line = 0; line < 100; ++line) {
+    const int number = random.below(patterns);
+    QByteArray text = "before " + table.entries().at(number).pattern.toLatin1() + " behind";
+    if (line % 4 == 0)
+      text.remove(random.below(static_cast<int>(text.size())), 1);
+    RecordingHost expected;
+    literal::check(table.entries(), text, expected);
+    QCOMPARE(logOf(table, text), expected.log);
+    if (line % 4 != 0)
+      QVERIFY(expected.log.contains("run " + QString::number(number)));
+  }
 }
 
 void TestTriggerTable::manyDuplicatesOnALongLineTakeNoTime() {

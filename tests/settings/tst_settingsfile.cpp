@@ -69,11 +69,14 @@ class TestSettingsFile : public QObject {
   void foldersAndMissingFoldersFail();
   void theOwnerAloneCanReadIt_data();
   void theOwnerAloneCanReadIt();
+  void anOldFileIsNarrowedBeforeItIsWritten();
   void aWriteProtectedFileStaysAsItIs_data();
   void aWriteProtectedFileStaysAsItIs();
   void aFileThatCannotBeNarrowedIsWritten_data();
   void aFileThatCannotBeNarrowedIsWritten();
   void aNameOutsideAsciiIsAnotherFile();
+  void aMegabyteIsTheMost_data();
+  void aMegabyteIsTheMost();
   void hugeAndBinaryFilesAreRefusedAtOnce_data();
   void hugeAndBinaryFilesAreRefusedAtOnce();
 };
@@ -336,6 +339,19 @@ void TestSettingsFile::theOwnerAloneCanReadIt() {
   QCOMPARE(modeOf(fileName), 0600);
 }
 
+void TestSettingsFile::anOldFileIsNarrowedBeforeItIsWritten() {
+  const mode_t before = ::umask(0);
+  write("an older password");
+  ::umask(before);
+  QCOMPARE(modeOf(fileName), 0666);
+  // What still leads to the old file shows what became of it.
+  QCOMPARE(::link(QFile::encodeName(fileName).constData(), "other name"), 0);
+  QVERIFY(settings::exportSettings(ClientSettings(), fileName));
+  QCOMPARE(modeOf(fileName), 0600);
+  QCOMPARE(content("other name"), QByteArray("an older password"));
+  QCOMPARE(modeOf("other name"), 0600);
+}
+
 void TestSettingsFile::aWriteProtectedFileStaysAsItIs_data() {
   QTest::addColumn<bool>("own");
   QTest::newRow("the player's own") << true;
@@ -399,6 +415,36 @@ void TestSettingsFile::aNameOutsideAsciiIsAnotherFile() {
   QVERIFY(QFile::exists(QString::fromUtf8("r\ufffdglages.settings")));
   ClientSettings record;
   QVERIFY(settings::importSettings(record, chosen));
+}
+
+void TestSettingsFile::aMegabyteIsTheMost_data() {
+  QTest::addColumn<qsizetype>("size");
+  QTest::addColumn<QByteArray>("end");
+  QTest::addColumn<bool>("isRead");
+  constexpr qsizetype megabyte = 1024 * 1024;
+  QTest::newRow("a megabyte to the last line break") << megabyte << QByteArray("\n") << true;
+  QTest::newRow("a megabyte without one") << megabyte << QByteArray() << true;
+  QTest::newRow("a byte more, the line break") << megabyte + 1 << QByteArray("\n") << false;
+  QTest::newRow("a byte more of the last line") << megabyte + 1 << QByteArray() << false;
+  QTest::newRow("a byte more behind the last line") << megabyte + 1 << QByteArray("\np") << false;
+}
+
+void TestSettingsFile::aMegabyteIsTheMost() {
+  QFETCH(const qsizetype, size);
+  QFETCH(const QByteArray, end);
+  QFETCH(const bool, isRead);
+  const QByteArray line = "port 4000\n";
+  const QByteArray last = "splitString ab";
+  QByteArray file = line.repeated((size - 100) / line.size());
+  file += last;
+  file += QByteArray(size - file.size() - end.size(), ' ') + end;
+  QCOMPARE(file.size(), size);
+  write(file);
+  ClientSettings record;
+  QCOMPARE(settings::importSettings(record, fileName), isRead);
+  // The lines within the first megabyte stay taken over.
+  QCOMPARE(record.port, 4000);
+  QCOMPARE(record.splitString, isRead || end.endsWith('p') ? QString("ab") : QString(";"));
 }
 
 void TestSettingsFile::hugeAndBinaryFilesAreRefusedAtOnce_data() {
