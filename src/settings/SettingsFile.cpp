@@ -47,20 +47,10 @@ QByteArray exportedText(const SettingsField& field, const QString& text) {
 QByteArray exportedLines(const ClientSettings& record, const SettingsField& field) {
   const QByteArray key = field.exportKey;
   const QVariant value = settings::storedValue(record, field);
-  switch (field.kind()) {
-    case FieldKind::Size:
-      return line(key + widthSuffix, QByteArray::number(value.toSize().width())) +
-             line(key + heightSuffix, QByteArray::number(value.toSize().height()));
-    case FieldKind::Flag:
-    case FieldKind::Integer:
-      return line(key, QByteArray::number(value.toInt()));
-    case FieldKind::Text:
-      return line(key, exportedText(field, value.toString()));
-    case FieldKind::Font:
-    case FieldKind::Colour:
-      break;
-  }
-  return line(key, value.toString().toLatin1());
+  if (field.kind() == FieldKind::Size)
+    return line(key + widthSuffix, QByteArray::number(value.toSize().width())) +
+           line(key + heightSuffix, QByteArray::number(value.toSize().height()));
+  return line(key, exportedText(field, value.toString()));
 }
 
 QString importedText(const SettingsField& field, const QByteArray& value) {
@@ -107,15 +97,10 @@ QVariant importedValue(const ClientSettings& record, const ExportKey& key,
       size.setHeight(scan::toInt(value));
     return size;
   }
-  switch (key.field->kind()) {
-    case FieldKind::Flag:
-    case FieldKind::Integer:
-      return scan::toInt(value);
-    case FieldKind::Text:
-      return importedText(*key.field, value);
-    default:
-      return QString::fromLatin1(value);
-  }
+  const FieldKind kind = key.field->kind();
+  if (kind == FieldKind::Flag || kind == FieldKind::Integer)
+    return scan::toInt(value);
+  return importedText(*key.field, value);
 }
 
 bool takeOver(ClientSettings& record, const QByteArray& name, const QByteArray& value) {

@@ -31,6 +31,7 @@ class TestClientSettings : public QObject {
   void aNewRecordHoldsTheDefaults();
   void theFieldsStandInTheOrderOfTheStore();
   void noFieldIsNamedTwice();
+  void everyFieldHasItsOwnPlaceInTheExport();
   void aFieldGoesOutAsItCameIn_data();
   void aFieldGoesOutAsItCameIn();
   void colourTextKeepsSevenCharacters_data();
@@ -199,6 +200,15 @@ void TestClientSettings::noFieldIsNamedTwice() {
   }
   QCOMPARE(store.size(), fields().size());
   QCOMPARE(exported.size(), fields().size());
+}
+
+void TestClientSettings::everyFieldHasItsOwnPlaceInTheExport() {
+  std::set<int> places;
+  for (const SettingsField& field : fields())
+    places.insert(field.exportPlace);
+  QCOMPARE(places.size(), fields().size());
+  QCOMPARE(*places.begin(), 0);
+  QCOMPARE(*places.rbegin(), static_cast<int>(fields().size()) - 1);
 }
 
 void TestClientSettings::aFieldGoesOutAsItCameIn_data() {

@@ -171,6 +171,7 @@ class TestSettingsStore : public QObject {
   void theStoreIsNeverReadableByOthers();
   void theLockOfAKilledClientHoldsUpNoSave_data();
   void theLockOfAKilledClientHoldsUpNoSave();
+  void aLockThatIsTakenAwayLeavesNothingOpen();
   void theLockOfALivingClientIsRespected();
 };
 
@@ -799,6 +800,24 @@ void TestSettingsStore::theLockOfAKilledClientHoldsUpNoSave() {
   (void)load(found);
   QCOMPARE(found.port, 4023);
   QVERIFY(!QFile::exists(name));
+}
+
+void TestSettingsStore::aLockThatIsTakenAwayLeavesNothingOpen() {
+  const QDir open(QStringLiteral("/dev/fd"));
+  if (!open.exists())
+    QSKIP("here it cannot be seen what is open");
+  const auto saveOverALock = [] {
+    QFile lock(file() + ".lock");
+    if (!lock.open(QIODevice::WriteOnly))
+      qFatal("no lock can be made");
+    lock.close();
+    save(ClientSettings(), {});
+  };
+  QVERIFY(write({}));
+  saveOverALock();
+  const auto before = open.entryList(QDir::AllEntries | QDir::System).size();
+  saveOverALock();
+  QCOMPARE(open.entryList(QDir::AllEntries | QDir::System).size(), before);
 }
 
 void TestSettingsStore::theLockOfALivingClientIsRespected() {

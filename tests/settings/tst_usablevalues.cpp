@@ -27,6 +27,8 @@ class TestUsableValues : public QObject {
   void anUnreadableFontTextIsTheDefaultFont_data();
   void anUnreadableFontTextIsTheDefaultFont();
   void spacingsBeyondReasonAreDropped();
+  void theWidestSpacings_data();
+  void theWidestSpacings();
   void anOrdinaryFontIsNotTouched();
 };
 
@@ -147,6 +149,28 @@ void TestUsableValues::spacingsBeyondReasonAreDropped() {
   QCOMPARE(font.letterSpacing(), 0.0);
   QCOMPARE(font.wordSpacing(), 0.0);
   QCOMPARE(font.pointSize(), 10);
+}
+
+void TestUsableValues::theWidestSpacings_data() {
+  QTest::addColumn<qreal>("spacing");
+  QTest::addColumn<bool>("stays");
+  QTest::newRow("as wide as may be") << 400.0 << true;
+  QTest::newRow("a little wider") << 400.5 << false;
+  QTest::newRow("as narrow as may be") << -400.0 << true;
+  QTest::newRow("a little narrower") << -400.5 << false;
+  QTest::newRow("no number") << qQNaN() << false;
+}
+
+void TestUsableValues::theWidestSpacings() {
+  QFETCH(qreal, spacing);
+  QFETCH(bool, stays);
+  QFont font(QStringLiteral("Courier"), 10);
+  font.setLetterSpacing(QFont::AbsoluteSpacing, spacing);
+  font.setWordSpacing(spacing);
+  const QFont used = settings::usableFont(font);
+  QCOMPARE(used.letterSpacing(), stays ? spacing : 0.0);
+  QCOMPARE(used.letterSpacingType(), stays ? QFont::AbsoluteSpacing : QFont::PercentageSpacing);
+  QCOMPARE(used.wordSpacing(), stays ? spacing : 0.0);
 }
 
 void TestUsableValues::anOrdinaryFontIsNotTouched() {
