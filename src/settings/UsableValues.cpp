@@ -58,8 +58,7 @@ QFont usableFont(QFont font) {
 
 QFont fontFromText(const QString& text) {
   QFont font;
-  if (!font.fromString(text))
-    return QFont();
+  (void)font.fromString(text);  // which leaves the font alone where it cannot read the text
   return usableFont(std::move(font));
 }
 

@@ -11,6 +11,7 @@
 #include "support/InChild.h"
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
+#include "support/SizeLimit.h"
 
 namespace {
 
@@ -70,6 +71,8 @@ class TestSettingsFile : public QObject {
   void theOwnerAloneCanReadIt_data();
   void theOwnerAloneCanReadIt();
   void anOldFileIsNarrowedBeforeItIsWritten();
+  void anExportThatDoesNotFitFails_data();
+  void anExportThatDoesNotFitFails();
   void aWriteProtectedFileStaysAsItIs_data();
   void aWriteProtectedFileStaysAsItIs();
   void aFileThatCannotBeNarrowedIsWritten_data();
@@ -217,6 +220,7 @@ void TestSettingsFile::refuses_data() {
   QTest::newRow("the icons' size in one line") << QByteArray("iconSize 48\n");
   QTest::newRow("a key without a value") << QByteArray("port\n");
   QTest::newRow("an empty line") << QByteArray("\n");
+  QTest::newRow("an empty line before the first") << QByteArray("\nport 4000\n");
   QTest::newRow("a line of blanks") << QByteArray("   \n");
   QTest::newRow("a key cut at 1023 bytes") << "port" + QByteArray(2000, 't') + " 1\n";
   QTest::newRow("a NUL before the value") << QByteArray("port\0 5000\n", 11);
@@ -350,6 +354,25 @@ void TestSettingsFile::anOldFileIsNarrowedBeforeItIsWritten() {
   QCOMPARE(modeOf(fileName), 0600);
   QCOMPARE(content("other name"), QByteArray("an older password"));
   QCOMPARE(modeOf("other name"), 0600);
+}
+
+void TestSettingsFile::anExportThatDoesNotFitFails_data() {
+  QTest::addColumn<bool>("existing");
+  QTest::newRow("a new file is not left behind") << false;
+  QTest::newRow("an old file stands") << true;
+}
+
+void TestSettingsFile::anExportThatDoesNotFitFails() {
+  QFETCH(const bool, existing);
+  const OwnFolder folder;
+  if (existing)
+    write("old");
+  {
+    const SizeLimit fullDisk(300);
+    QVERIFY(!settings::exportSettings(ClientSettings(), fileName));
+  }
+  QCOMPARE(namesHere(), existing ? QStringList{fileName} : QStringList());
+  QCOMPARE(content(), existing ? QByteArray("old") : QByteArray("(none)"));
 }
 
 void TestSettingsFile::aWriteProtectedFileStaysAsItIs_data() {
