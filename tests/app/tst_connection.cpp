@@ -25,6 +25,8 @@ class TestConnection : public QObject {
   void connectingGivesTheBarTheFocus();
   void whatCameBeforeADisconnectIsShownAndReachesTheTriggers();
   void aDisconnectWithNothingOnItsWayShowsOneLine();
+  void anErrorPutsTheCaretAtTheEnd_data();
+  void anErrorPutsTheCaretAtTheEnd();
 };
 
 void TestConnection::connectsAndDisconnects() {
@@ -178,6 +180,27 @@ void TestConnection::aDisconnectWithNothingOnItsWayShowsOneLine() {
   play.window->disconnectFromServer();
   QCOMPARE(play.text(), before + "\nDisconnected from host!");
   QCOMPARE(play.connectionStates(), QString("+-+"));
+}
+
+void TestConnection::anErrorPutsTheCaretAtTheEnd_data() {
+  QTest::addColumn<QAbstractSocket::SocketError>("error");
+  QTest::newRow("one that is told") << QAbstractSocket::HostNotFoundError;
+  QTest::newRow("one that goes unsaid") << QAbstractSocket::RemoteHostClosedError;
+}
+
+void TestConnection::anErrorPutsTheCaretAtTheEnd() {
+  QFETCH(const QAbstractSocket::SocketError, error);
+  PlayWindow play(1);
+  for (int i = 0; i < 200; ++i)
+    play.pane->printInfo("a line");
+  QTextCursor caret(play.pane->document());
+  caret.setPosition(5);
+  play.pane->setTextCursor(caret);
+  QVERIFY(!play.pane->textCursor().atEnd());
+  QVERIFY(QMetaObject::invokeMethod(play.window.get(), "displaySocketError",
+                                    Q_ARG(QAbstractSocket::SocketError, error)));
+  QVERIFY(play.pane->textCursor().atEnd());
+  QVERIFY(play.pane->viewport()->rect().contains(play.pane->cursorRect()));
 }
 
 KELMORA_GUI_TEST_MAIN(TestConnection)

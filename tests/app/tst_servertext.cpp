@@ -23,6 +23,8 @@ class TestServerText : public QObject {
   void anyBytesCutAnywhereLeaveTheWindowAlive_data();
   void anyBytesCutAnywhereLeaveTheWindowAlive();
   void oneByteAtATime();
+  void aBurstIsOneReadHoweverLong_data();
+  void aBurstIsOneReadHoweverLong();
   void coloursOfAnyDepthAreShownInTime_data();
   void coloursOfAnyDepthAreShownInTime();
   void markupOfAnyDepthIsSurvived_data();
@@ -222,6 +224,34 @@ void TestServerText::oneByteAtATime() {
     QTest::qWait(2);
   }
   QTRY_COMPARE(play.text(), QString("slow,but(whole)\n"));
+}
+
+void TestServerText::aBurstIsOneReadHoweverLong_data() {
+  QTest::addColumn<QByteArray>("burst");
+  QTest::addColumn<PlayWindow::Options>("options");
+  const PlayWindow::Options defaults;
+  const QByteArray lines = QByteArray("a line of the game\r\n").repeated(1500);
+  QTest::newRow("in a colour of the palette") << "\x1b[38;5;208m" + lines + "the end" << defaults;
+  QTest::newRow("in bold") << "\x1b[31;\x1b[31m\x1b[1m" + lines + "the end" << defaults;
+  QTest::newRow("in a tag") << "<u>" + lines + "the end" << PlayWindow::Options{{"parseHtml", 1}};
+}
+
+void TestServerText::aBurstIsOneReadHoweverLong() {
+  QFETCH(const QByteArray, burst);
+  QFETCH(const PlayWindow::Options, options);
+  PlayWindow play(server_->port(), options);
+  QVERIFY(play.connectTo(*server_));
+  play.pane->clear();
+  server_->send(burst);
+  QTRY_VERIFY(play.text().endsWith("the end"));
+  // Neither does a colour's text stand between the lines, nor does a look end.
+  const QString plain = play.text().remove("a line of the game").remove("the end").trimmed();
+  QCOMPARE(plain, QString());
+  QCOMPARE(play.text().count("a line of the game"), 1500);
+  const QTextCharFormat first = play.formatOf("a line of the game");
+  const QTextCharFormat last = play.formatOf("the end");
+  QCOMPARE(last.foreground(), first.foreground());
+  QCOMPARE(last.fontUnderline(), first.fontUnderline());
 }
 
 void TestServerText::coloursOfAnyDepthAreShownInTime_data() {

@@ -64,8 +64,13 @@ void TestSettingsAndSession::theSessionIsSavedWithTheNormalBlackBehindIt() {
   play.type("a line of this session");
   QVERIFY(QTest::qWaitForWindowActive(play.window.get()));
   play.pane->setFocus();
+  const QString shown = play.text();
+  const QByteArray stored =
+      contentOf(play.store.place().iniFile);
   Answers answers("session.html");
   play.actions.at(2)->trigger();
+  QCOMPARE(play.text(), shown);
+  QCOMPARE(contentOf(play.store.place().iniFile), stored);
   QCOMPARE(answers.seen, QStringList{"Save Game Session To File | Web Pages (*.htm *.html)"});
   const QByteArray page = contentOf("session.html");
   QVERIFY(page.startsWith("<body bgcolor=\"#010203\"><!DOCTYPE"));

@@ -1,10 +1,15 @@
 #include <QApplication>
 #include <QFile>
+#include <QScrollBar>
 #include <QTest>
 #include <QTextCursor>
 #include <QTextDocument>
 
+#include "IdleHost.h"
+#include "PaneContent.h"
 #include "support/ScratchMain.h"
+#include "terminal/view/InputWidget.h"
+#include "terminal/view/OutputWidget.h"
 #include "terminal/view/SessionCapture.h"
 
 /// The pane's document as a web page.
@@ -17,6 +22,8 @@ class TestSessionCapture : public QObject {
   void charactersOutsideLatin1AreQuestionMarks();
   void aLongSessionIsWrittenWhole();
   void aFileThatCannotBeOpenedIsNone();
+  void theFileIsOfTheEncodingItNames();
+  void thePaneStaysAsItWas();
 
  private:
   static QByteArray captured(const QTextDocument& document) {
@@ -65,6 +72,41 @@ void TestSessionCapture::aLongSessionIsWrittenWhole() {
 void TestSessionCapture::aFileThatCannotBeOpenedIsNone() {
   QVERIFY(!captureSession(QTextDocument(), "#000000", "nowhere/session.html"));
   QVERIFY(!captureSession(QTextDocument(), "#000000", "."));
+}
+
+void TestSessionCapture::theFileIsOfTheEncodingItNames() {
+  QTextDocument document(QString::fromUtf8("gr\u00fcn"));
+  const QByteArray page = captured(document);
+  QVERIFY(page.contains("charset=utf-8") || page.contains("charset=\"utf-8\""));
+  QVERIFY(page.contains("gr\xC3\xBCn"));
+}
+
+void TestSessionCapture::thePaneStaysAsItWas() {
+  IdleHost host;
+  QWidget window;
+  OutputWidget pane(*new InputWidget(host, &window), &window);
+  pane.setGeometry(0, 0, 400, 300);
+  window.show();
+  for (int i = 0; i < 100; ++i)
+    pane.insertServerHtml(
+        QStringLiteral("<b>line</b> <a href=\"http://a.example\">%1</a><br>\n").arg(i));
+  pane.appendStatusLine("<i>status</i>");
+  QTextCursor selection(pane.document());
+  selection.setPosition(10);
+  selection.setPosition(20, QTextCursor::KeepAnchor);
+  pane.setTextCursor(selection);
+  pane.verticalScrollBar()->setValue(33);
+  const PaneContent before = PaneContent::of(*pane.document());
+  const bool modified = pane.document()->isModified();
+  QVERIFY(captured(*pane.document()).contains("status"));
+  QCOMPARE(PaneContent::of(*pane.document()).differenceTo(before), QString());
+  QCOMPARE(pane.document()->isModified(), modified);
+  QCOMPARE(pane.textCursor().anchor(), 10);
+  QCOMPARE(pane.textCursor().position(), 20);
+  QCOMPARE(pane.verticalScrollBar()->value(), 33);
+  // Nor does a file that cannot be written change anything.
+  QVERIFY(!captureSession(*pane.document(), "#000000", "nowhere/session.html"));
+  QCOMPARE(PaneContent::of(*pane.document()).differenceTo(before), QString());
 }
 
 KELMORA_GUI_TEST_MAIN(TestSessionCapture)
