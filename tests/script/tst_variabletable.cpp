@@ -20,6 +20,7 @@ class TestVariableTable : public QObject {
   void replacesAsOnePassOverTheNamesWould();
   void aTextCutOnTheWayIsCutAsByThePassOverTheNames();
   void whatATextDoesNotNameCostsNothing();
+  void aNameInALongTextCostsThePassesOverIt();
   void manyBracesTakeTimeByTheirNumber_data();
   void manyBracesTakeTimeByTheirNumber();
   void moreThanTheAllowedWorkIsNotDone();
@@ -220,6 +221,25 @@ void TestVariableTable::whatATextDoesNotNameCostsNothing() {
     QVERIFY(all.work() <= 2 * little.work());
     QVERIFY(all.work() < 1000);
   }
+}
+
+void TestVariableTable::aNameInALongTextCostsThePassesOverIt() {
+  VariableTable table;
+  table.set("a", "1");
+  table.set("b", "2");
+  const QString filling(10'000, u'x');
+  constexpr qint64 plenty = 1'000'000;
+  // It is searched for braces, then for each name, and written anew.
+  const auto workOf = [&](const QString& text) { return table.substitution(text, plenty).work(); };
+  const auto isAbout = [](qint64 work, qint64 expected) {
+    return work >= expected && work < expected + 1000;
+  };
+  QVERIFY(isAbout(workOf(filling), 10'000));
+  QVERIFY(isAbout(workOf(filling + "{a}"), 30'000));
+  QVERIFY(isAbout(workOf("{b}" + filling + "{a}"), 50'000));
+  // A longer value is looked through.
+  table.set("a", QString(10'000, u'y'));
+  QVERIFY(isAbout(workOf("{a}"), 20'000));
 }
 
 void TestVariableTable::manyBracesTakeTimeByTheirNumber_data() {
