@@ -21,6 +21,7 @@ class TestVariableTable : public QObject {
   void aTextCutOnTheWayIsCutAsByThePassOverTheNames();
   void whatATextDoesNotNameCostsNothing();
   void aNameInALongTextCostsThePassesOverIt();
+  void nothingIsReadBehindTheText();
   void manyBracesTakeTimeByTheirNumber_data();
   void manyBracesTakeTimeByTheirNumber();
   void moreThanTheAllowedWorkIsNotDone();
@@ -240,6 +241,20 @@ void TestVariableTable::aNameInALongTextCostsThePassesOverIt() {
   // A longer value is looked through.
   table.set("a", QString(10'000, u'y'));
   QVERIFY(isAbout(workOf("{a}"), 20'000));
+}
+
+void TestVariableTable::nothingIsReadBehindTheText() {
+  VariableTable table;
+  table.set("a long name", "1");
+  table.set("", "2");
+  const QString whole = QStringLiteral("{a long name}{}");
+  for (qsizetype length = 1; length < 12; ++length) {
+    const QString start = QString::fromRawData(whole.constData(), length);
+    const auto result = table.substitution(start, 1'000'000);
+    QCOMPARE(result.text(), whole.first(length));
+    // It was searched for a brace, and no closing one was found.
+    QCOMPARE(result.work(), length);
+  }
 }
 
 void TestVariableTable::manyBracesTakeTimeByTheirNumber_data() {
