@@ -118,7 +118,7 @@ long peakMegabytes() {
 void measure(const Shape& shape) {
   QTcpServer server;
   server.listen(QHostAddress::LocalHost);
-  MainWidget window;
+  MainWidget window({.iniFile = QStringLiteral("store.ini")});
   window.settings().hostName = QStringLiteral("127.0.0.1");
   window.settings().port = server.serverPort();
   auto* const pane = window.findChild<OutputWidget*>();

@@ -43,8 +43,8 @@ void Substitution::findNames(qsizetype from, qsizetype to) {
 }
 
 void Substitution::findNamesBehind(qsizetype brace) {
-  QStringView rest = QStringView(text_).sliced(brace + 1);
-  rest.truncate(longestName_ + 1);
+  const QStringView behind = QStringView(text_).sliced(brace + 1);
+  const QStringView rest = behind.first(std::min(longestName_ + 1, behind.size()));
   qsizetype end = rest.lastIndexOf(u'}');
   while (end >= 0 && !isOver()) {
     const QString ahead = QString::fromRawData(rest.data(), end);

@@ -103,6 +103,7 @@ void TestEngineComparison::doesWhatPlainRecursionDoes() {
   int compared = 0;
   int withLoops = 0;
   int withTimers = 0;
+  int withCircles = 0;
   for (quint32 seed = 1; compared < wanted; ++seed) {
     QVERIFY2(seed < 20 * wanted, "too many scripts were given up");
     ScriptWriter writer(seed);
@@ -124,6 +125,7 @@ void TestEngineComparison::doesWhatPlainRecursionDoes() {
     ++compared;
     withLoops += plain.log.size() > 20 ? 1 : 0;
     withTimers += fired.isEmpty() ? 0 : 1;
+    withCircles += plain.log.filter("## Endless alias stopped: ").isEmpty() ? 0 : 1;
 
     script.run(actions);
     for (const QString& id : fired) {
@@ -144,6 +146,7 @@ void TestEngineComparison::doesWhatPlainRecursionDoes() {
   // The scripts are worth comparing.
   QVERIFY2(withLoops > wanted / 50, qPrintable(QString::number(withLoops)));
   QVERIFY2(withTimers > wanted / 20, qPrintable(QString::number(withTimers)));
+  QVERIFY2(withCircles > wanted / 20, qPrintable(QString::number(withCircles)));
 }
 
 KELMORA_TEST_MAIN(TestEngineComparison)

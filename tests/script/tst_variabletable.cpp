@@ -20,6 +20,8 @@ class TestVariableTable : public QObject {
   void replacesAsOnePassOverTheNamesWould();
   void aTextCutOnTheWayIsCutAsByThePassOverTheNames();
   void whatATextDoesNotNameCostsNothing();
+  void aNameInALongTextCostsThePassesOverIt();
+  void nothingIsReadBehindTheText();
   void manyBracesTakeTimeByTheirNumber_data();
   void manyBracesTakeTimeByTheirNumber();
   void moreThanTheAllowedWorkIsNotDone();
@@ -219,6 +221,39 @@ void TestVariableTable::whatATextDoesNotNameCostsNothing() {
     // A longer name reaches a little farther; there is no other difference.
     QVERIFY(all.work() <= 2 * little.work());
     QVERIFY(all.work() < 1000);
+  }
+}
+
+void TestVariableTable::aNameInALongTextCostsThePassesOverIt() {
+  VariableTable table;
+  table.set("a", "1");
+  table.set("b", "2");
+  const QString filling(10'000, u'x');
+  constexpr qint64 plenty = 1'000'000;
+  // It is searched for braces, then for each name, and written anew.
+  const auto workOf = [&](const QString& text) { return table.substitution(text, plenty).work(); };
+  const auto isAbout = [](qint64 work, qint64 expected) {
+    return work >= expected && work < expected + 1000;
+  };
+  QVERIFY(isAbout(workOf(filling), 10'000));
+  QVERIFY(isAbout(workOf(filling + "{a}"), 30'000));
+  QVERIFY(isAbout(workOf("{b}" + filling + "{a}"), 50'000));
+  // A longer value is looked through.
+  table.set("a", QString(10'000, u'y'));
+  QVERIFY(isAbout(workOf("{a}"), 20'000));
+}
+
+void TestVariableTable::nothingIsReadBehindTheText() {
+  VariableTable table;
+  table.set("a long name", "1");
+  table.set("", "2");
+  const QString whole = QStringLiteral("{a long name}{}");
+  for (qsizetype length = 1; length < 12; ++length) {
+    const QString start = QString::fromRawData(whole.constData(), length);
+    const auto result = table.substitution(start, 1'000'000);
+    QCOMPARE(result.text(), whole.first(length));
+    // It was searched for a brace, and no closing one was found.
+    QCOMPARE(result.work(), length);
   }
 }
 
