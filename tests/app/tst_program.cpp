@@ -1,0 +1,100 @@
+#include <QDir>
+#include <QGuiApplication>
+#include <QProcess>
+#include <QSettings>
+
+#include "support/FileText.h"
+#include "support/ScratchMain.h"
+
+/// The program as it is shipped, started as a player starts it. A plugin of
+/// the toolkit looks on from inside.
+class TestProgram : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+  void startsBehindItsSplash();
+  void theEventLoopsExitCodeIsTheProgramsOwn_data();
+  void theEventLoopsExitCodeIsTheProgramsOwn();
+  void argumentsChangeNothing();
+  void closingTheWindowSavesEveryOption();
+
+ private:
+  /// The lines of the report; ends the program that way.
+  QStringList run(const QString& end, const QStringList& arguments = {}) {
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    environment.insert("QT_QPA_GENERIC_PLUGINS", "startwatch");
+    environment.insert("QT_PLUGIN_PATH", KELMORA_START_WATCH);
+    environment.insert("KELMORA_START_REPORT", QDir::current().filePath("report.txt"));
+    environment.insert("KELMORA_START_END", end);
+    program.setProcessEnvironment(environment);
+    program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    program.start(KELMORA_PROGRAM, arguments);
+    const bool ended = program.waitForFinished(30000);
+    exitCode_ = ended && program.exitStatus() == QProcess::NormalExit ? program.exitCode() : -1;
+    return QString::fromUtf8(contentOf("report.txt")).split('\n', Qt::SkipEmptyParts);
+  }
+
+  const QStringList usualStart_{
+      "splash shown",
+      "splash painted",
+      "splash in the program's font",
+      "window begun",
+      "font: Ubuntu Mono Regular, 12 points, weight 1, italic: no, found as Ubuntu Mono",
+      "splash with the message: yes, plain: no, its text: Kelmora Client v3.9b, its flags: yes",
+      "window shown, with a parent: no",
+      "window on the screen",
+      "splash gone",
+      "loop ended",
+      "window gone"};
+  int exitCode_ = -1;
+};
+
+void TestProgram::init() {
+  QFile::remove("report.txt");
+}
+
+void TestProgram::startsBehindItsSplash() {
+  QCOMPARE(run("close"), usualStart_);
+}
+
+void TestProgram::theEventLoopsExitCodeIsTheProgramsOwn_data() {
+  QTest::addColumn<QString>("end");
+  QTest::addColumn<int>("exitCode");
+  QTest::newRow("the window is closed") << "close" << 0;
+  QTest::newRow("the window is closed beside the help") << "close beside the help" << 0;
+  QTest::newRow("the loop ends with a code") << "exit 7" << 7;
+}
+
+void TestProgram::theEventLoopsExitCodeIsTheProgramsOwn() {
+  QFETCH(const QString, end);
+  QFETCH(const int, exitCode);
+  QCOMPARE(run(end), usualStart_);
+  QCOMPARE(exitCode_, exitCode);
+}
+
+void TestProgram::argumentsChangeNothing() {
+  QCOMPARE(run("close", {"--help", "-v", "kelmora.example", "4023"}), usualStart_);
+  QCOMPARE(exitCode_, 0);
+}
+
+void TestProgram::closingTheWindowSavesEveryOption() {
+  const auto storeFiles = [] {
+    return QDir(qEnvironmentVariable("XDG_CONFIG_HOME") + "/Dunmere Works").entryList(QDir::Files);
+  };
+  QDir(qEnvironmentVariable("XDG_CONFIG_HOME") + "/Dunmere Works").removeRecursively();
+  run("exit 0");
+  QCOMPARE(storeFiles(), QStringList());
+  run("close");
+  QCOMPARE(storeFiles(), QStringList{"Kelmora Client v3.9b.conf"});
+  QSettings store(
+      qEnvironmentVariable("XDG_CONFIG_HOME") + "/Dunmere Works/Kelmora Client v3.9b.conf",
+      QSettings::IniFormat);
+  store.beginGroup("Global Settings");
+  QCOMPARE(store.childKeys().size(), 38);
+}
+
+KELMORA_VALUE_TEST_MAIN(TestProgram)
+#include "tst_program.moc"
