@@ -52,11 +52,15 @@ ensure_packages() {
 
 has_program() { command -v "$1" > /dev/null 2>&1; }
 
+# contains PATTERN TEXT. Not by a pipe: who writes into one that grep has left
+# fails, and the pipe with it.
+contains() { grep -q "$1" <<< "$2"; }
+
 # not_installed NAME...: those of them that are not.
 not_installed() {
   local package
   for package in "$@"; do
-    dpkg-query -W -f='${Status}' "$package" 2> /dev/null | grep -q 'ok installed' || printf '%s\n' "$package"
+    contains 'ok installed' "$(dpkg-query -W -f='${Status}' "$package" 2> /dev/null)" || printf '%s\n' "$package"
   done
 }
 
@@ -64,7 +68,7 @@ not_installed() {
 not_offered() {
   local package
   for package in "$@"; do
-    LC_ALL=C apt-cache policy "$package" 2> /dev/null | grep -q 'Candidate: [^(]' || printf '%s\n' "$package"
+    contains 'Candidate: [^(]' "$(LC_ALL=C apt-cache policy "$package" 2> /dev/null)" || printf '%s\n' "$package"
   done
 }
 

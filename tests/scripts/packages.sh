@@ -19,7 +19,7 @@ machine() {
   mkdir "$bin"
   : > "$record"
   local tool
-  for tool in cat grep mktemp rm tail env; do ln -s "$(command -v "$tool")" "$bin/$tool"; done
+  for tool in cat env grep mktemp rm sleep tail; do ln -s "$(command -v "$tool")" "$bin/$tool"; done
   shift
   for tool in "$@"; do stand_in "$tool"; done
 }
@@ -34,7 +34,7 @@ stand_in() {
     cmake-without-qt) set -- cmake; body='echo "Could not find a package configuration file provided by Qt6"; exit 1' ;;
     ninja) body='exit 0' ;;
     dpkg-query) body='case "${!#}" in *-there) printf "install ok installed" ;; *) exit 1 ;; esac' ;;
-    apt-cache) body='case "$2" in *-unknown) ;; *) echo "  Candidate: 1.0-1" ;; esac' ;;
+    apt-cache) body='case "$2" in *-unknown) ;; *) echo "  Candidate: 1.0-1"; sleep 0.05; echo "  Version table:" ;; esac' ;;
     apt-get) body='echo apt-get "$@" >> "$RECORD"' ;;
     apt-get-offline) set -- apt-get; body='echo apt-get "$@" >> "$RECORD"; echo "Temporary failure resolving" >&2; exit 100' ;;
   esac
