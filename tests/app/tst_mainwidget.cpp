@@ -220,7 +220,7 @@ void TestMainWidget::promptsWithinOneFrameEndOnTheLast_data() {
 void TestMainWidget::promptsWithinOneFrameEndOnTheLast() {
   QFETCH(const QByteArrayList, prompts);
   QFETCH(const QList<int>, values);
-  MainWidget window;
+  MainWidget window(store_.place());
   for (const QByteArray& prompt : prompts)
     window.parseVitals(prompt.constData());
   const auto shown = [&] {

@@ -1,4 +1,3 @@
-#include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
 #include <QTest>
@@ -10,6 +9,7 @@
 #include "settings/SettingsFile.h"
 #include "support/InChild.h"
 #include "support/OwnFolder.h"
+#include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
 #include "support/SizeLimit.h"
 
@@ -495,7 +495,7 @@ void TestSettingsFile::hugeAndBinaryFilesAreRefusedAtOnce() {
     QVERIFY(file.resize(size));
   file.close();
   ClientSettings record;
-  QElapsedTimer clock;
+  ProcessorClock clock;
   clock.start();
   QVERIFY(!settings::importSettings(record, fileName));
   QVERIFY(clock.elapsed() < 1000);

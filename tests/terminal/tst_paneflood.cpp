@@ -1,5 +1,4 @@
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QScrollBar>
 #include <QTest>
 
@@ -7,6 +6,7 @@
 #include "PaneContent.h"
 #include "PipelineSupport.h"
 #include "support/LiteralPane.h"
+#include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
 #include "terminal/core/SafeMarkup.h"
 #include "terminal/view/InputWidget.h"
@@ -209,7 +209,7 @@ void TestPaneFlood::noTextThatShowsShortLinesIsDropped() {
 }
 
 void TestPaneFlood::aFloodOfEchoIsOverAtOnce() {
-  QElapsedTimer timer;
+  ProcessorClock timer;
   timer.start();
   for (int i = 0; i < 200000; ++i)
     pane_->echoSentText(QStringLiteral("echo %1\r\n").arg(i));
@@ -240,7 +240,7 @@ void TestPaneFlood::coloursAroundNothingAreNotHoardedWithoutEnd() {
   // And no turn takes more of it than leaves keys their time.
   qint64 longest = 0;
   for (int turn = 0; turn < 20; ++turn) {
-    QElapsedTimer timer;
+    ProcessorClock timer;
     timer.start();
     QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
     longest = std::max(longest, timer.elapsed());

@@ -1,5 +1,4 @@
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTest>
@@ -9,6 +8,7 @@
 
 #include "IdleHost.h"
 #include "PipelineSupport.h"
+#include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
 #include "terminal/core/SafeMarkup.h"
 #include "terminal/view/InputWidget.h"
@@ -254,7 +254,7 @@ void TestSafeMarkupPane::hostileMarkupIsShownInTime() {
   const QString html = safeMarkup(piece.repeated(readSize / piece.size()));
   // Several reads, lest each makes the next one dearer; then the client's own.
   for (int read = 0; read < 3; ++read) {
-    QElapsedTimer timer;
+    ProcessorClock timer;
     timer.start();
     pane_->insertServerHtml(html);
     QCoreApplication::processEvents();
