@@ -5,10 +5,8 @@
 void CallStack::pop() {
   if (const auto* const list = std::get_if<List>(&frames_.back())) {
     --lists_;
-    if (list->alias && list->sameAlias >= 0)
+    if (list->alias)
       aliases_[*list->alias] = list->sameAlias;
-    else if (list->alias)
-      aliases_.remove(*list->alias);
   }
   frames_.pop_back();
 }

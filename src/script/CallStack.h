@@ -57,6 +57,7 @@ class CallStack {
 
   std::deque<Frame> frames_;
   qsizetype lists_ = 0;
-  /// The innermost list of every alias that is under way.
+  /// The innermost list of every alias that was called; negative for one that
+  /// is no more under way.
   QHash<QString, qsizetype> aliases_;
 };

@@ -280,6 +280,7 @@ void TestRunBudget::whatWasStoppedIsNamed_data() {
   QTest::newRow("one as long as is shown is shown whole")
       << QStringList{"/repeat 512, /repeat 512, " + QString(34, u'x')}
       << "/repeat 512, /repeat 512, " + QString(34, u'x');
+  QTest::newRow("of several lines the first, even an empty one") << QStringList{"\nlines"} << "";
   QTest::newRow("of several lines the first") << QStringList{"two\nlines"} << "two";
 }
 
@@ -287,7 +288,7 @@ void TestRunBudget::whatWasStoppedIsNamed() {
   QFETCH(const QStringList, actions);
   QFETCH(const QString, named);
   ScriptFixture script(1000);
-  for (const char* name : {"a", "two\nlines"})
+  for (const char* name : {"a", "two\nlines", "\nlines"})
     script.aliases[name] = QStringList{"/isequal 1, 1", "/repeat 2, a"};
   script.aliases["go"] = QStringList{"x", "y", "a"};
   script.run(actions);
