@@ -143,6 +143,11 @@ void TestAliasWidget::looksAsLaidOut() {
   QVERIFY(qAbs(topOf(c.list) - topOf(c.add)) <= 1 && topOf(c.add) == topOf(c.remove));
   QVERIFY(c.edit->x() < c.save->x() && c.save->x() < c.cancel->x());
   QVERIFY(c.list->x() < c.add->x() && c.add->x() < c.remove->x());
+  // The list has half of its row, each button a quarter.
+  editor_->resize(1600, 600);
+  QTRY_VERIFY(c.list->width() > 600);
+  QVERIFY(qAbs(c.add->width() - c.remove->width()) <= 1);
+  QVERIFY(qAbs(c.list->width() - 2 * c.add->width()) <= 3);
 }
 
 void TestAliasWidget::everyControlSaysWhatItIs() {

@@ -41,6 +41,7 @@ class TestFileSafety : public QObject {
   void aFileInALockedFolderIsWrittenInPlace();
   void anothersFileInASharedFolderIsWrittenInPlace();
   void aFileWithoutReadPermissionIsMovedBeside();
+  void anOrdinaryUserKeepsACopyToo();
   void nothingIsKeptInALockedFolder();
   void aCopyThatDoesNotFitLeavesNoPart();
   void aSizeLimitLeavesTheOldFile();
@@ -216,6 +217,22 @@ void TestFileSafety::aFileWithoutReadPermissionIsMovedBeside() {
     QSKIP("no ordinary user can be had here");
   QCOMPARE(result, asWished);
   QCOMPARE(namesHere(), QStringList{u"table.txt.bak"_s});
+}
+
+void TestFileSafety::anOrdinaryUserKeepsACopyToo() {
+  QVERIFY(put(path, "old"));
+  QCOMPARE(chmod("table.txt", 0444), 0);
+  QCOMPARE(chmod(".", 0777), 0);
+  const int result = inChild([] {
+    if (!becomeOrdinaryUser())
+      return cannotTry;
+    return textfile::keepBeside(path) ? asWished : notAsWished;
+  });
+  if (result == cannotTry)
+    QSKIP("no ordinary user can be had here");
+  QCOMPARE(result, asWished);
+  QCOMPARE(contentsOf(path + u".bak"_s), "old");
+  QCOMPARE(namesHere().size(), 2);
 }
 
 void TestFileSafety::nothingIsKeptInALockedFolder() {
