@@ -38,6 +38,7 @@ class TestHelpWidget : public QObject {
   void hasItsTitleIconAndSizeAndIsNotModal();
   void everyWidgetStandsInItsPlace();
   void declaresItsOnlySlot();
+  void itsButtonsAreTranslated();
   void theHeadLinesAreSetInCourierNew();
   void aLinkOpensTheBrowser_data();
   void aLinkOpensTheBrowser();
@@ -123,6 +124,13 @@ void TestHelpWidget::everyWidgetStandsInItsPlace() {
 
 void TestHelpWidget::declaresItsOnlySlot() {
   QCOMPARE(slotsOf(HelpWidget::staticMetaObject), QStringList("closeDialog()"));
+}
+
+void TestHelpWidget::itsButtonsAreTranslated() {
+  create();
+  const Foreign language("HelpWidget");
+  const auto* inForeign = new HelpWidget(*window_);
+  QCOMPARE(buttonTexts(*inForeign), foreign(buttonTexts(*dialog_)));
 }
 
 void TestHelpWidget::theHeadLinesAreSetInCourierNew() {
