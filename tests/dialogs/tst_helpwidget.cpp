@@ -201,6 +201,8 @@ void TestHelpWidget::showsTheLicences_data() {
   QTest::addColumn<QString>("text");
   QTest::newRow("lines") << QByteArray("one\n\ntwo\n") << "one\n\ntwo\n";
   QTest::newRow("lines of another system") << QByteArray("one\r\ntwo") << "one\ntwo";
+  QTest::newRow("a carriage return alone is no end of a line")
+      << QByteArray("one\rtwo") << "onetwo";
   QTest::newRow("an empty file") << QByteArray() << "";
   QTest::newRow("Latin-1") << QByteArray("\xe9t\xe9 \xa9") << QString::fromLatin1("\xe9t\xe9 \xa9");
   QTest::newRow("UTF-8 is read byte by byte")
