@@ -3,11 +3,6 @@
 #include <QScrollBar>
 #include <QStyle>
 #include <QStyleFactory>
-#ifdef Q_OS_LINUX
-#include <cstring>
-#include <sys/inotify.h>
-#include <unistd.h>
-#endif
 
 #include "PlayWindow.h"
 #include "support/FileDialogs.h"
@@ -39,10 +34,6 @@ class TestSettingsAndSession : public QObject {
   void anImportWithoutProxyLeavesTheProxyAlone();
   void anImportThatFailsSaysSoAndRefreshesNothing();
   void anImportDoesNotWriteTheStore();
-  void theStoreIsWrittenThoughTheVariablesCannotBe();
-#ifdef Q_OS_LINUX
-  void theVariablesAreWrittenBeforeTheStore();
-#endif
 
  private:
   const QString styleAtStart_ = QApplication::style()->objectName();
@@ -314,40 +305,6 @@ void TestSettingsAndSession::anImportDoesNotWriteTheStore() {
   QVERIFY(play.window->close());
   QCOMPARE(play.store.value("port").toInt(), 4023);
 }
-
-void TestSettingsAndSession::theStoreIsWrittenThoughTheVariablesCannotBe() {
-  PlayWindow play(5000);
-  QFile::remove("variables.txt");
-  QVERIFY(QDir().mkdir("variables.txt"));
-  play.window->settings().port = 4023;
-  QVERIFY(play.window->close());
-  // Another window would stop at it and ask.
-  QVERIFY(QDir().rmdir("variables.txt"));
-  QCOMPARE(play.store.value("port").toInt(), 4023);
-}
-
-#ifdef Q_OS_LINUX
-void TestSettingsAndSession::theVariablesAreWrittenBeforeTheStore() {
-  PlayWindow play(5000);
-  const QStringList names{"variables.txt", QFileInfo(play.store.place().iniFile).fileName()};
-  // Both are put in the old one's place by their names, in folders of their own.
-  const int events = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-  for (const QString& folder : {QDir::currentPath(), QFileInfo(play.store.place().iniFile).path()})
-    QVERIFY(::inotify_add_watch(events, QFile::encodeName(folder).constData(), IN_MOVED_TO) >= 0);
-  QVERIFY(play.window->close());
-  QByteArray buffer(8192, '\0');
-  const auto size = ::read(events, buffer.data(), static_cast<std::size_t>(buffer.size()));
-  ::close(events);
-  QStringList replaced;
-  for (qsizetype place = 0; place < size;) {
-    inotify_event event{};
-    std::memcpy(&event, buffer.constData() + place, sizeof event);
-    replaced << QString::fromLocal8Bit(buffer.constData() + place + sizeof event);
-    place += static_cast<qsizetype>(sizeof event + event.len);
-  }
-  QCOMPARE(replaced, names);
-}
-#endif
 
 KELMORA_GUI_TEST_MAIN(TestSettingsAndSession)
 #include "tst_settingsandsession.moc"

@@ -1,13 +1,16 @@
 #pragma once
 
+#include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
 #include <QDialog>
 #include <QGridLayout>
 #include <QMetaMethod>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
+#include <QTranslator>
 #include <functional>
 
 #include "dialogs/SettingsHost.h"
@@ -107,6 +110,37 @@ inline QList<QWidget*> tabOrder(const QWidget& dialog) {
     QTest::keyClick(focus, Qt::Key_Tab);
   }
   return order;
+}
+
+/// Says every text of a dialog in another language, as long as it lives.
+class Foreign : public QTranslator {
+ public:
+  explicit Foreign(const char* dialog) : dialog_(dialog) {
+    QCoreApplication::installTranslator(this);
+  }
+  [[nodiscard]] bool isEmpty() const override { return false; }
+  [[nodiscard]] QString translate(const char* context, const char* source, const char* /*comment*/,
+                                  int /*count*/) const override {
+    return context == dialog_ ? QStringLiteral("foreign ") + QString::fromUtf8(source) : QString();
+  }
+
+ private:
+  QByteArray dialog_;
+};
+
+/// The texts of all buttons, check boxes among them, in the order of their
+/// making.
+inline QStringList buttonTexts(const QWidget& dialog) {
+  QStringList texts;
+  for (const QAbstractButton* each : dialog.findChildren<QAbstractButton*>())
+    texts << each->text();
+  return texts;
+}
+
+/// The same in the other language.
+inline QStringList foreign(QStringList texts) {
+  return texts.replaceInStrings(QRegularExpression(QStringLiteral("^")),
+                                QStringLiteral("foreign "));
 }
 
 /// Answers the next modal dialog of that type, as soon as it is open.

@@ -87,6 +87,7 @@ class TestConfigureWidget : public QObject {
   void everyWidgetStandsInItsPlace();
   void nothingElseStandsInTheGrid();
   void declaresItsSlotsInOrder();
+  void itsButtonsAreTranslated();
   void headersAreCentred();
   void offersTwelveServers();
   void isHiddenUntilShown();
@@ -202,6 +203,12 @@ void TestConfigureWidget::declaresItsSlotsInOrder() {
                    "greenPressedB()", "yellowPressedB()", "bluePressedB()",   "magentaPressedB()",
                    "cyanPressedB()",  "whitePressedB()",  "outFontPressed()", "inFontPressed()",
                    "selectStyle()"}));
+}
+
+void TestConfigureWidget::itsButtonsAreTranslated() {
+  const Foreign language("ConfigureWidget");
+  const auto* inForeign = new ConfigureWidget(*window_, host_, settings_);
+  QCOMPARE(buttonTexts(*inForeign), foreign(buttonTexts(*dialog_)));
 }
 
 void TestConfigureWidget::headersAreCentred() {
@@ -359,9 +366,11 @@ void TestConfigureWidget::aColourIsChosenInItsDialog() {
   const QColor old = chosen->palette().color(QPalette::Button);
   const QColor next("#12c4Ef");
   QColor offered;
+  QString title;
   const QWidget* parent = nullptr;
   const Answer<QColorDialog> answer([&](QColorDialog& dialog) {
     offered = dialog.currentColor();
+    title = dialog.windowTitle();
     parent = dialog.parentWidget();
     dialog.setCurrentColor(next);
     click(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok));
@@ -369,6 +378,7 @@ void TestConfigureWidget::aColourIsChosenInItsDialog() {
   click(chosen);
   QVERIFY(answer.given());
   QCOMPARE(offered, old);
+  QCOMPARE(title, QColorDialog().windowTitle());  // none of the client's own
   QCOMPARE(parent, dialog_);
   for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
     QCOMPARE(chosen->palette().color(group, QPalette::Button), next);
@@ -416,10 +426,12 @@ void TestConfigureWidget::aFontIsChosenInItsDialog() {
   const QString old = chosen->font().toString();
   const QFont next("DejaVu Serif", 17, QFont::Bold);
   QString offered;
+  QString title;
   QString taken;
   const QWidget* parent = nullptr;
   const Answer<QFontDialog> answer([&](QFontDialog& dialog) {
     offered = dialog.currentFont().family();
+    title = dialog.windowTitle();
     parent = dialog.parentWidget();
     dialog.setCurrentFont(next);
     taken = dialog.currentFont().toString();
@@ -428,6 +440,7 @@ void TestConfigureWidget::aFontIsChosenInItsDialog() {
   click(chosen);
   QVERIFY(answer.given());
   QCOMPARE(offered, (place == 0 ? before.outFont : before.inFont).family());
+  QCOMPARE(title, QFontDialog().windowTitle());  // none of the client's own
   QCOMPARE(parent, dialog_);
   QVERIFY(taken != old);
   QCOMPARE(chosen->font().toString(), taken);
@@ -476,6 +489,7 @@ void TestConfigureWidget::applyGoesInOrder() {
   splitString()->setText("&&");
   server()->setCurrentIndex(10);
   colour(0, 1)->setPalette(QPalette(QColor("#010203")));
+  colour(7, 2)->setPalette(QPalette(QColor("#040506")));
   button(*dialog_, "Output Window")->setFont(QFont("DejaVu Serif", 11));
   button(*dialog_, "Input Bar")->setFont(QFont("DejaVu Serif", 12));
   const ClientSettings before = settings_;
@@ -483,7 +497,8 @@ void TestConfigureWidget::applyGoesInOrder() {
   QStringList progress;
   host_.onCall = [&](const QString& call) {
     QStringList done{call.section(' ', 0, 0)};
-    if (settings_.normalColour != before.normalColour)
+    if (settings_.normalColour[0] == ColourText("#010203") &&
+        settings_.boldColour[7] == ColourText("#040506"))
       done << "colours";
     if (settings_.flushInput != before.flushInput && settings_.splitString == "&&")
       done << "options";

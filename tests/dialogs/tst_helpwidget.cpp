@@ -38,6 +38,7 @@ class TestHelpWidget : public QObject {
   void hasItsTitleIconAndSizeAndIsNotModal();
   void everyWidgetStandsInItsPlace();
   void declaresItsOnlySlot();
+  void itsButtonsAreTranslated();
   void theHeadLinesAreSetInCourierNew();
   void aLinkOpensTheBrowser_data();
   void aLinkOpensTheBrowser();
@@ -125,6 +126,13 @@ void TestHelpWidget::declaresItsOnlySlot() {
   QCOMPARE(slotsOf(HelpWidget::staticMetaObject), QStringList("closeDialog()"));
 }
 
+void TestHelpWidget::itsButtonsAreTranslated() {
+  create();
+  const Foreign language("HelpWidget");
+  const auto* inForeign = new HelpWidget(*window_);
+  QCOMPARE(buttonTexts(*inForeign), foreign(buttonTexts(*dialog_)));
+}
+
 void TestHelpWidget::theHeadLinesAreSetInCourierNew() {
   create();
   const auto describe = [](const QWidget* widget) {
@@ -193,6 +201,8 @@ void TestHelpWidget::showsTheLicences_data() {
   QTest::addColumn<QString>("text");
   QTest::newRow("lines") << QByteArray("one\n\ntwo\n") << "one\n\ntwo\n";
   QTest::newRow("lines of another system") << QByteArray("one\r\ntwo") << "one\ntwo";
+  QTest::newRow("a carriage return alone is no end of a line")
+      << QByteArray("one\rtwo") << "onetwo";
   QTest::newRow("an empty file") << QByteArray() << "";
   QTest::newRow("Latin-1") << QByteArray("\xe9t\xe9 \xa9") << QString::fromLatin1("\xe9t\xe9 \xa9");
   QTest::newRow("UTF-8 is read byte by byte")

@@ -24,6 +24,7 @@ class TestProxyWidget : public QObject {
   void hasItsTitleAndIconAndIsModal();
   void everyWidgetStandsInItsPlace();
   void declaresItsSlotsInOrder();
+  void itsButtonsAreTranslated();
   void hidesThePassword();
 
   void showsTheStoredTypeAndAppliesIt_data();
@@ -106,6 +107,12 @@ void TestProxyWidget::everyWidgetStandsInItsPlace() {
 void TestProxyWidget::declaresItsSlotsInOrder() {
   QCOMPARE(slotsOf(ProxyWidget::staticMetaObject),
            QStringList({"applySettings()", "cancelDialog()"}));
+}
+
+void TestProxyWidget::itsButtonsAreTranslated() {
+  const Foreign language("ProxyWidget");
+  const auto* inForeign = new ProxyWidget(*window_, host_, settings_);
+  QCOMPARE(buttonTexts(*inForeign), foreign(buttonTexts(*dialog_)));
 }
 
 void TestProxyWidget::hidesThePassword() {

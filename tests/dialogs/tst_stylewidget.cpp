@@ -18,6 +18,7 @@ class TestStyleWidget : public QObject {
   void hasItsTitleAndIconAndIsModal();
   void everyWidgetStandsInItsPlace();
   void declaresItsSlotsInOrder();
+  void itsButtonsAreTranslated();
   void offersTheToolkitsStyles();
 
   void showsTheStoredSize_data();
@@ -92,6 +93,12 @@ void TestStyleWidget::everyWidgetStandsInItsPlace() {
 void TestStyleWidget::declaresItsSlotsInOrder() {
   QCOMPARE(slotsOf(StyleWidget::staticMetaObject),
            QStringList({"applySettings()", "cancelDialog()"}));
+}
+
+void TestStyleWidget::itsButtonsAreTranslated() {
+  const Foreign language("StyleWidget");
+  const auto* inForeign = new StyleWidget(*window_, host_, settings_);
+  QCOMPARE(buttonTexts(*inForeign), foreign(buttonTexts(*dialog_)));
 }
 
 void TestStyleWidget::offersTheToolkitsStyles() {

@@ -107,6 +107,14 @@ focus "$main"
 click "$(window_of "$main")" 640 45
 until_true 10 there "Kelmora Help" || fail "a click on the help button opened nothing"
 picture help
+# Escape closes it, and the next keys are the input bar's without a click.
+focus "Kelmora Help"
+xdotool mousemove 1190 990  # off the window, which would get the keys for it
+xdotool key Escape
+until_true 5 eval '! there "Kelmora Help"' || fail "Escape did not close the help"
+xdotool type --delay 5 'wave'
+xdotool key Return
+sleep 0.3
 
 # What the trigger caught of the words, on their way from the keys to the world
 # and back, goes into the saved session.
@@ -119,6 +127,8 @@ xdotool type --delay 5 "$scratch/session.html"
 xdotool key Return
 until_true 10 holds "$scratch/session.html" 'caught hello' ||
   fail "the saved session lacks the caught word: $(cat ../client.log)"
+holds "$scratch/session.html" 'wave' ||
+  fail "behind the help the keys went astray"
 holds "$scratch/session.html" 'You say: hello' || fail "the saved session lacks the answer"
 kill -0 "$client_pid" || fail "the client is gone"
 echo "PASSED: connected, spoke, added an alias, opened the help, saved"
