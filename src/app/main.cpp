@@ -1,14 +1,14 @@
 #include <QApplication>
 #include <QPixmap>
-#include <QSplashScreen>
 
 #include "app/ApplicationFonts.h"
 #include "app/MainWidget.h"
+#include "app/StartSplash.h"
 
 int main(int argc, char** argv) {
   const QApplication application(argc, argv);
 
-  QSplashScreen splash(QPixmap(QStringLiteral(":/icons/splash.png")));
+  StartSplash splash(QPixmap(QStringLiteral(":/icons/splash.png")));
   splash.show();
   splash.showMessage(QStringLiteral("Kelmora Client v3.9b"), Qt::AlignLeft, Qt::black);
   installApplicationFonts();

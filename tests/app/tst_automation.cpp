@@ -345,12 +345,12 @@ void TestAutomation::aWaitingTimerEndsWithTheWindow() {
   {
     PlayWindow play(server.port());
     QVERIFY(play.connectTo(server));
-    play.type("/pause t, 50;late");
+    play.type("/pause t, 500;late");
     play.type("now");
     QTRY_COMPARE(server.received(), QByteArray("now\r\n"));
     QVERIFY(play.window->findChild<ActionTimer*>());
   }
-  QTest::qWait(120);
+  QTest::qWait(600);
   QCOMPARE(server.received(), QByteArray("now\r\n"));
 }
 

@@ -1,13 +1,17 @@
 #include <QApplication>
+#include <QAudioDevice>
 #include <QElapsedTimer>
 #include <QFontInfo>
+#include <QLibraryInfo>
+#include <QMediaDevices>
 #include <QPixmap>
-#include <QSplashScreen>
 #include <QTest>
+#include <QVersionNumber>
 
 #include "app/ApplicationFonts.h"
 #include "app/Beeper.h"
 #include "app/MainWidget.h"
+#include "app/StartSplash.h"
 #include "support/OwnStore.h"
 #include "support/ScratchMain.h"
 #include "terminal/view/OutputWidget.h"
@@ -47,7 +51,7 @@ class TestStartup : public QObject {
 void TestStartup::theWindowIsPaintedWithinASecondOfTheSplash() {
   QElapsedTimer clock;
   clock.start();
-  QSplashScreen splash(QPixmap(QStringLiteral(":/icons/splash.png")));
+  StartSplash splash(QPixmap(QStringLiteral(":/icons/splash.png")));
   splash.show();
   QVERIFY(splash.isVisible());
   installApplicationFonts();
@@ -91,6 +95,9 @@ void TestStartup::theBeepCanBeLoadedAndPlayed() {
   Beeper beeper;
   QVERIFY(!beeper.isLoaded());
   beeper.beep();
+  if (QLibraryInfo::version() >= QVersionNumber(6, 5) &&
+      QMediaDevices::defaultAudioOutput().isNull())
+    QSKIP("newer releases load no sound without a device to play it on");
   QTRY_VERIFY(beeper.isLoaded());
   beeper.beep();
 }

@@ -4,6 +4,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QEvent>
 #include <QFile>
 #include <QFontInfo>
@@ -58,6 +59,7 @@ class StartWatch : public QObject {
     switch (type) {
       case QEvent::Show:
         noteOnce(QStringLiteral("splash shown"));
+        sinceSplash_.start();
         break;
       case QEvent::Paint:
         noteOnce(QStringLiteral("splash painted"));
@@ -78,6 +80,8 @@ class StartWatch : public QObject {
     if (!window_) {
       window_ = &window;
       noteOnce(QStringLiteral("window begun"));
+      if (sinceSplash_.isValid() && sinceSplash_.hasExpired(900))
+        note(QStringLiteral("but late: %1 ms after the splash").arg(sinceSplash_.elapsed()));
       describe();
       connect(qApp, &QCoreApplication::aboutToQuit, this,
               [this] { note(QStringLiteral("loop ended")); });
@@ -123,6 +127,7 @@ class StartWatch : public QObject {
 
   QFile report_;
   QStringList noted_;
+  QElapsedTimer sinceSplash_;
   QPointer<QSplashScreen> splash_;
   QPointer<QWidget> window_;
   bool describing_ = false;
