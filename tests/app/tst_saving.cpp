@@ -130,7 +130,6 @@ class TestSaving : public QObject {
     press(play, title, "Apply");
   }
 
-
   const QString styleAtStart_ = QApplication::style()->objectName();
 };
 

@@ -56,8 +56,7 @@ void TestSettingsAndSession::theSessionIsSavedWithTheNormalBlackBehindIt() {
   QVERIFY(QTest::qWaitForWindowActive(play.window.get()));
   play.pane->setFocus();
   const QString shown = play.text();
-  const QByteArray stored =
-      contentOf(play.store.place().iniFile);
+  const QByteArray stored = contentOf(play.store.place().iniFile);
   Answers answers("session.html");
   play.actions.at(2)->trigger();
   QCOMPARE(play.text(), shown);
