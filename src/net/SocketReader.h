@@ -21,7 +21,7 @@ class SocketReader {
   /// A read of what is left, if anything is: a connection that ends shows all
   /// of its text before its end is told.
   void readRest();
-  /// The same with what has come so far and is not told of yet: to be called
+  /// Has what has come so far, and is not told of yet, told: to be called
   /// before the player's own end of a connection. A connection that turns out
   /// to be at its end already reports that by itself.
   void readArrived();
