@@ -13,12 +13,16 @@
 #include <QSplashScreen>
 #include <QTimer>
 #include <QWindow>
+#include <utility>
 
 namespace {
 
 QString word(bool is) {
   return is ? QStringLiteral("yes") : QStringLiteral("no");
 }
+
+const QString splashGone = QStringLiteral("splash gone");
+const QString windowThere = QStringLiteral("window on the screen");
 
 class StartWatch : public QObject {
  public:
@@ -35,8 +39,10 @@ class StartWatch : public QObject {
       seeSplash(*splash, event->type());
     else if (watched->inherits("MainWidget"))
       seeWindow(*static_cast<QWidget*>(watched), event->type());
-    else if (window_ && watched == window_->windowHandle() && event->type() == QEvent::Expose)
-      noteOnce(QStringLiteral("window on the screen"));
+    else if (window_ && watched == window_->windowHandle() && event->type() == QEvent::Expose) {
+      noteOnce(windowThere);
+      endOnceStarted();
+    }
     return false;
   }
 
@@ -68,8 +74,8 @@ class StartWatch : public QObject {
         noteOnce(QStringLiteral("splash in the program's font"));
         break;
       case QEvent::Hide:
-        if (noteOnce(QStringLiteral("splash gone")))
-          QTimer::singleShot(0, this, [this] { end(); });
+        noteOnce(splashGone);
+        endOnceStarted();
         break;
       default:
         break;
@@ -112,6 +118,13 @@ class StartWatch : public QObject {
     describing_ = false;
   }
 
+  /// Newer releases let the splash go before the window is on the screen.
+  void endOnceStarted() {
+    if (noted_.contains(splashGone) && noted_.contains(windowThere) &&
+        !std::exchange(ending_, true))
+      QTimer::singleShot(0, this, [this] { end(); });
+  }
+
   void end() {
     const QByteArray way = qgetenv("KELMORA_START_END");
     if (way.startsWith("exit ")) {
@@ -131,6 +144,7 @@ class StartWatch : public QObject {
   QPointer<QSplashScreen> splash_;
   QPointer<QWidget> window_;
   bool describing_ = false;
+  bool ending_ = false;
 };
 
 }  // namespace
