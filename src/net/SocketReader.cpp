@@ -12,7 +12,7 @@ void SocketReader::readSocketData() {
 }
 
 void SocketReader::readRest() {
-  if (socket_.isReadable() && socket_.bytesAvailable() > 0)
+  if (socket_.bytesAvailable() > 0)
     readSocketData();
 }
 

@@ -66,6 +66,9 @@ class TestServerConnection : public QObject {
   void connectingTellsAndDisablesConnect();
   void aConnectionTellsAndSwitchesTheActions();
   void theServersEndIsOneLine();
+  void theEndAloneSwitchesAllActions();
+  void anErrorThatEndsNothingKeepsTheConnection();
+  void afterAFailedAttemptTheSocketIsClosed();
   void theUsersDisconnectIsOneLine();
   void whatWasWrittenBeforeADisconnectStillArrives();
   void theSameSocketConnectsAgain();
@@ -161,6 +164,32 @@ void TestServerConnection::theServersEndIsOneLine() {
   server_->nextPendingConnection()->close();
   QTRY_COMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
   QCOMPARE(client_->host.lines, QStringList{disconnectedLine()});
+}
+
+void TestServerConnection::theEndAloneSwitchesAllActions() {
+  client_->host.actions = {{ConnectionAction::Connect, false},
+                           {ConnectionAction::Disconnect, true},
+                           {ConnectionAction::ProxySettings, false}};
+  client_->connection.clientDisconnected();
+  QCOMPARE(client_->host.enabledActions(), QString("C-P"));
+  QCOMPARE(client_->host.lines, QStringList{disconnectedLine()});
+}
+
+void TestServerConnection::anErrorThatEndsNothingKeepsTheConnection() {
+  client_->connection.connectToServer();
+  QTRY_COMPARE(client_->socket.state(), QAbstractSocket::ConnectedState);
+  client_->connection.displaySocketError(QAbstractSocket::SocketTimeoutError);
+  QCOMPARE(client_->socket.state(), QAbstractSocket::ConnectedState);
+  QCOMPARE(client_->host.lines.last(), QString("<i>Error: Socket error 5</i>"));
+}
+
+void TestServerConnection::afterAFailedAttemptTheSocketIsClosed() {
+  const RefusedPort port;
+  client_->settings.port = port.number();
+  client_->connection.connectToServer();
+  QTRY_VERIFY(client_->host.lines.last().contains("refused"));
+  // A stream on it would keep what is written, for a later connection.
+  QVERIFY(!client_->socket.isOpen());
 }
 
 void TestServerConnection::theUsersDisconnectIsOneLine() {

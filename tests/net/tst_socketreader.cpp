@@ -20,6 +20,7 @@ class TestSocketReader : public QObject {
   void whatHasArrivedIsReadThoughNobodyWasTold();
   void askingForWhatIsNotThereTellsNothing();
   void askingWithoutAConnectionDoesNothing();
+  void askingDuringAnAttemptLeavesItAlone();
   void askingFindsTheEndOfTheConnection();
   void aServerThatNeverPausesHasToWait();
 
@@ -146,6 +147,18 @@ void TestSocketReader::askingWithoutAConnectionDoesNothing() {
   reader.readArrived();
   QCOMPARE(errors.size(), 0);
   QCOMPARE(reads_.size(), 0);
+}
+
+void TestSocketReader::askingDuringAnAttemptLeavesItAlone() {
+  QTcpSocket socket;
+  SocketReader reader(socket, [this](const QByteArray& data) { reads_ << data; });
+  const QSignalSpy errors(&socket, &QTcpSocket::errorOccurred);
+  socket.connectToHost(QHostAddress(QHostAddress::LocalHost), server_->port());
+  QCOMPARE(socket.state(), QAbstractSocket::ConnectingState);
+  reader.readArrived();
+  QCOMPARE(socket.state(), QAbstractSocket::ConnectingState);
+  QTRY_COMPARE(socket.state(), QAbstractSocket::ConnectedState);
+  QCOMPARE(errors.size(), 0);
 }
 
 void TestSocketReader::askingFindsTheEndOfTheConnection() {

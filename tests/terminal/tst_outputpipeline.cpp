@@ -14,6 +14,8 @@ class TstOutputPipeline : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
+  void aLongReadIsDividedBehindLineEnds();
+  void aReadWithTagsIsNotDivided();
   void ordinaryBytesStayAsTheyAre_data();
   void ordinaryBytesStayAsTheyAre();
   void specialBytes_data();
@@ -312,6 +314,44 @@ void TstOutputPipeline::whatIsCutInTwo() {
   client.read(second, {});
   QCOMPARE(client.html(), secondHtml);
   QCOMPARE(client.host.lines(), secondLines);
+}
+
+void TstOutputPipeline::aLongReadIsDividedBehindLineEnds() {
+  Client client;
+  QByteArray read;
+  for (int i = 0; read.size() < 100'000; ++i)
+    read += (i % 3 == 0 ? "\x1B[31m" : "") + QByteArray("line\t") + QByteArray::number(i) + "\r\n";
+  read += "the last";
+  client.read(read);
+  const ServerText& text = client.host.texts.first();
+  const std::vector<ServerText> parts = text.divided();
+  QVERIFY(parts.size() > 8);
+  QByteArray bytes;
+  QByteArray plain;
+  for (const ServerText& part : parts) {
+    bytes += part.bytes;
+    plain += part.plain;
+    const bool isLast = &part == &parts.back();
+    QVERIFY(isLast || (part.bytes.endsWith('\n') && part.plain.endsWith('\n')));
+    QCOMPARE(part.plain.count('\n'), part.bytes.count('\n'));
+    QVERIFY(isLast || part.bytes.size() >= ServerText::partLength);
+    QVERIFY(part.bytes.size() < ServerText::partLength + 100);
+  }
+  QCOMPARE(bytes, read);
+  QCOMPARE(plain, text.plain);
+}
+
+void TstOutputPipeline::aReadWithTagsIsNotDivided() {
+  Client client;
+  const QByteArray lines = QByteArray("a line\n").repeated(5000);
+  client.read(lines + "<b>" + lines, markup);
+  QVERIFY(client.host.texts.last().divisions.empty());
+  // Nor what follows a bracket of an earlier read.
+  client.read("<b ", markup);
+  client.read(lines, markup);
+  QVERIFY(client.host.texts.last().divisions.empty());
+  client.read("<b>" + lines, plainText);
+  QVERIFY(!client.host.texts.last().divisions.empty());
 }
 
 KELMORA_TEST_MAIN(TstOutputPipeline)

@@ -50,6 +50,7 @@ class TestOutputWidget : public QObject {
   void behindAnyTextThereIsNothingLeftToScroll();
   void theNewestLineStaysInSightWhateverTheSize_data();
   void theNewestLineStaysInSightWhateverTheSize();
+  void theNewestLineStaysInSightInAnyFont();
   void aLittleAboveTheEndIsTheEndStill();
   void aReaderFurtherUpKeepsTheLineAtTheTop_data();
   void aReaderFurtherUpKeepsTheLineAtTheTop();
@@ -346,6 +347,16 @@ void TestOutputWidget::theNewestLineStaysInSightWhateverTheSize() {
   QVERIFY(showsTheNewestLine());
   QTest::qWait(30);
   QCOMPARE(bar->value(), bar->maximum());
+}
+
+void TestOutputWidget::theNewestLineStaysInSightInAnyFont() {
+  fillWithLines(100);
+  for (const int size : {30, 6, 14}) {
+    pane_->setFont(QFont(pane_->font().family(), size));
+    QTest::qWait(30);
+    QVERIFY(pane_->viewport()->rect().contains(pane_->cursorRect()));
+    QCOMPARE(pane_->verticalScrollBar()->value(), pane_->verticalScrollBar()->maximum());
+  }
 }
 
 void TestOutputWidget::aLittleAboveTheEndIsTheEndStill() {

@@ -73,6 +73,8 @@ void TestSafeMarkup::passesUnchanged_data() {
   row("a list of terms", "<dl><dt>term<dd>what it is</dl>");
   row("a size in points", R"(<span style="font-size:20pt">x</span>)");
   row("a size in parts of a point", R"(<span style="font-size:10.5pt">x</span>)");
+  for (const char* word : {"small", "medium", "large", "x-large", "xx-large"})
+    row(word, qPrintable(QStringLiteral("<span style=\"font-size:%1\">x</span>").arg(word)));
   row("the largest size", R"(<span style="font-size:200px">x</span>)");
   row("the smallest size", R"(<span style="font-size:1pt">x</span>)");
   row("letters that lean no more", R"(<span style="font-style:normal">x</span>)");

@@ -175,6 +175,7 @@ class TestWholeReads : public QObject {
  private Q_SLOTS:
   void aReadIsShownWholeHoweverLong_data();
   void aReadIsShownWholeHoweverLong();
+  void aMarkOfByteOrderIsNoneBehindADivision();
   void withoutTagsThePaneShowsWhatTheToolkitAloneWould();
   void longReadsWithoutTags();
   void longReadsInColoursOfAnyName();
@@ -234,6 +235,13 @@ void TestWholeReads::aReadIsShownWholeHoweverLong() {
   QCOMPARE(differenceAfter(panes, {"before ", read, " behind"}, withLinks), QString());
   // The text of a palette colour stands where the next read begins, never within one.
   QCOMPARE(panes.quick.toPlainText().count("#ff8700"), line.contains("\x1B[38;5;208m") ? 1 : 0);
+}
+
+void TestWholeReads::aMarkOfByteOrderIsNoneBehindADivision() {
+  PaneBesideRaw panes;
+  // No span is open where a read begins with the text of a palette colour.
+  const QByteArray lines = QByteArray("\xEF\xBB\xBFx\n").repeated(5000);
+  QCOMPARE(differenceAfter(panes, {"\x1B[38;5;208m", lines}, withLinks), QString());
 }
 
 void TestWholeReads::withoutTagsThePaneShowsWhatTheToolkitAloneWould() {

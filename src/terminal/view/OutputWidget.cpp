@@ -103,7 +103,6 @@ void OutputWidget::resizeEvent(QResizeEvent* event) {
     showTheEnd();
   else
     verticalScrollBar()->setValue(verticalScrollBar()->value() + cursorRect(top).top() - above);
-  followsTheEnd_ = following;
 }
 
 void OutputWidget::followTheEnd() {
