@@ -343,10 +343,13 @@ void TestOutputWidget::theNewestLineStaysInSightWhateverTheSize() {
   QTest::qWait(30);
   QVERIFY(showsTheNewestLine());
   QCOMPARE(bar->value(), bar->maximum());
-  pane_->resize(400, 300);
-  QVERIFY(showsTheNewestLine());
-  QTest::qWait(30);
-  QCOMPARE(bar->value(), bar->maximum());
+  // And once more, as the edge of a window is dragged.
+  for (const QSize& next : {size - QSize(40, 30), QSize(400, 300)}) {
+    pane_->resize(next);
+    QVERIFY(showsTheNewestLine());
+    QTest::qWait(30);
+    QCOMPARE(bar->value(), bar->maximum());
+  }
 }
 
 void TestOutputWidget::theNewestLineStaysInSightInAnyFont() {

@@ -338,29 +338,38 @@ void TestWholeReads::longReadsWithBlocksLoseNothing() {
 void TestWholeReads::aLongReadLeavesKeysTheirTurns_data() {
   QTest::addColumn<QByteArray>("read");
   QTest::addColumn<PipelineOptions>("options");
+  QTest::addColumn<AnsiTranslator::ColourTexts>("colours");
   QByteArray game;
   for (int i = 0; game.size() < 2'000'000; ++i)
     game += "\x1B[3" + QByteArray::number(i % 8) + "mYou see lamp " + QByteArray::number(i) +
             "\x1B[0m and a door to the north.\r\n";
-  QTest::newRow("text of the game") << game << withLinks;
-  QTest::newRow("text of the game, with prompts in brackets")
-      << game.replace("and a door", "<100hp 20sp>") << withTagsAndLinks;
-  QTest::newRow("items in lists in lists")
-      << QByteArray("<ul>").repeated(32) + QByteArray("<li>x").repeated(20'000) << withTagsAndLinks;
-  QTest::newRow("bold words without a line end")
-      << QByteArray("<b>word</b> other ").repeated(20'000) << withTagsAndLinks;
+  AnsiTranslator::ColourTexts named = normalColours;
+  named[1] = "red";
+  const auto row = [](const char* name, const QByteArray& read, const PipelineOptions& options,
+                      const AnsiTranslator::ColourTexts& colours = normalColours) {
+    QTest::newRow(name) << read << options << colours;
+  };
+  row("text of the game", game, withLinks);
+  row("text of the game, in a colour by its name", game, withLinks, named);
+  row("text of the game, with prompts in brackets", game.replace("and a door", "<100hp 20sp>"),
+      withTagsAndLinks);
+  row("items in lists in lists",
+      QByteArray("<ul>").repeated(32) + QByteArray("<li>x").repeated(20'000), withTagsAndLinks);
+  row("bold words without a line end", QByteArray("<b>word</b> other ").repeated(20'000),
+      withTagsAndLinks);
 }
 
 void TestWholeReads::aLongReadLeavesKeysTheirTurns() {
   QFETCH(const QByteArray, read);
   QFETCH(const PipelineOptions, options);
+  QFETCH(const AnsiTranslator::ColourTexts, colours);
   // The longest turn, in milliseconds, where one insertion of it all takes
   // seconds to minutes; a busy machine and sanitizers make some of that too.
-  constexpr qint64 patience = 2500;
+  constexpr qint64 patience = 10'000;
   TwoPanes panes;
   RecordingHost host;
   OutputPipeline pipeline;
-  pipeline.translator().buildColourSpans(normalColours, boldColours);
+  pipeline.translator().buildColourSpans(colours, boldColours);
   pipeline.readSocketData(read, options, host);
   QElapsedTimer timer;
   timer.start();
