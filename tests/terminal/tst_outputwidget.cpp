@@ -1,9 +1,11 @@
+#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFile>
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
+#include <functional>
 
 #include "IdleHost.h"
 #include "PipelineSupport.h"
@@ -33,6 +35,8 @@ class TestOutputWidget : public QObject {
   void cleanup();
   void isReadOnlyAndWrapsAtWords();
   void keepsAtMost750Paragraphs();
+  void whatIsTallerThanTheToolkitLaysOutIsDroppedFromTheTop_data();
+  void whatIsTallerThanTheToolkitLaysOutIsDroppedFromTheTop();
   void serverTextContinuesTheLastParagraph();
   void aLongParagraphIsContinuedAtALineBreak();
   void aDivisionChangesNoTextAndNoColour();
@@ -102,6 +106,50 @@ void TestOutputWidget::keepsAtMost750Paragraphs() {
   QCOMPARE(pane_->document()->blockCount(), 750);
   QCOMPARE(pane_->document()->firstBlock().text(), QString("line 50"));
   QCOMPARE(pane_->document()->lastBlock().text(), QString("line 799"));
+}
+
+void TestOutputWidget::whatIsTallerThanTheToolkitLaysOutIsDroppedFromTheTop_data() {
+  QTest::addColumn<QString>("text");
+  QTest::addColumn<std::function<void(OutputWidget&)>>("change");
+  const auto inPoints = [](int size) {
+    return [size](OutputWidget& pane) {
+      QFont font = pane.font();
+      font.setPointSize(size);
+      pane.setFont(font);
+    };
+  };
+  const QString emptyLines = QStringLiteral("<br>\n").repeated(1000);
+  const QString words = QStringLiteral("You see a lamp here. ").repeated(350) + "<br>\n";
+  QTest::newRow("lines beyond all measure")
+      << emptyLines << std::function<void(OutputWidget&)>(inPoints(100));
+  QTest::newRow("a larger font for the same lines")
+      << words << std::function<void(OutputWidget&)>(inPoints(60));
+  QTest::newRow("a narrower pane for the same lines")
+      << words << std::function<void(OutputWidget&)>([](OutputWidget& pane) {
+           pane.resize(80, pane.height());
+         });
+}
+
+void TestOutputWidget::whatIsTallerThanTheToolkitLaysOutIsDroppedFromTheTop() {
+  QFETCH(const QString, text);
+  QFETCH(const std::function<void(OutputWidget&)>, change);
+  pane_->resize(800, 300);
+  pane_->show();
+  const auto height = [&] {
+    QTextDocument& document = *pane_->document();
+    return document.documentLayout()->blockBoundingRect(document.lastBlock()).bottom();
+  };
+  for (int i = 0; i < 300; ++i)
+    pane_->insertServerHtml(text);
+  (void)pane_->document();
+  change(*pane_);
+  for (int i = 0; i < 30; ++i)
+    pane_->insertServerHtml(text);
+  pane_->insertServerHtml("the newest");
+  QVERIFY2(height() <= OutputWidget::tallestDocument, qPrintable(QString::number(height())));
+  QVERIFY2(height() > OutputWidget::tallestDocument / 8, qPrintable(QString::number(height())));
+  QVERIFY(pane_->toPlainText().endsWith("the newest"));
+  QCOMPARE(pane_->document()->maximumBlockCount(), OutputWidget::maximumParagraphs);
 }
 
 void TestOutputWidget::serverTextContinuesTheLastParagraph() {

@@ -1,5 +1,9 @@
 #include "terminal/view/OutputWidget.h"
 
+#include <QAbstractTextDocumentLayout>
+#include <QEvent>
+#include <QFontMetricsF>
+#include <QResizeEvent>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <algorithm>
@@ -98,11 +102,25 @@ void OutputWidget::resizeEvent(QResizeEvent* event) {
   const bool following = followsTheEnd_;
   const QTextCursor top = cursorForPosition({0, 0});
   const int above = cursorRect(top).top();
+  // Half as wide, it becomes twice as tall.
+  if (const QSize before = event->oldSize(); before.width() > event->size().width())
+    limitHeight(tallestDocument * double(event->size().width()) / before.width());
   QTextBrowser::resizeEvent(event);
   if (following)
     showTheEnd();
   else
     verticalScrollBar()->setValue(verticalScrollBar()->value() + cursorRect(top).top() - above);
+}
+
+void OutputWidget::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::FontChange) {
+    const QFontMetricsF before(QTextBrowser::document()->defaultFont());
+    const double growth = QFontMetricsF(font()).lineSpacing() / before.lineSpacing();
+    // The lines become taller, and shorter too.
+    if (growth > 1)
+      limitHeight(tallestDocument / (growth * growth));
+  }
+  QTextBrowser::changeEvent(event);
 }
 
 void OutputWidget::followTheEnd() {
@@ -176,19 +194,43 @@ void OutputWidget::insertWaiting(Amount amount) {
     clearUnlessItShapesWhatFollows();
   moveCursor(QTextCursor::End);
   qsizetype written = 0;
-  {
-    PaneWriter writer(*this, looks_,
-                      {.longParagraph = longParagraph, .longestParagraph = longestParagraph});
-    const double enough = turns_.characters({.bytes = queue_.size(), .skipped = skipped});
-    while (!queue_.isEmpty() && (amount == Amount::All || !isOver(writer.written(), enough)))
-      writer.write(queue_.take());
-    written = writer.written();
+  const double enough = turns_.characters({.bytes = queue_.size(), .skipped = skipped});
+  const auto goesOn = [&](qsizetype characters) {
+    return !queue_.isEmpty() && (amount == Amount::All || !isOver(characters, enough));
+  };
+  // Each character may be a line.
+  const qsizetype mostInAChange = tallestChange / std::max(fontMetrics().lineSpacing(), 1);
+  while (goesOn(written)) {
+    const qsizetype before = written;
+    {
+      PaneWriter writer(*this, looks_,
+                        {.longParagraph = longParagraph, .longestParagraph = longestParagraph});
+      while (goesOn(before + writer.written()) && writer.written() < mostInAChange)
+        writer.write(queue_.take());
+      written = before + writer.written();
+    }
+    limitHeight(tallestDocument);
   }
   moveCursor(QTextCursor::End);
   showTheEnd();
   if (amount == Amount::WhatFitsATurn)
     turns_.learn(written, timer.nsecsElapsed());
   limitFormats();
+}
+
+void OutputWidget::limitHeight(double tallest) {
+  QTextDocument& document = *QTextBrowser::document();
+  const QAbstractTextDocumentLayout& layout = *document.documentLayout();
+  const double excess = layout.blockBoundingRect(document.lastBlock()).bottom() - tallest;
+  if (excess <= 0)
+    return;
+  int first = 0;
+  for (QTextBlock block = document.begin(); block != document.lastBlock(); block = block.next())
+    if (layout.blockBoundingRect(block).top() < excess)
+      ++first;
+  // The toolkit's own way to drop them.
+  document.setMaximumBlockCount(document.blockCount() - first);
+  document.setMaximumBlockCount(maximumParagraphs);
 }
 
 void OutputWidget::clearUnlessItShapesWhatFollows() {

@@ -30,6 +30,11 @@ class OutputWidget : public QTextBrowser {
   static constexpr qsizetype longParagraph = 4096;
   /// Characters after which it is continued even where no line breaks.
   static constexpr qsizetype longestParagraph = 65536;
+  /// Pixels beyond which older paragraphs are dropped as well, and how much may
+  /// come on top of them in one change. The toolkit lays out no more than some
+  /// eight millions: there its pages end, and it goes round in them for good.
+  static constexpr int tallestDocument = 3'000'000;
+  static constexpr int tallestChange = 2'000'000;
   /// Character formats out of use, each about half a kilobyte, that a document
   /// may have gathered before it is made anew in the next quiet moment, and at
   /// once. The toolkit keeps every format that a document ever had, and each
@@ -75,6 +80,7 @@ class OutputWidget : public QTextBrowser {
   /// The newest line stays in sight where it was; otherwise the line at the top
   /// stays there.
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
   /// A link never replaces what the pane shows.
   void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
 
@@ -90,6 +96,8 @@ class OutputWidget : public QTextBrowser {
   void add(PaneText text);
   void takeTurn();
   void insertWaiting(Amount amount);
+  /// Drops paragraphs from the top, all but the last, of what is taller.
+  void limitHeight(double tallest);
   void clearUnlessItShapesWhatFollows();
   /// At most so many formats are out of use, by those in use at the last look.
   [[nodiscard]] qsizetype formatsSinceLook() const;
