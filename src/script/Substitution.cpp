@@ -36,15 +36,24 @@ Substitution::Substitution(const Variables& variables, qsizetype longestName, co
 
 void Substitution::findNames(qsizetype from, qsizetype to) {
   const QStringView part = QStringView(text_).first(to);
+  const QStringView reach = QStringView(text_).first(std::min(to + longestName_ + 1, text_.size()));
   work_ += to - from;
+  qsizetype close = -1;
   for (qsizetype brace = part.indexOf(u'{', from); brace >= 0 && !isOver();
-       brace = part.indexOf(u'{', brace + 1))
-    findNamesBehind(brace);
+       brace = part.indexOf(u'{', brace + 1)) {
+    if (close < brace)
+      close = reach.indexOf(u'}', brace);
+    if (close < 0)
+      return;
+    if (close - brace <= longestName_ + 1)
+      findNamesBehind(brace);
+  }
 }
 
 void Substitution::findNamesBehind(qsizetype brace) {
   const QStringView behind = QStringView(text_).sliced(brace + 1);
   const QStringView rest = behind.first(std::min(longestName_ + 1, behind.size()));
+  work_ += rest.size();
   qsizetype end = rest.lastIndexOf(u'}');
   while (end >= 0 && !isOver()) {
     const QString ahead = QString::fromRawData(rest.data(), end);

@@ -134,7 +134,7 @@ void TestRunBudget::actionsCost_data() {
   row("a short number is read at once", {"/add n, 1234567"}, 1);
   row("a long number is read", {"/add number, 1"}, 1 + 10);
   row("two long numbers are compared", {"/islessthan {number}, {number}"}, 1 + 1 + 1 + 19);
-  row("the names in a text are looked up", {"/set a, {s}{n}{s}{x}{s}{n}{s}{x}"}, 1 + 4);
+  row("the names in a text are looked up", {"/set a, {s}{n}{s}{x}{s}{n}{s}{x}"}, 1 + 5);
   row("braces in a value are looked up", {"/set a, {v}"}, 1 + 3);
   row("the rest behind a pause is copied", {"wait"}, 2 + 1 + 10);
   row("calling off a pause is a command and a line", {"wait", "/unpause t"}, 13 + 2);

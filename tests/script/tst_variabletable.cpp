@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "script/VariableTable.h"
+#include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
 
 using Entries = VariableTable::Entries;
@@ -24,6 +25,8 @@ class TestVariableTable : public QObject {
   void nothingIsReadBehindTheText();
   void manyBracesTakeTimeByTheirNumber_data();
   void manyBracesTakeTimeByTheirNumber();
+  void longNamesTakeTimeByTheirLength_data();
+  void longNamesTakeTimeByTheirLength();
   void moreThanTheAllowedWorkIsNotDone();
   void tellsWhetherItCut();
   void cutsAValueThatIsTooLong();
@@ -275,6 +278,27 @@ void TestVariableTable::manyBracesTakeTimeByTheirNumber() {
   const auto result = table.substitution(text, std::numeric_limits<qint64>::max());
   QCOMPARE(result.text(), text);
   QVERIFY2(result.work() <= 80 * text.size(), qPrintable(QString::number(result.work())));
+}
+
+void TestVariableTable::longNamesTakeTimeByTheirLength_data() {
+  QTest::addColumn<QString>("text");
+  QTest::newRow("no closing brace") << QString(60'000, u'{');
+  QTest::newRow("closing ones out of reach") << QString(60'000, u'{') + QString(5'000, u'}');
+  QTest::newRow("closing ones in reach") << QString(QString(500, u'{') + u'}').repeated(120);
+}
+
+void TestVariableTable::longNamesTakeTimeByTheirLength() {
+  QFETCH(const QString, text);
+  VariableTable table;
+  for (int length = 1; length <= 900; ++length)
+    table.set(QString(length, u'{') + u'-', "x");
+  constexpr qint64 work = 20'000'000;
+  const ProcessorClock clock;
+  qint64 done = 0;
+  while (done < work)
+    done += table.substitution(text, work - done).work();
+  // Some 80,000 steps of a run.
+  QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
 }
 
 void TestVariableTable::moreThanTheAllowedWorkIsNotDone() {
