@@ -104,7 +104,7 @@ void OutputWidget::resizeEvent(QResizeEvent* event) {
   const int above = cursorRect(top).top();
   // Half as wide, it becomes twice as tall.
   if (const QSize before = event->oldSize(); before.width() > event->size().width())
-    limitHeight(tallestDocument * double(event->size().width()) / before.width());
+    limitHeight(tallestDocument * static_cast<double>(event->size().width()) / before.width());
   QTextBrowser::resizeEvent(event);
   if (following)
     showTheEnd();
