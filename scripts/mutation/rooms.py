@@ -1,0 +1,14 @@
+"""Which sources are whose, and where their tests are."""
+
+# A room's tests are those that ctest runs in tests/<room>.
+ROOMS = {
+    "scan": ("src/scan",),
+    "files": ("src/files",),
+    "settings": ("src/settings",),
+    "net": ("src/net",),
+    "terminal": ("src/terminal/core", "src/terminal/view"),
+    "automation": ("src/automation/core", "src/automation/editors"),
+    "script": ("src/script",),
+    "dialogs": ("src/dialogs",),
+    "app": ("src/app",),
+}
