@@ -162,6 +162,7 @@ class Workshop:
 
     def _run(self, test: Test, limit: float, streams: int | None) -> tuple[int | None, str]:
         environment = os.environ | {"HOME": str(self.home), "TMPDIR": str(self.home)} | test.environment
+        environment["QTEST_DISABLE_STACK_DUMP"] = "1"  # a debugger takes its time, and nobody reads it
         if streams is not None:
             environment["KELMORA_STREAMS"] = str(streams)
         command = ["sh", "-c", _LIMITS + '; exec "$@"', "sh", *test.command]
