@@ -634,14 +634,22 @@ void TestAliasWidget::disabledTextStaysLegibleInTheDark() {
   dark.setColor(QPalette::Base, Qt::black);
   dark.setColor(QPalette::Disabled, QPalette::Text, QColor(40, 40, 40));
   const auto ink = [&] {
-    return controls_->commands->palette().color(QPalette::Disabled, QPalette::Text).lightness();
+    return controls_->commands->palette().color(QPalette::Disabled, QPalette::Text);
   };
-  QVERIFY(ink() < 128);
+  QVERIFY(ink().lightness() < 128);
   QApplication::setPalette(dark);
   QCoreApplication::processEvents();
-  const int inTheDark = ink();
+  const int inTheDark = ink().lightness();
+  QPalette colourful = before;
+  colourful.setColor(QPalette::Text, QColor(200, 0, 100));
+  colourful.setColor(QPalette::Base, QColor(0, 200, 100));
+  QApplication::setPalette(colourful);
+  QCoreApplication::processEvents();
+  const QColor inColour = ink();
   QApplication::setPalette(before);
   QVERIFY(inTheDark > 128);
+  // A third of the way from the ink to the paper, in each colour.
+  QCOMPARE(inColour.name(), QStringLiteral("#824664"));  // 130, 70, 100
 }
 
 KELMORA_GUI_TEST_MAIN(TestAliasWidget)

@@ -36,6 +36,7 @@ class TestTextFile : public QObject {
   void aCopyIsKeptUnderTheFirstFreeName();
   void aKeptCopyHasThePermissions_data();
   void aKeptCopyHasThePermissions();
+  void theLongestFileIsCopied();
   void aFileTooLongToBeCopiedIsMoved();
   void whatALinkLeadsToIsCopied();
   void whatIsNoFileIsNotKept();
@@ -229,6 +230,14 @@ void TestTextFile::aKeptCopyHasThePermissions() {
   QVERIFY(textfile::keepBeside(path, access));
   QCOMPARE(QFile::permissions(path + u".bak"_s), kept);
   QCOMPARE(QFile::permissions(path), permissions);
+}
+
+void TestTextFile::theLongestFileIsCopied() {
+  QVERIFY(put(path, "a\nb\nc"));
+  QVERIFY(QFile::resize(path, textfile::largestFile));
+  QVERIFY(textfile::keepBeside(path));
+  QCOMPARE(QFileInfo(path).size(), textfile::largestFile);
+  QCOMPARE(QFileInfo(path + u".bak"_s).size(), textfile::largestFile);
 }
 
 void TestTextFile::aFileTooLongToBeCopiedIsMoved() {
