@@ -2,7 +2,7 @@
 
 import random
 import re
-from dataclasses import dataclass
+from dataclasses import dataclass, replace
 
 from . import tokens
 from .tokens import Source
@@ -34,11 +34,13 @@ class Edit:
 @dataclass(frozen=True)
 class Change:
     """One change of one file. `before` and `after` are the lines it touches,
-    without their indentation: they name it wherever the lines move to."""
+    without their indentation: they name it wherever the lines move to. `place`
+    is the first line of the function or type around it."""
 
     file: str
     kind: str
     line: int
+    place: str
     before: str
     after: str
     edits: tuple[Edit, ...]
@@ -64,6 +66,12 @@ def _flat(text: str) -> str:
     return " ".join(text.split())
 
 
+def _place(text: str, before: int) -> str:
+    """What begins in the first column begins a part of the file."""
+    heads = re.findall(r"^(?!namespace\b)[A-Za-z_].*$", text[:before], re.MULTILINE)
+    return _flat(heads[-1]) if heads else ""
+
+
 def changes_of(file: str, text: str) -> list[Change]:
     source = tokens.read(text)
     found = []
@@ -75,10 +83,13 @@ def changes_of(file: str, text: str) -> list[Change]:
         after = text[first:last]
         for edit in reversed(edits):
             after = after[: edit.start - first] + edit.text + after[edit.end - first :]
-        change = Change(file, kind, source.line_of(edits[0].start), _flat(text[first:last]), _flat(after), tuple(edits))
+        change = Change(
+            file, kind, source.line_of(edits[0].start), _place(text, first), _flat(text[first:last]), _flat(after),
+            tuple(edits),
+        )
         ordinal = seen.get(change.key, 0)
         seen[change.key] = ordinal + 1
-        found.append(Change(*[getattr(change, name) for name in ("file", "kind", "line", "before", "after", "edits")], ordinal))
+        found.append(replace(change, ordinal=ordinal))
     return found
 
 

@@ -34,7 +34,7 @@ class Results:
     def add(self, room: str, change: Change, outcome: str, **more) -> dict:
         entry = {
             "name": change.name, "room": room, "file": change.file, "line": change.line, "kind": change.kind,
-            "before": change.before, "after": change.after, "outcome": outcome, **more,
+            "place": change.place, "before": change.before, "after": change.after, "outcome": outcome, **more,
         }
         self.entries[change.name] = entry
         self._write(entry)
@@ -45,29 +45,40 @@ class Results:
         self._file.flush()
 
 
-def read_equivalents(path: Path) -> dict[tuple[str, str, str], str]:
-    """Paragraphs of "# reason", "file", "- line" and "+ line"; several changes
-    may stand below one reason."""
-    known: dict[tuple[str, str, str], str] = {}
-    reason, file, before = "", "", ""
-    in_reason = False
-    for line in path.read_text().splitlines() if path.exists() else ():
-        if line.startswith("#"):
-            reason = (reason + " " if in_reason else "") + line[1:].strip()
-        elif line.startswith("- "):
-            before = line[2:].strip()
-        elif line.startswith("+"):
-            known[file, before, line[1:].strip()] = reason
-        elif line.strip():
-            file = line.strip()
-        in_reason = line.startswith("#")
-    return known
+class Equivalents:
+    """The list of what nobody can notice: paragraphs of "# reason", a file, "- line"
+    and "+ line". "@ line" in front tells which of several functions is meant.
+    Several changes may stand below one reason."""
+
+    def __init__(self, path: Path):
+        self._reasons: dict[tuple[str, str, str, str], str] = {}
+        reason, file, place, before = "", "", "", ""
+        in_reason = False
+        for line in path.read_text().splitlines() if path.exists() else ():
+            text = line[1:].strip()
+            if line.startswith("#"):
+                reason, place = (reason + " " + text if in_reason else text), ""
+            elif line.startswith("@"):
+                place = text
+            elif line.startswith("-"):
+                before = text
+            elif line.startswith("+"):
+                self._reasons[file, place, before, text] = reason
+            elif line.strip():
+                file, place = line.strip(), ""
+            in_reason = line.startswith("#")
+
+    def reason(self, file: str, place: str, before: str, after: str) -> str | None:
+        for where in (place, ""):
+            if (file, where, before, after) in self._reasons:
+                return self._reasons[file, where, before, after]
+        return None
 
 
-def report(entries: list[dict], known: dict[tuple[str, str, str], str]) -> str:
+def report(entries: list[dict], known: Equivalents) -> str:
     """Entries that became known as equivalent behind their run count as such."""
     def outcome(entry):
-        listed = (entry["file"], entry["before"], entry["after"]) in known
+        listed = known.reason(*[entry[part] for part in ("file", "place", "before", "after")]) is not None
         return EQUIVALENT if listed and entry["outcome"] == UNNOTICED else entry["outcome"]
 
     lines, total = [], Counter()
@@ -93,5 +104,5 @@ def report(entries: list[dict], known: dict[tuple[str, str, str], str]) -> str:
     for entry in entries:
         if outcome(entry) == UNNOTICED:
             lines += [f"unnoticed: {entry['file']}:{entry['line']} ({entry['kind']})",
-                      f"- {entry['before']}", f"+ {entry['after']}", ""]
+                      f"@ {entry['place']}", f"- {entry['before']}", f"+ {entry['after']}", ""]
     return "\n".join(lines)

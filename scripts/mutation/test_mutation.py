@@ -82,12 +82,19 @@ class Results(unittest.TestCase):
     def test_what_cannot_be_noticed_is_known_by_its_lines(self):
         with tempfile.TemporaryDirectory() as folder:
             path = Path(folder) / "known.txt"
-            path.write_text("# It only saves\n# time.\nx.cpp\n- g();\n+\n- h(1);\n+ h(2);\n\n# Never seen.\ny.cpp\n- a\n+ b\n")
-            self.assertEqual(
-                results.read_equivalents(path),
-                {("x.cpp", "g();", ""): "It only saves time.", ("x.cpp", "h(1);", "h(2);"): "It only saves time.",
-                 ("y.cpp", "a", "b"): "Never seen."},
+            path.write_text(
+                "# It only saves\n# time.\nx.cpp\n@ void f() {\n- return;\n+ ;\n\n# Never seen.\ny.cpp\n- a\n+ b\n- c\n+\n"
             )
+            known = results.Equivalents(path)
+            self.assertEqual(known.reason("x.cpp", "void f() {", "return;", ";"), "It only saves time.")
+            self.assertIsNone(known.reason("x.cpp", "void g() {", "return;", ";"))
+            self.assertEqual(known.reason("y.cpp", "void g() {", "a", "b"), "Never seen.")
+            self.assertEqual(known.reason("y.cpp", "", "c", ""), "Never seen.")
+            self.assertIsNone(known.reason("x.cpp", "", "a", "b"))
+
+    def test_a_change_knows_the_function_around_it(self):
+        found = changes.changes_of("x.cpp", "void f() {\n  g();\n}\n\nvoid h() {\n  g();\n}\n")
+        self.assertEqual([change.place for change in found], ["void f() {", "void h() {"])
 
     def test_a_line_cut_off_is_run_again(self):
         with tempfile.TemporaryDirectory() as folder:

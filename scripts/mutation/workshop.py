@@ -17,6 +17,7 @@ _CONFIGURATION = {
     "CMAKE_BUILD_TYPE": "Release",
     "CMAKE_CXX_FLAGS": "-Werror=return-type",
     "CMAKE_CXX_FLAGS_RELEASE": "-O1",
+    "BUILD_TESTING": "ON",
     "KELMORA_WERROR": "OFF",
     "KELMORA_BENCHMARKS": "OFF",
 }
