@@ -66,7 +66,7 @@ def _output_of(command: list[str], folder: Path, limit: float, environment: dict
 
 
 class Workshop:
-    def __init__(self, checkout: Path, place: Path, streams: int):
+    def __init__(self, checkout: Path, place: Path, streams: int | None):
         self.checkout = checkout
         self.tree = place / "tree"
         self.build_folder = place / "build"
@@ -137,7 +137,7 @@ class Workshop:
         """Times each test on the unchanged tree, the quickest then first."""
         for test in tests:
             began = time.monotonic()
-            status, output = self._run(test, 600, self.streams)
+            status, output = self._run(test, 600)
             test.seconds = time.monotonic() - began
             if status != 0:
                 raise BrokenTree(f"{test.name} fails without any change:\n{output}")
@@ -147,25 +147,24 @@ class Workshop:
         """Whether the last build made an object that the unchanged tree has not."""
         return any(self._digest(path) != digest for path, digest in self._objects.items())
 
-    def first_failure(self, tests: list[Test], full: bool = False) -> tuple[str, str] | None:
+    def first_failure(self, tests: list[Test]) -> tuple[str, str] | None:
         """The first test that notices, and how. A failure must happen twice, lest
         a busy machine is taken for one."""
         for test in tests:
-            streams = None if full else self.streams
-            status, _ = self._run(test, test.limit * (10 if full else 1), streams)
+            status, _ = self._run(test, test.limit)
             if status is None:
                 return test.name, "hangs"
             if status < 0 or status > 128:
                 return test.name, "crashes"
-            if status != 0 and self._run(test, test.limit * (10 if full else 1), streams)[0] != 0:
+            if status != 0 and self._run(test, test.limit)[0] != 0:
                 return test.name, "fails"
         return None
 
-    def _run(self, test: Test, limit: float, streams: int | None) -> tuple[int | None, str]:
+    def _run(self, test: Test, limit: float) -> tuple[int | None, str]:
         environment = os.environ | {"HOME": str(self.home), "TMPDIR": str(self.home)} | test.environment
         environment["QTEST_DISABLE_STACK_DUMP"] = "1"  # a debugger takes its time, and nobody reads it
-        if streams is not None:
-            environment["KELMORA_STREAMS"] = str(streams)
+        if self.streams is not None:
+            environment["KELMORA_STREAMS"] = str(self.streams)
         command = ["sh", "-c", _LIMITS + '; exec "$@"', "sh", *test.command]
         return _output_of(command, Path(test.folder), limit, environment)
 
