@@ -4,6 +4,7 @@ changed, built and tested. The checkout is only read."""
 import hashlib
 import json
 import os
+import select
 import shutil
 import signal
 import subprocess
@@ -44,18 +45,30 @@ class Test:
         return max(10.0, 6 * self.seconds)
 
 
-def _output_of(command: list[str], folder: Path, limit: float, environment: dict[str, str]) -> tuple[int | None, str]:
+def _output_of(
+    command: list[str], folder: Path, limit: float, environment: dict[str, str], until: bytes | None = None
+) -> tuple[int | None, str]:
     """The exit status, or None when it took too long, and what was printed. All
-    that the command started ends with it."""
+    that the command started ends with it; once it prints `until` it has failed,
+    and need not come to its end."""
     process = subprocess.Popen(
         command, cwd=folder, env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-        stderr=subprocess.STDOUT, start_new_session=True, text=True, errors="replace",
+        stderr=subprocess.STDOUT, start_new_session=True,
     )
+    output = bytearray()
+    deadline = time.monotonic() + limit
+    failed = False
     try:
-        output, _ = process.communicate(timeout=limit)
-        return process.returncode, output
+        while (left := deadline - time.monotonic()) > 0 and not failed:
+            if not select.select([process.stdout], [], [], left)[0]:
+                continue
+            chunk = os.read(process.stdout.fileno(), 1 << 16)
+            if not chunk:
+                return process.wait(max(left, 1)), output.decode(errors="replace")
+            output += chunk
+            failed = until is not None and until in output[-2 * len(chunk) - len(until) :]
     except subprocess.TimeoutExpired:
-        return None, ""
+        pass
     finally:
         try:
             os.killpg(process.pid, signal.SIGKILL)
@@ -63,6 +76,7 @@ def _output_of(command: list[str], folder: Path, limit: float, environment: dict
             pass
         process.stdout.close()
         process.wait()
+    return 1 if failed else None, output.decode(errors="replace")
 
 
 class Workshop:
@@ -166,7 +180,7 @@ class Workshop:
         if self.streams is not None:
             environment["KELMORA_STREAMS"] = str(self.streams)
         command = ["sh", "-c", _LIMITS + '; exec "$@"', "sh", *test.command]
-        return _output_of(command, Path(test.folder), limit, environment)
+        return _output_of(command, Path(test.folder), limit, environment, until=b"FAIL!  : ")
 
     @staticmethod
     def _digest(path: Path) -> str:
