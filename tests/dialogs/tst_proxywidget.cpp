@@ -25,6 +25,7 @@ class TestProxyWidget : public QObject {
   void everyWidgetStandsInItsPlace();
   void declaresItsSlotsInOrder();
   void itsButtonsAreTranslated();
+  void mostHostNamesFit();
   void hidesThePassword();
 
   void showsTheStoredTypeAndAppliesIt_data();
@@ -113,6 +114,11 @@ void TestProxyWidget::itsButtonsAreTranslated() {
   const Foreign language("ProxyWidget");
   const auto* inForeign = new ProxyWidget(*window_, host_, settings_);
   QCOMPARE(buttonTexts(*inForeign), foreign(buttonTexts(*dialog_)));
+}
+
+void TestProxyWidget::mostHostNamesFit() {
+  dialog_->showDialog();
+  QVERIFY(field(2)->width() >= 28 * field(2)->fontMetrics().averageCharWidth());
 }
 
 void TestProxyWidget::hidesThePassword() {

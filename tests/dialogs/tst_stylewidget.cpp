@@ -28,6 +28,8 @@ class TestStyleWidget : public QObject {
   void aSizeIsTyped_data();
   void aSizeIsTyped();
   void typingReplacesTheSizeOnArrival();
+  void arrivingByKeyboardSelectsTheSize_data();
+  void arrivingByKeyboardSelectsTheSize();
   void widthAndHeightAreNotMixedUp();
   void anUnknownStyleBecomesNoneAndChangesNothing();
   void theChosenStyleIsSet();
@@ -199,6 +201,25 @@ void TestStyleWidget::typingReplacesTheSizeOnArrival() {
   QTest::keyClicks(dialog_->focusWidget(), "64");
   click(button(*dialog_, "Apply"));
   QCOMPARE(settings_.iconSize, QSize(32, 64));
+}
+
+void TestStyleWidget::arrivingByKeyboardSelectsTheSize_data() {
+  QTest::addColumn<Qt::FocusReason>("reason");
+  QTest::addColumn<QString>("selected");
+  QTest::newRow("Tab") << Qt::TabFocusReason << "48";
+  QTest::newRow("Shift+Tab") << Qt::BacktabFocusReason << "48";
+  QTest::newRow("a mnemonic") << Qt::ShortcutFocusReason << "48";
+  QTest::newRow("not the mouse") << Qt::MouseFocusReason << "";
+  QTest::newRow("nor anything else") << Qt::OtherFocusReason << "";
+}
+
+void TestStyleWidget::arrivingByKeyboardSelectsTheSize() {
+  QFETCH(const Qt::FocusReason, reason);
+  show();
+  style()->setFocus();
+  height()->deselect();
+  height()->setFocus(reason);
+  QTEST(height()->selectedText(), "selected");
 }
 
 void TestStyleWidget::widthAndHeightAreNotMixedUp() {

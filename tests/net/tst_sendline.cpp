@@ -173,6 +173,9 @@ void TestSendLine::linesThatBeginToBeLostAreNews() {
   QVERIFY(!lost.areNews(BacklogIsFull));
   QVERIFY(!lost.areNews(Sent));
   QVERIFY(lost.areNews(BacklogIsFull));
+
+  net::LostLines fromTheFirstOn;
+  QVERIFY(fromTheFirstOn.areNews(BacklogIsFull));
 }
 
 void TestSendLine::aServerThatTakesNothingIsHeldABoundedBacklog() {

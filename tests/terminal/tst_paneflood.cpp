@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTest>
 
 #include "IdleHost.h"
@@ -50,6 +51,7 @@ class TestPaneFlood : public QObject {
   void coloursAroundNothingAreNotHoardedWithoutEnd();
   void aRenewedDocumentIsTheSame();
   void aRenewalKeepsTheViewAndTheSelection();
+  void formatsInUseAreNoReasonForARenewal();
 
  private:
   /// Many reads without a turn of the event loop, as a flood leaves them.
@@ -284,6 +286,16 @@ void TestPaneFlood::aRenewalKeepsTheViewAndTheSelection() {
   QCOMPARE(pane_->textCursor().selectedText(), selected);
   QCOMPARE(pane_->textCursor().anchor(), 100);
   QCOMPARE(pane_->verticalScrollBar()->value(), 300);
+}
+
+void TestPaneFlood::formatsInUseAreNoReasonForARenewal() {
+  for (int i = 0; i < 5; ++i)
+    showLinks(i * 1000, 1000);
+  (void)pane_->document();
+  QVERIFY(formats() > OutputWidget::manyFormats);
+  QSignalSpy changes(static_cast<QTextBrowser*>(pane_)->document(), &QTextDocument::contentsChange);
+  QTest::qWait(3500);  // the quiet moment comes after three seconds
+  QCOMPARE(changes.size(), 0);
 }
 
 KELMORA_GUI_TEST_MAIN(TestPaneFlood)

@@ -39,6 +39,8 @@ class TestSafeMarkup : public QObject {
   void whatTheClientWritesIsNeverTouched();
   void randomMarkupComesOutSafeAndStays();
   void theTextBetweenAllowedTagsIsUnchanged();
+  void aPieceBeginsWithWhatIsOpen_data();
+  void aPieceBeginsWithWhatIsOpen();
   void takesTimeInProportionToTheText_data();
   void takesTimeInProportionToTheText();
 };
@@ -479,6 +481,38 @@ void TestSafeMarkup::theTextBetweenAllowedTagsIsUnchanged() {
     const QString html = randomMarkup(random, pieces, 200);
     QCOMPARE(safeMarkup(html).remove(tags), QString(html).remove(tags));
   }
+}
+
+void TestSafeMarkup::aPieceBeginsWithWhatIsOpen_data() {
+  QTest::addColumn<QString>("before");
+  QTest::addColumn<QString>("open");
+  QTest::newRow("a paragraph") << R"(<p align="right">x)"
+                               << R"(<p align="right">)";
+  QTest::newRow("no paragraph that has ended") << R"(<p align="right">x</p>)"
+                                               << "";
+  QTest::newRow("a paragraph that another's end tag leaves open") << "<p>x</dt>"
+                                                                  << "<p>";
+  QTest::newRow("no paragraph that a block has ended") << "<p>x<ul></ul>"
+                                                       << "";
+  QTest::newRow("a list and its item") << "<ul><li>x"
+                                       << "<ul><li>";
+  QTest::newRow("a look") << "<b><i>x</i>"
+                          << "<b>";
+  QTest::newRow("a look around a block") << "<b><ul><i>x"
+                                         << "<b><ul><i>";
+  QTest::newRow("a colour") << R"(<span style="color:#FF0000">x)"
+                            << R"(<span style="color:#FF0000">)";
+}
+
+void TestSafeMarkup::aPieceBeginsWithWhatIsOpen() {
+  QFETCH(const QString, before);
+  QFETCH(const QString, open);
+  const QString word(200, u'w');
+  const QStringList pieces = safeMarkupPieces(before + word, 60);
+  QVERIFY(pieces.size() > 1);
+  QVERIFY2(pieces.at(1).startsWith(open + u'w'), qPrintable(pieces.at(1)));
+  // All of the word is there, once.
+  QCOMPARE(pieces.join(QString()).count(u'w'), 200);
 }
 
 void TestSafeMarkup::takesTimeInProportionToTheText_data() {
