@@ -16,6 +16,7 @@ class TestServerText : public QObject {
   void coloursReachThePane();
   void aColourLastsAcrossReads();
   void aLinkIsAnAnchor();
+  void aLinkIsTextWhereLinksAreOff();
   void aPromptMovesTheBars();
   void serverAndEchoKeepTheirOrder();
   void theServersEndInsideAnEscapeLosesNothing();
@@ -112,6 +113,14 @@ void TestServerText::aLinkIsAnAnchor() {
   QTRY_VERIFY(play.text().endsWith("now."));
   QVERIFY(play.formatOf("a.b/c").isAnchor());
   QVERIFY(!play.formatOf("now").isAnchor());
+}
+
+void TestServerText::aLinkIsTextWhereLinksAreOff() {
+  PlayWindow play(server_->port(), {{"displayURLs", 0}});
+  QVERIFY(play.connectTo(*server_));
+  server_->send("see http://a.b/c now.");
+  QTRY_VERIFY(play.text().endsWith("now."));
+  QVERIFY(!play.formatOf("a.b/c").isAnchor());
 }
 
 void TestServerText::aPromptMovesTheBars() {
