@@ -3,17 +3,14 @@
 #include <QSoundEffect>
 #include <QUrl>
 
-Beeper::Beeper() = default;
-Beeper::~Beeper() = default;
-
 void Beeper::beep() {
-  if (!effect_) {
-    effect_ = std::make_unique<QSoundEffect>();
+  if (effect_ == nullptr) {
+    effect_ = new QSoundEffect(&owner_);
     effect_->setSource(QUrl(QStringLiteral("qrc:/sounds/beep.wav")));
   }
   effect_->play();
 }
 
 bool Beeper::isLoaded() const {
-  return effect_ && effect_->isLoaded();
+  return effect_ != nullptr && effect_->isLoaded();
 }

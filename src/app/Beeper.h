@@ -1,7 +1,6 @@
 #pragma once
 
-#include <memory>
-
+class QObject;
 class QSoundEffect;
 
 /// The sound of a BEL. Nothing is loaded before the first one, so a session
@@ -9,8 +8,8 @@ class QSoundEffect;
 /// it stays silent.
 class Beeper {
  public:
-  Beeper();
-  ~Beeper();
+  /// The owner, which outlives the beeper, gets the sound as its child.
+  explicit Beeper(QObject& owner) : owner_(owner) {}
 
   /// Plays the beep from its start.
   void beep();
@@ -19,5 +18,6 @@ class Beeper {
   [[nodiscard]] bool isLoaded() const;
 
  private:
-  std::unique_ptr<QSoundEffect> effect_;
+  QObject& owner_;
+  QSoundEffect* effect_ = nullptr;
 };

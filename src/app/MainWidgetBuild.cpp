@@ -90,7 +90,7 @@ void MainWidget::createWidgets() {
   palette.setBrush(QPalette::Active, QPalette::Base, Qt::black);
   palette.setBrush(QPalette::Inactive, QPalette::Base, Qt::black);
   outputPane_->setPalette(palette);
-  beeper_ = std::make_unique<Beeper>();
+  beeper_ = std::make_unique<Beeper>(*this);
   socketReader_ = std::make_unique<SocketReader>(*socket_, [this](const QByteArray& bytes) {
     // Each line of it may run a script of its own.
     const Losses::Event event(interpreter_.losses());

@@ -114,6 +114,9 @@ void TestDialogFocus::afterADialogTheBarHasTheKeyboard() {
   play.actions.at(action)->trigger();
   QVERIFY(QTest::qWaitForWindowActive(dialog));
   QCOMPARE(play.window->focusWidget(), play.bar);
+  dialog->resize(dialog->size() + QSize(10, 10));
+  QCoreApplication::processEvents();
+  QCOMPARE(QApplication::activeWindow(), dialog);
   // Beside the help one can click into the pane, and come back to close it.
   play.pane->setFocus();
   close(*dialog, way);

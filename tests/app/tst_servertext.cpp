@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QProgressBar>
 #include <QRandomGenerator>
+#include <QSoundEffect>
 
 #include "PlayWindow.h"
 #include "support/ScratchMain.h"
@@ -13,6 +14,8 @@ class TestServerText : public QObject {
   void initTestCase();
   void shows_data();
   void shows();
+  void aBellSoundsWhereBeepsAreOn_data();
+  void aBellSoundsWhereBeepsAreOn();
   void coloursReachThePane();
   void aColourLastsAcrossReads();
   void aLinkIsAnAnchor();
@@ -82,6 +85,26 @@ void TestServerText::shows() {
   server_->send(bytes + ".");
   QTRY_VERIFY(play.text().endsWith('.'));
   QCOMPARE(play.text().replace(QChar::Nbsp, ' '), shown + ".");
+}
+
+void TestServerText::aBellSoundsWhereBeepsAreOn_data() {
+  QTest::addColumn<int>("playBeeps");
+  QTest::addColumn<QByteArray>("bytes");
+  QTest::addColumn<int>("sounds");
+  QTest::newRow("beeps on") << 1 << QByteArray("a\a\a.") << 1;
+  QTest::newRow("beeps off") << 0 << QByteArray("a\a\a.") << 0;
+  QTest::newRow("no bell") << 1 << QByteArray("a.") << 0;
+}
+
+void TestServerText::aBellSoundsWhereBeepsAreOn() {
+  QFETCH(const int, playBeeps);
+  QFETCH(const QByteArray, bytes);
+  QFETCH(const int, sounds);
+  PlayWindow play(server_->port(), {{"playBeeps", playBeeps}});
+  QVERIFY(play.connectTo(*server_));
+  server_->send(bytes);
+  QTRY_VERIFY(play.text().endsWith('.'));
+  QCOMPARE(play.window->findChildren<QSoundEffect*>().size(), sounds);
 }
 
 void TestServerText::coloursReachThePane() {
