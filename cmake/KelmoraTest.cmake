@@ -4,8 +4,8 @@
 set_target_properties(Qt6::Test PROPERTIES INTERFACE_COMPILE_DEFINITIONS QT_TESTLIB_LIB)
 set_target_properties(Qt6::Network PROPERTIES INTERFACE_COMPILE_DEFINITIONS "")
 
-# Tests are compiled once and run for seconds: quick to compile beats quick to
-# run. The few that compare thousands of random cases say FAST.
+# Tests are compiled once and run for seconds, most of them spent in the rooms'
+# optimised code: quick to compile beats quick to run.
 add_library(kelmora_test_options INTERFACE)
 target_link_libraries(kelmora_test_options INTERFACE kelmora_warnings)
 # Newer releases' waiting macros narrow a number, which GCC tells where they are
@@ -16,10 +16,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND Qt6_VERSION VERSION_GREATER_EQUAL 6.
   target_link_libraries(kelmora_test_options INTERFACE kelmora_waiting_macros)
 endif()
 if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
-  set(kelmora_quick_to_compile -O0 -g1)
-  set(kelmora_quick_to_run -O2)
+  target_compile_options(kelmora_test_options INTERFACE -O0 -g1)
 endif()
-target_compile_options(kelmora_test_options INTERFACE ${kelmora_quick_to_compile})
 
 kelmora_precompiled_kind(core_tests LIBS Qt6::Core Qt6::Test kelmora_test_options)
 kelmora_precompiled_kind(values_tests LIBS Qt6::Gui Qt6::Test kelmora_test_options)
@@ -30,15 +28,14 @@ add_library(kelmora_test_runner STATIC ${PROJECT_SOURCE_DIR}/tests/support/TestR
 target_include_directories(kelmora_test_runner PUBLIC ${PROJECT_SOURCE_DIR}/tests)
 target_link_libraries(kelmora_test_runner PRIVATE kelmora_warnings)
 
-# kelmora_tests(ROOM KIND LIBS ... TESTS ... [FAST ...] [SLOW ...] [SOURCES ...]):
+# kelmora_tests(ROOM KIND LIBS ... TESTS ... [SLOW ...] [SOURCES ...]):
 # builds tst_*.cpp of the current folder into one program, test_ROOM, and
 # registers each as a test of its own, which runs in a process of its own.
 # Core tests name core libraries only, so a widget in a rule's code is a link
-# error. KIND is core, values (with Qt Gui's, such as fonts) or widgets. FAST
-# tests are compiled optimised; SLOW ones may take minutes where sanitizers look
-# on.
+# error. KIND is core, values (with Qt Gui's, such as fonts) or widgets. SLOW
+# tests may take minutes where sanitizers look on.
 function(kelmora_tests room kind)
-  cmake_parse_arguments(ARG "" "" "LIBS;TESTS;FAST;SLOW;SOURCES" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "LIBS;TESTS;SLOW;SOURCES" ${ARGN})
   set(program test_${room})
   set(files "")
   foreach(test IN LISTS ARG_TESTS)
@@ -49,10 +46,6 @@ function(kelmora_tests room kind)
   target_include_directories(${program} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${program} PRIVATE ${ARG_LIBS} Qt6::Test kelmora_test_runner kelmora_test_options)
   kelmora_use_precompiled(${program} ${kind}_tests)
-  foreach(test IN LISTS ARG_FAST)
-    set_source_files_properties(${test}.cpp PROPERTIES
-      COMPILE_OPTIONS "${kelmora_quick_to_run}" SKIP_PRECOMPILE_HEADERS ON)
-  endforeach()
   get_filename_component(folder ${CMAKE_CURRENT_SOURCE_DIR} NAME)
   foreach(test IN LISTS ARG_TESTS)
     add_test(NAME ${test} COMMAND ${program} ${test})
