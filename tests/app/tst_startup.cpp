@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QAudioDevice>
 #include <QElapsedTimer>
+#include <QFontDatabase>
 #include <QFontInfo>
 #include <QLibraryInfo>
 #include <QMediaDevices>
