@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAction>
+#include <QDialog>
 #include <QTest>
 #include <QToolBar>
 
@@ -41,6 +42,13 @@ class PlayWindow {
     for (const int i : {0, 1, 6})
       states += actions.at(i)->isEnabled() ? '+' : '-';
     return states;
+  }
+  /// Null when there is none of that title.
+  [[nodiscard]] QDialog* dialogTitled(const QString& title) const {
+    for (QDialog* dialog : window->findChildren<QDialog*>())
+      if (dialog->windowTitle() == title)
+        return dialog;
+    return nullptr;
   }
   void type(const QString& line) {
     bar->clear();

@@ -45,12 +45,6 @@ class TestDialogFocus : public QObject {
   void theHelpOpensWithTheBarReady();
 
  private:
-  static QDialog* titled(const PlayWindow& play, const QString& title) {
-    for (QDialog* dialog : play.window->findChildren<QDialog*>())
-      if (dialog->windowTitle() == title)
-        return dialog;
-    return nullptr;
-  }
   static void press(const QDialog& dialog, const QString& text) {
     for (QPushButton* button : dialog.findChildren<QPushButton*>())
       if (button->text() == text)
@@ -110,7 +104,7 @@ void TestDialogFocus::afterADialogTheBarHasTheKeyboard() {
   QFETCH(const QString, way);
   const PlayWindow play(5000);
   typeHalfALine(play);
-  QDialog* dialog = titled(play, title);
+  QDialog* dialog = play.dialogTitled(title);
   play.actions.at(action)->trigger();
   QVERIFY(QTest::qWaitForWindowActive(dialog));
   QCOMPARE(play.window->focusWidget(), play.bar);
@@ -134,8 +128,8 @@ void TestDialogFocus::afterTheInterfaceSettingsTheGeneralOnesHaveTheKeyboard() {
   QFETCH(const QString, way);
   const PlayWindow play(5000);
   typeHalfALine(play);
-  QDialog* general = titled(play, "General Settings");
-  QDialog* style = titled(play, "Interface Settings");
+  QDialog* general = play.dialogTitled("General Settings");
+  QDialog* style = play.dialogTitled("Interface Settings");
   play.actions.at(5)->trigger();
   QVERIFY(QTest::qWaitForWindowActive(general));
   press(*general, "Interface style");
@@ -191,7 +185,7 @@ void TestDialogFocus::theHelpOpensWithTheBarReady() {
   const PlayWindow play(5000);
   typeHalfALine(play);
   play.actions.at(10)->trigger();
-  QDialog* help = titled(play, "Kelmora Help");
+  QDialog* help = play.dialogTitled("Kelmora Help");
   QVERIFY(QTest::qWaitForWindowActive(help));
   // Back at the game, the help still beside it.
   play.window->activateWindow();

@@ -22,12 +22,6 @@ class TestDialogsFromToolbar : public QObject {
   void anAliasAddedInItsEditorRunsAtOnce();
 
  private:
-  static QDialog* titled(const PlayWindow& play, const QString& title) {
-    for (QDialog* dialog : play.window->findChildren<QDialog*>())
-      if (dialog->windowTitle() == title)
-        return dialog;
-    return nullptr;
-  }
   static void press(QDialog* dialog, const QString& text) {
     for (QPushButton* button : dialog->findChildren<QPushButton*>())
       if (button->text() == text)
@@ -52,7 +46,7 @@ void TestDialogsFromToolbar::opens() {
   QFETCH(const QString, title);
   QFETCH(const bool, modal);
   PlayWindow play(5000);
-  QDialog* dialog = titled(play, title);
+  QDialog* dialog = play.dialogTitled(title);
   QVERIFY(dialog);
   QVERIFY(!dialog->isVisible());
   // The same dialog each time: created once, shown and hidden.
@@ -60,7 +54,7 @@ void TestDialogsFromToolbar::opens() {
     play.actions.at(action)->trigger();
     QVERIFY(dialog->isVisible());
     QCOMPARE(dialog->isModal(), modal);
-    QCOMPARE(titled(play, title), dialog);
+    QCOMPARE(play.dialogTitled(title), dialog);
     dialog->close();
     QVERIFY(!dialog->isVisible());
   }
@@ -69,7 +63,7 @@ void TestDialogsFromToolbar::opens() {
 void TestDialogsFromToolbar::applyingTheGeneralSettingsReachesTheWindow() {
   PlayWindow play(5000, {{"hostName", "localhost"}});
   play.actions.at(5)->trigger();
-  QDialog* dialog = titled(play, "General Settings");
+  QDialog* dialog = play.dialogTitled("General Settings");
   for (QCheckBox* box : dialog->findChildren<QCheckBox*>())
     if (box->text() == "Flush input bar")
       box->setChecked(true);
@@ -115,10 +109,10 @@ void TestDialogsFromToolbar::applyingWritesTheVariables() {
   play.type("/set hp, 15");
   play.actions.at(action)->trigger();
   if (title == "Interface Settings")
-    press(titled(play, "General Settings"), "Interface style");
-  QVERIFY(titled(play, title)->isVisible());
-  press(titled(play, title), button);
-  QVERIFY(!titled(play, title)->isVisible());
+    press(play.dialogTitled("General Settings"), "Interface style");
+  QVERIFY(play.dialogTitled(title)->isVisible());
+  press(play.dialogTitled(title), button);
+  QVERIFY(!play.dialogTitled(title)->isVisible());
   QCOMPARE(contentOf("variables.txt"),
            written ? QByteArray("\nvariable hp \"15\"\n") : QByteArray());
 }
@@ -128,7 +122,7 @@ void TestDialogsFromToolbar::anAliasAddedInItsEditorRunsAtOnce() {
   PlayWindow play(server.port());
   QVERIFY(play.connectTo(server));
   play.actions.at(8)->trigger();
-  QDialog* dialog = titled(play, "Aliases");
+  QDialog* dialog = play.dialogTitled("Aliases");
   press(dialog, "Add alias");
   press(dialog, "Edit alias");
   auto* name = dialog->findChild<QLineEdit*>();
