@@ -1,0 +1,154 @@
+#include "terminal/view/BlockEstimate.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QTextDocument>
+#include <QTextLayout>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+#include "terminal/view/BlockLines.h"
+
+namespace {
+
+struct Sample {
+  qreal width;
+  qreal height;
+};
+
+Sample sampleOf(const QString& text, const QFont& font, QPaintDevice* device) {
+  QTextLayout layout(text, font, device);
+  layout.beginLayout();
+  QTextLine line = layout.createLine();
+  line.setLeadingIncluded(true);
+  layout.endLayout();
+  return {line.naturalTextWidth(), line.height()};
+}
+
+/// What makes no character wider or taller.
+bool shapes(const QTextFormat& format) {
+  constexpr std::array<int, 8> harmless{
+      QTextFormat::ForegroundBrush,    QTextFormat::BackgroundBrush,   QTextFormat::IsAnchor,
+      QTextFormat::AnchorHref,         QTextFormat::AnchorName,        QTextFormat::FontUnderline,
+      QTextFormat::TextUnderlineStyle, QTextFormat::TextUnderlineColor};
+  const auto properties = format.properties();
+  return std::any_of(properties.keyBegin(), properties.keyEnd(), [&](int property) {
+    return std::find(harmless.begin(), harmless.end(), property) == harmless.end();
+  });
+}
+
+bool isUsual(char16_t code) {
+  return (code >= u' ' && code <= u'~') || code == QChar::Nbsp || code == QChar::LineSeparator;
+}
+
+/// Whether a line can break within a word of such characters.
+bool holdsTogether(QStringView word) {
+  return std::all_of(word.begin(), word.end(), [](QChar character) {
+    const char16_t code = character.unicode();
+    return (code >= u'0' && code <= u'9') || (code >= u'A' && code <= u'Z') ||
+           (code >= u'a' && code <= u'z') || code == u'\'' || code == u'.' || code == u',' ||
+           code == u'_';
+  });
+}
+
+qsizetype endOfBlanks(QStringView line, qsizetype start) {
+  while (start < line.size() && line[start] == u' ')
+    ++start;
+  return start;
+}
+
+}  // namespace
+
+void BlockEstimate::look(const QTextDocument& document) {
+  constexpr int length = 64;
+  const QFont font = document.defaultFont();
+  QPaintDevice* const device = document.documentLayout()->paintDevice();
+  const Sample sample = sampleOf(QString(length, u'x'), font, device);
+  rowHeight_ = sample.height;
+  isFixedPitch_ = true;
+  for (const char16_t other : {u'i', u'M', u'.', u'\u00A0'})
+    isFixedPitch_ =
+        isFixedPitch_ &&
+        qFuzzyCompare(sampleOf(QString(length, other), font, device).width, sample.width);
+  advance_ = std::max<qreal>(sample.width / length, 1.0 / length);
+  shaping_.clear();
+  anyShaping_ = false;
+}
+
+BlockEstimate::Size BlockEstimate::of(const QTextBlock& block, qreal contentWidth) {
+  const QTextBlockFormat format = block.blockFormat();
+  const auto sides = blocklines::sidesOf(block, contentWidth);
+  const bool breaks = contentWidth > 0 && !format.nonBreakableLines();
+  const qreal width = std::max<qreal>(sides.right - sides.left, 0);
+  const auto columns = breaks ? static_cast<qsizetype>(std::floor(width / advance_))
+                              : std::numeric_limits<qsizetype>::max();
+  const Rows rows = rowsOf(block.text(), columns);
+  return {.pixels = {sides.left + static_cast<qreal>(rows.widest) * advance_ + format.rightMargin(),
+                     static_cast<qreal>(rows.count) * rowHeight_},
+          .isCertain =
+              isFixedPitch_ && rows.isCertain && format.propertyCount() == 0 && isPlain(block)};
+}
+
+bool BlockEstimate::isPlain(const QTextBlock& block) {
+  lookAtFormats(*block.document());
+  const auto isShaping = [this](int format) { return shaping_[static_cast<std::size_t>(format)]; };
+  if (!anyShaping_)
+    return true;
+  if (isShaping(block.charFormatIndex()))
+    return false;
+  for (auto piece = block.begin(); !piece.atEnd(); ++piece)
+    if (isShaping(piece.fragment().charFormatIndex()))
+      return false;
+  return true;
+}
+
+void BlockEstimate::lookAtFormats(const QTextDocument& document) {
+  const auto formats = document.allFormats();
+  const auto known = static_cast<qsizetype>(shaping_.size());
+  for (qsizetype index = known; index < formats.size(); ++index) {
+    shaping_.push_back(formats[index].isCharFormat() && shapes(formats[index]));
+    anyShaping_ = anyShaping_ || shaping_.back();
+  }
+}
+
+BlockEstimate::Rows BlockEstimate::rowsOf(QStringView text, qsizetype columns) {
+  Rows rows;
+  rows.isCertain = std::all_of(text.begin(), text.end(),
+                               [](QChar character) { return isUsual(character.unicode()); });
+  for (qsizetype start = 0, end = 0; end >= 0; start = end + 1) {
+    end = text.indexOf(QChar::LineSeparator, start);
+    const QStringView line = text.sliced(start, (end < 0 ? text.size() : end) - start);
+    if (line.size() > columns) {
+      wrap(line, std::max<qsizetype>(columns, 1), rows);
+    } else {
+      ++rows.count;
+      rows.widest = std::max(rows.widest, line.size());
+    }
+  }
+  return rows;
+}
+
+void BlockEstimate::wrap(QStringView line, qsizetype columns, Rows& rows) {
+  qsizetype start = 0;
+  while (line.size() - start > columns) {
+    const qsizetype limit = start + columns;
+    // Blanks that end a row hang over its edge.
+    qsizetype rowEnd = limit;
+    if (line[limit] != u' ') {
+      const qsizetype blank = line.sliced(start, columns).lastIndexOf(u' ');
+      const qsizetype wordStart = blank < 0 ? start : start + blank + 1;
+      const qsizetype found = line.indexOf(u' ', limit);
+      const qsizetype wordEnd = found < 0 ? line.size() : found;
+      rows.isCertain = rows.isCertain && holdsTogether(line.sliced(wordStart, wordEnd - wordStart));
+      rowEnd = blank < 0 ? wordEnd : wordStart;
+    }
+    ++rows.count;
+    rows.widest = std::max(rows.widest, rowEnd - start);
+    start = endOfBlanks(line, rowEnd);
+    if (start == line.size())
+      return;
+  }
+  ++rows.count;
+  rows.widest = std::max(rows.widest, line.size() - start);
+}

@@ -1,0 +1,135 @@
+#include "terminal/view/BlockLines.h"
+
+#include <QStyle>
+#include <QTextDocument>
+#include <QTextLayout>
+#include <QTextList>
+#include <algorithm>
+
+#include "terminal/view/ListMarker.h"
+
+namespace blocklines {
+
+namespace {
+
+/// Wider than any text: for one that is never broken.
+constexpr qreal unlimited = 1 << 24;
+
+QTextOption optionFor(const QTextBlock& block, const QTextBlockFormat& format, qreal contentWidth) {
+  QTextOption option = block.document()->defaultTextOption();
+  const Qt::LayoutDirection direction = block.textDirection();
+  option.setTextDirection(direction);
+  option.setTabs(format.tabPositions());
+  option.setAlignment(QStyle::visualAlignment(
+      direction,
+      format.hasProperty(QTextFormat::BlockAlignment) ? format.alignment() : option.alignment()));
+  if (format.nonBreakableLines() || contentWidth <= 0)
+    option.setWrapMode(QTextOption::ManualWrap);
+  return option;
+}
+
+/// The parts of selections that lie in a block, counted from its start.
+QList<QTextLayout::FormatRange> selectionsIn(
+    const QTextBlock& block, const QAbstractTextDocumentLayout::PaintContext& context) {
+  QList<QTextLayout::FormatRange> ranges;
+  for (const auto& selection : context.selections) {
+    const int start = selection.cursor.selectionStart() - block.position();
+    const int end = selection.cursor.selectionEnd() - block.position();
+    if (start < block.length() && end > 0 && end > start)
+      ranges.append({start, end - start, selection.format});
+  }
+  return ranges;
+}
+
+void paintRuler(QPainter& painter, const QTextBlockFormat& format, const QRectF& block,
+                const QPalette& palette) {
+  const qreal width =
+      format.lengthProperty(QTextFormat::BlockTrailingHorizontalRulerWidth).value(block.width());
+  const qreal middle = block.center().x();
+  painter.setPen(palette.color(QPalette::Dark));
+  const qreal height = block.center().y();
+  painter.drawLine(QLineF(middle - width / 2, height, middle + width / 2, height));
+}
+
+}  // namespace
+
+Sides sidesOf(const QTextBlock& block, qreal contentWidth) {
+  const QTextBlockFormat format = block.blockFormat();
+  int depth = format.indent();
+  if (const QTextList* list = block.textList())
+    depth += list->format().indent();
+  const qreal indent = depth * block.document()->indentWidth();
+  const bool leftToRight = block.textDirection() == Qt::LeftToRight;
+  return {format.leftMargin() + (leftToRight ? indent : 0),
+          contentWidth - format.rightMargin() - (leftToRight ? 0 : indent)};
+}
+
+QSizeF place(const QTextBlock& block, qreal contentWidth) {
+  QTextLayout& layout = *block.layout();
+  const QTextBlockFormat format = block.blockFormat();
+  layout.setTextOption(optionFor(block, format, contentWidth));
+  layout.setCacheEnabled(true);
+  const Sides sides = sidesOf(block, contentWidth);
+  const bool leftToRight = block.textDirection() == Qt::LeftToRight;
+  qreal firstIndent = format.textIndent();
+  QSizeF size(0, 0);
+  layout.beginLayout();
+  for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+    const qreal left = sides.left + (leftToRight ? firstIndent : 0);
+    const qreal right = sides.right - (leftToRight ? 0 : firstIndent);
+    firstIndent = 0;
+    line.setLeadingIncluded(true);
+    const qreal width = contentWidth <= 0 ? unlimited : std::max<qreal>(right - left, 0);
+    line.setLineWidth(width);
+    // Cursors do not go beyond a line's width, but its text may.
+    if (line.naturalTextWidth() > width)
+      line.setLineWidth(line.naturalTextWidth());
+    line.setPosition({left, size.height()});
+    size.rheight() += line.height();
+    size.setWidth(std::max(size.width(), left + line.naturalTextWidth() + format.rightMargin()));
+  }
+  layout.endLayout();
+  return size;
+}
+
+void release(const QTextBlock& block) {
+  QTextLayout& layout = *block.layout();
+  // An empty layout without the cache is all that frees the glyphs.
+  layout.setCacheEnabled(false);
+  layout.beginLayout();
+  layout.endLayout();
+}
+
+bool arePlaced(const QTextBlock& block) {
+  return block.layout()->lineCount() > 0;
+}
+
+void paint(QPainter& painter, const QTextBlock& block, const QPointF& origin,
+           const QAbstractTextDocumentLayout::PaintContext& context) {
+  const QTextLayout& layout = *block.layout();
+  QRectF rect = layout.boundingRect();
+  rect.moveTopLeft(origin);
+  if (context.clip.isValid() &&
+      (rect.bottom() < context.clip.top() || rect.top() > context.clip.bottom()))
+    return;
+  const auto selections = selectionsIn(block, context);
+  if (block.textList())
+    listmarker::paint(painter, block, origin, context.palette, selections);
+  // The toolkit's text has no room for the height of a long document.
+  const QPointF corner(0, std::floor(origin.y()));
+  const QPen pen = painter.pen();
+  painter.setPen(context.palette.color(QPalette::Text));
+  painter.translate(corner);
+  layout.draw(&painter, origin - corner, selections,
+              context.clip.isValid() ? context.clip.translated(-corner) : context.clip);
+  if (context.cursorPosition >= block.position() &&
+      context.cursorPosition < block.position() + block.length())
+    layout.drawCursor(&painter, origin - corner, context.cursorPosition - block.position());
+  painter.translate(-corner);
+  const QTextBlockFormat format = block.blockFormat();
+  if (format.hasProperty(QTextFormat::BlockTrailingHorizontalRulerWidth))
+    paintRuler(painter, format, rect, context.palette);
+  painter.setPen(pen);
+}
+
+}  // namespace blocklines

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QList>
+#include <QPainter>
+#include <QTextBlock>
+#include <QTextLayout>
+
+namespace listmarker {
+
+/// Paints the number or the dot before the first line of a list's item, whose
+/// lines are placed. The selections are counted from the block's start.
+void paint(QPainter& painter, const QTextBlock& block, const QPointF& origin,
+           const QPalette& palette, const QList<QTextLayout::FormatRange>& selections);
+
+}  // namespace listmarker

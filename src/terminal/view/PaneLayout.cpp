@@ -1,0 +1,304 @@
+#include "terminal/view/PaneLayout.h"
+
+#include <QElapsedTimer>
+#include <QTextDocument>
+#include <QTextFrame>
+#include <QTextLayout>
+#include <algorithm>
+#include <utility>
+
+#include "terminal/view/BlockLines.h"
+
+/// What is known of a block's room. It goes with the block wherever that goes.
+class PaneLayout::Measure : public QTextBlockUserData {
+ public:
+  enum class State { Unknown, Uncertain, Certain, Placed };
+
+  State state = State::Unknown;
+  QSizeF size;
+  qreal marginAbove = 0;
+  qreal marginBelow = 0;
+  int length = 0;  ///< of the text measured, in characters
+};
+
+namespace {
+
+/// Blocks that may keep their lines and glyphs though they are out of sight;
+/// each takes some hundred kilobytes.
+constexpr std::size_t manyPlaced = 16;
+
+}  // namespace
+
+PaneLayout::PaneLayout(QTextDocument& document) : QAbstractTextDocumentLayout(&document) {}
+
+// ---- the toolkit's interface ------------------------------------------------
+
+QSizeF PaneLayout::documentSize() const {
+  if (!isReady())
+    return {};
+  const_cast<PaneLayout*>(this)->sumUp();
+  const qreal margin = document()->documentMargin();
+  const Row& last = rows_.back();
+  return {std::max(document()->pageSize().width(), last.widest + 2 * margin), last.bottom + margin};
+}
+
+QRectF PaneLayout::frameBoundingRect(QTextFrame* /*frame*/) const {
+  return {QPointF(0, 0), documentSize()};
+}
+
+QRectF PaneLayout::blockBoundingRect(const QTextBlock& block) const {
+  if (!isReady() || !block.isValid())
+    return {};
+  // A question for what is there: answering it shows nothing that was not so.
+  auto& self = const_cast<PaneLayout&>(*this);
+  const bool isPlaced = !isWriting_ && !isStepOfWalk(block);
+  if (isPlaced && self.place(block))
+    self.tellSize();
+  const Row& row = rowOf(block);
+  const QPointF corner(document()->documentMargin(), row.top);
+  return isPlaced ? QRectF(corner, block.layout()->boundingRect().size())
+                  : QRectF(corner, QSizeF(contentWidth(), row.bottom - row.top));
+}
+
+bool PaneLayout::isStepOfWalk(const QTextBlock& block) const {
+  // Whoever asks for the link under the mouse asks first for the place in the
+  // text and then for block after block down to it: laying all of them out for
+  // that would take a second.
+  if (nextStep_ >= 0 && block.blockNumber() == nextStep_) {
+    ++nextStep_;
+    return !blocklines::arePlaced(block);
+  }
+  nextStep_ = -1;
+  return false;
+}
+
+int PaneLayout::hitTest(const QPointF& point, Qt::HitTestAccuracy accuracy) const {
+  if (!isReady())
+    return accuracy == Qt::ExactHit ? -1 : 0;
+  auto& self = const_cast<PaneLayout&>(*this);
+  if (self.layOut(point.y(), point.y() + 1))
+    self.tellSize();
+  nextStep_ = accuracy == Qt::ExactHit ? 0 : -1;
+  const QTextBlock block = blockAt(point.y());
+  const QPointF inside = point - QPointF(document()->documentMargin(), rowOf(block).top);
+  const QTextLayout& layout = *block.layout();
+  const int lines = layout.lineCount();
+  int number = 0;
+  while (number < lines && inside.y() >= layout.lineAt(number).rect().bottom())
+    ++number;
+  const bool isOutside = inside.y() < 0 || number == lines;
+  if (accuracy == Qt::ExactHit &&
+      (isOutside || !layout.lineAt(number).naturalTextRect().contains(inside)))
+    return -1;
+  if (isOutside)
+    return block.position() + (inside.y() < 0 ? 0 : block.length() - 1);
+  const auto edges =
+      accuracy == Qt::ExactHit ? QTextLine::CursorOnCharacter : QTextLine::CursorBetweenCharacters;
+  return block.position() + layout.lineAt(number).xToCursor(inside.x(), edges);
+}
+
+void PaneLayout::draw(QPainter* painter, const PaintContext& context) {
+  if (!isReady())
+    return;
+  const qreal top = context.clip.isValid() ? context.clip.top() : 0;
+  const qreal bottom = context.clip.isValid() ? context.clip.bottom() : documentSize().height();
+  if (layOut(top, bottom))
+    tellSizeLater();
+  // What is selected behind a line does not go into the document's margin.
+  PaintContext inside = context;
+  const qreal margin = document()->documentMargin();
+  const QRectF content =
+      QRectF({0, 0}, documentSize()).marginsRemoved({margin, margin, margin, margin});
+  inside.clip = context.clip.isValid() ? context.clip & content : content;
+  for (QTextBlock block = blockAt(top); block.isValid(); block = block.next()) {
+    const Row& row = rowOf(block);
+    if (row.top > bottom)
+      break;
+    blocklines::paint(*painter, block, {margin, row.top}, inside);
+  }
+}
+
+void PaneLayout::documentChanged(int from, int /*oldLength*/, int length) {
+  if (!isReady())
+    return;
+  noteChange(from, length);
+  if (isWriting_)
+    return;
+  tellSize();
+  Q_EMIT update(QRectF(0, topOf(document()->findBlock(from)), documentSize().width(),
+                       documentSize().height()));
+}
+
+// ---- what is measured -------------------------------------------------------
+
+bool PaneLayout::isReady() const {
+  return !document()->pageSize().isNull();
+}
+
+qreal PaneLayout::contentWidth() const {
+  return document()->pageSize().width() - 2 * document()->documentMargin();
+}
+
+void PaneLayout::noteChange(int from, int length) {
+  const int end = from + length;
+  // Page, font and options come as a change of everything, and so does what
+  // begins anew: formats have other numbers then.
+  if (from == 0 && end >= document()->characterCount() - 1)
+    estimate_.look(*document());
+  QTextBlock block = document()->findBlock(from);
+  validRows_ = std::min(validRows_, static_cast<std::size_t>(std::max(block.blockNumber(), 0)));
+  if (const auto* measure = static_cast<Measure*>(block.userData());
+      measure && length == 0 && block.position() == from && measure->length == block.length())
+    return;  // whole blocks before it went
+  for (; block.isValid() && block.position() <= end; block = block.next())
+    if (auto* measure = static_cast<Measure*>(block.userData())) {
+      if (measure->state == Measure::State::Placed)
+        block.layout()->clearLayout();  // the lines are those of the old text
+      measure->state = Measure::State::Unknown;
+    }
+}
+
+PaneLayout::Measure& PaneLayout::measured(const QTextBlock& block) {
+  auto* measure = static_cast<Measure*>(block.userData());
+  if (!measure) {
+    measure = new Measure;  // the block's from here on
+    QTextBlock(block).setUserData(measure);
+  }
+  if (measure->state == Measure::State::Unknown) {
+    const QTextBlockFormat format = block.blockFormat();
+    const auto [pixels, isCertain] = estimate_.of(block, contentWidth());
+    measure->state = isCertain ? Measure::State::Certain : Measure::State::Uncertain;
+    measure->size = pixels;
+    measure->marginAbove = format.topMargin();
+    measure->marginBelow = format.bottomMargin();
+    measure->length = block.length();
+  }
+  return *measure;
+}
+
+bool PaneLayout::place(const QTextBlock& block) {
+  Measure& measure = measured(block);
+  if (measure.state == Measure::State::Placed && blocklines::arePlaced(block))
+    return false;
+  const QSizeF size = blocklines::place(block, contentWidth());
+  ++placed_;
+  measure.state = Measure::State::Placed;
+  if (size == measure.size)
+    return false;
+  measure.size = size;
+  validRows_ = std::min(validRows_, static_cast<std::size_t>(block.blockNumber()));
+  return true;
+}
+
+void PaneLayout::sumUp() {
+  const auto count = static_cast<std::size_t>(document()->blockCount());
+  if (validRows_ == count && rows_.size() == count)
+    return;
+  rows_.resize(count);
+  validRows_ = std::min(validRows_, count);
+  QTextBlock block = document()->findBlockByNumber(static_cast<int>(validRows_));
+  for (; block.isValid(); block = block.next(), ++validRows_) {
+    const Measure& measure = measured(block);
+    Row row{.top = document()->documentMargin()};
+    if (validRows_ > 0) {
+      // Margins of neighbours fall together.
+      const Row& above = rows_[validRows_ - 1];
+      row.top = above.bottom + std::max(above.marginBelow, measure.marginAbove);
+      row.widest = above.widest;
+    }
+    row.bottom = row.top + measure.size.height();
+    row.widest = std::max(row.widest, measure.size.width());
+    row.marginBelow = measure.marginBelow;
+    rows_[validRows_] = row;
+  }
+}
+
+const PaneLayout::Row& PaneLayout::rowOf(const QTextBlock& block) const {
+  const_cast<PaneLayout*>(this)->sumUp();
+  return rows_[static_cast<std::size_t>(block.blockNumber())];
+}
+
+// ---- what is laid out -------------------------------------------------------
+
+bool PaneLayout::layOut(qreal top, qreal bottom) {
+  if (!isReady())
+    return false;
+  bool changed = false;
+  qreal height = top;
+  for (QTextBlock block = blockAt(top); block.isValid() && height < bottom; block = block.next()) {
+    changed |= place(block);
+    height = rowOf(block).bottom;
+  }
+  return changed;
+}
+
+bool PaneLayout::refine(int milliseconds) {
+  if (!isReady())
+    return false;
+  QElapsedTimer timer;
+  timer.start();
+  for (QTextBlock block = document()->lastBlock(); block.isValid(); block = block.previous()) {
+    if (measured(block).state != Measure::State::Uncertain)
+      continue;
+    if (timer.elapsed() >= milliseconds)
+      return true;
+    place(block);
+    blocklines::release(block);
+    --placed_;
+  }
+  return false;
+}
+
+void PaneLayout::keepNear(qreal top, qreal bottom) {
+  if (placed_ <= manyPlaced)
+    return;
+  placed_ = 0;
+  const qreal near = bottom - top;
+  for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+    if (measured(block).state != Measure::State::Placed || !blocklines::arePlaced(block))
+      continue;
+    const Row& row = rowOf(block);
+    if (row.bottom < top - near || row.top > bottom + near)
+      blocklines::release(block);
+    else
+      ++placed_;
+  }
+}
+
+void PaneLayout::tellSize() {
+  tellsLater_ = false;
+  const QSizeF size = documentSize();
+  if (size == told_)
+    return;
+  told_ = size;
+  Q_EMIT documentSizeChanged(size);
+}
+
+void PaneLayout::tellSizeLater() {
+  if (std::exchange(tellsLater_, true))
+    return;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (tellsLater_)
+          tellSize();
+      },
+      Qt::QueuedConnection);
+}
+
+qreal PaneLayout::topOf(const QTextBlock& block) const {
+  return isReady() && block.isValid() ? rowOf(block).top : 0;
+}
+
+QTextBlock PaneLayout::blockAt(qreal height) const {
+  const_cast<PaneLayout*>(this)->sumUp();
+  const auto found = std::partition_point(rows_.begin(), rows_.end(),
+                                          [height](const Row& one) { return one.bottom < height; });
+  const auto number = std::min<std::ptrdiff_t>(found - rows_.begin(),
+                                               static_cast<std::ptrdiff_t>(rows_.size()) - 1);
+  return document()->findBlockByNumber(static_cast<int>(number));
+}
+
+bool PaneLayout::hasFrames() const {
+  return !document()->rootFrame()->childFrames().isEmpty();
+}
