@@ -32,7 +32,6 @@ Marker markerOf(const QTextBlock& block, const QFont& font) {
 }
 
 void paintDot(QPainter& painter, const QRectF& place, const QBrush& brush) {
-  painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   painter.setBrush(brush);
   painter.drawEllipse(place);
@@ -71,6 +70,7 @@ void paint(QPainter& painter, const QTextBlock& block, const QPointF& origin,
   if (textBrush.style() == Qt::NoBrush)
     textBrush = palette.brush(QPalette::Text);
   painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
   const auto selected = std::find_if(selections.begin(), selections.end(),
                                      [](const auto& range) { return range.start <= 0; });
   if (selected != selections.end()) {
