@@ -120,8 +120,10 @@ void MainWidget::proxySettings() {
 void MainWidget::saveBuffer() {
   const QString name = QFileDialog::getSaveFileName(this, tr("Save Game Session To File"), {},
                                                     tr("Web Pages (*.htm *.html)"));
-  if (!name.isEmpty())
+  if (!name.isEmpty()) {
+    outputPane_->settle();
     captureSession(*outputPane_->document(), settings_.normalColour.front().text(), name);
+  }
   returnToInputBar();
 }
 

@@ -8,6 +8,7 @@
 #include "app/MainWidget.h"
 #include "support/GameServer.h"
 #include "support/OwnStore.h"
+#include "support/Settled.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
@@ -31,10 +32,13 @@ class PlayWindow {
     window->show();
   }
 
-  [[nodiscard]] QString text() const { return pane->toPlainText(); }
+  [[nodiscard]] QString text() const { return settled(*pane).toPlainText(); }
   [[nodiscard]] QString lastLine() const { return text().section('\n', -1); }
   [[nodiscard]] QTextCharFormat formatOf(const QString& words) const {
-    return pane->document()->find(words, 0, QTextDocument::FindCaseSensitively).charFormat();
+    return settled(*pane)
+        .document()
+        ->find(words, 0, QTextDocument::FindCaseSensitively)
+        .charFormat();
   }
   /// Connect, Disconnect and Proxy settings, as "+" (enabled) or "-".
   [[nodiscard]] QString connectionStates() const {

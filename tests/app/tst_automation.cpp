@@ -9,6 +9,7 @@
 #include "script/ActionTimer.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
+#include "support/Settled.h"
 
 namespace {
 
@@ -320,7 +321,7 @@ void TestAutomation::commandsPrintIntoThePane() {
   play.type("/echo a, b");
   QCOMPARE(play.text(), QString("a\n"));
   QCOMPARE(play.formatOf("a").foreground().color(), QColor(Qt::white));
-  play.pane->clear();
+  settled(*play.pane).clear();
   play.type("/set a,1;/variables;/delete nothing;/echo Hello {a}, FF8000;/echo bare;/echo");
   QCOMPARE(play.text(), QString("++ Global variables:\n++  a : 1\n"
                                 "## No such variable to delete: nothing\nHello 1\nbare\n"
@@ -370,7 +371,7 @@ void TestAutomation::anEndlessAliasEndsWithOneLineAndTheWindowLives() {
   GameServer server;
   PlayWindow play(server.port());
   QVERIFY(play.connectTo(server));
-  play.pane->clear();
+  settled(*play.pane).clear();
   play.type("loop");
   QCOMPARE(play.text().count("## "), 1);
   QVERIFY2(play.text().contains("loop"), qPrintable(play.text()));
@@ -384,7 +385,7 @@ void TestAutomation::anEndlessAliasOfEveryLineOfAReadIsToldOnce() {
   GameServer server;
   PlayWindow play(server.port());
   QVERIFY(play.connectTo(server));
-  play.pane->clear();
+  settled(*play.pane).clear();
   server.send(QByteArray("orc\r\n").repeated(5));
   QTRY_COMPARE(server.received(), QByteArray("kill orc\r\nlook\r\n").repeated(5));
   QCOMPARE(play.text().count("## "), 1);
@@ -395,7 +396,7 @@ void TestAutomation::linesThatTheServerDoesNotTakeAreToldOnce() {
   GameServer server;
   PlayWindow play(server.port(), {{"displayLocalEcho", 0}});
   QVERIFY(play.connectTo(server));
-  play.pane->clear();
+  settled(*play.pane).clear();
   const QStringList tooMuch(70'000, QString(1000, u'x'));
   const QString told = QStringLiteral("## The server takes no lines");
   play.window->runActions(tooMuch);
@@ -416,7 +417,7 @@ void TestAutomation::nestedLoopsEndAndTheWindowLives() {
   GameServer server;
   PlayWindow play(server.port());
   QVERIFY(play.connectTo(server));
-  play.pane->clear();
+  settled(*play.pane).clear();
   play.type("/set n,0;/repeat 512, /repeat 512, /repeat 512, /add n, 1");
   QCOMPARE(play.text().count("## "), 1);
   QVERIFY(play.window->variables().value("n").toInt() >= 512 * 512);

@@ -4,6 +4,7 @@
 
 #include "PlayWindow.h"
 #include "support/ScratchMain.h"
+#include "support/Settled.h"
 
 /// Connecting and disconnecting as a player sees it: status lines in the pane,
 /// the state of the toolbar.
@@ -113,7 +114,7 @@ void TestConnection::aHostNameOfNestedTablesIsShownInTime() {
   play.window->connectToServer();
   QVERIFY(play.text().startsWith("Attempting to connect to host"));
   QVERIFY(play.text().contains("on port 5000..."));
-  QVERIFY(play.pane->document()->rootFrame()->childFrames().isEmpty());
+  QVERIFY(settled(*play.pane).document()->rootFrame()->childFrames().isEmpty());
 }
 
 void TestConnection::theSameWindowConnectsAgain() {
@@ -193,13 +194,13 @@ void TestConnection::anErrorPutsTheCaretAtTheEnd() {
   PlayWindow play(1);
   for (int i = 0; i < 200; ++i)
     play.pane->printInfo("a line");
-  QTextCursor caret(play.pane->document());
+  QTextCursor caret(settled(*play.pane).document());
   caret.setPosition(5);
   play.pane->setTextCursor(caret);
-  QVERIFY(!play.pane->textCursor().atEnd());
+  QVERIFY(!settled(*play.pane).textCursor().atEnd());
   QVERIFY(QMetaObject::invokeMethod(play.window.get(), "displaySocketError",
                                     Q_ARG(QAbstractSocket::SocketError, error)));
-  QVERIFY(play.pane->textCursor().atEnd());
+  QVERIFY(settled(*play.pane).textCursor().atEnd());
   QVERIFY(play.pane->viewport()->rect().contains(play.pane->cursorRect()));
 }
 

@@ -4,6 +4,7 @@
 #include "net/ProxyProcess.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
+#include "support/Settled.h"
 
 /// More text than one read takes, straight and through real proxies: all of it
 /// arrives, in order, also when the server closes right behind it.
@@ -58,7 +59,7 @@ void TestLongAnswer::arrivesWhole() {
   GameServer server;
   PlayWindow play(server.port(), options);
   QVERIFY(play.connectTo(server));
-  play.pane->clear();
+  settled(*play.pane).clear();
   QByteArray bytes;
   for (int i = 0; i < 2000; ++i)
     bytes += "line " + QByteArray::number(i) + " of the answer\r\n";

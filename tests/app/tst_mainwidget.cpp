@@ -14,6 +14,7 @@
 #include "app/MainWidget.h"
 #include "support/OwnStore.h"
 #include "support/ScratchMain.h"
+#include "support/Settled.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
@@ -134,7 +135,7 @@ void TestMainWidget::thePaneIsBlackAndReadOnly() {
   QCOMPARE(pane->palette().color(QPalette::Inactive, QPalette::Base), QColor(Qt::black));
   QVERIFY(pane->isReadOnly());
   QVERIFY(pane->openExternalLinks());
-  QCOMPARE(pane->document()->maximumBlockCount(), 750);
+  QCOMPARE(settled(*pane).document()->maximumBlockCount(), 750);
 }
 
 void TestMainWidget::fontsComeFromTheSettings() {

@@ -5,6 +5,7 @@
 
 #include "PlayWindow.h"
 #include "support/ScratchMain.h"
+#include "support/Settled.h"
 
 /// The server's bytes on their way to the pane.
 class TestServerText : public QObject {
@@ -81,7 +82,7 @@ void TestServerText::shows() {
   QFETCH(QString, shown);
   PlayWindow play(server_->port(), options);
   QVERIFY(play.connectTo(*server_));
-  play.pane->clear();
+  settled(*play.pane).clear();
   server_->send(bytes + ".");
   QTRY_VERIFY(play.text().endsWith('.'));
   QCOMPARE(play.text().replace(QChar::Nbsp, ' '), shown + ".");
@@ -159,7 +160,7 @@ void TestServerText::aPromptMovesTheBars() {
 void TestServerText::serverAndEchoKeepTheirOrder() {
   PlayWindow play(server_->port());
   QVERIFY(play.connectTo(*server_));
-  play.pane->clear();
+  settled(*play.pane).clear();
   for (int i = 0; i < 5; ++i) {
     play.type(QStringLiteral("ask%1").arg(i));
     server_->send("answer" + QByteArray::number(i) + "\r\n");
@@ -181,7 +182,7 @@ void TestServerText::theServersEndInsideAnEscapeLosesNothing() {
 void TestServerText::invalidUtf8ShowsReplacementCharacters() {
   PlayWindow play(server_->port());
   QVERIFY(play.connectTo(*server_));
-  play.pane->clear();
+  settled(*play.pane).clear();
   server_->send("a\xe9 b.");
   QTRY_COMPARE(play.text(), QString("a\ufffd b."));
 }
@@ -247,7 +248,7 @@ void TestServerText::anyBytesCutAnywhereLeaveTheWindowAlive() {
 void TestServerText::oneByteAtATime() {
   PlayWindow play(server_->port());
   QVERIFY(play.connectTo(*server_));
-  play.pane->clear();
+  settled(*play.pane).clear();
   server_->peer()->setSocketOption(QAbstractSocket::LowDelayOption, 1);
   // Without blanks: one that begins a read is the toolkit's to collapse.
   const QByteArray line = "slow,but(whole)\r\n";
@@ -273,7 +274,7 @@ void TestServerText::aBurstIsOneReadHoweverLong() {
   QFETCH(const PlayWindow::Options, options);
   PlayWindow play(server_->port(), options);
   QVERIFY(play.connectTo(*server_));
-  play.pane->clear();
+  settled(*play.pane).clear();
   server_->send(burst);
   QTRY_VERIFY(play.text().endsWith("the end"));
   // Neither does a colour's text stand between the lines, nor does a look end.

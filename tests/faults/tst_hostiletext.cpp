@@ -7,6 +7,7 @@
 #include "app/PlayWindow.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
+#include "support/Settled.h"
 
 namespace {
 
@@ -98,7 +99,7 @@ void TestHostileText::init() {
   play_ = std::make_unique<PlayWindow>(server_->port(),
                                        PlayWindow::Options{{"parseHtml", 1}, {"displayURLs", 0}});
   QVERIFY(play_->connectTo(*server_));
-  play_->pane->clear();
+  settled(*play_->pane).clear();
   desktop_ = std::make_unique<Desktop>();
   files_ = std::make_unique<OpenWatch>();
   for (const char* name : {"secret.html", "secret.css", "secret.png"})
@@ -118,7 +119,7 @@ void TestHostileText::show(const QByteArray& text) {
 }
 
 void TestHostileText::clickOn(const QString& words) {
-  QTextCursor place = play_->pane->document()->find(words);
+  QTextCursor place = settled(*play_->pane).document()->find(words);
   QVERIFY(!place.isNull());
   place.setPosition(place.selectionStart() + 1);
   const QPoint point = play_->pane->cursorRect(place).center();
@@ -185,7 +186,7 @@ void TestHostileText::nothingIsReadOrAskedFor() {
   QCOMPARE(desktop_->opened, QStringList());
   QVERIFY(!play_->text().contains(secretText));
   QVERIFY(!play_->text().contains(QChar::ObjectReplacementCharacter));
-  for (const QTextFormat& format : play_->pane->document()->allFormats()) {
+  for (const QTextFormat& format : settled(*play_->pane).document()->allFormats()) {
     QVERIFY(!format.isImageFormat());
     QVERIFY(!format.hasProperty(QTextFormat::BackgroundImageUrl));
     QVERIFY(format.foreground().color() != QColor("#123456"));
@@ -301,7 +302,7 @@ void TestHostileText::aClickOpensNothingElse() {
   QFETCH_GLOBAL(bool, linked);
   play_->window->settings().displayURLs = linked;
   for (const char* quote : {"'", "\""}) {
-    play_->pane->clear();
+    settled(*play_->pane).clear();
     show("<a href=" + (quote + address) + quote + ">click here</a>");
     const QString before = play_->text();
     clickOn("click here");

@@ -8,6 +8,7 @@
 #include "app/PlayWindow.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
+#include "support/Settled.h"
 
 namespace {
 
@@ -170,7 +171,7 @@ void TestLostConnections::playAgain(PlayWindow& play) {
   QTRY_COMPARE(play.connectionStates(), QString("+-+"));
   play.window->settings().hostName = host;
   play.window->settings().port = port;
-  play.pane->clear();
+  settled(*play.pane).clear();
   QNetworkProxy::setApplicationProxy(proxy);
 }
 

@@ -9,6 +9,7 @@
 #include "support/FileText.h"
 #include "support/LiteralPane.h"
 #include "support/ScratchMain.h"
+#include "support/Settled.h"
 #include "terminal/core/SafeMarkup.h"
 
 namespace {
@@ -141,7 +142,7 @@ void TestSlowServers::oneByteAtATime() {
     QVERIFY(QTest::qWaitFor([&] { return reads == i + 1; }));
     literal.read(session.mid(i, 1), options);
   }
-  const QStringList shown = runsOf(*play.pane->document());
+  const QStringList shown = runsOf(*settled(*play.pane).document());
   const QStringList expected = runsOf(*literal.pane.document());
   QVERIFY2(literal.pane.toPlainText().endsWith("end."), qPrintable(expected.last()));
   // The literal pane has none of the window's status lines above.
@@ -174,7 +175,7 @@ void TestSlowServers::aServerThatNeverReadsHoldsUpNobody() {
   auto* const socket = play.window->findChild<QTcpSocket*>();
   QVERIFY(socket->bytesToWrite() > 1'000'000);
   // The server is still heard, and all that was typed is there to be sent again.
-  play.pane->clear();
+  settled(*play.pane).clear();
   QTRY_VERIFY(play.text().contains("Hello?"));
   QTest::keyClick(play.bar, Qt::Key_Up);
   QCOMPARE(play.bar->text(), longLine(299));

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "app/PlayWindow.h"
+#include "support/Settled.h"
 
 /// One thing that could grow without end, and by how much it may.
 struct Measure {
@@ -53,10 +54,13 @@ inline const std::array<Measure, 7> measures{{
      [](const PlayWindow& play) { return qint64{play.window->findChildren<QTimer*>().size()}; }, 8},
     {"widgets", [](const PlayWindow&) { return qint64{QApplication::allWidgets().size()}; }, 8},
     {"formats",
-     [](const PlayWindow& play) { return qint64{play.pane->document()->allFormats().size()}; },
+     [](const PlayWindow& play) {
+       return qint64{settled(*play.pane).document()->allFormats().size()};
+     },
      OutputWidget::manyFormats},
     {"paragraphs",
-     [](const PlayWindow& play) { return qint64{play.pane->document()->blockCount()}; }, 0},
+     [](const PlayWindow& play) { return qint64{settled(*play.pane).document()->blockCount()}; },
+     0},
 }};
 
 /// What was measured over the whole time.

@@ -8,6 +8,7 @@
 #include <QPushButton>
 
 #include "support/FileText.h"
+#include "support/Settled.h"
 
 namespace {
 
@@ -155,7 +156,7 @@ void SoakPlayer::changeConnection() {
     expect(server_.received() > receivedBefore_, "no line of the player's arrives");
     receivedBefore_ = server_.received();
     const QString mark = server_.markOf(40);
-    expect(mark.isEmpty() || play_.pane->document()->toPlainText().contains(mark),
+    expect(mark.isEmpty() || settled(*play_.pane).document()->toPlainText().contains(mark),
            "no line of the server's arrives");
   } else if (place == connectionPeriod / 2) {
     const qint64 way = endings_++ % 4;

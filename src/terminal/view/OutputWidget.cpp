@@ -1,16 +1,13 @@
 #include "terminal/view/OutputWidget.h"
 
-#include <QAbstractTextDocumentLayout>
 #include <QEvent>
-#include <QFontMetricsF>
-#include <QResizeEvent>
-#include <QScrollBar>
 #include <QTextBlock>
 #include <algorithm>
 #include <utility>
 
 #include "terminal/view/DocumentRenewal.h"
 #include "terminal/view/InputWidget.h"
+#include "terminal/view/PaneLayout.h"
 #include "terminal/view/PaneWriter.h"
 
 namespace {
@@ -21,6 +18,10 @@ QString linkStyle() {
 }
 
 constexpr int quiet = 3000;  // milliseconds without text
+/// Milliseconds without text until what is out of sight is laid out, for so many
+/// at a time.
+constexpr int idle = 100;
+constexpr int idleTurn = 4;
 /// Beyond it, in bytes, who adds has to wait. Text seldom gets there: only
 /// what makes no paragraphs, such as a flood of colours around nothing.
 constexpr qsizetype longQueue = qsizetype{32} * 1024 * 1024;
@@ -31,9 +32,13 @@ OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
     : QTextBrowser(parent),
       inputBar_(inputBar),
       queue_({.paragraphs = maximumParagraphs, .longParagraph = longParagraph}),
-      looks_(linkStyle()) {
-  QTextBrowser::document()->setMaximumBlockCount(maximumParagraphs);
-  QTextBrowser::document()->setDefaultStyleSheet(linkStyle());
+      looks_(linkStyle()),
+      sight_(*this) {
+  auto* const layout = new PaneLayout(*document());
+  layout->setPaintDevice(viewport());
+  document()->setDocumentLayout(layout);
+  document()->setMaximumBlockCount(maximumParagraphs);
+  document()->setDefaultStyleSheet(linkStyle());
   nextTurn_.setSingleShot(true);
   nextTurn_.setTimerType(Qt::PreciseTimer);
   connect(&nextTurn_, &QTimer::timeout, this, [this] { takeTurn(); });
@@ -43,7 +48,12 @@ OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
     if (queue_.isEmpty() && unusedFormats(manyFormats) > manyFormats)
       renew();
   });
-  followTheEnd();
+  idleMoment_.setSingleShot(true);
+  idleMoment_.setInterval(idle);
+  connect(&idleMoment_, &QTimer::timeout, this, [this] {
+    if (queue_.isEmpty() && sight_.refine(idleTurn))
+      idleMoment_.start(frameLength);
+  });
   setOpenExternalLinks(true);
   setWordWrapMode(QTextOption::WordWrap);
   setReadOnly(true);
@@ -78,18 +88,8 @@ void OutputWidget::printInfo(const QString& text) {
   add(PlainText{QStringLiteral("++ ") + text + u'\n', Qt::white, Qt::blue});
 }
 
-QTextDocument* OutputWidget::document() {
-  insertWaiting(Amount::All);
-  return QTextBrowser::document();
-}
-
-QString OutputWidget::toPlainText() {
-  return document()->toPlainText();
-}
-
-QTextCursor OutputWidget::textCursor() {
-  insertWaiting(Amount::All);
-  return QTextBrowser::textCursor();
+void OutputWidget::settle() {
+  write(QDeadlineTimer(QDeadlineTimer::Forever));
 }
 
 QVariant OutputWidget::loadResource(int /*type*/, const QUrl& /*name*/) {
@@ -98,72 +98,42 @@ QVariant OutputWidget::loadResource(int /*type*/, const QUrl& /*name*/) {
   return QByteArray("");
 }
 
+void OutputWidget::paintEvent(QPaintEvent* event) {
+  sight_.layOutForPaint();
+  QTextBrowser::paintEvent(event);
+}
+
 void OutputWidget::resizeEvent(QResizeEvent* event) {
-  const bool following = followsTheEnd_;
-  const QTextCursor top = cursorForPosition({0, 0});
-  const int above = cursorRect(top).top();
-  // Half as wide, it becomes twice as tall.
-  if (const QSize before = event->oldSize(); before.width() > event->size().width())
-    limitHeight(tallestDocument * static_cast<double>(event->size().width()) / before.width());
-  QTextBrowser::resizeEvent(event);
-  if (following)
-    showTheEnd();
-  else
-    verticalScrollBar()->setValue(verticalScrollBar()->value() + cursorRect(top).top() - above);
+  {
+    const PaneSight::Change change(sight_);
+    QTextBrowser::resizeEvent(event);
+  }
+  idleMoment_.start(idle);
 }
 
 void OutputWidget::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::FontChange) {
-    const QFontMetricsF before(QTextBrowser::document()->defaultFont());
-    const double growth = QFontMetricsF(font()).lineSpacing() / before.lineSpacing();
-    // The lines become taller, and shorter too.
-    if (growth > 1)
-      limitHeight(tallestDocument / (growth * growth));
+  if (event->type() != QEvent::FontChange) {
+    QTextBrowser::changeEvent(event);
+    return;
   }
-  QTextBrowser::changeEvent(event);
+  {
+    const PaneSight::Change change(sight_);
+    QTextBrowser::changeEvent(event);
+  }
+  idleMoment_.start(idle);
 }
 
-void OutputWidget::followTheEnd() {
-  QScrollBar& bar = *verticalScrollBar();
-  connect(&bar, &QScrollBar::rangeChanged, this, [this, &bar] {
-    if (followsTheEnd_)
-      bar.setValue(bar.maximum());
-  });
-  connect(&bar, &QScrollBar::valueChanged, this, [this, &bar] {
-    // Below the last line there is only the margin.
-    followsTheEnd_ = bar.maximum() - bar.value() <= margin();
-  });
-}
-
-void OutputWidget::showTheEnd() {
-  QScrollBar& bar = *verticalScrollBar();
-  bar.setValue(bar.maximum());
-  // Where the toolkit has not yet laid out all of a long document, that was an
-  // estimate; it tells the height by and by.
-  QTextCursor end(QTextBrowser::document());
-  end.movePosition(QTextCursor::End);
-  const int below = cursorRect(end).bottom() + 1 + margin() - viewport()->height();
-  bar.setValue(bar.value() + below);
-  followsTheEnd_ = true;
-}
-
-int OutputWidget::margin() const {
-  return static_cast<int>(QTextBrowser::document()->documentMargin());
+void OutputWidget::scrollContentsBy(int dx, int dy) {
+  if (!sight_.isChanging())
+    QTextBrowser::scrollContentsBy(dx, dy);
 }
 
 void OutputWidget::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {}
 
-void OutputWidget::clear() {
-  while (!queue_.isEmpty())
-    (void)queue_.take();
-  QTextBrowser::clear();
-  formatsInUse_ = 0;
-}
-
 void OutputWidget::add(PaneText text) {
   queue_.add(std::move(text));
   while (queue_.size() > longQueue)
-    insertWaiting(Amount::WhatFitsATurn);
+    write(QDeadlineTimer(frameLength));
   const int delay = turns_.textComes();
   if (!nextTurn_.isActive())
     nextTurn_.start(delay);
@@ -172,81 +142,55 @@ void OutputWidget::add(PaneText text) {
 }
 
 void OutputWidget::takeTurn() {
-  turns_.begin();
-  insertWaiting(Amount::WhatFitsATurn);
+  write(QDeadlineTimer(turns_.begin(queue_.size())));
   const int pause = turns_.end();
   if (!queue_.isEmpty())
     nextTurn_.start(pause);
 }
 
-void OutputWidget::insertWaiting(Amount amount) {
+void OutputWidget::write(QDeadlineTimer deadline) {
   if (queue_.isEmpty())
     return;
-  QElapsedTimer timer;
-  timer.start();
-  // Text that shows no characters, such as colours around nothing, is none of
-  // the characters that a turn takes, but takes its time all the same.
-  const auto isOver = [&](qsizetype characters, double enough) {
-    return static_cast<double>(characters) >= enough || timer.elapsed() >= PaneTurns::longestTurn;
-  };
-  const bool skipped = queue_.takeSkip();
-  if (skipped)
-    clearUnlessItShapesWhatFollows();
-  moveCursor(QTextCursor::End);
-  qsizetype written = 0;
-  const double enough = turns_.characters({.bytes = queue_.size(), .skipped = skipped});
-  const auto goesOn = [&](qsizetype characters) {
-    return !queue_.isEmpty() && (amount == Amount::All || !isOver(characters, enough));
-  };
-  // Each character may be a line.
-  const qsizetype mostInAChange = tallestChange / std::max(fontMetrics().lineSpacing(), 1);
-  while (goesOn(written)) {
-    const qsizetype before = written;
+  // Where no text is selected it is there already, and goes along.
+  QTextCursor cursor = textCursor();
+  if (cursor.hasSelection() || !cursor.atEnd()) {
+    cursor.setPosition(document()->characterCount() - 1);
+    setTextCursor(cursor);
+  }
+  {
+    const PaneSight::Change change(sight_, PaneSight::Keeps::Text);
+    sight_.follow();
+    auto& layout = *static_cast<PaneLayout*>(document()->documentLayout());
+    layout.beginWriting();
+    if (queue_.takeSkip())
+      clearUnlessItShapesWhatFollows();
     {
       PaneWriter writer(*this, looks_,
                         {.longParagraph = longParagraph, .longestParagraph = longestParagraph});
-      while (goesOn(before + writer.written()) && writer.written() < mostInAChange)
+      do
         writer.write(queue_.take());
-      written = before + writer.written();
+      while (!queue_.isEmpty() && !deadline.hasExpired());
     }
-    limitHeight(tallestDocument);
+    layout.endWriting();
   }
-  moveCursor(QTextCursor::End);
-  showTheEnd();
-  if (amount == Amount::WhatFitsATurn)
-    turns_.learn(written, timer.nsecsElapsed());
+  idleMoment_.start(idle);
   limitFormats();
-}
-
-void OutputWidget::limitHeight(double tallest) {
-  QTextDocument& document = *QTextBrowser::document();
-  const QAbstractTextDocumentLayout& layout = *document.documentLayout();
-  const double excess = layout.blockBoundingRect(document.lastBlock()).bottom() - tallest;
-  if (excess <= 0)
-    return;
-  int first = 0;
-  for (QTextBlock block = document.begin(); block != document.lastBlock(); block = block.next())
-    if (layout.blockBoundingRect(block).top() < excess)
-      ++first;
-  // The toolkit's own way to drop them.
-  document.setMaximumBlockCount(document.blockCount() - first);
-  document.setMaximumBlockCount(maximumParagraphs);
 }
 
 void OutputWidget::clearUnlessItShapesWhatFollows() {
   // A paragraph goes on in the format of the one before it.
-  if (QTextBrowser::document()->lastBlock().blockFormat().propertyCount() == 0)
-    QTextBrowser::document()->clear();
-  formatsInUse_ = std::min(formatsInUse_, QTextBrowser::document()->allFormats().size());
+  if (document()->lastBlock().blockFormat().propertyCount() == 0)
+    document()->clear();
+  formatsInUse_ = std::min(formatsInUse_, document()->allFormats().size());
 }
 
 qsizetype OutputWidget::formatsSinceLook() const {
-  return QTextBrowser::document()->allFormats().size() - formatsInUse_;
+  return document()->allFormats().size() - formatsInUse_;
 }
 
 qsizetype OutputWidget::unusedFormats(qsizetype worthALook) {
   if (formatsSinceLook() > worthALook)
-    formatsInUse_ = characterFormatsInUse(*QTextBrowser::document());
+    formatsInUse_ = characterFormatsInUse(*document());
   return formatsSinceLook();
 }
 
@@ -259,5 +203,5 @@ void OutputWidget::limitFormats() {
 
 void OutputWidget::renew() {
   renewDocument(*this);
-  formatsInUse_ = QTextBrowser::document()->allFormats().size();
+  formatsInUse_ = document()->allFormats().size();
 }

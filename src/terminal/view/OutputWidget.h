@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QTextBrowser>
 #include <QTimer>
 
 #include "terminal/core/ServerText.h"
 #include "terminal/view/PaneQueue.h"
+#include "terminal/view/PaneSight.h"
 #include "terminal/view/PaneTurns.h"
 #include "terminal/view/TextLooks.h"
 
@@ -16,8 +18,8 @@ class InputWidget;
 ///
 /// They wait in a queue until the next turn of the event loop, for the rest of
 /// a frame where text came just before, or longer in a flood (PaneTurns). A
-/// turn inserts as much as leaves time for keys and paint. Who reads the document through this
-/// class reads all of it: the queue is emptied first.
+/// turn writes as much as leaves time for keys and paint. Who reads the document
+/// calls settle() first.
 class OutputWidget : public QTextBrowser {
   Q_OBJECT
 
@@ -30,11 +32,6 @@ class OutputWidget : public QTextBrowser {
   static constexpr qsizetype longParagraph = 4096;
   /// Characters after which it is continued even where no line breaks.
   static constexpr qsizetype longestParagraph = 65536;
-  /// Pixels beyond which older paragraphs are dropped as well, and how much may
-  /// come on top of them in one change. The toolkit lays out no more than some
-  /// eight millions: there its pages end, and it goes round in them for good.
-  static constexpr int tallestDocument = 3'000'000;
-  static constexpr int tallestChange = 2'000'000;
   /// Character formats out of use, each about half a kilobyte, that a document
   /// may have gathered before it is made anew in the next quiet moment, and at
   /// once. The toolkit keeps every format that a document ever had, and each
@@ -63,41 +60,28 @@ class OutputWidget : public QTextBrowser {
 
   /// About the memory of what is not in the document yet.
   [[nodiscard]] qsizetype waitingBytes() const { return queue_.size(); }
-  /// Whether all that came is in the document, without emptying the queue.
+  /// Whether all that came is in the document.
   [[nodiscard]] bool settled() const { return queue_.isEmpty(); }
-  // With everything in it that came before.
-  [[nodiscard]] QTextDocument* document();
-  [[nodiscard]] QString toPlainText();
-  [[nodiscard]] QTextCursor textCursor();
-  /// What waits goes too.
-  void clear();
+  /// Writes all that waits, at once.
+  void settle();
 
   /// Nothing that the server names is ever loaded: no file, no picture, no
   /// style sheet.
   QVariant loadResource(int type, const QUrl& name) override;
 
  protected:
-  /// The newest line stays in sight where it was; otherwise the line at the top
-  /// stays there.
+  void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void scrollContentsBy(int dx, int dy) override;
   /// A link never replaces what the pane shows.
   void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
 
  private:
-  enum class Amount { WhatFitsATurn, All };
-
-  /// The newest line stays in sight, however the height changes, until somebody
-  /// scrolls up.
-  void followTheEnd();
-  void showTheEnd();
-  /// Below the last line, in pixels.
-  [[nodiscard]] int margin() const;
   void add(PaneText text);
   void takeTurn();
-  void insertWaiting(Amount amount);
-  /// Drops paragraphs from the top, all but the last, of what is taller.
-  void limitHeight(double tallest);
+  /// Writes for so many milliseconds, or until the queue is empty.
+  void write(QDeadlineTimer deadline);
   void clearUnlessItShapesWhatFollows();
   /// At most so many formats are out of use, by those in use at the last look.
   [[nodiscard]] qsizetype formatsSinceLook() const;
@@ -113,7 +97,7 @@ class OutputWidget : public QTextBrowser {
   TextLooks looks_;
   QTimer nextTurn_;
   QTimer quietMoment_;
+  QTimer idleMoment_;
   qsizetype formatsInUse_ = 0;  ///< at the last look
-  /// Whether the newest line is in sight.
-  bool followsTheEnd_ = true;
+  PaneSight sight_;
 };

@@ -2,7 +2,6 @@
 
 #include <QElapsedTimer>
 #include <QTextDocument>
-#include <QTextFrame>
 #include <QTextLayout>
 #include <algorithm>
 #include <utility>
@@ -299,6 +298,13 @@ QTextBlock PaneLayout::blockAt(qreal height) const {
   return document()->findBlockByNumber(static_cast<int>(number));
 }
 
-bool PaneLayout::hasFrames() const {
-  return !document()->rootFrame()->childFrames().isEmpty();
+QTextBlock PaneLayout::firstLaidOut(qreal top, qreal bottom) const {
+  if (!isReady())
+    return {};
+  for (QTextBlock block = blockAt(top); block.isValid() && rowOf(block).top < bottom;
+       block = block.next())
+    if (const auto* measure = static_cast<const Measure*>(block.userData());
+        measure->state == Measure::State::Placed && blocklines::arePlaced(block))
+      return block;
+  return {};
 }

@@ -10,8 +10,7 @@
 /// painted or asked for are broken into lines, of all others the height is an
 /// estimate until then. What is in sight looks as the toolkit's own layout has
 /// it. Lengths are pixels, from the document's top left corner.
-///
-/// Frames and tables are not for it: hasFrames() tells when one has come.
+/// What stands in a frame or a table is laid out as if it stood in none.
 class PaneLayout : public QAbstractTextDocumentLayout {
   Q_OBJECT
 
@@ -45,7 +44,8 @@ class PaneLayout : public QAbstractTextDocumentLayout {
   [[nodiscard]] qreal topOf(const QTextBlock& block) const;
   /// The block at a height, the nearest one above and below all.
   [[nodiscard]] QTextBlock blockAt(qreal height) const;
-  [[nodiscard]] bool hasFrames() const;
+  /// The first block between two heights that is broken into lines.
+  [[nodiscard]] QTextBlock firstLaidOut(qreal top, qreal bottom) const;
 
  protected:
   void documentChanged(int from, int oldLength, int length) override;

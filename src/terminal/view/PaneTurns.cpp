@@ -5,12 +5,10 @@
 
 namespace {
 
-/// What a turn may take, in milliseconds: of a frame, whose rest is for paint;
-/// to catch up with much that waits, where paint is a third of the work; and
-/// while more comes in than can be shown.
-constexpr double ordinaryTurn = 8;
-constexpr double catchUpTurn = PaneTurns::longestTurn;
-constexpr double floodTurn = 2;
+/// What a turn may take, in milliseconds: of a frame, whose rest is for paint,
+/// and while more comes in than can be shown.
+constexpr int ordinaryTurn = 8;
+constexpr int floodTurn = 2;
 
 }  // namespace
 
@@ -20,24 +18,9 @@ int PaneTurns::textComes() {
   return static_cast<int>(std::max<qint64>(frameLength - idle, 0));
 }
 
-void PaneTurns::begin() {
+int PaneTurns::begin(qsizetype waiting) {
   sinceTurn_.start();
-}
-
-double PaneTurns::characters(Waiting waiting) const {
-  const bool much = waiting.bytes > muchText;
-  const bool flood = waiting.skipped || (arriving_ && much);
-  return charactersPerMillisecond_ * (flood ? floodTurn : much ? catchUpTurn : ordinaryTurn);
-}
-
-void PaneTurns::learn(qsizetype characters, qint64 nanoseconds) {
-  // A handful of characters tells nothing of the rate.
-  constexpr qsizetype enoughToTell = 2048;
-  if (characters < enoughToTell)
-    return;
-  const double rate =
-      static_cast<double>(characters) * 1e6 / static_cast<double>(std::max<qint64>(nanoseconds, 1));
-  charactersPerMillisecond_ += (rate - charactersPerMillisecond_) / 4;
+  return arriving_ && waiting > muchText ? floodTurn : ordinaryTurn;
 }
 
 int PaneTurns::end() {

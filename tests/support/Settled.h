@@ -1,0 +1,9 @@
+#pragma once
+
+#include "terminal/view/OutputWidget.h"
+
+/// A pane with all text in its document that has come so far.
+inline OutputWidget& settled(OutputWidget& pane) {
+  pane.settle();
+  return pane;
+}
