@@ -47,7 +47,7 @@ void PaneSight::begin(Keeps keeps) {
   const int top = pane_.verticalScrollBar()->value();
   // Kept from change to change: one may begin in the middle of an edit, where no
   // cursor can go.
-  if (topLine_.document() != pane_.document()) {
+  if (topLine_.isNull() || topLine_.document() != pane_.document()) {
     topLine_ = QTextCursor(pane_.document());
     textEnd_ = QTextCursor(pane_.document());
     textEnd_.setKeepPositionOnInsert(true);
