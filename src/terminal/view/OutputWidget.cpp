@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "terminal/view/DocumentRenewal.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/PaneLayout.h"
 #include "terminal/view/PaneWriter.h"
@@ -17,7 +16,6 @@ QString linkStyle() {
   return QStringLiteral("a { color: #6fa8ff }");
 }
 
-constexpr int quiet = 3000;  // milliseconds without text
 /// Milliseconds without text until what is out of sight is laid out, for so many
 /// at a time.
 constexpr int idle = 100;
@@ -34,20 +32,14 @@ OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
       queue_({.paragraphs = maximumParagraphs, .longParagraph = longParagraph}),
       looks_(linkStyle()),
       sight_(*this) {
-  auto* const layout = new PaneLayout(*document());
-  layout->setPaintDevice(viewport());
-  document()->setDocumentLayout(layout);
+  giveLayout(*document());
   document()->setMaximumBlockCount(maximumParagraphs);
   document()->setDefaultStyleSheet(linkStyle());
   nextTurn_.setSingleShot(true);
   nextTurn_.setTimerType(Qt::PreciseTimer);
   connect(&nextTurn_, &QTimer::timeout, this, [this] { takeTurn(); });
-  quietMoment_.setSingleShot(true);
-  quietMoment_.setInterval(quiet);
-  connect(&quietMoment_, &QTimer::timeout, this, [this] {
-    if (queue_.isEmpty() && unusedFormats(manyFormats) > manyFormats)
-      renew();
-  });
+  nextCopy_.setSingleShot(true);
+  connect(&nextCopy_, &QTimer::timeout, this, [this] { renew(); });
   idleMoment_.setSingleShot(true);
   idleMoment_.setInterval(idle);
   connect(&idleMoment_, &QTimer::timeout, this, [this] {
@@ -179,29 +171,50 @@ void OutputWidget::write(QDeadlineTimer deadline) {
 
 void OutputWidget::clearUnlessItShapesWhatFollows() {
   // A paragraph goes on in the format of the one before it.
-  if (document()->lastBlock().blockFormat().propertyCount() == 0)
-    document()->clear();
-  formatsInUse_ = std::min(formatsInUse_, document()->allFormats().size());
+  if (document()->lastBlock().blockFormat().propertyCount() > 0)
+    return;
+  copy_.reset();
+  document()->clear();
+  formatsAtRenewal_ = 0;
 }
 
-qsizetype OutputWidget::formatsSinceLook() const {
-  return document()->allFormats().size() - formatsInUse_;
-}
-
-qsizetype OutputWidget::unusedFormats(qsizetype worthALook) {
-  if (formatsSinceLook() > worthALook)
-    formatsInUse_ = characterFormatsInUse(*document());
-  return formatsSinceLook();
+void OutputWidget::giveLayout(QTextDocument& document) {
+  auto* const layout = new PaneLayout(document);
+  layout->setPaintDevice(viewport());
+  document.setDocumentLayout(layout);
 }
 
 void OutputWidget::limitFormats() {
-  if (unusedFormats(tooManyFormats) > tooManyFormats)
-    renew();
-  else if (formatsSinceLook() > manyFormats)
-    quietMoment_.start();
+  if (!copy_ && document()->allFormats().size() > 2 * formatsAtRenewal_ + manyFormats) {
+    copy_.emplace(*document());
+    nextCopy_.start(frameLength);
+  }
 }
 
 void OutputWidget::renew() {
-  renewDocument(*this);
-  formatsInUse_ = document()->allFormats().size();
+  if (!copy_)
+    return;
+  if (!queue_.isEmpty() || !copy_->advance(idleTurn)) {
+    nextCopy_.start(frameLength);
+    return;
+  }
+  QTextDocument* const renewed = std::move(*copy_).take().release();
+  copy_.reset();
+  renewed->setParent(this);
+  const QTextCursor before = textCursor();
+  const int anchor = before.anchor();
+  const int position = before.position();
+  {
+    const PaneSight::Change change(sight_);
+    QTextDocument* const old = document();
+    giveLayout(*renewed);
+    setDocument(renewed);
+    if (old->parent() == this)
+      old->deleteLater();
+    QTextCursor cursor(renewed);
+    cursor.setPosition(anchor);
+    cursor.setPosition(position, QTextCursor::KeepAnchor);
+    setTextCursor(cursor);
+  }
+  formatsAtRenewal_ = renewed->allFormats().size();
 }

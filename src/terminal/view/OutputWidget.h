@@ -3,8 +3,10 @@
 #include <QDeadlineTimer>
 #include <QTextBrowser>
 #include <QTimer>
+#include <optional>
 
 #include "terminal/core/ServerText.h"
+#include "terminal/view/DocumentCopy.h"
 #include "terminal/view/PaneQueue.h"
 #include "terminal/view/PaneSight.h"
 #include "terminal/view/PaneTurns.h"
@@ -32,12 +34,11 @@ class OutputWidget : public QTextBrowser {
   static constexpr qsizetype longParagraph = 4096;
   /// Characters after which it is continued even where no line breaks.
   static constexpr qsizetype longestParagraph = 65536;
-  /// Character formats out of use, each about half a kilobyte, that a document
-  /// may have gathered before it is made anew in the next quiet moment, and at
-  /// once. The toolkit keeps every format that a document ever had, and each
-  /// link of another target is one.
+  /// Character formats, each about half a kilobyte, that a document may gather
+  /// beyond twice those it had when it was last made anew. The toolkit keeps
+  /// every format that a document ever had, and each link of another target is
+  /// one.
   static constexpr qsizetype manyFormats = 4096;
-  static constexpr qsizetype tooManyFormats = 3 * manyFormats;
 
   /// The input bar outlives the pane; typing is a Tab away from reading.
   OutputWidget(InputWidget& inputBar, QWidget* parent);
@@ -83,12 +84,10 @@ class OutputWidget : public QTextBrowser {
   /// Writes for so many milliseconds, or until the queue is empty.
   void write(QDeadlineTimer deadline);
   void clearUnlessItShapesWhatFollows();
-  /// At most so many formats are out of use, by those in use at the last look.
-  [[nodiscard]] qsizetype formatsSinceLook() const;
-  /// How many are, looking again where it may be more than that.
-  [[nodiscard]] qsizetype unusedFormats(qsizetype worthALook);
+  void giveLayout(QTextDocument& document);
+  /// Begins to make the document anew where it has gathered too many formats.
   void limitFormats();
-  /// The same document with none but the formats in use.
+  /// Goes on with that for a moment.
   void renew();
 
   InputWidget& inputBar_;
@@ -96,8 +95,9 @@ class OutputWidget : public QTextBrowser {
   PaneTurns turns_;
   TextLooks looks_;
   QTimer nextTurn_;
-  QTimer quietMoment_;
   QTimer idleMoment_;
-  qsizetype formatsInUse_ = 0;  ///< at the last look
+  QTimer nextCopy_;
+  std::optional<DocumentCopy> copy_;  ///< while one is made
+  qsizetype formatsAtRenewal_ = 0;
   PaneSight sight_;
 };

@@ -47,17 +47,26 @@ void PaneSight::begin(Keeps keeps) {
   const int top = pane_.verticalScrollBar()->value();
   // Kept from change to change: one may begin in the middle of an edit, where no
   // cursor can go.
-  if (topLine_.isNull() || topLine_.document() != pane_.document()) {
-    topLine_ = QTextCursor(pane_.document());
-    textEnd_ = QTextCursor(pane_.document());
-    textEnd_.setKeepPositionOnInsert(true);
-  }
+  if (topLine_.isNull() || topLine_.document() != pane_.document())
+    takeCursors();
   topLine_.setPosition(layout().hitTest(QPointF(0, top), Qt::FuzzyHit));
   above_ = top - lineTop(topLine_.position());
   textEnd_.setPosition(pane_.document()->characterCount() - 1);
+  topPosition_ = topLine_.position();
+}
+
+void PaneSight::takeCursors() {
+  topLine_ = QTextCursor(pane_.document());
+  textEnd_ = QTextCursor(pane_.document());
+  textEnd_.setKeepPositionOnInsert(true);
 }
 
 void PaneSight::end() {
+  // A document that has taken the place of another has the same text.
+  if (topLine_.isNull() || topLine_.document() != pane_.document()) {
+    takeCursors();
+    topLine_.setPosition(topPosition_);
+  }
   // The size may bring a bar or take it away, and so change the width.
   constexpr int rounds = 3;
   qreal top = 0;

@@ -47,6 +47,7 @@ class PaneSight {
  private:
   [[nodiscard]] PaneLayout& layout() const;
   void noteBar();
+  void takeCursors();
   void begin(Keeps keeps);
   void end();
   /// Pixels down to where the sight begins.
@@ -62,6 +63,7 @@ class PaneSight {
   int depth_ = 0;
   Keeps keeps_ = Keeps::Nothing;
   QTextCursor topLine_;  ///< the line at the top of the sight
+  int topPosition_ = 0;  ///< its place before the change
   qreal above_ = 0;      ///< how much of it is above the sight, in pixels
   QTextCursor textEnd_;  ///< the end of the text before the change
 };

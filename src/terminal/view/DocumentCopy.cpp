@@ -1,0 +1,63 @@
+#include "terminal/view/DocumentCopy.h"
+
+#include <QElapsedTimer>
+#include <QTextBlock>
+#include <QTextList>
+
+DocumentCopy::DocumentCopy(const QTextDocument& document)
+    : document_(document),
+      copy_(std::make_unique<QTextDocument>()),
+      next_(document.begin()),
+      end_(copy_.get()) {
+  // What is appended to an empty last paragraph belongs to it.
+  next_.setKeepPositionOnInsert(true);
+  copy_->setUndoRedoEnabled(false);
+  copy_->setDefaultFont(document.defaultFont());
+  copy_->setDefaultStyleSheet(document.defaultStyleSheet());
+  copy_->setDefaultTextOption(document.defaultTextOption());
+  copy_->setDocumentMargin(document.documentMargin());
+  copy_->setIndentWidth(document.indentWidth());
+}
+
+bool DocumentCopy::advance(int milliseconds) {
+  QElapsedTimer timer;
+  timer.start();
+  QTextBlock block = next_.block();
+  for (; block.next().isValid(); block = block.next()) {
+    next_.setPosition(block.position());
+    if (timer.elapsed() >= milliseconds)
+      return false;
+    copyBlock(block);
+  }
+  next_.setPosition(block.position());
+  return true;
+}
+
+std::unique_ptr<QTextDocument> DocumentCopy::take() && {
+  copyBlock(document_.lastBlock());
+  copy_->setMaximumBlockCount(document_.maximumBlockCount());
+  return std::move(copy_);
+}
+
+void DocumentCopy::copyBlock(const QTextBlock& block) {
+  QTextBlockFormat format = block.blockFormat();
+  format.setObjectIndex(-1);
+  if (!std::exchange(isBegun_, true)) {
+    end_.setBlockFormat(format);
+    end_.setBlockCharFormat(block.charFormat());
+  } else {
+    end_.insertBlock(format, block.charFormat());
+  }
+  for (auto piece = block.begin(); !piece.atEnd(); ++piece)
+    end_.insertText(piece.fragment().text(), piece.fragment().charFormat());
+  if (block.textList())
+    copyList(block);
+}
+
+void DocumentCopy::copyList(const QTextBlock& block) {
+  QTextList*& list = lists_[block.textList()];
+  if (list)
+    list->add(end_.block());
+  else
+    list = end_.createList(block.textList()->format());
+}
