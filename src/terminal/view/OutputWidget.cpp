@@ -30,7 +30,7 @@ constexpr qsizetype longQueue = qsizetype{32} * 1024 * 1024;
 OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
     : QTextBrowser(parent),
       inputBar_(inputBar),
-      queue_({.paragraphs = maximumParagraphs, .longParagraph = longParagraph}),
+      queue_(maximumParagraphs, {}),
       looks_(linkStyle()) {
   QTextBrowser::document()->setMaximumBlockCount(maximumParagraphs);
   QTextBrowser::document()->setDefaultStyleSheet(linkStyle());
@@ -54,28 +54,24 @@ void OutputWidget::showServerText(ServerText text) {
   add(std::move(text));
 }
 
-void OutputWidget::insertServerHtml(const QString& html) {
-  add(SafeHtml{html});
-}
-
-void OutputWidget::appendStatusLine(const QString& html) {
-  add(StatusLine{html});
+void OutputWidget::appendStatusLine(SafeHtml html) {
+  add<PaneText>(StatusLine{std::move(html)});
 }
 
 void OutputWidget::echoSentText(const QString& text) {
-  add(PlainText{text, Qt::yellow, Qt::black});
+  add<PaneText>(PlainText{text, Qt::yellow, Qt::black});
 }
 
 void OutputWidget::printText(const QString& text, const QColor& colour) {
-  add(PlainText{text + u'\n', colour.isValid() ? colour : QColor(Qt::white), Qt::black});
+  add<PaneText>(PlainText{text + u'\n', colour.isValid() ? colour : QColor(Qt::white), Qt::black});
 }
 
 void OutputWidget::printError(const QString& text) {
-  add(PlainText{QStringLiteral("## ") + text + u'\n', Qt::yellow, Qt::red});
+  add<PaneText>(PlainText{QStringLiteral("## ") + text + u'\n', Qt::yellow, Qt::red});
 }
 
 void OutputWidget::printInfo(const QString& text) {
-  add(PlainText{QStringLiteral("++ ") + text + u'\n', Qt::white, Qt::blue});
+  add<PaneText>(PlainText{QStringLiteral("++ ") + text + u'\n', Qt::white, Qt::blue});
 }
 
 QTextDocument* OutputWidget::document() {
@@ -154,13 +150,13 @@ int OutputWidget::margin() const {
 void OutputWidget::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {}
 
 void OutputWidget::clear() {
-  while (!queue_.isEmpty())
-    (void)queue_.take();
+  queue_.clear();
   QTextBrowser::clear();
   formatsInUse_ = 0;
 }
 
-void OutputWidget::add(PaneText text) {
+template <typename Text>
+void OutputWidget::add(Text text) {
   queue_.add(std::move(text));
   while (queue_.size() > longQueue)
     insertWaiting(Amount::WhatFitsATurn);
@@ -203,8 +199,7 @@ void OutputWidget::insertWaiting(Amount amount) {
   while (goesOn(written)) {
     const qsizetype before = written;
     {
-      PaneWriter writer(*this, looks_,
-                        {.longParagraph = longParagraph, .longestParagraph = longestParagraph});
+      PaneWriter writer(*this, looks_, {});
       while (goesOn(before + writer.written()) && writer.written() < mostInAChange)
         writer.write(queue_.take());
       written = before + writer.written();

@@ -27,9 +27,9 @@ class OutputWidget : public QTextBrowser {
   /// Characters after which a paragraph is continued in a new one at its next
   /// line break. Server text has line breaks only, so without this a session
   /// were one paragraph, laid out whole at each read and never dropped.
-  static constexpr qsizetype longParagraph = 4096;
+  static constexpr qsizetype longParagraph = ParagraphEnds::Lengths().longParagraph;
   /// Characters after which it is continued even where no line breaks.
-  static constexpr qsizetype longestParagraph = 65536;
+  static constexpr qsizetype longestParagraph = ParagraphEnds::Lengths().longestParagraph;
   /// Pixels beyond which older paragraphs are dropped as well, and how much may
   /// come on top of them in one change. The toolkit lays out no more than some
   /// eight millions: there its pages end, and it goes round in them for good.
@@ -47,11 +47,8 @@ class OutputWidget : public QTextBrowser {
 
   /// Continues the last paragraph with what the pipeline made of one read.
   void showServerText(ServerText text);
-  /// The same for HTML. What safeMarkup() has not seen can take the toolkit
-  /// hours.
-  void insertServerHtml(const QString& html);
-  /// A paragraph of its own; HTML that safeMarkup() has seen.
-  void appendStatusLine(const QString& html);
+  /// A paragraph of its own.
+  void appendStatusLine(SafeHtml html);
   /// Yellow on black; the text is shown with its own line end.
   void echoSentText(const QString& text);
   /// One line in a colour on black; an invalid colour is drawn white.
@@ -93,7 +90,8 @@ class OutputWidget : public QTextBrowser {
   void showTheEnd();
   /// Below the last line, in pixels.
   [[nodiscard]] int margin() const;
-  void add(PaneText text);
+  template <typename Text>  // PaneText or ServerText
+  void add(Text text);
   void takeTurn();
   void insertWaiting(Amount amount);
   /// Drops paragraphs from the top, all but the last, of what is taller.

@@ -11,15 +11,8 @@ class QTextEdit;
 /// that the toolkit lays them out together.
 class PaneWriter {
  public:
-  /// Lengths of a paragraph in characters: from where its next line break ends
-  /// it, and where it ends at the latest.
-  struct Lengths {
-    qsizetype longParagraph;
-    qsizetype longestParagraph;
-  };
-
   /// Both outlive the writer, whose end is the end of the change.
-  PaneWriter(QTextEdit& pane, TextLooks& looks, Lengths lengths);
+  PaneWriter(QTextEdit& pane, TextLooks& looks, ParagraphEnds::Lengths lengths);
   ~PaneWriter();
   Q_DISABLE_COPY_MOVE(PaneWriter)
 
@@ -28,17 +21,15 @@ class PaneWriter {
   [[nodiscard]] qsizetype written() const { return written_; }
 
  private:
-  void writeOne(const ServerText& text);
+  void writeOne(const StyledText& text);
   void writeOne(const SafeHtml& text);
   void writeOne(const StatusLine& text);
   void writeOne(const PlainText& text);
-  /// Answers false when it is for the toolkit's importer.
-  [[nodiscard]] bool writeDirectly(const QString& html);
   void divideLastParagraph();
 
   QTextEdit& pane_;
   TextLooks& looks_;
-  Lengths lengths_;
+  ParagraphEnds::Lengths lengths_;
   QTextCursor end_;
   qsizetype written_ = 0;
 };
