@@ -8,6 +8,7 @@
 #include <functional>
 
 #include "IdleHost.h"
+#include "PaneHtml.h"
 #include "PipelineSupport.h"
 #include "support/ScratchMain.h"
 #include "terminal/view/InputWidget.h"
@@ -68,7 +69,7 @@ class TestOutputWidget : public QObject {
     const QString line =
         QStringLiteral("a line of some words that are wider than half a pane<br>\n");
     for (int i = 0; i < lines; ++i)
-      pane_->insertServerHtml(line);
+      insertServerHtml(*pane_, line);
     QTRY_VERIFY(pane_->settled());
     QTest::qWait(0);
   }
@@ -102,7 +103,7 @@ void TestOutputWidget::isReadOnlyAndWrapsAtWords() {
 void TestOutputWidget::keepsAtMost750Paragraphs() {
   QCOMPARE(pane_->document()->maximumBlockCount(), 750);
   for (int i = 0; i < 800; ++i)
-    pane_->appendStatusLine(QStringLiteral("<i>line %1</i>").arg(i));
+    appendStatusLine(*pane_, QStringLiteral("<i>line %1</i>").arg(i));
   QCOMPARE(pane_->document()->blockCount(), 750);
   QCOMPARE(pane_->document()->firstBlock().text(), QString("line 50"));
   QCOMPARE(pane_->document()->lastBlock().text(), QString("line 799"));
@@ -140,12 +141,12 @@ void TestOutputWidget::whatIsTallerThanTheToolkitLaysOutIsDroppedFromTheTop() {
     return document.documentLayout()->blockBoundingRect(document.lastBlock()).bottom();
   };
   for (int i = 0; i < 300; ++i)
-    pane_->insertServerHtml(text);
+    insertServerHtml(*pane_, text);
   (void)pane_->document();
   change(*pane_);
   for (int i = 0; i < 30; ++i)
-    pane_->insertServerHtml(text);
-  pane_->insertServerHtml("the newest");
+    insertServerHtml(*pane_, text);
+  insertServerHtml(*pane_, "the newest");
   QVERIFY2(height() <= OutputWidget::tallestDocument, qPrintable(QString::number(height())));
   QVERIFY2(height() > OutputWidget::tallestDocument / 8, qPrintable(QString::number(height())));
   QVERIFY(pane_->toPlainText().endsWith("the newest"));
@@ -153,8 +154,8 @@ void TestOutputWidget::whatIsTallerThanTheToolkitLaysOutIsDroppedFromTheTop() {
 }
 
 void TestOutputWidget::serverTextContinuesTheLastParagraph() {
-  pane_->insertServerHtml("one ");
-  pane_->insertServerHtml("two<br>\nthree");
+  insertServerHtml(*pane_, "one ");
+  insertServerHtml(*pane_, "two<br>\nthree");
   QCOMPARE(pane_->document()->blockCount(), 1);
   QCOMPARE(pane_->toPlainText(), QString("one two\nthree"));
 }
@@ -162,15 +163,15 @@ void TestOutputWidget::serverTextContinuesTheLastParagraph() {
 void TestOutputWidget::aLongParagraphIsContinuedAtALineBreak() {
   const QString line = QString(1023, 'x') + "<br>\n";
   for (int i = 0; i < 4; ++i)
-    pane_->insertServerHtml(line);
-  pane_->insertServerHtml("end");
+    insertServerHtml(*pane_, line);
+  insertServerHtml(*pane_, "end");
   QCOMPARE(pane_->document()->blockCount(), 1);  // 4,099 characters, and no line break since
-  pane_->insertServerHtml("<br>\n");
+  insertServerHtml(*pane_, "<br>\n");
   QCOMPARE(pane_->document()->blockCount(), 2);
   QCOMPARE(pane_->document()->firstBlock().text().size(), 4099);
   QCOMPARE(pane_->document()->lastBlock().text(), QString());
   // A read of many lines is divided as often as it takes.
-  pane_->insertServerHtml(line.repeated(100));
+  insertServerHtml(*pane_, line.repeated(100));
   QCOMPARE(pane_->document()->blockCount(), 22);
   for (QTextBlock block = pane_->document()->begin(); block.isValid(); block = block.next())
     QVERIFY(block.text().size() <= 4096 + 1024);
@@ -185,7 +186,7 @@ void TestOutputWidget::aDivisionChangesNoTextAndNoColour() {
       html += QStringLiteral("<span style=\"color:%1\">line&#32;%2<br>\n")
                   .arg(QLatin1String(colours.at(static_cast<std::size_t>(line % 3))))
                   .arg(read * 30 + line);
-    pane_->insertServerHtml(html);
+    insertServerHtml(*pane_, html);
     QTextCursor end(&undivided);
     end.movePosition(QTextCursor::End);
     end.insertHtml(html);
@@ -201,7 +202,7 @@ void TestOutputWidget::aDivisionChangesNoTextAndNoColour() {
     if (!shown.atBlockStart())
       QCOMPARE(shown.charFormat().foreground(), expected.charFormat().foreground());
   }
-  pane_->insertServerHtml("last");
+  insertServerHtml(*pane_, "last");
   QCOMPARE(pane_->document()->lastBlock().text().section(QChar::LineSeparator, -1),
            QString("last"));
 }
@@ -209,15 +210,15 @@ void TestOutputWidget::aDivisionChangesNoTextAndNoColour() {
 void TestOutputWidget::aLineWithoutEndIsDividedAnywhereButInACharacter() {
   const QString text = "x" + QString::fromUtf8("\xF0\x9F\x98\x80").repeated(50000);
   for (qsizetype i = 0; i < text.size(); i += 10001)
-    pane_->insertServerHtml(text.mid(i, 10001));
+    insertServerHtml(*pane_, text.mid(i, 10001));
   QCOMPARE(pane_->document()->blockCount(), 2);
   QCOMPARE(pane_->document()->firstBlock().text().size(), 65535);
   QCOMPARE(pane_->toPlainText().remove('\n'), text);
 }
 
 void TestOutputWidget::aStatusLineIsAParagraphOfItsOwn() {
-  pane_->insertServerHtml("text");
-  pane_->appendStatusLine("<span style=\"color:#BDBDBD\"><i>status</i>");
+  insertServerHtml(*pane_, "text");
+  appendStatusLine(*pane_, "<span style=\"color:#BDBDBD\"><i>status</i>");
   QCOMPARE(pane_->document()->blockCount(), 2);
   QCOMPARE(pane_->toPlainText(), QString("text\nstatus"));
   QVERIFY(formatOf("status").fontItalic());
@@ -264,24 +265,24 @@ void TestOutputWidget::messages() {
 
 void TestOutputWidget::theEchoEndsItsLine() {
   pane_->echoSentText("look\r\n");
-  pane_->insertServerHtml("You see a lamp.");
+  insertServerHtml(*pane_, "You see a lamp.");
   QCOMPARE(pane_->toPlainText(), QString("look\nYou see a lamp."));
 }
 
 void TestOutputWidget::aLinkIsReadableOnBlack() {
-  pane_->insertServerHtml("see <a href=\"http://a.example\">there</a>");
+  insertServerHtml(*pane_, "see <a href=\"http://a.example\">there</a>");
   const QTextCharFormat format = formatOf("there");
   QCOMPARE(format.anchorHref(), QString("http://a.example"));
   QVERIFY(format.foreground().color().lightness() > 128);
 }
 
 void TestOutputWidget::writesKeepTheirOrder() {
-  pane_->insertServerHtml("server ");
+  insertServerHtml(*pane_, "server ");
   pane_->printError("error");
-  pane_->appendStatusLine("<i>status</i>");
+  appendStatusLine(*pane_, "<i>status</i>");
   pane_->printInfo("info");
   pane_->echoSentText("echo\r\n");
-  pane_->insertServerHtml("server again");
+  insertServerHtml(*pane_, "server again");
   QCOMPARE(pane_->toPlainText(), QString("server ## error\n\nstatus++ info\necho\nserver again"));
 }
 
@@ -296,21 +297,21 @@ void TestOutputWidget::everythingIsWrittenAtTheEnd_data() {
   row("an information", "++ new\n", [](auto& pane) { pane.printInfo("new"); });
   row("a printed text", "new\n", [](auto& pane) { pane.printText("new", Qt::green); });
   row("an echoed line", "new\n", [](auto& pane) { pane.echoSentText("new\r\n"); });
-  row("a status line", "\nnew", [](auto& pane) { pane.appendStatusLine("<i>new</i>"); });
+  row("a status line", "\nnew", [](auto& pane) { appendStatusLine(pane, "<i>new</i>"); });
   row("server text", "new", [](auto& pane) {
     PaneHost host(pane);
     Client().pipeline.readSocketData("new", plainText, host);
   });
   row("server text of the client's own making", "new",
-      [](auto& pane) { pane.insertServerHtml("<span style=\"color:#ff0000\">new"); });
+      [](auto& pane) { insertServerHtml(pane, "<span style=\"color:#ff0000\">new"); });
   row("server text for the toolkit's importer", "new",
-      [](auto& pane) { pane.insertServerHtml("<b>new</b>"); });
+      [](auto& pane) { insertServerHtml(pane, "<b>new</b>"); });
 }
 
 void TestOutputWidget::everythingIsWrittenAtTheEnd() {
   QFETCH(const std::function<void(OutputWidget&)>, write);
   QFETCH(const QString, text);
-  pane_->insertServerHtml("old words");
+  insertServerHtml(*pane_, "old words");
   // Where a player has put the caret to copy something.
   QTextCursor caret = pane_->textCursor();
   caret.setPosition(3);
@@ -329,12 +330,12 @@ void TestOutputWidget::theViewFollowsWhateverArrives() {
     return pane_->viewport()->rect().contains(pane_->cursorRect()) && pane_->textCursor().atEnd();
   };
   for (int i = 0; i < 100; ++i)
-    pane_->insertServerHtml("line<br>\n");
+    insertServerHtml(*pane_, "line<br>\n");
   QTRY_VERIFY(pane_->settled());
   QVERIFY(pane_->verticalScrollBar()->maximum() > 0);
   QVERIFY(atBottom());
   pane_->verticalScrollBar()->setValue(0);
-  pane_->appendStatusLine("<i>status</i>");
+  appendStatusLine(*pane_, "<i>status</i>");
   QVERIFY(atBottom());
   pane_->verticalScrollBar()->setValue(0);
   pane_->printInfo("info");
@@ -459,7 +460,7 @@ void TestOutputWidget::aClickOnALocalLinkKeepsTheText() {
   QVERIFY(file.open(QIODevice::WriteOnly));
   file.write("<p>other</p>");
   file.close();
-  pane_->insertServerHtml("here");
+  insertServerHtml(*pane_, "here");
   pane_->setSource(QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath()));
   pane_->setSource(QUrl("other.html"));
   QCOMPARE(pane_->toPlainText(), QString("here"));

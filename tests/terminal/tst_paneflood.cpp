@@ -5,6 +5,7 @@
 
 #include "IdleHost.h"
 #include "PaneContent.h"
+#include "PaneHtml.h"
 #include "PipelineSupport.h"
 #include "support/LiteralPane.h"
 #include "support/ProcessorClock.h"
@@ -68,7 +69,7 @@ class TestPaneFlood : public QObject {
     QString html;
     for (int i = from; i < from + count; ++i)
       html += QStringLiteral("<a href=\"http://a.example/%1\">x</a>").arg(i);
-    pane_->insertServerHtml(html + "<br>\n");
+    insertServerHtml(*pane_, html + "<br>\n");
   }
   /// Links that are gone again, but for their formats.
   void leaveUnusedFormats() {
@@ -154,7 +155,7 @@ void TestPaneFlood::plainTextBehindAFloodGoesOnInItsLook() {
     write(*pane_);
     write(literal);
   };
-  both([](auto& pane) { pane.insertServerHtml("<i>slanted<br>\n</i><u>underlined</u>"); });
+  both([](auto& pane) { insertServerHtml(pane, "<i>slanted<br>\n</i><u>underlined</u>"); });
   for (int i = 0; i < 3000; ++i)
     both([](auto& pane) { pane.printInfo("told"); });
   QCOMPARE(pane_->document()->lastBlock().previous().begin().fragment().charFormat(),
@@ -176,14 +177,14 @@ void TestPaneFlood::plainTextTakesItsLookFromWhatItFollows() {
   QFETCH(const QByteArrayList, reads);
   LiteralPane literal(OutputWidget::longParagraph, OutputWidget::longestParagraph);
   Client client;
-  RecordingHost host;
+  LiteralPipeline rules;
+  rules.buildColourSpans(normalColours, boldColours);
+  PipelineOptions options = markup;
+  options.displayURLs = true;
   for (const QByteArray& read : reads) {
-    host.texts.clear();
-    PipelineOptions options = markup;
-    options.displayURLs = true;
-    client.pipeline.readSocketData(read, options, host);
-    literal.insertServerHtml(safeMarkup(host.texts.first().decoded()));
-    pane_->showServerText(host.texts.first());
+    client.read(read, options);
+    insertServerHtml(literal, rules.htmlOf(read, options));
+    pane_->showServerText(client.host.texts.last());
   }
   for (int i = 0; i < 3000; ++i) {
     pane_->printInfo("told");
@@ -223,12 +224,12 @@ void TestPaneFlood::aFloodOfEchoIsOverAtOnce() {
 }
 
 void TestPaneFlood::anAlignmentOutlivesTheFloodBehindIt() {
-  pane_->insertServerHtml("<center>middle</center>");
+  insertServerHtml(*pane_, "<center>middle</center>");
   flood(100000);
   QCOMPARE(pane_->document()->lastBlock().blockFormat().alignment(), [] {
     LiteralPane literal(OutputWidget::longParagraph, OutputWidget::longestParagraph);
-    literal.insertServerHtml("<center>middle</center>");
-    literal.insertServerHtml("text");
+    insertServerHtml(literal, "<center>middle</center>");
+    insertServerHtml(literal, "text");
     return literal.document()->lastBlock().blockFormat().alignment();
   }());
 }
@@ -252,16 +253,16 @@ void TestPaneFlood::coloursAroundNothingAreNotHoardedWithoutEnd() {
 }
 
 void TestPaneFlood::aRenewedDocumentIsTheSame() {
-  pane_->insertServerHtml("<ul><li>one<li>two</ul>");
+  insertServerHtml(*pane_, "<ul><li>one<li>two</ul>");
   pane_->printError("wrong");
-  pane_->appendStatusLine("<i>status</i>");
+  appendStatusLine(*pane_, "<i>status</i>");
   for (int i = 0; i < 5; ++i)
     showLinks(i * 1000, 1000);
   const PaneContent before = PaneContent::of(*pane_->document());
   leaveUnusedFormats();
   const qsizetype many = formats();
   QVERIFY(many > OutputWidget::manyFormats);
-  pane_->insertServerHtml("");
+  insertServerHtml(*pane_, "");
   (void)pane_->document();
   QTRY_VERIFY_WITH_TIMEOUT(formats() < many, 10000);
   QVERIFY(formats() < 5100);
@@ -275,7 +276,7 @@ void TestPaneFlood::aRenewalKeepsTheViewAndTheSelection() {
   QTextCursor selection(pane_->document());
   leaveUnusedFormats();
   const qsizetype many = formats();
-  pane_->insertServerHtml("");
+  insertServerHtml(*pane_, "");
   (void)pane_->document();
   selection.setPosition(100);
   selection.setPosition(140, QTextCursor::KeepAnchor);

@@ -120,9 +120,8 @@ void PaneQueue::dropUnseen() {
   unseen_ = unseen;
   while (!waiting_.empty() && waiting_.front().isPassing) {
     Waiting& first = waiting_.front();
-    if (first.endedBefore < unseen && first.endedBehind >= unseen && cutFirst(unseen))
-      return;
-    if (first.endedBehind > unseen)
+    if (first.endedBefore >= unseen || (first.endedBehind >= unseen && cutFirst(unseen)) ||
+        first.endedBehind > unseen)
       return;
     if (first.hasLook)
       bridge_.clear();
@@ -146,6 +145,11 @@ bool PaneQueue::cutFirst(qint64 number) {
   ParagraphEnds::End end{0, 0};
   for (qint64 i = first.endedBefore; i < number; ++i)
     end = ends.next(styled->text, end.behind()).value_or(end);
+  if (end.behind() == 0 && !bridge_.empty()) {
+    // It looks as the last character before it.
+    if (const auto* const before = std::get_if<StyledText>(&bridge_.back()))
+      bridge_.push_back(oneOf(before->runs.back(), QChar::ParagraphSeparator));
+  }
   if (end.behind() <= gone_)
     return true;
   const auto runAt = [styled](qsizetype place) {

@@ -38,10 +38,10 @@ void PaneWriter::writeOne(const StyledText& text) {
   };
   for (const StyledText::Run& run : text.runs) {
     const QTextCharFormat format = looks_.formatOf(run);
-    // One that replaces nothing belongs to what is before it.
     while (end && end->behind() <= run.end) {
       insertUpTo(end->start, format);
-      end_.insertBlock(end_.blockFormat(), format);
+      // One that replaces nothing looks as what is before it.
+      end_.insertBlock(end_.blockFormat(), end->replaced > 0 ? format : end_.charFormat());
       start = end->behind();
       end = ends.next(text.text, start);
     }
