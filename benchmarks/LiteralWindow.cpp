@@ -8,17 +8,17 @@
 #include "automation/core/AutomationFiles.h"
 #include "net/SendLine.h"
 #include "settings/UsableValues.h"
-#include "terminal/core/SafeMarkup.h"
 
 LiteralWindow::LiteralWindow()
     : reader_(socket_, [this](const QByteArray& bytes) {
-        pipeline_.readSocketData(bytes,
-                                 {.displayAnsiColor = settings_.displayAnsiColor,
-                                  .playBeeps = settings_.playBeeps,
-                                  .parseHtml = settings_.parseHtml,
-                                  .displayURLs = settings_.displayURLs},
-                                 *this);
+        const PipelineOptions options{.displayAnsiColor = settings_.displayAnsiColor,
+                                      .playBeeps = settings_.playBeeps,
+                                      .parseHtml = settings_.parseHtml,
+                                      .displayURLs = settings_.displayURLs};
+        pane_.insertServerHtml(html_.of(bytes, options));
+        pipeline_.readSocketData(bytes, options, *this);
       }) {
+  setColours(html_.translator(), settings_);
   setColours(pipeline_.translator(), settings_);
   if (!AutomationFiles().loadTriggers(triggers_))
     qFatal("the triggers cannot be read");
@@ -40,10 +40,6 @@ LiteralWindow::~LiteralWindow() {
 
 void LiteralWindow::connectToServer(quint16 port) {
   socket_.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
-}
-
-void LiteralWindow::showServerText(ServerText text) {
-  pane_.insertServerHtml(safeMarkup(text.decoded()));
 }
 
 void LiteralWindow::parseVitals(const char* line) {

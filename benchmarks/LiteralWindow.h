@@ -4,6 +4,7 @@
 #include <QToolBar>
 #include <QWidget>
 
+#include "ReadHtml.h"
 #include "automation/core/TriggerTable.h"
 #include "net/SocketReader.h"
 #include "script/AliasLookup.h"
@@ -39,7 +40,7 @@ class LiteralWindow : public QWidget,
  private:
   // PipelineHost
   void beep() override {}
-  void showServerText(ServerText text) override;
+  void showServerText(ServerText /*text*/) override {}
   void parseVitals(const char* line) override;
   void checkTriggers(const QByteArray& line) override { triggers_.check(line, *this); }
   // ScriptHost
@@ -66,7 +67,8 @@ class LiteralWindow : public QWidget,
   ClientSettings settings_;
   TriggerTable triggers_;
   VariableTable variables_;
-  OutputPipeline pipeline_;
+  ReadHtml html_;
+  OutputPipeline pipeline_;  ///< for the lines
   Interpreter interpreter_{*this, variables_, *this};
   QTcpSocket socket_;
   SocketReader reader_;

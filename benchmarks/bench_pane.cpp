@@ -18,10 +18,10 @@
 
 #include "GameText.h"
 #include "PaneColours.h"
+#include "ReadHtml.h"
 #include "app/ApplicationFonts.h"
 #include "support/LiteralPane.h"
 #include "terminal/core/OutputPipeline.h"
-#include "terminal/core/SafeMarkup.h"
 #include "terminal/view/InputHost.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
@@ -41,37 +41,54 @@ class IdleInput : public InputHost {
   bool claimsShortcut(QKeyCombination) const override { return false; }
 };
 
-/// Keeps the HTML of one read.
-class HtmlKeeper : public PipelineHost {
+/// Keeps what one read became.
+class TextKeeper : public PipelineHost {
  public:
   void beep() override {}
-  void showServerText(ServerText read) override { html = safeMarkup(read.decoded()); }
+  void showServerText(ServerText read) override { text = std::move(read); }
   void parseVitals(const char*) override {}
   void checkTriggers(const QByteArray&) override {}
-  QString html;
+  ServerText text;
 };
 
-/// Makes reads of the game's text as the pane gets them.
+/// Makes reads of the game's text as a pane gets them.
 class Reads {
  public:
   explicit Reads(int linesPerRead) : linesPerRead_(linesPerRead) {
     setColours(pipeline_.translator(), ClientSettings());
+    setColours(html_.translator(), ClientSettings());
   }
 
-  [[nodiscard]] QString next() {
+  [[nodiscard]] ServerText nextFor(const OutputWidget& /*pane*/) {
+    pipeline_.readSocketData(next(), options, keeper_);
+    return std::move(keeper_.text);
+  }
+  [[nodiscard]] QString nextFor(const LiteralPane& /*pane*/) { return html_.of(next(), options); }
+
+ private:
+  static constexpr PipelineOptions options{.parseHtml = false};
+
+  [[nodiscard]] QByteArray next() {
     std::string bytes;
     for (int line = 0; line < linesPerRead_; ++line)
       text_.appendLine(bytes);
-    pipeline_.readSocketData(QByteArray::fromStdString(bytes), {.parseHtml = false}, keeper_);
-    return keeper_.html;
+    return QByteArray::fromStdString(bytes);
   }
 
- private:
   int linesPerRead_;
   GameText text_{1};
   OutputPipeline pipeline_;
-  HtmlKeeper keeper_;
+  ReadHtml html_;
+  TextKeeper keeper_;
 };
+
+void show(OutputWidget& pane, ServerText text) {
+  pane.showServerText(std::move(text));
+}
+
+void show(LiteralPane& pane, const QString& html) {
+  pane.insertServerHtml(html);
+}
 
 double residentMegabytes() {
   std::ifstream status("/proc/self/statm");
@@ -119,15 +136,13 @@ void run(const char* name, Pane& pane, int lines, int linesPerRead) {
   const double atStart = residentMegabytes();
   for (int report = 1; report <= reports; ++report) {
     const int count = lines / reports / linesPerRead;
-    std::vector<QString> waiting(static_cast<std::size_t>(count));
-    for (QString& html : waiting)
-      html = reads.next();
+    std::vector<decltype(reads.nextFor(pane))> waiting(static_cast<std::size_t>(count));
+    for (auto& text : waiting)
+      text = reads.nextFor(pane);
     QElapsedTimer timer;
     timer.start();
-    for (QString& html : waiting) {
-      pane.insertServerHtml(html);
-      html = {};
-    }
+    for (auto& text : waiting)
+      show(pane, std::exchange(text, {}));
     const qint64 inserting = timer.nsecsElapsed();
     settle(pane);
     const qint64 settled = timer.nsecsElapsed();

@@ -2,7 +2,8 @@
 
 #include "FuzzTarget.h"
 #include "Surroundings.h"
-#include "terminal/PipelineSupport.h"
+#include "support/Settled.h"
+#include "terminal/PaneHtml.h"
 #include "terminal/TwoPanes.h"
 
 namespace {
@@ -31,7 +32,7 @@ template <typename Pane>
 void show(Pane& pane, char kind, const QString& text) {
   switch (static_cast<unsigned char>(kind) % 5) {
     case 0:
-      return pane.appendStatusLine(safeMarkup(QStringLiteral("<i>") + text));
+      return appendStatusLine(pane, QStringLiteral("<i>") + text);
     case 1:
       return pane.echoSentText(text + QStringLiteral("\r\n"));
     case 2:
@@ -43,9 +44,9 @@ void show(Pane& pane, char kind, const QString& text) {
   }
 }
 
-void take(TwoPanes& panes, OutputPipeline& pipeline, char letter, const QByteArray& data) {
+void take(TwoPanes& panes, char letter, const QByteArray& data) {
   if (has(letter, OddColours))
-    pipeline.translator().buildColourSpans(oddColours, boldColours);
+    panes.buildColourSpans(oddColours, boldColours);
   if (has(letter, Message)) {
     const QString text = QString::fromUtf8(data.mid(1));
     const char kind = data.isEmpty() ? '\0' : data.front();
@@ -56,10 +57,10 @@ void take(TwoPanes& panes, OutputPipeline& pipeline, char letter, const QByteArr
                                   .playBeeps = false,
                                   .parseHtml = has(letter, Html),
                                   .displayURLs = has(letter, Links)};
-    pipeline.readSocketData(data, options, panes);
+    panes.read(data, options);
   }
   if (has(letter, Settled))
-    (void)panes.quick.document();
+    panes.quick.settle();
 }
 
 }  // namespace
@@ -69,13 +70,11 @@ void take(TwoPanes& panes, OutputPipeline& pipeline, char letter, const QByteArr
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Surroundings<QApplication>::provide();
   static TwoPanes panes;
-  panes.clear();
-  OutputPipeline pipeline;
-  pipeline.translator().buildColourSpans(normalColours, boldColours);
+  panes.begin();
   for (const QByteArray& part : fuzz::bytesOf(data, size).split(endOfPart))
-    take(panes, pipeline, part.isEmpty() ? '\0' : part.front(), part.mid(1));
+    take(panes, part.isEmpty() ? '\0' : part.front(), part.mid(1));
   // Where paragraphs are dropped it is not the same ones in both.
-  if (panes.literal.document()->blockCount() >= OutputWidget::maximumParagraphs)
+  if (panes.literal.document()->blockCount() >= OutputWidget::limits.paragraphs)
     return 0;
   const QString difference = panes.difference();
   if (!difference.isEmpty())

@@ -10,12 +10,13 @@
 #include "support/LiteralPane.h"
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
+#include "terminal/LiteralPipeline.h"
 #include "terminal/core/SafeMarkup.h"
 
 namespace {
 
 /// The window's way from bytes to pane, in its plainest form.
-class LiteralWindow final : public PipelineHost {
+class LiteralWindow {
  public:
   LiteralWindow() {
     const ClientSettings defaults;
@@ -25,23 +26,17 @@ class LiteralWindow final : public PipelineHost {
       normal.at(i) = defaults.normalColour.at(i).text();
       bold.at(i) = defaults.boldColour.at(i).text();
     }
-    pipeline_.translator().buildColourSpans(normal, bold);
+    pipeline_.buildColourSpans(normal, bold);
   }
   void read(const QByteArray& bytes, const PipelineOptions& options) {
-    pipeline_.readSocketData(bytes, options, *this);
+    pane.insertServerHtml(safeMarkup(pipeline_.htmlOf(bytes, options)).html());
   }
 
-  void beep() override {}
-  void showServerText(ServerText text) override {
-    pane.insertServerHtml(safeMarkup(text.decoded()));
-  }
-  void parseVitals(const char* /*line*/) override {}
-  void checkTriggers(const QByteArray& /*line*/) override {}
-
-  LiteralPane pane{OutputWidget::longParagraph, OutputWidget::longestParagraph};
+  LiteralPane pane{OutputWidget::limits.lengths.longParagraph,
+                   OutputWidget::limits.lengths.longestParagraph};
 
  private:
-  OutputPipeline pipeline_;
+  LiteralPipeline pipeline_;
 };
 
 /// Text and looks, run by run.

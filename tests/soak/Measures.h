@@ -57,7 +57,7 @@ inline const std::array<Measure, 7> measures{{
      [](const PlayWindow& play) {
        return qint64{settled(*play.pane).document()->allFormats().size()};
      },
-     OutputWidget::manyFormats},
+     OutputWidget::limits.formats},
     {"paragraphs",
      [](const PlayWindow& play) { return qint64{settled(*play.pane).document()->blockCount()}; },
      0},

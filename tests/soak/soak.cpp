@@ -39,7 +39,7 @@ void countWarning(QtMsgType type, const QMessageLogContext& /*context*/, const Q
 
 /// A session of hours has as many paragraphs as the pane keeps; it starts so.
 void fillPane(PlayWindow& play) {
-  for (int i = 0; i < OutputWidget::maximumParagraphs; ++i)
+  for (int i = 0; i < OutputWidget::limits.paragraphs; ++i)
     play.window->runActions({QStringLiteral("/echo an older line of the session, 808080")});
 }
 

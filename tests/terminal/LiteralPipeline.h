@@ -42,6 +42,7 @@ class LiteralPipeline {
 
   QList<Event> read(const QByteArray& data, const PipelineOptions& options) {
     QList<Event> events;
+    hadTags = options.parseHtml && (insideTag || data.contains('<'));
     QByteArray html;
     QByteArray pendingLineText;
     bool beep = false;
@@ -94,6 +95,7 @@ class LiteralPipeline {
     if (options.displayURLs)
       text = linked(text);
     text = resolved(text);
+    lastHtml = text;
     if (beep)
       events << Event{Event::Kind::Beep, {}};
     events << Event{Event::Kind::Html, text.toUtf8()};
@@ -102,6 +104,12 @@ class LiteralPipeline {
       events << Event{Event::Kind::Triggers, piece};
     }
     return events;
+  }
+
+  /// The HTML of one read.
+  QString htmlOf(const QByteArray& data, const PipelineOptions& options) {
+    (void)read(data, options);
+    return lastHtml;
   }
 
   static QString linked(QString text) {
@@ -131,6 +139,9 @@ class LiteralPipeline {
     return text;
   }
 
+  /// Whether the last read may have had tags of the server in it.
+  bool hadTags = false;
+  QString lastHtml;
   bool insideTag = false;
   bool escapePending = false;
   bool boldActive = false;

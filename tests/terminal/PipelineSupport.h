@@ -5,6 +5,7 @@
 #include <array>
 
 #include "LiteralPipeline.h"
+#include "LiteralText.h"
 #include "terminal/core/OutputPipeline.h"
 
 inline const AnsiTranslator::ColourTexts normalColours{"#000000", "#660000", "#006600", "#666600",
@@ -13,12 +14,28 @@ inline const AnsiTranslator::ColourTexts boldColours{"#333333", "#ff0000", "#00f
                                                      "#0000ff", "#ff00ff", "#00ffff", "#ffffff"};
 inline const QByteArray resetSpan = "<span style=\"color:#bdbdbd;background-color:#000000\">";
 
+/// What is shown of a read, to be compared: its text with its runs, or its HTML.
+inline QByteArray toldOf(const ServerText& text) {
+  if (const auto* styled = std::get_if<StyledText>(&text))
+    return "text: " + LiteralText::told(*styled);
+  QByteArray html = "HTML: ";
+  for (const SafeHtml& piece : std::get<std::vector<SafeHtml>>(text))
+    html += piece.html().toUtf8();
+  return html;
+}
+/// The same of HTML: it has to be shown as text where that can be told.
+inline QByteArray toldOf(const QString& html, bool hasTags, bool isLong = false) {
+  if (const auto text = hasTags ? std::nullopt : LiteralText::of(html))
+    return "text: " + LiteralText::told(*text);
+  return toldOf(isLong ? safeMarkupPieces(html, 8192) : std::vector{safeMarkup(html)});
+}
+
 /// A window that writes down what it is asked.
 class RecordingHost : public PipelineHost {
  public:
   void beep() override { events << Event{Event::Kind::Beep, {}}; }
   void showServerText(ServerText text) override {
-    events << Event{Event::Kind::Html, text.decoded().toUtf8()};
+    events << Event{Event::Kind::Html, toldOf(text)};
     texts << std::move(text);
   }
   void parseVitals(const char* line) override { events << Event{Event::Kind::Vitals, line}; }
@@ -33,7 +50,7 @@ class RecordingHost : public PipelineHost {
         found << event.bytes;
     return found;
   }
-  [[nodiscard]] QByteArray html() const { return all(Event::Kind::Html).join(); }
+  [[nodiscard]] QByteArray shown() const { return all(Event::Kind::Html).join(); }
   [[nodiscard]] QList<QByteArray> lines() const { return all(Event::Kind::Triggers); }
 
   QList<Event> events;
@@ -53,12 +70,24 @@ struct Client {
     host.events.clear();
     pipeline.readSocketData(data, options, host);
   }
-  /// The HTML of the last read without the span that it reopens.
-  [[nodiscard]] QByteArray html(const QByteArray& reopened = resetSpan) const {
-    const QByteArray whole = host.html();
-    return whole.startsWith(reopened) ? whole.mid(reopened.size()) : "not reopened: " + whole;
+  /// What was shown of the last read.
+  [[nodiscard]] QByteArray shown() const { return host.shown(); }
+  /// What HTML for it would show, behind the span that it reopens.
+  [[nodiscard]] QByteArray shownOf(const QByteArray& html,
+                                   const QByteArray& reopened = resetSpan) const {
+    return toldOf(QString::fromUtf8(reopened + html), shown().startsWith("HTML"));
   }
 
   OutputPipeline pipeline;
   RecordingHost host;
 };
+
+/// What the rules say that a window sees of a read.
+inline QList<Event> expectedOf(LiteralPipeline& pipeline, const QByteArray& data,
+                               const PipelineOptions& options) {
+  QList<Event> events = pipeline.read(data, options);
+  for (Event& event : events)
+    if (event.kind == Event::Kind::Html)
+      event.bytes = toldOf(QString::fromUtf8(event.bytes), pipeline.hadTags, data.size() > 8192);
+  return events;
+}

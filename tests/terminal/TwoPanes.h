@@ -4,36 +4,61 @@
 
 #include "IdleHost.h"
 #include "PaneContent.h"
+#include "PipelineSupport.h"
 #include "support/LiteralPane.h"
+#include "support/Settled.h"
 #include "terminal/core/OutputPipeline.h"
-#include "terminal/core/SafeMarkup.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
-/// Both panes, each shown the same.
-class TwoPanes : public PipelineHost {
+/// Both panes, shown the same reads: the quick one what the pipeline makes of
+/// them, the literal one the HTML that the rules say. Where all markup in that is
+/// the client's own, the toolkit's importer gets it as it is; otherwise what may
+/// pass of it.
+class TwoPanes : private PipelineHost {
  public:
-  void beep() override {}
-  void showServerText(ServerText text) override {
-    literal.insertServerHtml(safeMarkup(text.decoded()));
-    quick.showServerText(std::move(text));
-  }
-  void parseVitals(const char* /*line*/) override {}
-  void checkTriggers(const QByteArray& /*line*/) override {}
+  TwoPanes() { begin(); }
 
-  void clear() {
-    quick.document()->clear();
+  /// Empty panes, and no read before the next.
+  void begin(const AnsiTranslator::ColourTexts& normal = normalColours,
+             const AnsiTranslator::ColourTexts& bold = boldColours) {
+    settled(quick).document()->clear();
     literal.document()->clear();
+    pipeline_ = {};
+    literalPipeline_ = {};
+    buildColourSpans(normal, bold);
+  }
+  void buildColourSpans(const AnsiTranslator::ColourTexts& normal,
+                        const AnsiTranslator::ColourTexts& bold) {
+    pipeline_.translator().buildColourSpans(normal, bold);
+    literalPipeline_.buildColourSpans(normal, bold);
+    arePlain_ = normal == normalColours && bold == boldColours;
+  }
+  void read(const QByteArray& data, const PipelineOptions& options) {
+    const QString html = literalPipeline_.htmlOf(data, options);
+    const bool isOurs = arePlain_ && !literalPipeline_.hadTags;
+    literal.insertServerHtml(isOurs ? html : safeMarkup(html).html());
+    pipeline_.readSocketData(data, options, *this);
   }
   [[nodiscard]] QString difference() {
-    return PaneContent::of(*quick.document()).differenceTo(PaneContent::of(*literal.document()));
+    return PaneContent::of(*settled(quick).document())
+        .differenceTo(PaneContent::of(*literal.document()));
   }
 
  private:
+  void beep() override {}
+  void showServerText(ServerText text) override { quick.showServerText(std::move(text)); }
+  void parseVitals(const char* /*line*/) override {}
+  void checkTriggers(const QByteArray& /*line*/) override {}
+
+  OutputPipeline pipeline_;
+  LiteralPipeline literalPipeline_;
+  bool arePlain_ = true;
   IdleHost host_;
   QWidget window_;
 
  public:
   OutputWidget quick{*new InputWidget(host_, &window_), &window_};
-  LiteralPane literal{OutputWidget::longParagraph, OutputWidget::longestParagraph};
+  LiteralPane literal{OutputWidget::limits.lengths.longParagraph,
+                      OutputWidget::limits.lengths.longestParagraph};
 };

@@ -14,8 +14,11 @@ class TstOutputPipeline : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void aLongReadIsDividedBehindLineEnds();
-  void aReadWithTagsIsNotDivided();
+  void becomesTextOrHtml_data();
+  void becomesTextOrHtml();
+  void whatFollowsAnOpenTagIsHtml();
+  void aStoredColourOfAnyTextIsHtml();
+  void aLongReadOfHtmlIsInPieces();
   void ordinaryBytesStayAsTheyAre_data();
   void ordinaryBytesStayAsTheyAre();
   void specialBytes_data();
@@ -49,10 +52,11 @@ void TstOutputPipeline::ordinaryBytesStayAsTheyAre() {
   for (const PipelineOptions& options : {plainText, markup}) {
     Client client;
     client.read(data, options);
-    QCOMPARE(client.html(), QString::fromUtf8(data).toUtf8());
+    QCOMPARE(client.shown(), client.shownOf(QString::fromUtf8(data).toUtf8()));
     QCOMPARE(client.host.lines(), QList<QByteArray>{data});
     client.read("<" + data, options);
-    QVERIFY(client.html().endsWith(QString::fromUtf8(data).toUtf8()));
+    const QByteArray bracket = options.parseHtml ? "<" : "&lt;";
+    QCOMPARE(client.shown(), client.shownOf(bracket + QString::fromUtf8(data).toUtf8()));
     QCOMPARE(client.host.lines(), QList<QByteArray>{"<" + data});
   }
 }
@@ -101,17 +105,17 @@ void TstOutputPipeline::specialBytes() {
   QFETCH(QList<QByteArray>, lines);
   Client client;
   client.read(data, plainText);
-  QCOMPARE(client.html(), asText);
+  QCOMPARE(client.shown(), client.shownOf(asText));
   QCOMPARE(client.host.lines(), lines);
   Client second;
   second.read(data, markup);
-  QCOMPARE(second.html(), asMarkup);
+  QCOMPARE(second.shown(), second.shownOf(asMarkup));
   QCOMPARE(second.host.lines(), lines);
   Client third;
   third.read("<", markup);
   QVERIFY(third.pipeline.insideTag());
   third.read(data, markup);
-  QCOMPARE(third.html(), insideTag);
+  QCOMPARE(third.shown(), third.shownOf(insideTag));
   QCOMPARE(third.host.lines(), lines);
 }
 
@@ -162,7 +166,7 @@ void TstOutputPipeline::shows() {
   QFETCH(QByteArray, html);
   Client client;
   client.read(data, options);
-  QCOMPARE(client.html(), html);
+  QCOMPARE(client.shown(), client.shownOf(html));
 }
 
 void TstOutputPipeline::handsOverLines_data() {
@@ -196,7 +200,7 @@ void TstOutputPipeline::theOrderOfTheSteps() {
   Client client;
   client.read("a\nb\a");
   const QList<Event> expected{
-      {Event::Kind::Beep, ""},    {Event::Kind::Html, resetSpan + "a<br>\nb"},
+      {Event::Kind::Beep, ""},    {Event::Kind::Html, client.shownOf("a<br>\nb")},
       {Event::Kind::Vitals, "a"}, {Event::Kind::Triggers, "a"},
       {Event::Kind::Vitals, "b"}, {Event::Kind::Triggers, "b"}};
   QVERIFY(client.host.events == expected);
@@ -205,37 +209,39 @@ void TstOutputPipeline::theOrderOfTheSteps() {
 void TstOutputPipeline::aReadOfNothingReopensItsSpanAndIsOneEmptyLine() {
   Client client;
   client.read({});
-  const QList<Event> expected{
-      {Event::Kind::Html, resetSpan}, {Event::Kind::Vitals, ""}, {Event::Kind::Triggers, ""}};
+  const QList<Event> expected{{Event::Kind::Html, client.shownOf("")},
+                              {Event::Kind::Vitals, ""},
+                              {Event::Kind::Triggers, ""}};
   QVERIFY(client.host.events == expected);
 }
 
 void TstOutputPipeline::eachReadReopensTheCurrentSpan() {
   Client client;
   client.read("\x1B[31ma");
-  QCOMPARE(client.host.html(), resetSpan + "<span style=\"color:#660000\">a");
+  QCOMPARE(client.shown(), client.shownOf(resetSpan + "<span style=\"color:#660000\">a", {}));
   client.read("b");
-  QCOMPARE(client.host.html(), QByteArray("<span style=\"color:#660000\">b"));
+  QCOMPARE(client.shown(), client.shownOf(QByteArray("<span style=\"color:#660000\">b"), {}));
   client.read("\x1B[44mc");
   client.read("d");
-  QCOMPARE(client.host.html(), QByteArray("<span style=\"background-color:#000066\">d"));
+  QCOMPARE(client.shown(),
+           client.shownOf(QByteArray("<span style=\"background-color:#000066\">d"), {}));
 }
 
 void TstOutputPipeline::aPaletteColourIsReopenedAsBareText() {
   Client client;
   client.read("\x1B[38;5;196ma");
-  QCOMPARE(client.html(), QByteArray("<span style=\"color:#ff0000\">a"));
+  QCOMPARE(client.shown(), client.shownOf(QByteArray("<span style=\"color:#ff0000\">a")));
   client.read("b");
-  QCOMPARE(client.host.html(), QByteArray("#ff0000b"));
+  QCOMPARE(client.shown(), client.shownOf(QByteArray("#ff0000b"), {}));
   QCOMPARE(client.host.lines(), QList<QByteArray>{"b"});
 }
 
 void TstOutputPipeline::aTagStaysOpenAcrossReads() {
   Client client;
   client.read("<b ", markup);
-  QCOMPARE(client.html(), QByteArray("<b "));
+  QCOMPARE(client.shown(), client.shownOf(QByteArray("<b ")));
   client.read(" \t> ", markup);
-  QCOMPARE(client.html(), " " + plainTab + ">&#32;");
+  QCOMPARE(client.shown(), client.shownOf(" " + plainTab + ">&#32;"));
   QVERIFY(!client.pipeline.insideTag());
 }
 
@@ -246,9 +252,9 @@ void TstOutputPipeline::tagsCountOnlyWhileHtmlIsParsed() {
   client.read("<", markup);
   client.read("> ", plainText);
   QVERIFY(client.pipeline.insideTag());
-  QCOMPARE(client.html(), QByteArray("&gt;&#32;"));
+  QCOMPARE(client.shown(), client.shownOf(QByteArray("&gt;&#32;")));
   client.read(" ", markup);
-  QCOMPARE(client.html(), QByteArray(" "));
+  QCOMPARE(client.shown(), client.shownOf(QByteArray(" ")));
 }
 
 void TstOutputPipeline::beepsOnceForARead() {
@@ -261,7 +267,7 @@ void TstOutputPipeline::beepsOnceForARead() {
   silent.playBeeps = false;
   client.read("a\ab", silent);
   QCOMPARE(client.host.all(Event::Kind::Beep).size(), 0);
-  QCOMPARE(client.html(), QByteArray("ab"));
+  QCOMPARE(client.shown(), client.shownOf(QByteArray("ab")));
   // A bell inside a colour sequence or a telnet command is part of that.
   client.read("\x1B[\am\xFF\a\a");
   QCOMPARE(client.host.all(Event::Kind::Beep).size(), 0);
@@ -273,7 +279,7 @@ void TstOutputPipeline::theVitalsSeeALineUpToItsNul() {
   client.read(data);
   QCOMPARE(client.host.all(Event::Kind::Vitals), (QList<QByteArray>{"a", ""}));
   QCOMPARE(client.host.lines(), data.split('\n'));
-  QCOMPARE(client.html(), QByteArray("a\0b<br>\n\0c", 10));
+  QCOMPARE(client.shown(), client.shownOf(QByteArray("a\0b<br>\n\0c", 10)));
 }
 
 void TstOutputPipeline::whatIsCutInTwo_data() {
@@ -310,48 +316,78 @@ void TstOutputPipeline::whatIsCutInTwo() {
   QFETCH(QList<QByteArray>, secondLines);
   Client client;
   client.read(first, {});
-  QCOMPARE(client.html(), firstHtml);
+  QCOMPARE(client.shown(), client.shownOf(firstHtml));
   client.read(second, {});
-  QCOMPARE(client.html(), secondHtml);
+  QCOMPARE(client.shown(), client.shownOf(secondHtml));
   QCOMPARE(client.host.lines(), secondLines);
 }
 
-void TstOutputPipeline::aLongReadIsDividedBehindLineEnds() {
-  Client client;
-  QByteArray read;
-  for (int i = 0; read.size() < 100'000; ++i)
-    read += (i % 3 == 0 ? "\x1B[31m" : "") + QByteArray("line\t") + QByteArray::number(i) + "\r\n";
-  read += "the last";
-  client.read(read);
-  const ServerText& text = client.host.texts.first();
-  const std::vector<ServerText> parts = text.divided();
-  QVERIFY(parts.size() > 8);
-  QByteArray bytes;
-  QByteArray plain;
-  for (const ServerText& part : parts) {
-    bytes += part.bytes;
-    plain += part.plain;
-    const bool isLast = &part == &parts.back();
-    QVERIFY(isLast || (part.bytes.endsWith('\n') && part.plain.endsWith('\n')));
-    QCOMPARE(part.plain.count('\n'), part.bytes.count('\n'));
-    QVERIFY(isLast || part.bytes.size() >= ServerText::partLength);
-    QVERIFY(part.bytes.size() < ServerText::partLength + 100);
-  }
-  QCOMPARE(bytes, read);
-  QCOMPARE(plain, text.plain);
+void TstOutputPipeline::becomesTextOrHtml_data() {
+  QTest::addColumn<QByteArray>("data");
+  QTest::addColumn<PipelineOptions>("options");
+  QTest::addColumn<bool>("isText");
+  const auto row = [](const char* name, const QByteArray& data, const PipelineOptions& options,
+                      bool isText) { QTest::newRow(name) << data << options << isText; };
+  const PipelineOptions all;
+  row("nothing is text", "", all, true);
+  row("colours are text", "\x1B[31mred\x1B[48;5;19m on blue\r\n", all, true);
+  row("links are text", "see http://a.example/x?y=z now, or www.b.example", all, true);
+  row("brackets are text while tags are not parsed", "a <b> c", plainText, true);
+  row("a tag is HTML where tags are parsed", "a <b>c", all, false);
+  row("so is what only begins like one", "a <= b", all, false);
+  row("a closing bracket alone is text", "hp 40> ", all, true);
+  row("an ampersand is text", "Tom & Jerry\n", all, true);
+  row("so are the entities of blanks and brackets", "&lt;&#32;&nbsp;&gt;.", all, true);
+  row("any other entity is the importer's", "&copy; 1999", all, false);
+  row("so is what the end of a read may make one", "a &copy", all, false);
+  row("so is the mark of a paragraph's end", "a\xE2\x80\xA9z", all, false);
+  row("so is that of an object", "a\xEF\xBF\xBCz", all, false);
+  row("so is a target with a control in it", "http://a\vb", all, false);
+  row("so is an endless run of addresses", QByteArray("www.").repeated(5000), all, false);
+  row("one without addresses is text, however long", QByteArray("wwx").repeated(50'000), all, true);
 }
 
-void TstOutputPipeline::aReadWithTagsIsNotDivided() {
+void TstOutputPipeline::becomesTextOrHtml() {
+  QFETCH(const QByteArray, data);
+  QFETCH(const PipelineOptions, options);
   Client client;
-  const QByteArray lines = QByteArray("a line\n").repeated(5000);
-  client.read(lines + "<b>" + lines, markup);
-  QVERIFY(client.host.texts.last().divisions.empty());
-  // Nor what follows a bracket of an earlier read.
+  client.read(data, options);
+  QTEST(std::holds_alternative<StyledText>(client.host.texts.last()), "isText");
+}
+
+void TstOutputPipeline::whatFollowsAnOpenTagIsHtml() {
+  Client client;
   client.read("<b ", markup);
-  client.read(lines, markup);
-  QVERIFY(client.host.texts.last().divisions.empty());
-  client.read("<b>" + lines, plainText);
-  QVERIFY(!client.host.texts.last().divisions.empty());
+  client.read("text", markup);
+  QVERIFY(client.shown().startsWith("HTML"));
+  client.read("> ", plainText);
+  QVERIFY(client.shown().startsWith("text"));
+  client.read("> ", markup);
+  QVERIFY(client.shown().startsWith("HTML"));
+  client.read("> ", markup);
+  QVERIFY(client.shown().startsWith("text"));
+}
+
+void TstOutputPipeline::aStoredColourOfAnyTextIsHtml() {
+  Client client;
+  AnsiTranslator::ColourTexts named = normalColours;
+  named[1] = "red";
+  client.pipeline.translator().buildColourSpans(named, boldColours);
+  client.read("no red in it\x1B[32m");
+  QVERIFY(client.shown().startsWith("text"));
+  client.read("\x1B[31mred");
+  QCOMPARE(client.shown(), "HTML: <span style=\"color:#006600\"><span style=\"color:red\">red");
+}
+
+void TstOutputPipeline::aLongReadOfHtmlIsInPieces() {
+  Client client;
+  const auto pieces = [&](qsizetype lines) {
+    client.read("<b>" + QByteArray("a line of words\n").repeated(lines), markup);
+    return std::get<std::vector<SafeHtml>>(client.host.texts.last()).size();
+  };
+  QCOMPARE(pieces(500), 1U);
+  const std::size_t many = pieces(5000);
+  QVERIFY2(many >= 8 && many <= 12, qPrintable(QString::number(many)));
 }
 
 KELMORA_TEST_MAIN(TstOutputPipeline)

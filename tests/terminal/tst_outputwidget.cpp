@@ -8,8 +8,10 @@
 #include <functional>
 
 #include "IdleHost.h"
+#include "PaneHtml.h"
 #include "PipelineSupport.h"
 #include "support/ScratchMain.h"
+#include "support/Settled.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
@@ -35,8 +37,8 @@ class TestOutputWidget : public QObject {
   void cleanup();
   void isReadOnlyAndWrapsAtWords();
   void keepsAtMost750Paragraphs();
-  void whatIsTallerThanTheToolkitLaysOutIsDroppedFromTheTop_data();
-  void whatIsTallerThanTheToolkitLaysOutIsDroppedFromTheTop();
+  void whatIsTallerThanBarsCanCountIsDroppedFromTheTop_data();
+  void whatIsTallerThanBarsCanCountIsDroppedFromTheTop();
   void serverTextContinuesTheLastParagraph();
   void aLongParagraphIsContinuedAtALineBreak();
   void aDivisionChangesNoTextAndNoColour();
@@ -68,12 +70,12 @@ class TestOutputWidget : public QObject {
     const QString line =
         QStringLiteral("a line of some words that are wider than half a pane<br>\n");
     for (int i = 0; i < lines; ++i)
-      pane_->insertServerHtml(line);
+      insertServerHtml(*pane_, line);
     QTRY_VERIFY(pane_->settled());
     QTest::qWait(0);
   }
   [[nodiscard]] QTextCharFormat formatOf(const QString& text) const {
-    return pane_->document()->find(text).charFormat();
+    return settled(*pane_).document()->find(text).charFormat();
   }
 
   IdleHost host_;
@@ -100,15 +102,15 @@ void TestOutputWidget::isReadOnlyAndWrapsAtWords() {
 }
 
 void TestOutputWidget::keepsAtMost750Paragraphs() {
-  QCOMPARE(pane_->document()->maximumBlockCount(), 750);
+  QCOMPARE(settled(*pane_).document()->maximumBlockCount(), 750);
   for (int i = 0; i < 800; ++i)
-    pane_->appendStatusLine(QStringLiteral("<i>line %1</i>").arg(i));
-  QCOMPARE(pane_->document()->blockCount(), 750);
-  QCOMPARE(pane_->document()->firstBlock().text(), QString("line 50"));
-  QCOMPARE(pane_->document()->lastBlock().text(), QString("line 799"));
+    appendStatusLine(*pane_, QStringLiteral("<i>line %1</i>").arg(i));
+  QCOMPARE(settled(*pane_).document()->blockCount(), 750);
+  QCOMPARE(settled(*pane_).document()->firstBlock().text(), QString("line 50"));
+  QCOMPARE(settled(*pane_).document()->lastBlock().text(), QString("line 799"));
 }
 
-void TestOutputWidget::whatIsTallerThanTheToolkitLaysOutIsDroppedFromTheTop_data() {
+void TestOutputWidget::whatIsTallerThanBarsCanCountIsDroppedFromTheTop_data() {
   QTest::addColumn<QString>("text");
   QTest::addColumn<std::function<void(OutputWidget&)>>("change");
   const auto inPoints = [](int size) {
@@ -121,58 +123,60 @@ void TestOutputWidget::whatIsTallerThanTheToolkitLaysOutIsDroppedFromTheTop_data
   const QString emptyLines = QStringLiteral("<br>\n").repeated(1000);
   const QString words = QStringLiteral("You see a lamp here. ").repeated(350) + "<br>\n";
   QTest::newRow("lines beyond all measure")
-      << emptyLines << std::function<void(OutputWidget&)>(inPoints(100));
+      << emptyLines << std::function<void(OutputWidget&)>(inPoints(200));
   QTest::newRow("a larger font for the same lines")
-      << words << std::function<void(OutputWidget&)>(inPoints(60));
+      << words << std::function<void(OutputWidget&)>(inPoints(200));
   QTest::newRow("a narrower pane for the same lines")
       << words << std::function<void(OutputWidget&)>([](OutputWidget& pane) {
            pane.resize(80, pane.height());
          });
 }
 
-void TestOutputWidget::whatIsTallerThanTheToolkitLaysOutIsDroppedFromTheTop() {
+void TestOutputWidget::whatIsTallerThanBarsCanCountIsDroppedFromTheTop() {
   QFETCH(const QString, text);
   QFETCH(const std::function<void(OutputWidget&)>, change);
   pane_->resize(800, 300);
   pane_->show();
   const auto height = [&] {
-    QTextDocument& document = *pane_->document();
+    QTextDocument& document = *settled(*pane_).document();
     return document.documentLayout()->blockBoundingRect(document.lastBlock()).bottom();
   };
   for (int i = 0; i < 300; ++i)
-    pane_->insertServerHtml(text);
-  (void)pane_->document();
+    insertServerHtml(*pane_, text);
+  (void)settled(*pane_).document();
   change(*pane_);
   for (int i = 0; i < 30; ++i)
-    pane_->insertServerHtml(text);
-  pane_->insertServerHtml("the newest");
-  QVERIFY2(height() <= OutputWidget::tallestDocument, qPrintable(QString::number(height())));
-  QVERIFY2(height() > OutputWidget::tallestDocument / 8, qPrintable(QString::number(height())));
-  QVERIFY(pane_->toPlainText().endsWith("the newest"));
-  QCOMPARE(pane_->document()->maximumBlockCount(), OutputWidget::maximumParagraphs);
+    insertServerHtml(*pane_, text);
+  insertServerHtml(*pane_, "the newest");
+  QVERIFY2(height() <= OutputWidget::limits.tallest, qPrintable(QString::number(height())));
+  QVERIFY2(height() > OutputWidget::limits.tallest / 8, qPrintable(QString::number(height())));
+  QVERIFY(settled(*pane_).toPlainText().endsWith("the newest"));
+  QCOMPARE(settled(*pane_).document()->maximumBlockCount(), OutputWidget::limits.paragraphs);
 }
 
 void TestOutputWidget::serverTextContinuesTheLastParagraph() {
-  pane_->insertServerHtml("one ");
-  pane_->insertServerHtml("two<br>\nthree");
-  QCOMPARE(pane_->document()->blockCount(), 1);
-  QCOMPARE(pane_->toPlainText(), QString("one two\nthree"));
+  insertServerHtml(*pane_, "one ");
+  insertServerHtml(*pane_, "two<br>\nthree");
+  QCOMPARE(settled(*pane_).document()->blockCount(), 1);
+  QCOMPARE(settled(*pane_).toPlainText(), QString("one two\nthree"));
 }
 
 void TestOutputWidget::aLongParagraphIsContinuedAtALineBreak() {
   const QString line = QString(1023, 'x') + "<br>\n";
   for (int i = 0; i < 4; ++i)
-    pane_->insertServerHtml(line);
-  pane_->insertServerHtml("end");
-  QCOMPARE(pane_->document()->blockCount(), 1);  // 4,099 characters, and no line break since
-  pane_->insertServerHtml("<br>\n");
-  QCOMPARE(pane_->document()->blockCount(), 2);
-  QCOMPARE(pane_->document()->firstBlock().text().size(), 4099);
-  QCOMPARE(pane_->document()->lastBlock().text(), QString());
+    insertServerHtml(*pane_, line);
+  insertServerHtml(*pane_, "end");
+  QCOMPARE(settled(*pane_).document()->blockCount(),
+           1);  // 4,099 characters, and no line break since
+  insertServerHtml(*pane_, "<br>\n");
+  QCOMPARE(settled(*pane_).document()->blockCount(), 2);
+  QCOMPARE(settled(*pane_).document()->firstBlock().text().size(), 4099);
+  QCOMPARE(settled(*pane_).document()->lastBlock().text(), QString());
   // A read of many lines is divided as often as it takes.
-  pane_->insertServerHtml(line.repeated(100));
-  QCOMPARE(pane_->document()->blockCount(), 22);
-  for (QTextBlock block = pane_->document()->begin(); block.isValid(); block = block.next())
+  insertServerHtml(*pane_, line.repeated(100));
+  QCOMPARE(settled(*pane_).document()->blockCount(), 22);
+  for (QTextBlock block = settled(*pane_).document()->begin(); block.isValid();
+       block = block.next())
     QVERIFY(block.text().size() <= 4096 + 1024);
 }
 
@@ -185,15 +189,15 @@ void TestOutputWidget::aDivisionChangesNoTextAndNoColour() {
       html += QStringLiteral("<span style=\"color:%1\">line&#32;%2<br>\n")
                   .arg(QLatin1String(colours.at(static_cast<std::size_t>(line % 3))))
                   .arg(read * 30 + line);
-    pane_->insertServerHtml(html);
+    insertServerHtml(*pane_, html);
     QTextCursor end(&undivided);
     end.movePosition(QTextCursor::End);
     end.insertHtml(html);
   }
-  QVERIFY(pane_->document()->blockCount() > 1);
+  QVERIFY(settled(*pane_).document()->blockCount() > 1);
   QCOMPARE(undivided.blockCount(), 1);
-  QCOMPARE(pane_->toPlainText(), undivided.toPlainText());
-  QTextCursor shown(pane_->document());
+  QCOMPARE(settled(*pane_).toPlainText(), undivided.toPlainText());
+  QTextCursor shown(settled(*pane_).document());
   QTextCursor expected(&undivided);
   for (int i = 1; i < undivided.characterCount(); ++i) {
     expected.setPosition(i);
@@ -201,25 +205,25 @@ void TestOutputWidget::aDivisionChangesNoTextAndNoColour() {
     if (!shown.atBlockStart())
       QCOMPARE(shown.charFormat().foreground(), expected.charFormat().foreground());
   }
-  pane_->insertServerHtml("last");
-  QCOMPARE(pane_->document()->lastBlock().text().section(QChar::LineSeparator, -1),
+  insertServerHtml(*pane_, "last");
+  QCOMPARE(settled(*pane_).document()->lastBlock().text().section(QChar::LineSeparator, -1),
            QString("last"));
 }
 
 void TestOutputWidget::aLineWithoutEndIsDividedAnywhereButInACharacter() {
   const QString text = "x" + QString::fromUtf8("\xF0\x9F\x98\x80").repeated(50000);
   for (qsizetype i = 0; i < text.size(); i += 10001)
-    pane_->insertServerHtml(text.mid(i, 10001));
-  QCOMPARE(pane_->document()->blockCount(), 2);
-  QCOMPARE(pane_->document()->firstBlock().text().size(), 65535);
-  QCOMPARE(pane_->toPlainText().remove('\n'), text);
+    insertServerHtml(*pane_, text.mid(i, 10001));
+  QCOMPARE(settled(*pane_).document()->blockCount(), 2);
+  QCOMPARE(settled(*pane_).document()->firstBlock().text().size(), 65535);
+  QCOMPARE(settled(*pane_).toPlainText().remove('\n'), text);
 }
 
 void TestOutputWidget::aStatusLineIsAParagraphOfItsOwn() {
-  pane_->insertServerHtml("text");
-  pane_->appendStatusLine("<span style=\"color:#BDBDBD\"><i>status</i>");
-  QCOMPARE(pane_->document()->blockCount(), 2);
-  QCOMPARE(pane_->toPlainText(), QString("text\nstatus"));
+  insertServerHtml(*pane_, "text");
+  appendStatusLine(*pane_, "<span style=\"color:#BDBDBD\"><i>status</i>");
+  QCOMPARE(settled(*pane_).document()->blockCount(), 2);
+  QCOMPARE(settled(*pane_).toPlainText(), QString("text\nstatus"));
   QVERIFY(formatOf("status").fontItalic());
   QCOMPARE(formatOf("status").foreground().color(), QColor("#BDBDBD"));
 }
@@ -257,32 +261,33 @@ void TestOutputWidget::messages() {
   QFETCH(const QColor, colour);
   QFETCH(const QColor, background);
   write(*pane_);
-  QCOMPARE(pane_->toPlainText(), text);
+  QCOMPARE(settled(*pane_).toPlainText(), text);
   QCOMPARE(formatOf(text.trimmed()).foreground().color(), colour);
   QCOMPARE(formatOf(text.trimmed()).background().color(), background);
 }
 
 void TestOutputWidget::theEchoEndsItsLine() {
   pane_->echoSentText("look\r\n");
-  pane_->insertServerHtml("You see a lamp.");
-  QCOMPARE(pane_->toPlainText(), QString("look\nYou see a lamp."));
+  insertServerHtml(*pane_, "You see a lamp.");
+  QCOMPARE(settled(*pane_).toPlainText(), QString("look\nYou see a lamp."));
 }
 
 void TestOutputWidget::aLinkIsReadableOnBlack() {
-  pane_->insertServerHtml("see <a href=\"http://a.example\">there</a>");
+  insertServerHtml(*pane_, "see <a href=\"http://a.example\">there</a>");
   const QTextCharFormat format = formatOf("there");
   QCOMPARE(format.anchorHref(), QString("http://a.example"));
   QVERIFY(format.foreground().color().lightness() > 128);
 }
 
 void TestOutputWidget::writesKeepTheirOrder() {
-  pane_->insertServerHtml("server ");
+  insertServerHtml(*pane_, "server ");
   pane_->printError("error");
-  pane_->appendStatusLine("<i>status</i>");
+  appendStatusLine(*pane_, "<i>status</i>");
   pane_->printInfo("info");
   pane_->echoSentText("echo\r\n");
-  pane_->insertServerHtml("server again");
-  QCOMPARE(pane_->toPlainText(), QString("server ## error\n\nstatus++ info\necho\nserver again"));
+  insertServerHtml(*pane_, "server again");
+  QCOMPARE(settled(*pane_).toPlainText(),
+           QString("server ## error\n\nstatus++ info\necho\nserver again"));
 }
 
 void TestOutputWidget::everythingIsWrittenAtTheEnd_data() {
@@ -296,45 +301,46 @@ void TestOutputWidget::everythingIsWrittenAtTheEnd_data() {
   row("an information", "++ new\n", [](auto& pane) { pane.printInfo("new"); });
   row("a printed text", "new\n", [](auto& pane) { pane.printText("new", Qt::green); });
   row("an echoed line", "new\n", [](auto& pane) { pane.echoSentText("new\r\n"); });
-  row("a status line", "\nnew", [](auto& pane) { pane.appendStatusLine("<i>new</i>"); });
+  row("a status line", "\nnew", [](auto& pane) { appendStatusLine(pane, "<i>new</i>"); });
   row("server text", "new", [](auto& pane) {
     PaneHost host(pane);
     Client().pipeline.readSocketData("new", plainText, host);
   });
   row("server text of the client's own making", "new",
-      [](auto& pane) { pane.insertServerHtml("<span style=\"color:#ff0000\">new"); });
+      [](auto& pane) { insertServerHtml(pane, "<span style=\"color:#ff0000\">new"); });
   row("server text for the toolkit's importer", "new",
-      [](auto& pane) { pane.insertServerHtml("<b>new</b>"); });
+      [](auto& pane) { insertServerHtml(pane, "<b>new</b>"); });
 }
 
 void TestOutputWidget::everythingIsWrittenAtTheEnd() {
   QFETCH(const std::function<void(OutputWidget&)>, write);
   QFETCH(const QString, text);
-  pane_->insertServerHtml("old words");
+  insertServerHtml(*pane_, "old words");
   // Where a player has put the caret to copy something.
-  QTextCursor caret = pane_->textCursor();
+  QTextCursor caret = settled(*pane_).textCursor();
   caret.setPosition(3);
   caret.setPosition(0, QTextCursor::KeepAnchor);
   pane_->setTextCursor(caret);
-  QCOMPARE(pane_->textCursor().selectedText(), QString("old"));
+  QCOMPARE(settled(*pane_).textCursor().selectedText(), QString("old"));
   write(*pane_);
-  QCOMPARE(pane_->toPlainText(), "old words" + text);
-  QVERIFY(pane_->textCursor().atEnd());
+  QCOMPARE(settled(*pane_).toPlainText(), "old words" + text);
+  QVERIFY(settled(*pane_).textCursor().atEnd());
 }
 
 void TestOutputWidget::theViewFollowsWhateverArrives() {
   const auto atBottom = [this] {
     if (!QTest::qWaitFor([this] { return pane_->settled(); }))
       return false;
-    return pane_->viewport()->rect().contains(pane_->cursorRect()) && pane_->textCursor().atEnd();
+    return pane_->viewport()->rect().contains(pane_->cursorRect()) &&
+           settled(*pane_).textCursor().atEnd();
   };
   for (int i = 0; i < 100; ++i)
-    pane_->insertServerHtml("line<br>\n");
+    insertServerHtml(*pane_, "line<br>\n");
   QTRY_VERIFY(pane_->settled());
   QVERIFY(pane_->verticalScrollBar()->maximum() > 0);
   QVERIFY(atBottom());
   pane_->verticalScrollBar()->setValue(0);
-  pane_->appendStatusLine("<i>status</i>");
+  appendStatusLine(*pane_, "<i>status</i>");
   QVERIFY(atBottom());
   pane_->verticalScrollBar()->setValue(0);
   pane_->printInfo("info");
@@ -383,7 +389,8 @@ void TestOutputWidget::theNewestLineStaysInSightWhateverTheSize() {
   fillWithLines(lines);
   QScrollBar* bar = pane_->verticalScrollBar();
   const auto showsTheNewestLine = [&] {
-    return pane_->textCursor().atEnd() && pane_->viewport()->rect().contains(pane_->cursorRect());
+    return settled(*pane_).textCursor().atEnd() &&
+           pane_->viewport()->rect().contains(pane_->cursorRect());
   };
   QVERIFY(showsTheNewestLine());
   pane_->resize(size);
@@ -451,7 +458,7 @@ void TestOutputWidget::aLocalFileIsNeverReadIntoThePane() {
   for (const auto type : {QTextDocument::HtmlResource, QTextDocument::ImageResource,
                           QTextDocument::StyleSheetResource, QTextDocument::MarkdownResource})
     for (const QUrl& name : {url, QUrl("secret.txt")})
-      QVERIFY(pane_->document()->resource(type, name).toByteArray().isEmpty());
+      QVERIFY(settled(*pane_).document()->resource(type, name).toByteArray().isEmpty());
 }
 
 void TestOutputWidget::aClickOnALocalLinkKeepsTheText() {
@@ -459,10 +466,10 @@ void TestOutputWidget::aClickOnALocalLinkKeepsTheText() {
   QVERIFY(file.open(QIODevice::WriteOnly));
   file.write("<p>other</p>");
   file.close();
-  pane_->insertServerHtml("here");
+  insertServerHtml(*pane_, "here");
   pane_->setSource(QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath()));
   pane_->setSource(QUrl("other.html"));
-  QCOMPARE(pane_->toPlainText(), QString("here"));
+  QCOMPARE(settled(*pane_).toPlainText(), QString("here"));
 }
 
 void TestOutputWidget::declaresNoSlotsOrSignals() {

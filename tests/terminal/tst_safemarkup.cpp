@@ -8,6 +8,10 @@
 
 namespace {
 
+QString written(const QString& html) {
+  return safeMarkup(html).html();
+}
+
 template <std::size_t size>
 QString randomMarkup(QRandomGenerator& random, const std::array<QString, size>& pieces,
                      quint32 longest) {
@@ -41,6 +45,9 @@ class TestSafeMarkup : public QObject {
   void theTextBetweenAllowedTagsIsUnchanged();
   void aPieceBeginsWithWhatIsOpen_data();
   void aPieceBeginsWithWhatIsOpen();
+  void knowsWhatIsCertain_data();
+  void knowsWhatIsCertain();
+  void eachPieceKnowsItsOwn();
   void takesTimeInProportionToTheText_data();
   void takesTimeInProportionToTheText();
 };
@@ -88,7 +95,7 @@ void TestSafeMarkup::passesUnchanged_data() {
 
 void TestSafeMarkup::passesUnchanged() {
   QFETCH(const QString, html);
-  QCOMPARE(safeMarkup(html), html);
+  QCOMPARE(written(html), html);
 }
 
 void TestSafeMarkup::isWrittenAnew_data() {
@@ -243,8 +250,8 @@ void TestSafeMarkup::isWrittenAnew_data() {
 void TestSafeMarkup::isWrittenAnew() {
   QFETCH(const QString, html);
   QFETCH(const QString, safe);
-  QCOMPARE(safeMarkup(html), safe);
-  QCOMPARE(safeMarkup(safe), safe);
+  QCOMPARE(written(html), safe);
+  QCOMPARE(written(safe), safe);
   QCOMPARE(faultOf(safe), QString());
 }
 
@@ -254,8 +261,8 @@ void TestSafeMarkup::everyTagAllowedWithoutAttributesPassesInEitherCase() {
       continue;
     const QString start = '<' + name + '>';
     const QString end = name == "br" || name == "hr" ? QString() : "</" + name + '>';
-    QCOMPARE(safeMarkup(start + 'x' + end), start + 'x' + end);
-    QCOMPARE(safeMarkup('<' + name.toUpper() + ">x" + end.toUpper()), start + 'x' + end);
+    QCOMPARE(written(start + 'x' + end), start + 'x' + end);
+    QCOMPARE(written('<' + name.toUpper() + ">x" + end.toUpper()), start + 'x' + end);
   }
 }
 
@@ -270,15 +277,15 @@ void TestSafeMarkup::blocksNestThirtyTwoDeepAndNoDeeper() {
   const QString start = '<' + name + '>';
   const QString end = "</" + name + '>';
   const QString most = start.repeated(32) + 'x' + end.repeated(32);
-  QCOMPARE(safeMarkup(most), most);
-  QCOMPARE(safeMarkup(start.repeated(40) + 'x' + end.repeated(40)), most);
+  QCOMPARE(written(most), most);
+  QCOMPARE(written(start.repeated(40) + 'x' + end.repeated(40)), most);
   // Closing counts, so that later blocks are whole again.
-  QCOMPARE(safeMarkup(start.repeated(40) + end.repeated(40) + most),
+  QCOMPARE(written(start.repeated(40) + end.repeated(40) + most),
            start.repeated(32) + end.repeated(32) + most);
   const QString one = start + 'x' + end;
-  QCOMPARE(safeMarkup(one.repeated(100)), one.repeated(100));
+  QCOMPARE(written(one.repeated(100)), one.repeated(100));
   // An outer end closes what is inside, seen or not.
-  QCOMPARE(safeMarkup("<ol>" + QString("<ul>").repeated(40) + "</ol>" + one),
+  QCOMPARE(written("<ol>" + QString("<ul>").repeated(40) + "</ol>" + one),
            "<ol>" + QString("<ul>").repeated(31) + "</ol>" + one);
 }
 
@@ -294,12 +301,12 @@ void TestSafeMarkup::inlineTagsNestOneHundredTwentyEightDeepAndNoDeeper() {
   const QString start = '<' + name + '>';
   const QString end = "</" + name + '>';
   const QString most = start.repeated(128) + 'x' + end.repeated(128);
-  QCOMPARE(safeMarkup(most), most);
-  QCOMPARE(safeMarkup(start.repeated(200) + 'x' + end.repeated(200)), most);
+  QCOMPARE(written(most), most);
+  QCOMPARE(written(start.repeated(200) + 'x' + end.repeated(200)), most);
   const QString one = start + 'x' + end;
-  QCOMPARE(safeMarkup(one.repeated(300)), one.repeated(300));
+  QCOMPARE(written(one.repeated(300)), one.repeated(300));
   // Closing counts, so that later tags are whole again.
-  QCOMPARE(safeMarkup(start.repeated(200) + end.repeated(200) + most),
+  QCOMPARE(written(start.repeated(200) + end.repeated(200) + most),
            start.repeated(128) + end.repeated(128) + most);
 }
 
@@ -308,20 +315,20 @@ void TestSafeMarkup::aSpanThatNestsTooDeepTakesThePlaceOfTheOneAround() {
   const QString onBlue = R"(<span style="background-color:#0000ff">)";
   const QString redOnBlue = R"(<span style="color:#ff0000;background-color:#0000ff">)";
   const QString most = red.repeated(128);
-  QCOMPARE(safeMarkup(most + "x" + onBlue + "y"), most + "x</span>" + redOnBlue + "y");
-  QCOMPARE(safeMarkup(most + onBlue.repeated(1000) + red + "y<br>"),
+  QCOMPARE(written(most + "x" + onBlue + "y"), most + "x</span>" + redOnBlue + "y");
+  QCOMPARE(written(most + onBlue.repeated(1000) + red + "y<br>"),
            most + "</span>" + redOnBlue + "y<br>");
-  QCOMPARE(safeMarkup(most + onBlue), most);
-  QCOMPARE(safeMarkup(most + onBlue + "</span>y"), most + "</span>y");
+  QCOMPARE(written(most + onBlue), most);
+  QCOMPARE(written(most + onBlue + "</span>y"), most + "</span>y");
   // A link is a link at any depth.
   const QString link = R"(<a href="http://a.b">a.b</a>)";
-  QCOMPARE(safeMarkup(most + link + onBlue + link + "y"),
+  QCOMPARE(written(most + link + onBlue + link + "y"),
            most + link + "</span>" + redOnBlue + link + "y");
   const QString unclosed = "<a href=\"http://a.b\">x";
-  QCOMPARE(safeMarkup(most + unclosed.repeated(3)), most + unclosed + "xx");
+  QCOMPARE(written(most + unclosed.repeated(3)), most + unclosed + "xx");
   // Behind other tags there is no place to take, but for one.
   const QString bold = QString("<b>").repeated(128);
-  QCOMPARE(safeMarkup(bold + red + "x" + onBlue + "y"), bold + red + "x</span>" + redOnBlue + "y");
+  QCOMPARE(written(bold + red + "x" + onBlue + "y"), bold + red + "x</span>" + redOnBlue + "y");
 }
 
 void TestSafeMarkup::aLongStyleIsNotWrittenAgainAndAgain_data() {
@@ -335,13 +342,13 @@ void TestSafeMarkup::aLongStyleIsNotWrittenAgainAndAgain() {
   QFETCH(const QString, declaration);
   const QString html = QString("<b>").repeated(128) + "<span style='" + declaration + "'>x" +
                        QString("<span style='font-style:italic'>x").repeated(1000);
-  const QString safe = safeMarkup(html);
+  const QString safe = written(html);
   QVERIFY2(safe.size() < 4 * html.size(), qPrintable(QString::number(safe.size())));
 }
 
 void TestSafeMarkup::theDepthOfInlineTagsIsThatOfTheirBlock() {
   const QString unclosed = "<div><b>x</div>";
-  QCOMPARE(safeMarkup(unclosed.repeated(300)), unclosed.repeated(300));
+  QCOMPARE(written(unclosed.repeated(300)), unclosed.repeated(300));
 }
 
 void TestSafeMarkup::whatTheClientWritesIsNeverTouched() {
@@ -360,7 +367,7 @@ void TestSafeMarkup::whatTheClientWritesIsNeverTouched() {
   QRandomGenerator random(1);
   for (int run = 0; run < 10000; ++run) {
     const QString html = randomMarkup(random, pieces, 40);
-    QCOMPARE(safeMarkup(html), html);
+    QCOMPARE(written(html), html);
   }
 }
 
@@ -464,10 +471,10 @@ void TestSafeMarkup::randomMarkupComesOutSafeAndStays() {
   QRandomGenerator random(20);
   for (int run = 0; run < 150000; ++run) {
     const QString html = randomMarkup(random, pieces, 50);
-    const QString safe = safeMarkup(html);
+    const QString safe = written(html);
     const QString fault = faultOf(safe);
     QVERIFY2(fault.isEmpty(), qPrintable(fault + "\nin " + safe + "\nfrom " + html));
-    QVERIFY2(safeMarkup(safe) == safe, qPrintable(safe + "\nfrom " + html));
+    QVERIFY2(written(safe) == safe, qPrintable(safe + "\nfrom " + html));
   }
 }
 
@@ -479,7 +486,7 @@ void TestSafeMarkup::theTextBetweenAllowedTagsIsUnchanged() {
   QRandomGenerator random(3);
   for (int run = 0; run < 10000; ++run) {
     const QString html = randomMarkup(random, pieces, 200);
-    QCOMPARE(safeMarkup(html).remove(tags), QString(html).remove(tags));
+    QCOMPARE(written(html).remove(tags), QString(html).remove(tags));
   }
 }
 
@@ -508,11 +515,66 @@ void TestSafeMarkup::aPieceBeginsWithWhatIsOpen() {
   QFETCH(const QString, before);
   QFETCH(const QString, open);
   const QString word(200, u'w');
-  const QStringList pieces = safeMarkupPieces(before + word, 60);
+  QStringList pieces;
+  for (const SafeHtml& piece : safeMarkupPieces(before + word, 60))
+    pieces << piece.html();
   QVERIFY(pieces.size() > 1);
   QVERIFY2(pieces.at(1).startsWith(open + u'w'), qPrintable(pieces.at(1)));
   // All of the word is there, once.
   QCOMPARE(pieces.join(QString()).count(u'w'), 200);
+}
+
+void TestSafeMarkup::knowsWhatIsCertain_data() {
+  using Shown = MarkupFacts::Shown;
+  QTest::addColumn<QString>("html");
+  QTest::addColumn<Shown>("shown");
+  QTest::addColumn<bool>("isInlineOnly");
+  QTest::addColumn<QList<qsizetype>>("lines");
+  const auto row = [](const char* name, const QString& html, Shown shown, bool isInlineOnly,
+                      const QList<qsizetype>& lines) {
+    QTest::newRow(name) << html << shown << isInlineOnly << lines;
+  };
+  row("nothing", "", Shown::Nothing, true, {0});
+  row("text", "lamp", Shown::Something, true, {4});
+  row("tags are not shown", "<b><i></i></b>", Shown::Nothing, true, {0});
+  row("text inside tags is", "<span style=\"color:#ff0000\">x</span>", Shown::Something, true, {1});
+  row("line breaks", "ab<br>\nc<br>\n", Shown::Something, true, {2, 1, 0});
+  row("a line break alone is shown", "<br>", Shown::Something, true, {0, 0});
+  row("a row of a table is a line", "<table><tr><td>some text</td></tr></table>", Shown::Something,
+      true, {0, 4, 0});
+  row("blanks may collapse", "a  b \t\u3000", Shown::Something, true, {2});
+  row("blanks alone may not be shown", " ", Shown::Perhaps, true, {0});
+  row("an entity is one character at most", "&thetasym;ab", Shown::Something, true, {2});
+  row("or none", "&#0;", Shown::Perhaps, true, {0});
+  row("an entity goes on behind a tag that is dropped", "&#<x>1;a", Shown::Perhaps, false, {0});
+  row("one that may end a paragraph", "abcdefghijk&#8233;", Shown::Something, false, {8});
+  row("a mark that does", "ab\u2029", Shown::Something, false, {2});
+  row("a mark of a frame", "ab\uFDD0", Shown::Something, false, {3});
+  row("a paragraph works on behind its text", "<p>ab", Shown::Something, false, {2});
+  row("so does its end", "ab</p>", Shown::Something, false, {2});
+  row("so does an alignment", "<center>a</center>", Shown::Something, false, {1});
+  row("a rule", "<hr>", Shown::Nothing, false, {0});
+}
+
+void TestSafeMarkup::knowsWhatIsCertain() {
+  QFETCH(const QString, html);
+  const MarkupFacts facts = safeMarkup(html).facts();
+  QTEST(facts.shown, "shown");
+  QTEST(facts.isInlineOnly, "isInlineOnly");
+  QTEST(QList<qsizetype>(facts.lines.begin(), facts.lines.end()), "lines");
+}
+
+void TestSafeMarkup::eachPieceKnowsItsOwn() {
+  const QString lines = "word<br>\n";
+  qsizetype breaks = 0;
+  for (const SafeHtml& piece :
+       safeMarkupPieces(lines.repeated(100) + "<p>" + lines.repeated(100), 90)) {
+    const MarkupFacts& facts = piece.facts();
+    QCOMPARE(static_cast<qsizetype>(facts.lines.size()), piece.html().count("<br>") + 1);
+    QCOMPARE(facts.isInlineOnly, !piece.html().contains("<p>"));
+    breaks += piece.html().count("<br>");
+  }
+  QCOMPARE(breaks, 200);
 }
 
 void TestSafeMarkup::takesTimeInProportionToTheText_data() {
@@ -553,7 +615,7 @@ void TestSafeMarkup::takesTimeInProportionToTheText() {
   const QString html = piece.repeated(1000000 / piece.size());
   ProcessorClock timer;
   timer.start();
-  const QString safe = safeMarkup(html);
+  const QString safe = written(html);
   QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
   QCOMPARE(faultOf(safe), QString());
 }

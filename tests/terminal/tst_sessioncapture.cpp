@@ -7,6 +7,7 @@
 
 #include "IdleHost.h"
 #include "PaneContent.h"
+#include "PaneHtml.h"
 #include "support/ScratchMain.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
@@ -88,9 +89,9 @@ void TestSessionCapture::thePaneStaysAsItWas() {
   pane.setGeometry(0, 0, 400, 300);
   window.show();
   for (int i = 0; i < 100; ++i)
-    pane.insertServerHtml(
-        QStringLiteral("<b>line</b> <a href=\"http://a.example\">%1</a><br>\n").arg(i));
-  pane.appendStatusLine("<i>status</i>");
+    insertServerHtml(
+        pane, QStringLiteral("<b>line</b> <a href=\"http://a.example\">%1</a><br>\n").arg(i));
+  appendStatusLine(pane, "<i>status</i>");
   QTextCursor selection(pane.document());
   selection.setPosition(10);
   selection.setPosition(20, QTextCursor::KeepAnchor);

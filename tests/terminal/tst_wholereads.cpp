@@ -6,6 +6,7 @@
 #include "PipelineSupport.h"
 #include "TwoPanes.h"
 #include "support/ScratchMain.h"
+#include "support/Settled.h"
 
 namespace {
 
@@ -13,47 +14,6 @@ constexpr PipelineOptions withLinks{
     .displayAnsiColor = true, .playBeeps = false, .parseHtml = false, .displayURLs = true};
 constexpr PipelineOptions withTagsAndLinks{
     .displayAnsiColor = true, .playBeeps = false, .parseHtml = true, .displayURLs = true};
-
-/// The pane beside one that has neither our markup filter nor our style sheet:
-/// where tags are off it shows what the toolkit alone makes of a read.
-class PaneBesideRaw : public PipelineHost {
- public:
-  PaneBesideRaw() { raw.document()->setDefaultStyleSheet({}); }
-
-  void beep() override {}
-  void showServerText(ServerText text) override {
-    raw.insertServerHtml(text.decoded());
-    quick.showServerText(std::move(text));
-  }
-  void parseVitals(const char* /*line*/) override {}
-  void checkTriggers(const QByteArray& /*line*/) override {}
-
-  void clear() {
-    quick.document()->clear();
-    raw.document()->clear();
-  }
-  /// But for the blue of links, which is made for white paper.
-  [[nodiscard]] QString difference() {
-    return withoutLinkColour(*quick.document()).differenceTo(withoutLinkColour(*raw.document()));
-  }
-
- private:
-  static PaneContent withoutLinkColour(const QTextDocument& document) {
-    PaneContent content = PaneContent::of(document);
-    for (PaneContent::Block& block : content.blocks)
-      for (PaneContent::Piece& piece : block.pieces)
-        if (piece.format.isAnchor())
-          piece.format.clearForeground();
-    return content;
-  }
-
-  IdleHost host_;
-  QWidget window_;
-
- public:
-  OutputWidget quick{*new InputWidget(host_, &window_), &window_};
-  LiteralPane raw{OutputWidget::longParagraph, OutputWidget::longestParagraph};
-};
 
 using Pieces = std::vector<QByteArray>;
 
@@ -187,15 +147,12 @@ class TestWholeReads : public QObject {
   void aLongReadLeavesKeysTheirTurns();
 
  private:
-  template <typename Panes>
-  static QString differenceAfter(Panes& panes, const QByteArrayList& reads,
+  static QString differenceAfter(TwoPanes& panes, const QByteArrayList& reads,
                                  const PipelineOptions& options,
                                  const AnsiTranslator::ColourTexts& colours = normalColours) {
-    panes.clear();
-    OutputPipeline pipeline;
-    pipeline.translator().buildColourSpans(colours, boldColours);
+    panes.begin(colours);
     for (const QByteArray& read : reads)
-      pipeline.readSocketData(read, options, panes);
+      panes.read(read, options);
     return panes.difference();
   }
   static QByteArrayList longReads(Random& random, const Pieces& pieces) {
@@ -230,22 +187,23 @@ void TestWholeReads::aReadIsShownWholeHoweverLong_data() {
 
 void TestWholeReads::aReadIsShownWholeHoweverLong() {
   QFETCH(const QByteArray, line);
-  PaneBesideRaw panes;
+  TwoPanes panes;
   const QByteArray read = line.repeated(static_cast<int>(60'000 / line.size()) + 1);
   QCOMPARE(differenceAfter(panes, {"before ", read, " behind"}, withLinks), QString());
   // The text of a palette colour stands where the next read begins, never within one.
-  QCOMPARE(panes.quick.toPlainText().count("#ff8700"), line.contains("\x1B[38;5;208m") ? 1 : 0);
+  QCOMPARE(settled(panes.quick).toPlainText().count("#ff8700"),
+           line.contains("\x1B[38;5;208m") ? 1 : 0);
 }
 
 void TestWholeReads::aMarkOfByteOrderIsNoneBehindADivision() {
-  PaneBesideRaw panes;
+  TwoPanes panes;
   // No span is open where a read begins with the text of a palette colour.
   const QByteArray lines = QByteArray("\xEF\xBB\xBFx\n").repeated(5000);
   QCOMPARE(differenceAfter(panes, {"\x1B[38;5;208m", lines}, withLinks), QString());
 }
 
 void TestWholeReads::withoutTagsThePaneShowsWhatTheToolkitAloneWould() {
-  PaneBesideRaw panes;
+  TwoPanes panes;
   for (unsigned seed = 1; seed <= 3000; ++seed) {
     Random random(seed);
     QByteArrayList reads;
@@ -257,7 +215,7 @@ void TestWholeReads::withoutTagsThePaneShowsWhatTheToolkitAloneWould() {
 }
 
 void TestWholeReads::longReadsWithoutTags() {
-  PaneBesideRaw panes;
+  TwoPanes panes;
   for (unsigned seed = 1; seed <= 60; ++seed) {
     Random random(seed);
     const QByteArrayList reads = longReads(random, plainPieces);
@@ -296,7 +254,7 @@ void TestWholeReads::readsWithBlocksOfUpToEightKilobytes() {
     while (read.size() < 8000)
       read += random.below(20) == 0 ? random.of(blockPieces) : random.of(inlinePieces);
     const QString difference = differenceAfter(panes, {read}, withTagsAndLinks);
-    if (panes.literal.document()->blockCount() >= OutputWidget::maximumParagraphs)
+    if (panes.literal.document()->blockCount() >= OutputWidget::limits.paragraphs)
       continue;
     QVERIFY2(difference.isEmpty(), qPrintable(QString::number(seed) + ": " + difference));
   }
@@ -311,26 +269,24 @@ void TestWholeReads::theStateBehindALongReadIsThatOfItsBytes() {
     for (const PipelineOptions& options : {withLinks, withTagsAndLinks}) {
       const QByteArray read = random.read(plainPieces, 30'000);
       whole.read(read, options);
-      QCOMPARE(whole.host.events, literal.read(read, options));
+      QCOMPARE(whole.host.events, expectedOf(literal, read, options));
     }
   }
 }
 
 void TestWholeReads::longReadsWithBlocksLoseNothing() {
   TwoPanes panes;
-  OutputPipeline pipeline;
-  pipeline.translator().buildColourSpans(normalColours, boldColours);
   QByteArray read = "<center><font color=red>";
   for (int i = 0; i < 400; ++i)
     read += "<p>paragraph " + QByteArray::number(i) + " of the tale</p>" +
             QByteArray("with more lines\n").repeated(5);
-  pipeline.readSocketData(read, withTagsAndLinks, panes);
+  panes.read(read, withTagsAndLinks);
   const auto words = [](OutputWidget& pane) {
     return pane.toPlainText().split(QRegularExpression("\\s+"), Qt::SkipEmptyParts);
   };
   QCOMPARE(words(panes.quick).join(' ').remove(' '),
            panes.literal.toPlainText().remove(QRegularExpression("\\s+")));
-  const QTextCursor last = panes.quick.document()->find("paragraph 399");
+  const QTextCursor last = settled(panes.quick).document()->find("paragraph 399");
   QVERIFY(last.blockFormat().alignment().testFlag(Qt::AlignHCenter));
   QCOMPARE(last.charFormat().foreground().color(), QColor("red"));
 }

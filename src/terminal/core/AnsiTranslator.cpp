@@ -8,21 +8,51 @@
 
 namespace {
 
-constexpr QByteArrayView foregroundStart = "<span style=\"color:";
-constexpr QByteArrayView backgroundStart = "<span style=\"background-color:";
+constexpr QByteArrayView spanStart = "<span style=\"";
 constexpr QByteArrayView spanEnd = "\">";
 
-QByteArray span(QByteArrayView start, QByteArrayView colour) {
-  return start.toByteArray().append(colour).append(spanEnd);
+/// Sets one of the colours, and tells in HTML how.
+void set(ColourSpan& span, quint32 ColourSpan::*which, QByteArrayView colour) {
+  constexpr qsizetype length = 7;
+  const bool isPlain = colour.size() == length && colour.front() == '#' &&
+                       std::all_of(colour.begin() + 1, colour.end(), [](char byte) {
+                         return std::isxdigit(static_cast<unsigned char>(byte)) != 0;
+                       });
+  if (isPlain)
+    span.*which = colour.sliced(1).toByteArray().toUInt(nullptr, 16);
+  span.isPlain = span.isPlain && isPlain;
+  span.html += span.html.isEmpty() ? spanStart.toByteArray() : QByteArray(";");
+  span.html += which == &ColourSpan::text ? "color:" : "background-color:";
+  span.html += colour;
 }
 
-bool isPlain(const QByteArray& colour) {
-  constexpr qsizetype length = 7;
-  const auto isDigit = [](char byte) {
-    return std::isxdigit(static_cast<unsigned char>(byte)) != 0;
-  };
-  return colour.size() == length && colour.front() == '#' &&
-         std::all_of(colour.begin() + 1, colour.end(), isDigit);
+ColourSpan closed(ColourSpan span) {
+  span.html += spanEnd;
+  return span;
+}
+
+ColourSpan foregroundSpan(QByteArrayView colour) {
+  ColourSpan span;
+  set(span, &ColourSpan::text, colour);
+  return closed(std::move(span));
+}
+
+ColourSpan backgroundSpan(QByteArrayView colour) {
+  ColourSpan span;
+  set(span, &ColourSpan::background, colour);
+  return closed(std::move(span));
+}
+
+/// Both kinds of span for each index of the palette.
+const std::array<std::array<ColourSpan, 2>, 256>& paletteSpans() {
+  static const auto spans = [] {
+    std::array<std::array<ColourSpan, 2>, 256> made;
+    for (quint32 index = 0; index < made.size(); ++index)
+      if (const auto colour = paletteColour(index))
+        made[index] = {foregroundSpan(*colour), backgroundSpan(*colour)};
+    return made;
+  }();
+  return spans;
 }
 
 /// The digits of all parameters of one sequence so far. They pile up on
@@ -56,24 +86,35 @@ void AnsiTranslator::buildColourSpans(const ColourTexts& normalColour,
                                       const ColourTexts& boldColour) {
   Spans spans;
   for (std::size_t k = 0; k < normalColour.size(); ++k) {
-    spans.normal[k] = span(foregroundStart, normalColour[k]);
-    spans.bold[k] = span(foregroundStart, boldColour[k]);
-    spans.background[k] = span(backgroundStart, normalColour[k]);
-    spans.plain = spans.plain && isPlain(normalColour[k]) && isPlain(boldColour[k]);
+    spans.normalSpan[k] = foregroundSpan(normalColour[k]);
+    spans.boldSpan[k] = foregroundSpan(boldColour[k]);
+    spans.backgroundSpan[k] = backgroundSpan(normalColour[k]);
   }
-  spans.reset =
-      "<span style=\"color:" + normalColour[white] + ";background-color:" + normalColour[0] + "\">";
+  set(spans.resetSpan, &ColourSpan::text, normalColour[white]);
+  set(spans.resetSpan, &ColourSpan::background, normalColour[0]);
+  spans.resetSpan = closed(std::move(spans.resetSpan));
   spans_ = std::make_shared<const Spans>(std::move(spans));
-  currentSpan_ = spans_->reset;
+  currentSpan_ = &spans_->resetSpan;
+  bareColour_ = {};
   currentForeground_ = quint8{white};
 }
 
 const QByteArray& AnsiTranslator::normalSpan(int colour) const {
-  return spans_->normal[static_cast<std::size_t>(qBound(0, colour, white))];
+  return spans_->normalSpan[static_cast<std::size_t>(qBound(0, colour, white))].html;
 }
 
-template <typename Html>
-void AnsiTranslator::translateEscape(qsizetype& index, QByteArrayView data, Html& html,
+QByteArrayView AnsiTranslator::currentSpan() const {
+  return currentSpan_ ? QByteArrayView(currentSpan_->html) : bareColour_;
+}
+
+void AnsiTranslator::reopen(SpanSink& sink) const {
+  if (currentSpan_)
+    sink.openSpan(*currentSpan_);
+  else
+    sink.addBareColour(bareColour_);
+}
+
+void AnsiTranslator::translateEscape(qsizetype& index, QByteArrayView data, SpanSink& sink,
                                      Colours colours) {
   escapePending_ = true;
   const auto atEnd = [&] { return index + 1 >= data.size(); };
@@ -96,37 +137,37 @@ void AnsiTranslator::translateEscape(qsizetype& index, QByteArrayView data, Html
       if (byte != ';' && byte != 'm')
         parameter.append(byte);
       else if (colours == Colours::Shown)
-        extended = applyCode(parameter.code(), html);
+        extended = applyCode(parameter.code(), sink);
     } else if (!parameter.isMarker(extended == Extended::Foreground ? '3' : '4')) {
       parameter.append(byte);
     } else if (byte != 'm') {
       paletteIndex.append(byte);
     } else {
-      applyPalette(extended, paletteIndex.value(), html);
+      applyPalette(extended, paletteIndex.value(), sink);
     }
   }
   escapePending_ = false;
 }
 
-template <typename Html>
-AnsiTranslator::Extended AnsiTranslator::applyCode(quint8 code, Html& html) {
+AnsiTranslator::Extended AnsiTranslator::applyCode(quint8 code, SpanSink& sink) {
+  const auto makeCurrent = [&](const ColourSpan& span) {
+    currentSpan_ = &span;
+    sink.openSpan(span);
+  };
   if (code == 0) {
     // Quirk: the foreground is still the one from before, should bold follow.
     boldActive_ = false;
-    currentSpan_ = spans_->reset;
-    html += currentSpan_;
+    makeCurrent(spans_->resetSpan);
   } else if (code == 1) {
     // Quirk: the next read does not reopen this span.
     boldActive_ = true;
     if (currentForeground_)
-      html += spans_->bold[*currentForeground_];
+      sink.openSpan(spans_->boldSpan[*currentForeground_]);
   } else if (code >= 30 && code <= 37) {
     currentForeground_ = static_cast<quint8>(code - 30);
-    currentSpan_ = (boldActive_ ? spans_->bold : spans_->normal)[*currentForeground_];
-    html += currentSpan_;
+    makeCurrent((boldActive_ ? spans_->boldSpan : spans_->normalSpan)[*currentForeground_]);
   } else if (code >= 40 && code <= 47) {
-    currentSpan_ = spans_->background[code - 40U];
-    html += currentSpan_;
+    makeCurrent(spans_->backgroundSpan[code - 40U]);
   } else if (code == 38) {
     return Extended::Foreground;
   } else if (code == 48) {
@@ -135,19 +176,17 @@ AnsiTranslator::Extended AnsiTranslator::applyCode(quint8 code, Html& html) {
   return Extended::No;
 }
 
-template <typename Html>
-void AnsiTranslator::applyPalette(Extended extended, int index, Html& html) {
+void AnsiTranslator::applyPalette(Extended extended, int index, SpanSink& sink) {
   // A negative index is far above the palette once unsigned.
-  const auto colour = paletteColour(static_cast<quint32>(index));
-  if (!colour)
+  const auto place = static_cast<quint32>(index);
+  if (place >= paletteSpans().size())
     return;
-  html += span(extended == Extended::Background ? backgroundStart : foregroundStart, *colour);
-  if (extended == Extended::Background)
+  const bool isForeground = extended == Extended::Foreground;
+  sink.openSpan(paletteSpans()[place][isForeground ? 0 : 1]);
+  if (!isForeground)
     return;
   // Quirk: the next read begins with the bare colour text, shown as it is.
   currentForeground_.reset();
-  currentSpan_ = *colour;
+  currentSpan_ = nullptr;
+  bareColour_ = *paletteColour(place);
 }
-
-template void AnsiTranslator::translateEscape(qsizetype&, QByteArrayView, ByteBuffer&, Colours);
-template void AnsiTranslator::translateEscape(qsizetype&, QByteArrayView, OpenSpans&, Colours);

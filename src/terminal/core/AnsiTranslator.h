@@ -6,11 +6,10 @@
 #include <memory>
 #include <optional>
 
-#include "terminal/core/ByteBuffer.h"
-#include "terminal/core/OpenSpans.h"
+#include "terminal/core/ColourSpan.h"
 
-/// Turns the server's colour sequences into HTML span openings. Spans are only
-/// opened, never closed: a later one inside an earlier one wins.
+/// Turns the server's colour sequences into spans. They are only opened, never
+/// closed: a later one inside an earlier one wins.
 ///
 /// A copy is cheap and stands for the state at that moment.
 class AnsiTranslator {
@@ -31,42 +30,40 @@ class AnsiTranslator {
 
   /// Reads one sequence. On entry index is at the ESC byte, or one before the
   /// first byte (so possibly -1) when a sequence cut by the end of the last
-  /// read is resumed; on return it is at the last byte consumed. Span openings
-  /// are appended to html, unless the colours are stripped.
-  template <typename Html>  // ByteBuffer or OpenSpans
-  void translateEscape(qsizetype& index, QByteArrayView data, Html& html, Colours colours);
+  /// read is resumed; on return it is at the last byte consumed. Spans go to the
+  /// sink, unless the colours are stripped.
+  void translateEscape(qsizetype& index, QByteArrayView data, SpanSink& sink, Colours colours);
+  /// What a read begins with: the current span, or what stands in its place.
+  void reopen(SpanSink& sink) const;
 
   /// True when the data ended inside a sequence: the next read resumes it.
   [[nodiscard]] bool escapePending() const { return escapePending_; }
   [[nodiscard]] bool boldActive() const { return boldActive_; }
   /// The text that the next read begins with, to reopen its colour. It lives
   /// until the colours are built anew.
-  [[nodiscard]] QByteArrayView currentSpan() const { return currentSpan_; }
-  /// Whether every colour is "#" and six digits, as those of the palette are.
-  [[nodiscard]] bool hasPlainColours() const { return spans_->plain; }
+  [[nodiscard]] QByteArrayView currentSpan() const;
   /// The span that opens a normal colour, 0 (black) to 7 (white).
   [[nodiscard]] const QByteArray& normalSpan(int colour) const;
 
  private:
   enum class Extended { No, Foreground, Background };
   struct Spans {
-    std::array<QByteArray, 8> normal;
-    std::array<QByteArray, 8> bold;
-    std::array<QByteArray, 8> background;
-    QByteArray reset;
-    bool plain = true;
+    std::array<ColourSpan, 8> normalSpan;
+    std::array<ColourSpan, 8> boldSpan;
+    std::array<ColourSpan, 8> backgroundSpan;
+    ColourSpan resetSpan;
   };
 
   /// Answers whether a palette index follows.
-  template <typename Html>
-  [[nodiscard]] Extended applyCode(quint8 code, Html& html);
-  template <typename Html>
-  void applyPalette(Extended extended, int index, Html& html);
+  [[nodiscard]] Extended applyCode(quint8 code, SpanSink& sink);
+  void applyPalette(Extended extended, int index, SpanSink& sink);
 
   /// Never changed, so that copies can share them.
   std::shared_ptr<const Spans> spans_;
-  /// One of the spans, or a text of the palette.
-  QByteArrayView currentSpan_;
+  /// One of the spans, if any.
+  const ColourSpan* currentSpan_ = nullptr;
+  /// A text of the palette, in place of the current span.
+  QByteArrayView bareColour_;
   /// Which normal colour the foreground is; nothing after a palette colour.
   std::optional<quint8> currentForeground_ = quint8{white};
   bool boldActive_ = false;

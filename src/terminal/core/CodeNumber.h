@@ -8,10 +8,31 @@
 /// not the text keeps a sequence of a million parameters cheap.
 class CodeNumber {
  public:
-  void append(char byte);
-  [[nodiscard]] int value() const;
+  void append(char byte) {
+    if (byte >= '0' && byte <= '9' && state_ <= State::Digits) {
+      state_ = State::Digits;
+      // Past the range it stays past the range, however many digits follow.
+      if (magnitude_ <= lowestMagnitude)
+        magnitude_ = magnitude_ * 10 + static_cast<quint64>(byte - '0');
+    } else {
+      appendOther(byte);
+    }
+  }
+  [[nodiscard]] int value() const {
+    const quint64 limit = negative_ ? lowestMagnitude : lowestMagnitude - 1;
+    if (state_ == State::NoNumber || magnitude_ > limit)
+      return 0;
+    const auto value = static_cast<qint64>(magnitude_);
+    return static_cast<int>(negative_ ? -value : value);
+  }
 
  private:
+  /// The magnitude of the lowest signed 32-bit number.
+  static constexpr quint64 lowestMagnitude = quint64{1} << 31U;
+
+  void appendOther(char byte);
+
+  /// In this order: digits may follow the first three.
   enum class State { Leading, Signed, Digits, Trailing, Ended, NoNumber };
 
   State state_ = State::Leading;

@@ -1,12 +1,18 @@
 #include "terminal/core/Links.h"
 
 #include <QRegularExpression>
+#include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace {
 
+/// Plain texts of which every match of a step holds one, far cheaper to look for.
+constexpr const char* host = "ww.";
+constexpr const char* plainScheme = "ttp://";
+constexpr const char* secureScheme = "ttps://";
+
 struct LinkStep {
-  /// Plain text that every match holds, far cheaper to look for.
   QString needle;
   QRegularExpression pattern;
   QString replacement;
@@ -27,17 +33,23 @@ LinkStep step(const char* needle, const char* pattern, const char* replacement) 
 /// that step from there on as it is, in no time.
 const std::array<LinkStep, 7>& linkSteps() {
   static const std::array<LinkStep, 7> steps{
-      step("ww.", R"(([wW]ww\.)+)", "http://www."),
-      step("ttps://", R"(([hH]ttps://[hH]ttp://)+)", "https://"),
-      step("ttps://", R"(([hH]ttps://[hH]ttps://)+)", "https://"),
-      step("ttp://", R"(([hH]ttp://[hH]ttps://)+)", "http://"),
-      step("ttp://", R"(([hH]ttp://[hH]ttp://)+)", "http://"),
-      step("ttps://", R"(([hH]ttps://)+([a-zA-Z0-9%&#=\+\?/\.\-_\s*]+))",
+      step(host, R"(([wW]ww\.)+)", "http://www."),
+      step(secureScheme, R"(([hH]ttps://[hH]ttp://)+)", "https://"),
+      step(secureScheme, R"(([hH]ttps://[hH]ttps://)+)", "https://"),
+      step(plainScheme, R"(([hH]ttp://[hH]ttps://)+)", "http://"),
+      step(plainScheme, R"(([hH]ttp://[hH]ttp://)+)", "http://"),
+      step(secureScheme, R"(([hH]ttps://)+([a-zA-Z0-9%&#=\+\?/\.\-_\s*]+))",
            R"(<a href="https://\2">https://\2</a>)"),
-      step("ttp://", R"(([hH]ttp://)+([a-zA-Z0-9%&#=\+\?/\.\-_\s*]+))",
+      step(plainScheme, R"(([hH]ttp://)+([a-zA-Z0-9%&#=\+\?/\.\-_\s*]+))",
            R"(<a href="http://\2">http://\2</a>)"),
   };
   return steps;
+}
+
+/// Of a link's body, in a text without "&" and with blanks alone.
+bool isOfAddress(char byte) {
+  return (byte >= '0' && byte <= '9') || ((byte | 0x20) >= 'a' && (byte | 0x20) <= 'z') ||
+         std::string_view("%#=+?/.-_*").find(byte) != std::string_view::npos;
 }
 
 struct Placeholder {
@@ -73,6 +85,44 @@ void replaceAll(QString& text, const Placeholder& placeholder) {
 }
 
 }  // namespace
+
+bool mayHaveLinks(QByteArrayView plain) {
+  const std::string_view text(plain.data(), static_cast<std::size_t>(plain.size()));
+  const auto holds = [text](const char* needle) { return text.find(needle) != text.npos; };
+  return holds(host) || holds(plainScheme) || holds(secureScheme);
+}
+
+std::optional<OnlyLink> onlyLink(QByteArrayView plain) {
+  constexpr std::string_view mark = "://";
+  const std::string_view text(plain.data(), static_cast<std::size_t>(plain.size()));
+  const auto place = text.find(mark);
+  if (place == text.npos || text.find(mark, place + 1) != text.npos || text.find(host) != text.npos)
+    return std::nullopt;
+  const std::string_view before = text.substr(0, place);
+  const bool isSecure = before.ends_with("ttps");
+  const std::size_t length = isSecure ? 5 : 4;
+  if (place < length || !(isSecure || before.ends_with("ttp")) ||
+      (before[place - length] | 0x20) != 'h')
+    return std::nullopt;
+  const std::string_view rest = text.substr(place + mark.size());
+  auto end = std::find_if_not(rest.begin(), rest.end(), isOfAddress);
+  QString target = (isSecure ? QStringLiteral("https://") : QStringLiteral("http://")) +
+                   QString::fromLatin1(rest.data(), end - rest.begin());
+  char16_t behind = u'\0';
+  if (end != rest.end() && *end == ' ') {
+    // Quirk: it takes the first half of the blank's number along.
+    target += u"&#32";
+    behind = u';';
+    ++end;
+    if (end != rest.end() && *end == ' ')
+      return std::nullopt;
+  }
+  const bool mayGoOn = end != rest.end() && static_cast<unsigned char>(*end) < ' ';
+  if (mayGoOn || end == rest.begin())
+    return std::nullopt;
+  const auto start = static_cast<qsizetype>(place - length);
+  return OnlyLink{start, plain.size() - (rest.end() - end), std::move(target), behind};
+}
 
 void linkify(QString& html) {
   for (const LinkStep& step : linkSteps())

@@ -24,18 +24,37 @@ constexpr qsizetype longestEntity = 10;
 using Edge = MarkupTag::Edge;
 
 /// What keeps the cells of a table apart once its tags are gone.
+enum class StandIn { LineBreak, HardBlank };
 struct StandInRow {
   QStringView name;
   Edge edge;
-  QStringView html;
+  StandIn standIn;
 };
 
 constexpr std::array standIns{
-    StandInRow{u"tr", Edge::Start, u"<br>"},
-    StandInRow{u"table", Edge::End, u"<br>"},
-    StandInRow{u"td", Edge::Start, u"&nbsp;"},
-    StandInRow{u"th", Edge::Start, u"&nbsp;"},
+    StandInRow{u"tr", Edge::Start, StandIn::LineBreak},
+    StandInRow{u"table", Edge::End, StandIn::LineBreak},
+    StandInRow{u"td", Edge::Start, StandIn::HardBlank},
+    StandInRow{u"th", Edge::Start, StandIn::HardBlank},
 };
+
+/// Whether a text may have paragraphs of its own: by U+2029, or by the toolkit's
+/// marks of a frame, U+FDD0 and U+FDD1. Those are far up, so as an entity they
+/// take some digits, if the text does not end in the middle of one.
+bool mayEndParagraphs(QStringView text) {
+  constexpr qsizetype longNumber = 4;
+  if (text.contains(QChar::ParagraphSeparator) || text.contains(QChar(0xFDD0)) ||
+      text.contains(QChar(0xFDD1)) || text.endsWith(u'&'))
+    return true;
+  for (qsizetype at = text.indexOf(u"&#"); at >= 0; at = text.indexOf(u"&#", at + 1)) {
+    const QStringView number = text.sliced(at + 2);
+    const auto* const end = std::find_if_not(number.begin(), number.end(),
+                                             [](QChar part) { return part.isLetterOrNumber(); });
+    if (end == number.end() || end - number.begin() >= longNumber)
+      return true;
+  }
+  return false;
+}
 
 }  // namespace
 
@@ -44,19 +63,24 @@ void MarkupWriter::text(QStringView text) {
     return;
   writeDueSpan();
   for (qsizetype division = divisionOf(text); division > 0; division = divisionOf(text)) {
-    html_ += text.first(division);
+    writeText(text.first(division));
     endPiece();
     text = text.sliced(division);
   }
-  html_ += text;
+  writeText(text);
 }
 
 void MarkupWriter::tag(const MarkupTag& tag) {
   if (length() >= withoutWord * unit())
     endPiece();
-  for (const StandInRow& row : standIns)
-    if (row.edge == tag.edge && row.name.compare(tag.name, Qt::CaseInsensitive) == 0)
-      text(row.html);
+  for (const StandInRow& row : standIns) {
+    if (row.edge != tag.edge || row.name.compare(tag.name, Qt::CaseInsensitive) != 0)
+      continue;
+    if (row.standIn == StandIn::LineBreak)
+      write(markup::rowNamed(u"br"), {});
+    else
+      text(u"&nbsp;");
+  }
   const auto* row = markup::rowNamed(tag.name);
   if (!row)
     return;
@@ -66,8 +90,8 @@ void MarkupWriter::tag(const MarkupTag& tag) {
     end(row);
 }
 
-QStringList MarkupWriter::pieces() && {
-  pieces_ += std::move(html_);
+std::vector<MarkupWriter::Piece> MarkupWriter::pieces() && {
+  finishPiece();
   return std::move(pieces_);
 }
 
@@ -155,13 +179,40 @@ void MarkupWriter::endInline(Row row) {
   writeEnd(row);
 }
 
+void MarkupWriter::writeText(QStringView text) {
+  html_ += text;
+  for (const QChar character : text)
+    stretch_ += character == u'&' ? 1 - longestEntity : character.isSpace() ? 0 : 1;
+  facts_.isInlineOnly = facts_.isInlineOnly && !mayEndParagraphs(text);
+  if (facts_.shown == MarkupFacts::Shown::Nothing)
+    facts_.shown = MarkupFacts::Shown::Perhaps;
+}
+
+void MarkupWriter::noteTag(Row row) {
+  endStretch();
+  if (row->name == u"br") {
+    facts_.lines.push_back(std::exchange(line_, 0));
+    facts_.shown = MarkupFacts::Shown::Something;
+  } else if (row->kind != Kind::Inline && row->kind != Kind::Link) {
+    facts_.isInlineOnly = false;
+  }
+}
+
+void MarkupWriter::endStretch() {
+  line_ += std::max<qsizetype>(std::exchange(stretch_, 0), 0);
+  if (line_ > 0)
+    facts_.shown = MarkupFacts::Shown::Something;
+}
+
 void MarkupWriter::write(Row row, const QString& attributes) {
   writeDueSpan();
+  noteTag(row);
   html_.append(u'<').append(row->name).append(attributes).append(u'>');
 }
 
 void MarkupWriter::writeEnd(Row row) {
   writeDueSpan();
+  noteTag(row);
   html_.append(u"</").append(row->name).append(u'>');
 }
 
@@ -229,9 +280,15 @@ qsizetype MarkupWriter::divisionOf(QStringView text) const {
   return -1;
 }
 
+void MarkupWriter::finishPiece() {
+  endStretch();
+  facts_.lines.push_back(std::exchange(line_, 0));
+  pieces_.push_back({std::exchange(html_, {}), std::exchange(facts_, {})});
+}
+
 void MarkupWriter::endPiece() {
   spanIsDue_ = false;
-  pieces_ += std::exchange(html_, {});
+  finishPiece();
   auto open = openInlines_.cbegin();
   const auto writeInlinesBefore = [&](std::size_t end) {
     for (; open != openInlines_.cbegin() + static_cast<std::ptrdiff_t>(end); ++open)

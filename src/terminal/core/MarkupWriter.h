@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 #include <array>
 #include <limits>
 #include <optional>
@@ -9,6 +8,7 @@
 
 #include "terminal/core/MarkupReader.h"
 #include "terminal/core/MarkupTags.h"
+#include "terminal/core/SafeMarkup.h"
 
 /// Writes anew what was read, tag by tag, with those left out that may not pass
 /// or nest too deep.
@@ -17,13 +17,18 @@ class MarkupWriter {
   /// In one piece, or in pieces of about that many characters: each but the last
   /// ends within a word, where no blanks can be lost, and the next begins with
   /// what is open there. Its text goes on in the paragraph of the one before.
-  explicit MarkupWriter(qsizetype pieceLength = std::numeric_limits<qsizetype>::max() / 8)
-      : pieceLength_(pieceLength) {}
+  explicit MarkupWriter(qsizetype pieceLength) : pieceLength_(pieceLength) {}
+  static constexpr qsizetype endless = std::numeric_limits<qsizetype>::max() / 8;
+
+  struct Piece {
+    QString html;
+    MarkupFacts facts;
+  };
 
   void text(QStringView text);
   void tag(const MarkupTag& tag);
   /// At least one.
-  [[nodiscard]] QStringList pieces() &&;
+  [[nodiscard]] std::vector<Piece> pieces() &&;
 
  private:
   using Row = const markup::TagRow*;
@@ -49,9 +54,14 @@ class MarkupWriter {
   [[nodiscard]] bool mayNestDeeper(Row row) const;
   void end(Row row);
   void endInline(Row row);
+  void writeText(QStringView text);
   void write(Row row, const QString& attributes);
   void writeEnd(Row row);
   void writeDueSpan();
+  /// Of a tag that is written now.
+  void noteTag(Row row);
+  /// Ends a stretch of text that nothing cuts, of which an entity may take some.
+  void endStretch();
   /// Keeps count of open blocks as the importer does, or with more open than
   /// it has: an end tag closes all that its block holds.
   bool opens(Row row, const QString& attributes);
@@ -70,11 +80,16 @@ class MarkupWriter {
   [[nodiscard]] qsizetype unit() const;
   /// Where a piece is long enough, between two letters, or -1.
   [[nodiscard]] qsizetype divisionOf(QStringView text) const;
+  /// With what is open there begun anew in the next.
   void endPiece();
+  void finishPiece();
 
   qsizetype pieceLength_;
-  QStringList pieces_;
+  std::vector<Piece> pieces_;
   QString html_;
+  MarkupFacts facts_;       ///< of the piece so far
+  qsizetype line_ = 0;      ///< characters for certain, as in the facts
+  qsizetype stretch_ = 0;   ///< the same, less what entities may take
   qsizetype reopened_ = 0;  ///< characters of the piece that open again what was open
   std::vector<OpenBlock> openBlocks_;
   std::vector<OpenInline> openInlines_;

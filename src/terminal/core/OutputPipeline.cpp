@@ -1,88 +1,76 @@
 #include "terminal/core/OutputPipeline.h"
 
-#include <algorithm>
 #include <cstring>
+#include <optional>
 
-#include "terminal/core/ByteWalk.h"
+#include "terminal/core/HtmlSink.h"
+#include "terminal/core/TextSink.h"
 
 namespace {
 
-/// Gathers the plain lines; the pane's HTML is made when its turn comes. Most
-/// bytes of a line stay as they are, so this walk is in long runs.
-struct LineSink {
-  static constexpr auto kinds = bytewalk::makeByteKinds([](const ByteRow& row) {
-    const bool staysAsItIs = row.plain.size() == 1 && row.plain[0] == row.byte;
-    return !staysAsItIs || row.byte == '<' || row.byte == '>';
-  });
+/// A part of a long read has about so many characters: keys come between the
+/// turns of two.
+constexpr qsizetype partLength = qsizetype{8} * 1024;
 
-  LineSink(const QByteArray& data, const PipelineState& state)
-      : lines(data.size() + 64), data_(data), state_(state) {
-    html += state.translator.currentSpan();
-  }
+/// What one walk makes of a read.
+struct Read {
+  ServerText text;
+  QByteArray lines;
+  bool bell;
+};
 
-  void addRun(QByteArrayView run) {
-    lines += run;
-    // A run changes nothing of the state, so it may be divided anywhere.
-    while (run.end() - data_.begin() > nextDivision_ && divides(run)) {
+Read readHtml(const QByteArray& data, const PipelineOptions& options, PipelineState& state) {
+  HtmlSink sink(data.size(), options.parseHtml ? HtmlSink::Tags::Parsed : HtmlSink::Tags::Shown);
+  walkBytes(data, options, state, sink);
+  QByteArray lines = std::move(sink.lines).take();
+  const QString html = std::move(sink).html(options.displayURLs);
+  std::vector<SafeHtml> pieces =
+      data.size() > partLength ? safeMarkupPieces(html, partLength) : std::vector{safeMarkup(html)};
+  return {std::move(pieces), std::move(lines), sink.bell};
+}
+
+/// Nothing where only HTML can say what is shown.
+std::optional<Read> readText(const QByteArray& data, const PipelineOptions& options,
+                             PipelineState& state) {
+  TextSink sink(data.size(), options);
+  walkBytes(data, options, state, sink);
+  auto text = std::move(sink).text();
+  if (!text)
+    return std::nullopt;
+  return Read{*std::move(text), std::move(sink.lines).take(), sink.bell};
+}
+
+Read readOf(const QByteArray& data, const PipelineOptions& options, PipelineState& state) {
+  const bool hasTags = options.parseHtml && (state.insideTag || data.contains('<'));
+  // Before the colours are known, nothing stands in front of a read's text.
+  if (!hasTags && !state.translator.currentSpan().isEmpty()) {
+    PipelineState walked = state;
+    if (auto read = readText(data, options, walked)) {
+      state = std::move(walked);
+      return *std::move(read);
     }
   }
-  void addByte(const ByteRow& row, ByteRow::Mode mode) {
-    lines += row.plain;
-    bell = bell || row.byte == '\a';
-    tags = tags || (mode != ByteRow::Mode::NoHtml && (row.byte == '<' || row.byte == '>'));
-  }
-
-  ByteBuffer lines;
-  bool bell = false;
-  bool tags = false;
-  OpenSpans html;
-  std::vector<ServerText::Division> divisions;
-
- private:
-  /// Answers false where no further line ends in the run that is long enough.
-  bool divides(QByteArrayView run) {
-    const qsizetype start = run.begin() - data_.begin();
-    const qsizetype lineEnd = run.indexOf('\n', std::max<qsizetype>(nextDivision_ - start, 0));
-    if (lineEnd < 0)
-      return false;
-    const qsizetype behind = lineEnd + 1;
-    divisions.push_back({.bytes = start + behind,
-                         .plain = lines.view().size() - (run.size() - behind),
-                         .state = state_,
-                         .spans = html.html()});
-    nextDivision_ = start + behind + ServerText::partLength;
-    return true;
-  }
-
-  QByteArrayView data_;
-  const PipelineState& state_;
-  qsizetype nextDivision_ = ServerText::partLength;
-};
+  return readHtml(data, options, state);
+}
 
 }  // namespace
 
 void OutputPipeline::readSocketData(const QByteArray& data, const PipelineOptions& options,
                                     PipelineHost& host) {
-  ServerText text{.bytes = data, .state = state_, .options = options};
-  LineSink sink(data, state_);
-  walkBytes(data, options, state_, sink);
-  const QByteArray lines = std::move(sink.lines).take();
-  text.plain = lines;
-  if (sink.tags || (options.parseHtml && text.state.insideTag))
-    text.tags = ServerText::Tags::FromServer;
-  else if (text.state.translator.hasPlainColours())
-    text.divisions = std::move(sink.divisions);
-
+  Read read = readOf(data, options, state_);
   // From here on nothing of the pipeline is in use: the host may come back.
-  if (sink.bell && options.playBeeps)
+  if (read.bell && options.playBeeps)
     host.beep();
-  host.showServerText(std::move(text));
+  host.showServerText(std::move(read.text));
   // One array for all pieces, unless the host keeps one.
   QByteArray piece;
-  for (qsizetype start = 0, end = 0; end >= 0; start = end + 1) {
-    end = lines.indexOf('\n', start);
-    piece.resize((end < 0 ? lines.size() : end) - start);
-    std::memcpy(piece.data(), lines.constData() + start, static_cast<std::size_t>(piece.size()));
+  const char* const end = read.lines.cend();
+  for (const char *start = read.lines.cbegin(), *next = start; next != nullptr; start = next + 1) {
+    const auto left = static_cast<std::size_t>(end - start);
+    next = left > 0 ? static_cast<const char*>(std::memchr(start, '\n', left)) : nullptr;
+    const auto length = next ? static_cast<std::size_t>(next - start) : left;
+    piece.resize(static_cast<qsizetype>(length));
+    std::memcpy(piece.data(), start, length);
     host.parseVitals(piece.constData());
     host.checkTriggers(piece);
   }

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 
+#include "terminal/core/PipelineState.h"
 #include "terminal/core/ServerText.h"
 
 /// What the pipeline needs from the window. Each call may lead back into the

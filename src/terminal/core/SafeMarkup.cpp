@@ -1,13 +1,15 @@
 #include "terminal/core/SafeMarkup.h"
 
 #include "terminal/core/MarkupReader.h"
-#include "terminal/core/MarkupTags.h"
 #include "terminal/core/MarkupWriter.h"
 
-namespace {
+SafeHtml safeMarkup(const QString& html) {
+  return safeMarkupPieces(html, MarkupWriter::endless).front();
+}
 
-QStringList written(const QString& html, MarkupWriter writer) {
+std::vector<SafeHtml> safeMarkupPieces(const QString& html, qsizetype pieceLength) {
   MarkupReader reader(html);
+  MarkupWriter writer(pieceLength);
   while (true) {
     writer.text(reader.text());
     if (reader.atEnd())
@@ -19,21 +21,8 @@ QStringList written(const QString& html, MarkupWriter writer) {
              !reader.skipHiddenElement(tag->name))
       writer.tag(*tag);
   }
-  return std::move(writer).pieces();
-}
-
-}  // namespace
-
-QString safeMarkup(const QString& html) {
-  return written(html, MarkupWriter()).front();
-}
-
-QStringList safeMarkupPieces(const QString& html, qsizetype pieceLength) {
-  return written(html, MarkupWriter(pieceLength));
-}
-
-bool isInlineTag(QStringView name) {
-  using markup::Kind;
-  const auto* row = markup::rowNamed(name);
-  return row && (row->kind == Kind::Inline || row->kind == Kind::Link || row->name == u"br");
+  std::vector<SafeHtml> pieces;
+  for (MarkupWriter::Piece& piece : std::move(writer).pieces())
+    pieces.push_back({std::move(piece.html), std::move(piece.facts)});
+  return pieces;
 }

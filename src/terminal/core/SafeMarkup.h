@@ -1,7 +1,36 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
+#include <vector>
+
+/// What is known for certain of how HTML will be shown, without reading it.
+struct MarkupFacts {
+  /// Whether it puts characters into the pane. Blanks may collapse, and what an
+  /// entity shows is the toolkit's to say.
+  enum class Shown { Nothing, Perhaps, Something };
+
+  Shown shown = Shown::Nothing;
+  /// Nothing but inline tags and line breaks; others may go on working on what
+  /// follows.
+  bool isInlineOnly = true;
+  /// How many characters it shows at least up to each line break, and behind the
+  /// last.
+  std::vector<qsizetype> lines = {};
+};
+
+/// HTML that is safe to insert into the pane.
+class SafeHtml {
+ public:
+  [[nodiscard]] const QString& html() const { return html_; }
+  [[nodiscard]] const MarkupFacts& facts() const { return facts_; }
+
+ private:
+  friend std::vector<SafeHtml> safeMarkupPieces(const QString& html, qsizetype pieceLength);
+  SafeHtml(QString html, MarkupFacts facts) : html_(std::move(html)), facts_(std::move(facts)) {}
+
+  QString html_;
+  MarkupFacts facts_;
+};
 
 /// Makes HTML safe to insert into the pane: every tag is written anew from a
 /// short list of allowed ones, all others are dropped and their text stays.
@@ -18,13 +47,9 @@
 /// is left out with its tags, if it ends in the same text. Entities are left
 /// alone. Takes time in proportion to the text; the same text comes out when
 /// applied twice.
-[[nodiscard]] QString safeMarkup(const QString& html);
+[[nodiscard]] SafeHtml safeMarkup(const QString& html);
 
 /// The same in pieces of about so many characters, at least one piece. Inserted
 /// one by one they show what the whole would, as long as no tags shape whole
 /// paragraphs: lists and the like go on as new ones.
-[[nodiscard]] QStringList safeMarkupPieces(const QString& html, qsizetype pieceLength);
-
-/// Whether a tag, by its name in small letters, changes nothing but the look of
-/// the text inside it, or is a line break.
-[[nodiscard]] bool isInlineTag(QStringView name);
+[[nodiscard]] std::vector<SafeHtml> safeMarkupPieces(const QString& html, qsizetype pieceLength);

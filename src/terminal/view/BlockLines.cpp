@@ -42,12 +42,11 @@ QList<QTextLayout::FormatRange> selectionsIn(
 }
 
 void paintRuler(QPainter& painter, const QTextBlockFormat& format, const QRectF& block,
-                const QPalette& palette) {
+                qreal height, const QPalette& palette) {
   const qreal width =
       format.lengthProperty(QTextFormat::BlockTrailingHorizontalRulerWidth).value(block.width());
   const qreal middle = block.center().x();
   painter.setPen(palette.color(QPalette::Dark));
-  const qreal height = block.center().y();
   painter.drawLine(QLineF(middle - width / 2, height, middle + width / 2, height));
 }
 
@@ -86,7 +85,8 @@ QSizeF place(const QTextBlock& block, qreal contentWidth) {
       line.setLineWidth(line.naturalTextWidth());
     line.setPosition({left, size.height()});
     size.rheight() += line.height();
-    size.setWidth(std::max(size.width(), left + line.naturalTextWidth() + format.rightMargin()));
+    size.setWidth(
+        std::max(size.width(), left + line.naturalTextWidth() + contentWidth - sides.right));
   }
   layout.endLayout();
   return size;
@@ -106,7 +106,8 @@ bool arePlaced(const QTextBlock& block) {
 
 void paint(QPainter& painter, const QTextBlock& block, const QPointF& origin,
            const QAbstractTextDocumentLayout::PaintContext& context) {
-  const QTextLayout& layout = *block.layout();
+  QTextLayout& layout = *block.layout();
+  layout.setPosition(origin);
   QRectF rect = layout.boundingRect();
   rect.moveTopLeft(origin);
   if (context.clip.isValid() &&
@@ -115,20 +116,23 @@ void paint(QPainter& painter, const QTextBlock& block, const QPointF& origin,
   const auto selections = selectionsIn(block, context);
   if (block.textList())
     listmarker::paint(painter, block, origin, context.palette, selections);
-  // The toolkit's text has no room for the height of a long document.
-  const QPointF corner(0, std::floor(origin.y()));
+  // The toolkit's text has no room for the height of a long document, but glyphs
+  // of some size come out a shade different where they are moved.
+  constexpr qreal room = 1 << 20;
+  const QPointF corner(0, origin.y() < room ? 0 : std::floor(origin.y()));
   const QPen pen = painter.pen();
   painter.setPen(context.palette.color(QPalette::Text));
   painter.translate(corner);
-  layout.draw(&painter, origin - corner, selections,
+  layout.draw(&painter, -corner, selections,
               context.clip.isValid() ? context.clip.translated(-corner) : context.clip);
   if (context.cursorPosition >= block.position() &&
       context.cursorPosition < block.position() + block.length())
-    layout.drawCursor(&painter, origin - corner, context.cursorPosition - block.position());
+    layout.drawCursor(&painter, -corner, context.cursorPosition - block.position());
   painter.translate(-corner);
   const QTextBlockFormat format = block.blockFormat();
   if (format.hasProperty(QTextFormat::BlockTrailingHorizontalRulerWidth))
-    paintRuler(painter, format, rect, context.palette);
+    paintRuler(painter, format, rect, block.length() > 1 ? rect.bottom() : rect.center().y(),
+               context.palette);
   painter.setPen(pen);
 }
 

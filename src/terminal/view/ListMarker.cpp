@@ -54,7 +54,7 @@ void paintText(QPainter& painter, const Marker& marker, const QPointF& place,
 
 void paint(QPainter& painter, const QTextBlock& block, const QPointF& origin,
            const QPalette& palette, const QList<QTextLayout::FormatRange>& selections) {
-  QFont font = block.charFormat().font().resolve(block.document()->defaultFont());
+  QFont font = block.charFormat().font();
   if (QPaintDevice* device = block.document()->documentLayout()->paintDevice())
     font = QFont(font, device);
   const Marker marker = markerOf(block, font);
@@ -72,7 +72,7 @@ void paint(QPainter& painter, const QTextBlock& block, const QPointF& origin,
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   const auto selected = std::find_if(selections.begin(), selections.end(),
-                                     [](const auto& range) { return range.start <= 0; });
+                                     [](const auto& range) { return range.start < 0; });
   if (selected != selections.end()) {
     painter.fillRect(place, selected->format.background());
     textBrush = selected->format.foreground();

@@ -3,14 +3,11 @@
 #include <QDeadlineTimer>
 #include <QTextBrowser>
 #include <QTimer>
-#include <optional>
 
-#include "terminal/core/ServerText.h"
-#include "terminal/view/DocumentCopy.h"
+#include "terminal/view/PaneDocument.h"
 #include "terminal/view/PaneQueue.h"
 #include "terminal/view/PaneSight.h"
 #include "terminal/view/PaneTurns.h"
-#include "terminal/view/TextLooks.h"
 
 class InputWidget;
 
@@ -26,30 +23,15 @@ class OutputWidget : public QTextBrowser {
   Q_OBJECT
 
  public:
-  /// Older paragraphs are dropped from the top beyond this many.
-  static constexpr int maximumParagraphs = 750;
-  /// Characters after which a paragraph is continued in a new one at its next
-  /// line break. Server text has line breaks only, so without this a session
-  /// were one paragraph, laid out whole at each read and never dropped.
-  static constexpr qsizetype longParagraph = 4096;
-  /// Characters after which it is continued even where no line breaks.
-  static constexpr qsizetype longestParagraph = 65536;
-  /// Character formats, each about half a kilobyte, that a document may gather
-  /// beyond twice those it had when it was last made anew. The toolkit keeps
-  /// every format that a document ever had, and each link of another target is
-  /// one.
-  static constexpr qsizetype manyFormats = 4096;
+  static constexpr PaneDocument::Limits limits = {};
 
   /// The input bar outlives the pane; typing is a Tab away from reading.
   OutputWidget(InputWidget& inputBar, QWidget* parent);
 
   /// Continues the last paragraph with what the pipeline made of one read.
   void showServerText(ServerText text);
-  /// The same for HTML. What safeMarkup() has not seen can take the toolkit
-  /// hours.
-  void insertServerHtml(const QString& html);
-  /// A paragraph of its own; HTML that safeMarkup() has seen.
-  void appendStatusLine(const QString& html);
+  /// A paragraph of its own.
+  void appendStatusLine(SafeHtml html);
   /// Yellow on black; the text is shown with its own line end.
   void echoSentText(const QString& text);
   /// One line in a colour on black; an invalid colour is drawn white.
@@ -79,25 +61,20 @@ class OutputWidget : public QTextBrowser {
   void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
 
  private:
-  void add(PaneText text);
+  template <typename Text>  // PaneText or ServerText
+  void add(Text text);
   void takeTurn();
   /// Writes for so many milliseconds, or until the queue is empty.
   void write(QDeadlineTimer deadline);
-  void clearUnlessItShapesWhatFollows();
-  void giveLayout(QTextDocument& document);
-  /// Begins to make the document anew where it has gathered too many formats.
-  void limitFormats();
-  /// Goes on with that for a moment.
+  /// Makes the document anew, for a moment at a time.
   void renew();
 
   InputWidget& inputBar_;
   PaneQueue queue_;
   PaneTurns turns_;
-  TextLooks looks_;
   QTimer nextTurn_;
   QTimer idleMoment_;
   QTimer nextCopy_;
-  std::optional<DocumentCopy> copy_;  ///< while one is made
-  qsizetype formatsAtRenewal_ = 0;
+  PaneDocument document_;
   PaneSight sight_;
 };

@@ -26,6 +26,16 @@ namespace {
 /// each takes some hundred kilobytes.
 constexpr std::size_t manyPlaced = 16;
 
+/// Whether a line's text is at a point; that of an empty one is at its edge.
+bool holds(const QTextLine& line, const QPointF& point) {
+  const QRectF text = line.naturalTextRect();
+  return point.x() >= text.left() && point.x() <= text.right() && point.y() >= text.top() &&
+         point.y() <= text.bottom();
+}
+
+/// What scroll bars can count, in pixels.
+constexpr qreal tallest = 1 << 30;
+
 }  // namespace
 
 PaneLayout::PaneLayout(QTextDocument& document) : QAbstractTextDocumentLayout(&document) {}
@@ -55,6 +65,8 @@ QRectF PaneLayout::blockBoundingRect(const QTextBlock& block) const {
     self.tellSize();
   const Row& row = rowOf(block);
   const QPointF corner(document()->documentMargin(), row.top);
+  if (isPlaced)
+    block.layout()->setPosition(corner);
   return isPlaced ? QRectF(corner, block.layout()->boundingRect().size())
                   : QRectF(corner, QSizeF(contentWidth(), row.bottom - row.top));
 }
@@ -86,8 +98,7 @@ int PaneLayout::hitTest(const QPointF& point, Qt::HitTestAccuracy accuracy) cons
   while (number < lines && inside.y() >= layout.lineAt(number).rect().bottom())
     ++number;
   const bool isOutside = inside.y() < 0 || number == lines;
-  if (accuracy == Qt::ExactHit &&
-      (isOutside || !layout.lineAt(number).naturalTextRect().contains(inside)))
+  if (accuracy == Qt::ExactHit && (isOutside || !holds(layout.lineAt(number), inside)))
     return -1;
   if (isOutside)
     return block.position() + (inside.y() < 0 ? 0 : block.length() - 1);
@@ -113,6 +124,8 @@ void PaneLayout::draw(QPainter* painter, const PaintContext& context) {
     const Row& row = rowOf(block);
     if (row.top > bottom)
       break;
+    if (place(block))
+      tellSizeLater();
     blocklines::paint(*painter, block, {margin, row.top}, inside);
   }
 }
@@ -124,8 +137,7 @@ void PaneLayout::documentChanged(int from, int /*oldLength*/, int length) {
   if (isWriting_)
     return;
   tellSize();
-  Q_EMIT update(QRectF(0, topOf(document()->findBlock(from)), documentSize().width(),
-                       documentSize().height()));
+  updateFrom(topOf(document()->findBlock(from)));
 }
 
 // ---- what is measured -------------------------------------------------------
@@ -265,24 +277,32 @@ void PaneLayout::keepNear(qreal top, qreal bottom) {
 }
 
 void PaneLayout::tellSize() {
-  tellsLater_ = false;
-  const QSizeF size = documentSize();
-  if (size == told_)
+  // A bar that comes or goes by what is told changes the width, and so the size.
+  constexpr int rounds = 4;
+  if (std::exchange(isTelling_, true))
     return;
-  told_ = size;
-  Q_EMIT documentSizeChanged(size);
+  for (int round = 0; round < rounds && documentSize() != told_; ++round) {
+    told_ = documentSize();
+    Q_EMIT documentSizeChanged(told_);
+  }
+  isTelling_ = false;
 }
 
 void PaneLayout::tellSizeLater() {
   if (std::exchange(tellsLater_, true))
     return;
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        if (tellsLater_)
-          tellSize();
-      },
-      Qt::QueuedConnection);
+  const auto tell = [this] {
+    tellsLater_ = false;
+    tellSize();
+    updateFrom(0);
+  };
+  QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
+}
+
+void PaneLayout::updateFrom(qreal top) {
+  // Far beyond the end: what stood below it may be gone.
+  constexpr qreal everything = 1e9;
+  Q_EMIT update(QRectF(0, top, everything, everything));
 }
 
 qreal PaneLayout::topOf(const QTextBlock& block) const {

@@ -70,6 +70,7 @@ class PaneLayout : public QAbstractTextDocumentLayout {
   [[nodiscard]] const Row& rowOf(const QTextBlock& block) const;
   [[nodiscard]] bool isStepOfWalk(const QTextBlock& block) const;
   void tellSizeLater();
+  void updateFrom(qreal top);
 
   BlockEstimate estimate_;
   std::vector<Row> rows_;  ///< by block
@@ -77,6 +78,7 @@ class PaneLayout : public QAbstractTextDocumentLayout {
   std::size_t placed_ = 0;  ///< blocks broken into lines since they were last counted
   QSizeF told_;
   bool isWriting_ = false;
+  bool isTelling_ = false;
   bool tellsLater_ = false;
   mutable int nextStep_ = -1;
 };

@@ -2,9 +2,6 @@
 
 #include <algorithm>
 #include <utility>
-#include <vector>
-
-#include "terminal/core/SafeMarkup.h"
 
 namespace {
 
@@ -23,155 +20,184 @@ qsizetype sizeOf(const QString& text) {
 qsizetype memoryOf(const PaneText& text) {
   constexpr qsizetype overhead = 256;
   return overhead +
-         std::visit(Overloaded{[](const ServerText& server) {
-                                 return server.bytes.size() + server.plain.size();
+         std::visit(Overloaded{[](const StyledText& styled) {
+                                 return sizeOf(styled.text) +
+                                        static_cast<qsizetype>(styled.runs.size() *
+                                                               sizeof(StyledText::Run));
                                },
-                               [](const SafeHtml& html) { return sizeOf(html.html); },
-                               [](const StatusLine& status) { return sizeOf(status.html); },
+                               [](const SafeHtml& html) { return sizeOf(html.html()); },
+                               [](const StatusLine& status) { return sizeOf(status.html.html()); },
                                [](const PlainText& plain) { return sizeOf(plain.text); }},
                     text);
 }
 
-bool isLetterOrDigit(char32_t character) {
-  return (character >= U'0' && character <= U'9') || (character >= U'A' && character <= U'Z') ||
-         (character >= U'a' && character <= U'z');
-}
-
-/// Whether a text puts characters into the pane. Blanks may collapse, and what
-/// an entity shows is the toolkit's to say.
-enum class Shown { Nothing, Perhaps, Something };
-
-Shown shownOf(QByteArrayView plain) {
-  if (plain.isEmpty())
-    return Shown::Nothing;
-  if (plain.contains('\n'))
-    return Shown::Something;
-  const auto isLetter = [](char byte) { return isLetterOrDigit(static_cast<unsigned char>(byte)); };
-  const auto end = std::find(plain.begin(), plain.end(), '&');
-  return std::any_of(plain.begin(), end, isLetter) ? Shown::Something : Shown::Perhaps;
-}
-
-Shown shownOfMarkup(QStringView html) {
-  auto shown = Shown::Nothing;
-  while (!html.isEmpty() && html.front() != u'&') {
-    if (html.front() != u'<') {
-      if (isLetterOrDigit(html.front().unicode()))
-        return Shown::Something;
-      shown = Shown::Perhaps;
-      html = html.sliced(1);
-      continue;
-    }
-    if (html.startsWith(u"<br"))
-      return Shown::Something;
-    const qsizetype end = html.indexOf(u'>');
-    html = end < 0 ? QStringView() : html.sliced(end + 1);
-  }
-  return html.isEmpty() ? shown : Shown::Perhaps;
-}
-
-/// A read that is too long for one turn, in parts that show the same.
-std::vector<PaneText> partsOf(const ServerText& read) {
-  std::vector<PaneText> parts;
-  if (!read.divisions.empty()) {
-    for (ServerText& part : read.divided())
-      parts.emplace_back(std::move(part));
-  } else {
-    for (QString& piece : safeMarkupPieces(read.decoded(), ServerText::partLength))
-      parts.emplace_back(SafeHtml{std::move(piece)});
-  }
-  return parts;
-}
-
-bool isLong(const ServerText& read) {
-  const bool mayBeDivided = !read.divisions.empty() || read.tags == ServerText::Tags::FromServer ||
-                            !read.state.translator.hasPlainColours();
-  return mayBeDivided && read.bytes.size() > ServerText::partLength;
+/// A character that looks as the run does.
+StyledText oneOf(StyledText::Run run, QChar character) {
+  run.end = 1;
+  return {QString(character), {std::move(run)}};
 }
 
 }  // namespace
 
-void PaneQueue::add(PaneText text) {
-  const auto* const read = std::get_if<ServerText>(&text);
-  if (!read || !isLong(*read))
-    append(std::move(text));
-  else
-    for (PaneText& part : partsOf(*read))
-      append(std::move(part));
+void PaneQueue::add(ServerText text) {
+  if (auto* const styled = std::get_if<StyledText>(&text))
+    return add(PaneText(std::move(*styled)));
+  for (SafeHtml& piece : std::get<std::vector<SafeHtml>>(text))
+    add(PaneText(std::move(piece)));
 }
 
-void PaneQueue::append(PaneText text) {
-  // So many bytes at a time cost little to count, and fewer make no long queue.
-  constexpr qsizetype worthCounting = qsizetype{128} * 1024;
-  const qsizetype size = memoryOf(text);
-  size_ += size;
-  uncountedSize_ += size;
-  waiting_.push_back({.text = std::move(text)});
-  if (uncountedSize_ >= worthCounting)
-    dropUnseen();
+void PaneQueue::add(PaneText text) {
+  Waiting waiting{.text = std::move(text)};
+  waiting.memory = memoryOf(waiting.text);
+  size_ += waiting.memory;
+  count(waiting);
+  waiting_.push_back(std::move(waiting));
+  dropUnseen();
 }
 
 PaneText PaneQueue::take() {
-  if (auto bridge = std::exchange(bridge_, std::nullopt))
-    return *std::move(bridge);
-  Waiting first = std::move(waiting_.front());
+  if (!bridge_.empty()) {
+    PaneText first = std::move(bridge_.front());
+    bridge_.pop_front();
+    return first;
+  }
+  Waiting& first = waiting_.front();
+  if (const auto* const styled = std::get_if<StyledText>(&first.text);
+      styled && (gone_ > 0 || styled->text.size() > sliceLength))
+    return nextSlice();
+  PaneText text = std::move(first.text);
+  dropFirst();
+  return text;
+}
+
+StyledText PaneQueue::nextSlice() {
+  Waiting& first = waiting_.front();
+  const auto& [text, runs] = std::get<StyledText>(first.text);
+  qsizetype end = std::min(gone_ + sliceLength, text.size());
+  if (end < text.size() && text[end].isLowSurrogate())
+    --end;
+  StyledText slice{text.sliced(gone_, end - gone_), {}};
+  for (qsizetype done = gone_; done < end;) {
+    const StyledText::Run& run = runs[goneRuns_];
+    done = std::min(run.end, end);
+    slice.runs.push_back({done - gone_, run.look, run.target});
+    if (run.end <= end)
+      ++goneRuns_;
+  }
+  leaveOut(end);
+  return slice;
+}
+
+void PaneQueue::leaveOut(qsizetype end) {
+  Waiting& first = waiting_.front();
+  const qsizetype memory = (end - gone_) * static_cast<qsizetype>(sizeof(QChar));
+  first.memory -= memory;
+  size_ -= memory;
+  gone_ = end;
+  if (gone_ == std::get<StyledText>(first.text).text.size())
+    dropFirst();
+}
+
+void PaneQueue::dropFirst() {
+  size_ -= waiting_.front().memory;
   waiting_.pop_front();
-  if (countedTexts_ > 0)
-    --countedTexts_;
-  else
-    uncountedSize_ -= memoryOf(first.text);
-  size_ -= memoryOf(first.text);
-  return std::move(first.text);
+  gone_ = 0;
+  goneRuns_ = 0;
+}
+
+bool PaneQueue::takeSkip() {
+  return std::exchange(skipped_, false) && !bridge_.empty() &&
+         !std::holds_alternative<PlainText>(bridge_.front());
 }
 
 void PaneQueue::dropUnseen() {
-  for (; countedTexts_ < waiting_.size(); ++countedTexts_)
-    count(waiting_[countedTexts_]);
-  uncountedSize_ = 0;
-  // The count began somewhere in a paragraph, and the first one to be shown
-  // begins in the middle of one too.
+  // Where HTML counts fewer paragraphs than it has, the pane may start afresh
+  // in the middle of one, and of what is shown next.
   constexpr qint64 atBothEnds = 2;
-  while (countedTexts_ > 0 && waiting_.front().isPassing &&
-         counted_.ended() - waiting_.front().endedParagraphs >= limits_.paragraphs + atBothEnds) {
+  const qint64 unseen = ended_ - paragraphs_ - atBothEnds;
+  if (unseen <= unseen_)
+    return;
+  unseen_ = unseen;
+  while (!waiting_.empty() && waiting_.front().isPassing) {
     Waiting& first = waiting_.front();
-    size_ -= memoryOf(first.text);
-    if (first.look == Look::Own)
-      bridge_ = std::move(first.text);
-    waiting_.pop_front();
-    --countedTexts_;
+    if (first.endedBefore >= unseen || (first.endedBehind >= unseen && cutFirst(unseen)) ||
+        first.endedBehind > unseen)
+      return;
+    if (first.hasLook)
+      bridge_.clear();
+    else if (!bridge_.empty() && std::holds_alternative<PlainText>(bridge_.back()))
+      bridge_.pop_back();
+    if (auto* const styled = std::get_if<StyledText>(&first.text); styled && first.hasLook)
+      bridge_.push_back(oneOf(styled->runs.back(), styled->text.back()));
+    else if (first.hasLook || std::holds_alternative<PlainText>(first.text))
+      bridge_.push_back(std::move(first.text));
+    dropFirst();
     skipped_ = true;
   }
 }
 
-void PaneQueue::count(Waiting& waiting) {
-  const auto setPassing = [&](Shown shown, bool isPassing) {
-    waiting.isPassing = isPassing && shown != Shown::Perhaps;
-    waiting.look = shown == Shown::Nothing ? Look::FromBefore : Look::Own;
-  };
-  if (auto* server = std::get_if<ServerText>(&waiting.text);
-      server && server->tags == ServerText::Tags::FromServer) {
-    size_ -= memoryOf(waiting.text);
-    waiting.text = SafeHtml{safeMarkup(server->decoded())};
-    size_ += memoryOf(waiting.text);
+bool PaneQueue::cutFirst(qint64 number) {
+  const Waiting& first = waiting_.front();
+  const auto* const styled = std::get_if<StyledText>(&first.text);
+  if (!styled)
+    return false;
+  ParagraphEnds ends(lengths_, first.lengthBefore);
+  ParagraphEnds::End end{0, 0};
+  for (qint64 i = first.endedBefore; i < number; ++i)
+    end = ends.next(styled->text, end.behind()).value_or(end);
+  if (end.behind() == 0 && !bridge_.empty()) {
+    // It looks as the last character before it.
+    if (const auto* const before = std::get_if<StyledText>(&bridge_.back()))
+      bridge_.push_back(oneOf(before->runs.back(), QChar::ParagraphSeparator));
   }
-  std::visit(Overloaded{[&](const ServerText& server) {
-                          counted_.addLines(server.plain);
-                          setPassing(shownOf(server.plain), true);
-                        },
-                        [&](const SafeHtml& html) {
-                          setPassing(shownOfMarkup(html.html), counted_.addMarkup(html.html));
-                        },
-                        [&](const StatusLine& status) {
-                          counted_.addParagraphs(1);
-                          setPassing(shownOfMarkup(status.html), counted_.addMarkup(status.html));
-                        },
-                        [&](const PlainText& plain) {
-                          counted_.addParagraphs(plain.text.count(u'\n'));
-                          waiting.isPassing = true;
-                        }},
-             waiting.text);
-  waiting.endedParagraphs = counted_.ended();
+  if (end.behind() <= gone_)
+    return true;
+  const auto runAt = [styled](qsizetype place) {
+    return std::find_if(styled->runs.begin(), styled->runs.end(),
+                        [place](const StyledText::Run& run) { return run.end > place; });
+  };
+  bridge_ = {oneOf(*runAt(end.behind() - 1), QChar::ParagraphSeparator)};
+  goneRuns_ = static_cast<std::size_t>(runAt(end.behind()) - styled->runs.begin());
+  leaveOut(end.behind());
+  skipped_ = true;
+  return true;
 }
 
-bool PaneQueue::takeSkip() {
-  return std::exchange(skipped_, false) && bridge_;
+void PaneQueue::count(Waiting& waiting) {
+  waiting.endedBefore = ended_;
+  waiting.lengthBefore = ends_.length();
+  std::visit(Overloaded{[&](const StyledText& styled) {
+                          waiting.hasLook = !styled.text.isEmpty();
+                          qsizetype behind = 0;
+                          while (const auto end = ends_.next(styled.text, behind)) {
+                            ++ended_;
+                            behind = end->behind();
+                          }
+                        },
+                        [&](const SafeHtml& html) { countMarkup(waiting, html); },
+                        [&](const StatusLine& status) {
+                          ++ended_;
+                          ends_.beginAnew();
+                          countMarkup(waiting, status.html);
+                        },
+                        [&](const PlainText& plain) {
+                          const qint64 lines = plain.text.count(u'\n');
+                          ended_ += lines;
+                          if (lines > 0)
+                            ends_.beginAnew();
+                        }},
+             waiting.text);
+  waiting.endedBehind = ended_;
+}
+
+void PaneQueue::countMarkup(Waiting& waiting, const SafeHtml& html) {
+  using Shown = MarkupFacts::Shown;
+  const MarkupFacts& facts = html.facts();
+  waiting.hasLook = facts.shown != Shown::Nothing;
+  waiting.isPassing = facts.isInlineOnly && facts.shown != Shown::Perhaps;
+  if (!facts.isInlineOnly)
+    return ends_.beginAnew();
+  for (std::size_t line = 0; line + 1 < facts.lines.size(); ++line)
+    ended_ += ends_.endsWithLine(facts.lines[line]) ? 1 : 0;
+  ends_.addCharacters(facts.lines.back());
 }

@@ -3,19 +3,14 @@
 #include <QColor>
 #include <QString>
 #include <deque>
-#include <optional>
 #include <variant>
 
-#include "terminal/core/ParagraphCount.h"
+#include "terminal/core/ParagraphEnds.h"
 #include "terminal/core/ServerText.h"
 
-/// HTML that safeMarkup() has seen, for the end of the last paragraph.
-struct SafeHtml {
-  QString html;
-};
-/// The same, for a paragraph of its own.
+/// HTML for a paragraph of its own.
 struct StatusLine {
-  QString html;
+  SafeHtml html;
 };
 /// Text without markup; each line feed in it ends a paragraph.
 struct PlainText {
@@ -23,58 +18,76 @@ struct PlainText {
   QColor colour;
   QColor background;
 };
-using PaneText = std::variant<ServerText, SafeHtml, StatusLine, PlainText>;
+/// Server text and HTML are for the end of the last paragraph.
+using PaneText = std::variant<StyledText, SafeHtml, StatusLine, PlainText>;
 
 /// What waits to be shown, in its order. The front of a queue so long that the
 /// pane would have dropped it again, by the number of paragraphs behind it, is
 /// taken off unseen.
 class PaneQueue {
  public:
-  struct Limits {
-    qint64 paragraphs;        ///< that the pane keeps
-    qsizetype longParagraph;  ///< characters after which a line ends one
-  };
+  /// Characters of server text that are shown at once: keys come between the
+  /// turns of two.
+  static constexpr qsizetype sliceLength = qsizetype{8} * 1024;
 
-  explicit PaneQueue(Limits limits) : limits_(limits), counted_(limits.longParagraph) {}
+  /// How many paragraphs the pane keeps, and where they end.
+  PaneQueue(qint64 paragraphs, ParagraphEnds::Lengths lengths)
+      : paragraphs_(paragraphs), lengths_(lengths), ends_(lengths) {}
 
-  /// A long read becomes several texts.
   void add(PaneText text);
-  /// The next one to be shown; there must be one.
+  void add(ServerText text);
+  /// The next one to be shown, or a slice of it; there must be one.
   [[nodiscard]] PaneText take();
-  [[nodiscard]] bool isEmpty() const { return waiting_.empty() && !bridge_; }
+  [[nodiscard]] bool isEmpty() const { return waiting_.empty() && bridge_.empty(); }
   /// About the memory that the waiting texts take, in bytes.
   [[nodiscard]] qsizetype size() const { return size_; }
   /// Whether texts were taken off unseen since the last call, and all that the
   /// pane shows could go too: the text to be shown next decides by itself what
   /// those behind it look like.
   [[nodiscard]] bool takeSkip();
+  void clear() { *this = PaneQueue(paragraphs_, lengths_); }
 
  private:
-  /// Where plain text behind a text takes its look from: the text itself, or
-  /// what it follows.
-  enum class Look { FromBefore, Own };
   struct Waiting {
     PaneText text;
+    qsizetype memory = 0;
     /// What it does to the pane ends with it, but for its look, and that is
-    /// known. Set, like all that follows, once it is counted.
-    bool isPassing = false;
-    Look look = Look::FromBefore;
-    /// Up to its end, by the count.
-    qint64 endedParagraphs = 0;
+    /// known.
+    bool isPassing = true;
+    /// Whether plain text behind it takes its look from it, and not from what it
+    /// follows.
+    bool hasLook = false;
+    /// Paragraphs before and up to its end, and the length of the one in which it
+    /// begins: exact for all but HTML, which has as much at least.
+    qint64 endedBefore = 0;
+    qint64 endedBehind = 0;
+    qsizetype lengthBefore = 0;
   };
 
-  void append(PaneText text);
-  void dropUnseen();
   void count(Waiting& waiting);
+  void countMarkup(Waiting& waiting, const SafeHtml& html);
+  void dropUnseen();
+  /// Takes off what is before such an end of a paragraph, which has to be in the
+  /// first text. Answers false where that has no exact ends.
+  [[nodiscard]] bool cutFirst(qint64 number);
+  /// Of the first text, up to there.
+  void leaveOut(qsizetype end);
+  void dropFirst();
+  [[nodiscard]] StyledText nextSlice();
 
-  Limits limits_;
+  qint64 paragraphs_;
+  ParagraphEnds::Lengths lengths_;
   std::deque<Waiting> waiting_;
-  std::size_t countedTexts_ = 0;
-  ParagraphCount counted_;
-  qsizetype uncountedSize_ = 0;
+  /// How much of the first text is gone, and of its runs.
+  qsizetype gone_ = 0;
+  std::size_t goneRuns_ = 0;
+  ParagraphEnds ends_;  ///< at the end of all that came
+  qint64 ended_ = 0;
+  qint64 unseen_ = 0;  ///< of those, as far as texts were taken off unseen
   qsizetype size_ = 0;
-  /// The last text with a look that was taken off unseen: plain text behind it
-  /// goes on with parts of that look.
-  std::optional<PaneText> bridge_;
+  /// What is shown in place of what was taken off unseen: the last text that has
+  /// a look, as plain text behind it goes on with parts of that, and the last
+  /// plain text behind that, which ends its paragraph.
+  std::deque<PaneText> bridge_;
   bool skipped_ = false;
 };

@@ -7,32 +7,6 @@ namespace {
 /// Far more than a game has; only a server that plays with colours gets here.
 constexpr qsizetype mostKept = 4096;
 
-/// Takes "#" and six digits off the front.
-std::optional<quint32> takeColour(QStringView& style) {
-  constexpr qsizetype length = 7;
-  if (style.size() < length || style.front() != u'#')
-    return std::nullopt;
-  quint32 colour = 0;
-  for (const QChar digit : style.sliced(1, length - 1)) {
-    const char16_t code = digit.unicode();
-    if (code >= u'0' && code <= u'9')
-      colour = colour * 16 + (code - u'0');
-    else if ((code | 0x20) >= u'a' && (code | 0x20) <= u'f')
-      colour = colour * 16 + ((code | 0x20) - u'a' + 10);
-    else
-      return std::nullopt;
-  }
-  style = style.sliced(length);
-  return colour;
-}
-
-bool takePrefix(QStringView& style, QStringView prefix) {
-  if (!style.startsWith(prefix))
-    return false;
-  style = style.sliced(prefix.size());
-  return true;
-}
-
 QString span(const QString& property, quint32 colour) {
   return colour == TextLook::none ? QString()
                                   : QStringLiteral("<span style=\"%1:#%2\">")
@@ -42,47 +16,17 @@ QString span(const QString& property, quint32 colour) {
 
 }  // namespace
 
-std::optional<TextLook> TextLook::inside(QStringView style) const {
-  TextLook inner = *this;
-  const bool colourless = text == none && background == none;
-  const bool withText = takePrefix(style, u"color:");
-  if (withText) {
-    const auto colour = takeColour(style);
-    if (!colour)
-      return std::nullopt;
-    inner.text = *colour;
-    if (style.isEmpty())
-      return inner;
-    if (!takePrefix(style, u";"))
-      return std::nullopt;
-  }
-  if (!takePrefix(style, u"background-color:"))
-    return std::nullopt;
-  const auto colour = takeColour(style);
-  if (!colour || !style.isEmpty())
-    return std::nullopt;
-  inner.background = *colour;
-  if (colourless)
-    inner.backgroundCameFirst = !withText;
-  return inner;
-}
-
-size_t qHash(const TextLook& look, size_t seed) {
-  return qHashMulti(seed, look.text, look.background, look.backgroundCameFirst);
-}
-
 TextLooks::TextLooks(const QString& styleSheet) {
   sample_.setUndoRedoEnabled(false);
   sample_.setDefaultStyleSheet(styleSheet);
 }
 
-QTextCharFormat TextLooks::format(const TextLook& look) {
-  return kept(formats_, look, QStringLiteral("x"));
-}
-
-QTextCharFormat TextLooks::linkFormat(const TextLook& look, const QString& target) {
-  QTextCharFormat format = kept(linkFormats_, look, QStringLiteral("<a href=\"http://a\">x</a>"));
-  format.setAnchorHref(target);
+QTextCharFormat TextLooks::formatOf(const StyledText::Run& run) {
+  if (run.target.isEmpty())
+    return kept(formats_, run.look, QStringLiteral("x"));
+  QTextCharFormat format =
+      kept(linkFormats_, run.look, QStringLiteral("<a href=\"http://a\">x</a>"));
+  format.setAnchorHref(run.target);
   return format;
 }
 

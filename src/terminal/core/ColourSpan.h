@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QByteArray>
+
+#include "terminal/core/StyledText.h"
+
+/// A span of colour that opens: how it is written, and what it makes of a look.
+struct ColourSpan {
+  QByteArray html = {};
+  /// Where it sets one.
+  quint32 text = TextLook::none;
+  quint32 background = TextLook::none;
+  /// Whether that is all there is to say: a stored colour may be any text.
+  bool isPlain = true;
+
+  [[nodiscard]] TextLook inside(TextLook look) const {
+    if (look.text == TextLook::none && look.background == TextLook::none)
+      look.backgroundCameFirst = text == TextLook::none;
+    if (text != TextLook::none)
+      look.text = text;
+    if (background != TextLook::none)
+      look.background = background;
+    return look;
+  }
+};
+
+/// Where the spans of a read go, in their order.
+class SpanSink {
+ public:
+  virtual void openSpan(const ColourSpan& span) = 0;
+  /// What a read begins with in place of a span.
+  virtual void addBareColour(QByteArrayView colour) = 0;
+
+ protected:
+  ~SpanSink() = default;
+};

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <algorithm>
+#include <cstring>
+#include <type_traits>
+
+/// Bytes or characters that only ever grow at their end. The toolkit's texts can
+/// do that too, but go through their general insertion each time, which for the
+/// few bytes between two blanks costs several times as much.
+template <typename Text>
+class TextBuffer {
+ public:
+  using Unit = std::conditional_t<std::is_same_v<Text, QString>, char16_t, char>;
+
+  /// Room for so many units at first.
+  explicit TextBuffer(qsizetype room) { makeRoom(room); }
+  Q_DISABLE_COPY_MOVE(TextBuffer)
+
+  /// Where the next units go: so many may be written, of which added() counts.
+  [[nodiscard]] Unit* room(qsizetype units) {
+    if (units > room_ - size_)
+      makeRoom(units);
+    return begin_ + size_;
+  }
+  void added(qsizetype units) { size_ += units; }
+  TextBuffer& operator+=(Unit unit) {
+    *room(1) = unit;
+    ++size_;
+    return *this;
+  }
+  TextBuffer& append(const Unit* units, qsizetype count) {
+    std::memcpy(room(count), units, static_cast<std::size_t>(count) * sizeof(Unit));
+    size_ += count;
+    return *this;
+  }
+  /// Of bytes for bytes, of characters for characters.
+  template <typename Units>
+  TextBuffer& operator+=(const Units& units) {
+    return append(reinterpret_cast<const Unit*>(units.data()), units.size());
+  }
+
+  [[nodiscard]] qsizetype size() const { return size_; }
+  [[nodiscard]] const Unit* begin() const { return begin_; }
+  [[nodiscard]] const Unit* end() const { return begin_ + size_; }
+  void truncate(qsizetype size) { size_ = size; }
+  [[nodiscard]] Text take() && {
+    text_.truncate(size_);
+    return std::move(text_);
+  }
+
+ private:
+  void makeRoom(qsizetype further) {
+    text_.resize(std::max(size_ + further, 2 * room_));
+    begin_ = reinterpret_cast<Unit*>(text_.data());
+    room_ = text_.size();
+  }
+
+  Text text_;
+  Unit* begin_ = nullptr;
+  qsizetype room_ = 0;
+  qsizetype size_ = 0;
+};
+
+using ByteBuffer = TextBuffer<QByteArray>;

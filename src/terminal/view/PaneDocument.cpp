@@ -1,0 +1,191 @@
+#include "terminal/view/PaneDocument.h"
+
+#include <QTextBlock>
+#include <QTextEdit>
+#include <algorithm>
+
+#include "terminal/view/PaneLayout.h"
+
+namespace {
+
+/// The toolkit's link blue is made for white paper.
+QString linkStyle() {
+  return QStringLiteral("a { color: #6fa8ff }");
+}
+
+PaneLayout& layoutOf(const QTextDocument& document) {
+  return *static_cast<PaneLayout*>(document.documentLayout());
+}
+
+void giveLayout(QTextDocument& document, QWidget& viewport) {
+  auto* const layout = new PaneLayout(document);
+  layout->setPaintDevice(&viewport);
+  document.setDocumentLayout(layout);
+}
+
+}  // namespace
+
+PaneDocument::PaneDocument(QTextEdit& pane, const Limits& limits)
+    : pane_(pane), limits_(limits), looks_(linkStyle()) {
+  giveLayout(document(), *pane_.viewport());
+  document().setMaximumBlockCount(limits_.paragraphs);
+  document().setDefaultStyleSheet(linkStyle());
+}
+
+QTextDocument& PaneDocument::document() const {
+  return *pane_.document();
+}
+
+void PaneDocument::write(PaneQueue& queue, QDeadlineTimer deadline) {
+  putCursorToTheEnd();
+  PaneLayout& layout = layoutOf(document());
+  layout.beginWriting();
+  if (queue.takeSkip())
+    clearUnlessItShapesWhatFollows();
+  end_ = QTextCursor(&document());
+  end_.movePosition(QTextCursor::End);
+  end_.beginEditBlock();
+  do
+    std::visit([this](const auto& text) { writeOne(text); }, queue.take());
+  while (!queue.isEmpty() && !deadline.hasExpired());
+  end_.endEditBlock();
+  end_ = {};
+  limitHeight();
+  layout.endWriting();
+  limitFormats();
+}
+
+void PaneDocument::putCursorToTheEnd() {
+  // Where nothing is selected it is there already, and goes along.
+  QTextCursor cursor = pane_.textCursor();
+  if (!cursor.hasSelection() && cursor.atEnd())
+    return;
+  cursor.setPosition(document().characterCount() - 1);
+  pane_.setTextCursor(cursor);
+}
+
+void PaneDocument::writeOne(const StyledText& text) {
+  divideLastParagraph();
+  if (text.text.isEmpty())
+    return;
+  // As by the importer, the first text of a document brings its paragraph's
+  // formats along.
+  if (end_.position() == 0) {
+    end_.setBlockFormat({});
+    end_.setBlockCharFormat({});
+  }
+  ParagraphEnds ends(limits_.lengths, document().lastBlock().length() - 1);
+  auto end = ends.next(text.text, 0);
+  qsizetype start = 0;
+  const auto insertUpTo = [&](qsizetype place, const QTextCharFormat& format) {
+    if (place > start)
+      end_.insertText(text.text.sliced(start, place - start), format);
+    start = std::max(start, place);
+  };
+  for (const StyledText::Run& run : text.runs) {
+    const QTextCharFormat format = looks_.formatOf(run);
+    while (end && end->behind() <= run.end) {
+      insertUpTo(end->start, format);
+      // One that replaces nothing looks as what is before it.
+      end_.insertBlock(end_.blockFormat(), end->replaced > 0 ? format : end_.charFormat());
+      start = end->behind();
+      end = ends.next(text.text, start);
+    }
+    insertUpTo(run.end, format);
+  }
+}
+
+void PaneDocument::writeOne(const SafeHtml& text) {
+  end_.insertHtml(text.html());
+  divideLastParagraph();
+}
+
+void PaneDocument::writeOne(const StatusLine& text) {
+  // Rare enough for the toolkit's own way, which is no part of a change: it
+  // looks where the view is.
+  end_.endEditBlock();
+  pane_.moveCursor(QTextCursor::End);
+  pane_.append(text.html.html());
+  end_.movePosition(QTextCursor::End);
+  end_.beginEditBlock();
+}
+
+void PaneDocument::writeOne(const PlainText& text) {
+  // Whatever else the text before it looks like, it keeps.
+  end_.movePosition(QTextCursor::End);
+  QTextCharFormat colours;
+  colours.setForeground(text.colour);
+  end_.mergeCharFormat(colours);
+  colours = {};
+  colours.setBackground(text.background);
+  end_.mergeCharFormat(colours);
+  end_.insertText(text.text);
+}
+
+void PaneDocument::divideLastParagraph() {
+  while (true) {
+    const QTextBlock last = document().lastBlock();
+    if (last.length() <= limits_.lengths.longParagraph)
+      return;
+    const auto end = ParagraphEnds(limits_.lengths).next(last.text(), 0);
+    if (!end)
+      return;
+    QTextCursor cursor(last);
+    cursor.setPosition(last.position() + static_cast<int>(end->start));
+    cursor.setPosition(last.position() + static_cast<int>(end->behind()), QTextCursor::KeepAnchor);
+    cursor.insertBlock();
+  }
+}
+
+void PaneDocument::clearUnlessItShapesWhatFollows() {
+  // A paragraph goes on in the format of the one before it.
+  if (document().lastBlock().blockFormat().propertyCount() > 0)
+    return;
+  copy_.reset();
+  document().clear();
+  formatsAtRenewal_ = 0;
+}
+
+void PaneDocument::limitHeight() {
+  const PaneLayout& layout = layoutOf(document());
+  const qreal excess = layout.topOf(document().lastBlock()) - limits_.tallest;
+  if (excess <= 0)
+    return;
+  const int first = layout.blockAt(excess).blockNumber();
+  // The toolkit's own way to drop them.
+  document().setMaximumBlockCount(std::max(document().blockCount() - first, 1));
+  document().setMaximumBlockCount(limits_.paragraphs);
+}
+
+void PaneDocument::limitFormats() {
+  if (!copy_ && document().allFormats().size() > 2 * formatsAtRenewal_ + limits_.formats)
+    copy_.emplace(document());
+}
+
+bool PaneDocument::renew(int milliseconds) {
+  if (!copy_ || !copy_->advance(milliseconds))
+    return false;
+  QTextDocument& old = document();
+  auto made = std::move(*copy_).take();
+  copy_.reset();
+  // Somebody else has changed it meanwhile.
+  if (made->characterCount() != old.characterCount())
+    return false;
+  QTextDocument& renewed = *made.release();
+  renewed.setParent(&pane_);
+  giveLayout(renewed, *pane_.viewport());
+  const QTextCursor before = pane_.textCursor();
+  const int anchor = before.anchor();
+  const int position = before.position();
+  // The toolkit deletes its own, which is the first.
+  const bool isOurs = old.parent() == &pane_;
+  pane_.setDocument(&renewed);
+  if (isOurs)
+    delete &old;
+  QTextCursor cursor(&renewed);
+  cursor.setPosition(anchor);
+  cursor.setPosition(position, QTextCursor::KeepAnchor);
+  pane_.setTextCursor(cursor);
+  formatsAtRenewal_ = renewed.allFormats().size();
+  return true;
+}

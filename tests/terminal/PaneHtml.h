@@ -1,0 +1,20 @@
+#pragma once
+
+#include "support/LiteralPane.h"
+#include "terminal/core/SafeMarkup.h"
+#include "terminal/view/OutputWidget.h"
+
+// HTML for the panes under test, as if a read had it in it.
+
+inline void insertServerHtml(OutputWidget& pane, const QString& html) {
+  pane.showServerText(std::vector{safeMarkup(html)});
+}
+inline void insertServerHtml(LiteralPane& pane, const QString& html) {
+  pane.insertServerHtml(safeMarkup(html).html());
+}
+inline void appendStatusLine(OutputWidget& pane, const QString& html) {
+  pane.appendStatusLine(safeMarkup(html));
+}
+inline void appendStatusLine(LiteralPane& pane, const QString& html) {
+  pane.appendStatusLine(safeMarkup(html).html());
+}
