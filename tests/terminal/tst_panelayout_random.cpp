@@ -1,0 +1,94 @@
+#include <QApplication>
+#include <QTest>
+
+#include "LayoutCompare.h"
+#include "RandomPages.h"
+#include "support/ScratchMain.h"
+
+/// Random pages and what may be done to them: the pane's layout stays the
+/// toolkit's, to the pixel.
+class TestPaneLayoutRandom : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void randomPages();
+
+ private:
+  /// The way to the first difference, if there is one.
+  static QString playedToADifference(unsigned seed);
+};
+
+namespace {
+
+/// All that can be compared once all is laid out.
+QString differenceOfAll(TwoLayouts& two, double height) {
+  if (!two.settle())
+    return QStringLiteral("the heights never stand still");
+  two.scrollTo(height);
+  return layout_compare::firstOf({layout_compare::ofScreens(two), layout_compare::ofPictures(two),
+                                  layout_compare::ofNumbers(two, 100)});
+}
+
+/// What can be compared while most is an estimate.
+QString differenceOfTheEnd(TwoLayouts& two) {
+  if (!scrollToEnd(two.expected) || !scrollToEnd(two.found))
+    return QStringLiteral("the end is never reached");
+  return layout_compare::ofPages(two);
+}
+
+}  // namespace
+
+QString TestPaneLayoutRandom::playedToADifference(unsigned seed) {
+  RandomPage page(seed);
+  TwoLayouts two(page.font(), page.size());
+  // Where bars come and go by an estimate, the page is of another size.
+  const bool fixedBars = page.pick(2) == 0;
+  if (fixedBars)
+    two.showBars();
+  two.show();
+  QStringList played;
+  for (int changes = 4 + page.pick(12); changes > 0; --changes) {
+    played += page.change(two);
+    QString difference;
+    switch (page.pick(4)) {
+      case 0:
+        two.both([](QTextBrowser& browser) { (void)pictureOf(browser); });
+        break;
+      case 1:
+        difference = differenceOfAll(two, page.pick(11) / 10.0);
+        break;
+      case 2:
+        if (fixedBars)
+          difference = differenceOfTheEnd(two);
+        break;
+      default:
+        break;
+    }
+    if (difference.isEmpty() && changes == 1)
+      difference = differenceOfAll(two, page.pick(11) / 10.0);
+    if (!difference.isEmpty())
+      return difference + QStringLiteral(" after\n") + played.join(u'\n');
+  }
+  return {};
+}
+
+void TestPaneLayoutRandom::randomPages() {
+  // More of them when asked for, from any seed on.
+  bool given = false;
+  const int asked = qEnvironmentVariableIntValue("KELMORA_PAGES", &given);
+  const int first = std::max(1, qEnvironmentVariableIntValue("KELMORA_FIRST_PAGE"));
+  const int pages = given ? asked : 150;
+  int differences = 0;
+  for (int seed = first; seed < first + pages; ++seed) {
+    const QString difference = playedToADifference(static_cast<unsigned>(seed));
+    if (difference.isEmpty())
+      continue;
+    ++differences;
+    qWarning().noquote() << QStringLiteral("page %1: ").arg(seed) + difference;
+    QVERIFY2(differences < 5, "and so on");
+  }
+  QCOMPARE(differences, 0);
+}
+
+KELMORA_GUI_TEST_MAIN(TestPaneLayoutRandom)
+#include "tst_panelayout_random.moc"
