@@ -3,6 +3,7 @@
 #include <QBrush>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QTextList>
 #include <vector>
 
 /// All that a document holds, to be compared: blocks with their formats and
@@ -16,6 +17,8 @@ struct PaneContent {
   struct Block {
     QTextBlockFormat format;
     QTextCharFormat charFormat;
+    QTextListFormat list = {};
+    int itemNumber = -1;
     std::vector<Piece> pieces = {};
     bool operator==(const Block&) const = default;
   };
@@ -27,6 +30,13 @@ struct PaneContent {
     PaneContent content;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
       Block& read = content.blocks.emplace_back(Block{block.blockFormat(), block.charFormat()});
+      // Which number a document has given to the list says nothing.
+      read.format.setObjectIndex(-1);
+      if (const QTextList* list = block.textList()) {
+        read.list = list->format();
+        read.list.setObjectIndex(-1);
+        read.itemNumber = list->itemNumber(block);
+      }
       for (auto piece = block.begin(); piece != block.end(); ++piece)
         read.pieces.push_back({piece.fragment().text(), piece.fragment().charFormat()});
     }
@@ -38,7 +48,8 @@ struct PaneContent {
     for (std::size_t i = 0; i < std::min(blocks.size(), other.blocks.size()); ++i) {
       const Block& a = blocks[i];
       const Block& b = other.blocks[i];
-      if (a.format != b.format || a.charFormat != b.charFormat)
+      if (a.format != b.format || a.charFormat != b.charFormat || a.list != b.list ||
+          a.itemNumber != b.itemNumber)
         return QStringLiteral("formats of block %1").arg(i);
       for (std::size_t k = 0; k < std::max(a.pieces.size(), b.pieces.size()); ++k) {
         if (k >= a.pieces.size() || k >= b.pieces.size() || a.pieces[k] != b.pieces[k])

@@ -129,6 +129,9 @@ void TestOutputWidget::whatIsTallerThanBarsCanCountIsDroppedFromTheTop_data() {
   QTest::newRow("a narrower pane for the same lines")
       << words << std::function<void(OutputWidget&)>([](OutputWidget& pane) {
            pane.resize(80, pane.height());
+           QFont font = pane.font();
+           font.setPointSize(150);
+           pane.setFont(font);
          });
 }
 

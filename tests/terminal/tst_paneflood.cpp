@@ -114,7 +114,10 @@ void TestPaneFlood::aSingleTextAppearsInTheNextTurn() {
 }
 
 void TestPaneFlood::muchTextLeavesTheLoopItsTurns() {
-  flood(20000);
+  // Every word in a colour of its own takes its time.
+  for (int i = 0; i < 5000; ++i)
+    pane_->showServerText(serverText(
+        numberedLine(i).replace(" ", " \x1B[32mword \x1B[31m").replace("line", "\x1B[33mline")));
   // Each turn takes some of it, and keys and paint come between them.
   QSet<qsizetype> amounts;
   QVERIFY(QTest::qWaitFor(
@@ -123,8 +126,8 @@ void TestPaneFlood::muchTextLeavesTheLoopItsTurns() {
         return pane_->settled();
       },
       30000));
-  QVERIFY2(amounts.size() > 10, qPrintable(QString::number(amounts.size())));
-  QVERIFY(settled(*pane_).toPlainText().contains("line-19999."));
+  QVERIFY2(amounts.size() > 4, qPrintable(QString::number(amounts.size())));
+  QVERIFY(settled(*pane_).toPlainText().contains("line-4999."));
   QVERIFY(settled(*pane_).toPlainText().contains("line-0."));
 }
 

@@ -28,6 +28,7 @@ SafeHtml htmlOf(const QString& html) {
 class SmallPane : public PipelineHost {
  public:
   void showWaiting(int texts = std::numeric_limits<int>::max()) {
+    skips += PaneQueue(queue).takeSkip() ? 1 : 0;
     // One text for each time that is already over.
     for (; texts > 0 && !queue.isEmpty(); --texts)
       document_.write(queue, QDeadlineTimer(0));
@@ -40,6 +41,7 @@ class SmallPane : public PipelineHost {
 
   PaneQueue queue{paragraphs, lengths};
   QTextBrowser view;
+  int skips = 0;
 
  private:
   PaneDocument document_{view, {.paragraphs = paragraphs, .lengths = lengths}};

@@ -92,6 +92,7 @@ void TestSessionCapture::thePaneStaysAsItWas() {
     insertServerHtml(
         pane, QStringLiteral("<b>line</b> <a href=\"http://a.example\">%1</a><br>\n").arg(i));
   appendStatusLine(pane, "<i>status</i>");
+  pane.settle();
   QTextCursor selection(pane.document());
   selection.setPosition(10);
   selection.setPosition(20, QTextCursor::KeepAnchor);

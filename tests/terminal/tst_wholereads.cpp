@@ -282,7 +282,7 @@ void TestWholeReads::longReadsWithBlocksLoseNothing() {
             QByteArray("with more lines\n").repeated(5);
   panes.read(read, withTagsAndLinks);
   const auto words = [](OutputWidget& pane) {
-    return pane.toPlainText().split(QRegularExpression("\\s+"), Qt::SkipEmptyParts);
+    return settled(pane).toPlainText().split(QRegularExpression("\\s+"), Qt::SkipEmptyParts);
   };
   QCOMPARE(words(panes.quick).join(' ').remove(' '),
            panes.literal.toPlainText().remove(QRegularExpression("\\s+")));

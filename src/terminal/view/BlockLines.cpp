@@ -67,7 +67,8 @@ QSizeF place(const QTextBlock& block, qreal contentWidth) {
   QTextLayout& layout = *block.layout();
   const QTextBlockFormat format = block.blockFormat();
   layout.setTextOption(optionFor(block, format, contentWidth));
-  layout.setCacheEnabled(true);
+  // What is kept of a word that broke at a hidden hyphen counts the hyphen too.
+  layout.setCacheEnabled(!block.text().contains(QChar::SoftHyphen));
   const Sides sides = sidesOf(block, contentWidth);
   const bool leftToRight = block.textDirection() == Qt::LeftToRight;
   qreal firstIndent = format.textIndent();

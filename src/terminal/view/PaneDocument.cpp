@@ -148,10 +148,11 @@ void PaneDocument::clearUnlessItShapesWhatFollows() {
 
 void PaneDocument::limitHeight() {
   const PaneLayout& layout = layoutOf(document());
-  const qreal excess = layout.topOf(document().lastBlock()) - limits_.tallest;
+  const qreal excess = layout.bottom() - limits_.tallest;
   if (excess <= 0)
     return;
-  const int first = layout.blockAt(excess).blockNumber();
+  const QTextBlock cut = layout.blockAt(excess);
+  const int first = cut.blockNumber() + (layout.topOf(cut) < excess ? 1 : 0);
   // The toolkit's own way to drop them.
   document().setMaximumBlockCount(std::max(document().blockCount() - first, 1));
   document().setMaximumBlockCount(limits_.paragraphs);

@@ -18,6 +18,8 @@ class PaneLayout::Measure : public QTextBlockUserData {
   qreal marginAbove = 0;
   qreal marginBelow = 0;
   int length = 0;  ///< of the text measured, in characters
+  /// It was broken into lines before it changed, so it is likely in sight.
+  bool isWanted = false;
 };
 
 namespace {
@@ -163,8 +165,10 @@ void PaneLayout::noteChange(int from, int length) {
     return;  // whole blocks before it went
   for (; block.isValid() && block.position() <= end; block = block.next())
     if (auto* measure = static_cast<Measure*>(block.userData())) {
-      if (measure->state == Measure::State::Placed)
+      if (measure->state == Measure::State::Placed) {
+        measure->isWanted = blocklines::arePlaced(block);
         block.layout()->clearLayout();  // the lines are those of the old text
+      }
       measure->state = Measure::State::Unknown;
     }
 }
@@ -183,6 +187,8 @@ PaneLayout::Measure& PaneLayout::measured(const QTextBlock& block) {
     measure->marginAbove = format.topMargin();
     measure->marginBelow = format.bottomMargin();
     measure->length = block.length();
+    if (measure->isWanted && !isWriting_)
+      place(block);
   }
   return *measure;
 }
@@ -194,6 +200,7 @@ bool PaneLayout::place(const QTextBlock& block) {
   const QSizeF size = blocklines::place(block, contentWidth());
   ++placed_;
   measure.state = Measure::State::Placed;
+  measure.isWanted = false;
   if (size == measure.size)
     return false;
   measure.size = size;
@@ -220,6 +227,8 @@ void PaneLayout::sumUp() {
     row.bottom = row.top + measure.size.height();
     row.widest = std::max(row.widest, measure.size.width());
     row.marginBelow = measure.marginBelow;
+    if (measure.state == Measure::State::Placed)
+      block.layout()->setPosition({document()->documentMargin(), row.top});
     rows_[validRows_] = row;
   }
 }
@@ -307,6 +316,10 @@ void PaneLayout::updateFrom(qreal top) {
 
 qreal PaneLayout::topOf(const QTextBlock& block) const {
   return isReady() && block.isValid() ? rowOf(block).top : 0;
+}
+
+qreal PaneLayout::bottom() const {
+  return isReady() ? rowOf(document()->lastBlock()).bottom : 0;
 }
 
 QTextBlock PaneLayout::blockAt(qreal height) const {

@@ -42,6 +42,8 @@ class PaneLayout : public QAbstractTextDocumentLayout {
 
   /// These break nothing into lines.
   [[nodiscard]] qreal topOf(const QTextBlock& block) const;
+  /// Where the last block ends, however far down.
+  [[nodiscard]] qreal bottom() const;
   /// The block at a height, the nearest one above and below all.
   [[nodiscard]] QTextBlock blockAt(qreal height) const;
   /// The first block between two heights that is broken into lines.
