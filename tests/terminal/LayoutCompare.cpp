@@ -150,7 +150,9 @@ QString ofTexts(const QString& expected, const QString& found) {
 
 QString ofScreens(TwoLayouts& two) {
   const auto screen = [](QTextBrowser& browser) {
-    QCoreApplication::processEvents();
+    // What is painted for the first time may turn out to have another height.
+    for (int paint = 0; paint < 3; ++paint)
+      QCoreApplication::processEvents();
     const QPixmap window = browser.screen()->grabWindow(browser.winId());
     const qreal ratio = window.devicePixelRatio();
     const QRect view = browser.viewport()->geometry();

@@ -24,6 +24,9 @@ inline bool layOut(QTextBrowser& browser, qreal top, qreal bottom) {
     return false;
   const bool changed = layout->layOut(top, bottom);
   layout->tellSize();
+  // Who has the layout work shows what came of it.
+  if (changed)
+    browser.viewport()->update();
   return changed;
 }
 

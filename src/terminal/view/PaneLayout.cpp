@@ -64,7 +64,7 @@ QRectF PaneLayout::blockBoundingRect(const QTextBlock& block) const {
   auto& self = const_cast<PaneLayout&>(*this);
   const bool isPlaced = !isWriting_ && !isStepOfWalk(block);
   if (isPlaced && self.place(block))
-    self.tellSize();
+    self.tellChange(rowOf(block).top);
   const Row& row = rowOf(block);
   const QPointF corner(document()->documentMargin(), row.top);
   if (isPlaced)
@@ -90,7 +90,7 @@ int PaneLayout::hitTest(const QPointF& point, Qt::HitTestAccuracy accuracy) cons
     return accuracy == Qt::ExactHit ? -1 : 0;
   auto& self = const_cast<PaneLayout&>(*this);
   if (self.layOut(point.y(), point.y() + 1))
-    self.tellSize();
+    self.tellChange(rowOf(blockAt(point.y())).top);
   nextStep_ = accuracy == Qt::ExactHit ? 0 : -1;
   const QTextBlock block = blockAt(point.y());
   const QPointF inside = point - QPointF(document()->documentMargin(), rowOf(block).top);
@@ -138,8 +138,7 @@ void PaneLayout::documentChanged(int from, int /*oldLength*/, int length) {
   noteChange(from, length);
   if (isWriting_)
     return;
-  tellSize();
-  updateFrom(topOf(document()->findBlock(from)));
+  tellChange(topOf(document()->findBlock(from)));
 }
 
 // ---- what is measured -------------------------------------------------------
@@ -302,13 +301,13 @@ void PaneLayout::tellSizeLater() {
     return;
   const auto tell = [this] {
     tellsLater_ = false;
-    tellSize();
-    updateFrom(0);
+    tellChange(0);
   };
   QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
 }
 
-void PaneLayout::updateFrom(qreal top) {
+void PaneLayout::tellChange(qreal top) {
+  tellSize();
   // Far beyond the end: what stood below it may be gone.
   constexpr qreal everything = 1e9;
   Q_EMIT update(QRectF(0, top, everything, everything));

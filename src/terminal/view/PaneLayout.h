@@ -72,7 +72,8 @@ class PaneLayout : public QAbstractTextDocumentLayout {
   [[nodiscard]] const Row& rowOf(const QTextBlock& block) const;
   [[nodiscard]] bool isStepOfWalk(const QTextBlock& block) const;
   void tellSizeLater();
-  void updateFrom(qreal top);
+  /// Tells the size, and that what stands below a height looks another way.
+  void tellChange(qreal top);
 
   BlockEstimate estimate_;
   std::vector<Row> rows_;  ///< by block
