@@ -92,7 +92,7 @@ class LiteralText {
   }
 
   static bool mayBeEntity(QStringView rest) {
-    static const QRegularExpression named("^[\\p{L}\\p{N}#+-]{1,8}(;|$)|^[\\p{L}\\p{N}#+-]*<s");
+    static const QRegularExpression named("^[\\p{L}\\p{N}#+-]{1,8}(;|$)");
     const QString near = rest.left(9).toString();
     return near.contains(QChar(QChar::Null)) || named.match(near).hasMatch();
   }

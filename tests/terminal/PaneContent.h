@@ -4,6 +4,7 @@
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextList>
+#include <algorithm>
 #include <vector>
 
 /// All that a document holds, to be compared: blocks with their formats and
@@ -28,10 +29,17 @@ struct PaneContent {
 
   static PaneContent of(const QTextDocument& document) {
     PaneContent content;
+    std::vector<int> objects;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
       Block& read = content.blocks.emplace_back(Block{block.blockFormat(), block.charFormat()});
-      // Which number a document has given to the list says nothing.
-      read.format.setObjectIndex(-1);
+      // Which list it belongs to counts, not the number that the toolkit gives a
+      // list: that depends on when the document was first laid out.
+      if (const int object = read.format.objectIndex(); object >= 0) {
+        const auto known = std::find(objects.begin(), objects.end(), object);
+        read.format.setObjectIndex(static_cast<int>(known - objects.begin()));
+        if (known == objects.end())
+          objects.push_back(object);
+      }
       if (const QTextList* list = block.textList()) {
         read.list = list->format();
         read.list.setObjectIndex(-1);

@@ -340,6 +340,7 @@ void TstOutputPipeline::becomesTextOrHtml_data() {
   row("so are the entities of blanks and brackets", "&lt;&#32;&nbsp;&gt;.", all, true);
   row("any other entity is the importer's", "&copy; 1999", all, false);
   row("so is what the end of a read may make one", "a &copy", all, false);
+  row("what a line end or a colour cuts is none", "a &copy\n &nbsp\x1B[31m;", all, true);
   row("so is the mark of a paragraph's end", "a\xE2\x80\xA9z", all, false);
   row("so is that of an object", "a\xEF\xBF\xBCz", all, false);
   row("so is a target with a control in it", "http://a\vb", all, false);

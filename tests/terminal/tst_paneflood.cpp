@@ -7,6 +7,7 @@
 #include "PaneContent.h"
 #include "PaneHtml.h"
 #include "PipelineSupport.h"
+#include "TwoPanes.h"
 #include "support/LiteralPane.h"
 #include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
@@ -43,6 +44,7 @@ class TestPaneFlood : public QObject {
   void muchTextLeavesTheLoopItsTurns();
   void readingTheDocumentEmptiesTheQueue();
   void ofAFloodTheNewestParagraphsStay();
+  void aFloodLeavesWhatOneByOneInsertionLeaves();
   void plainTextBehindAFloodGoesOnInItsLook();
   void plainTextTakesItsLookFromWhatItFollows_data();
   void plainTextTakesItsLookFromWhatItFollows();
@@ -149,6 +151,26 @@ void TestPaneFlood::ofAFloodTheNewestParagraphsStay() {
   const int number = first.mid(5, first.indexOf('.') - 5).toInt();
   QVERIFY2(lines - number > 37400, qPrintable(first));
   QCOMPARE(text.count('\n'), lines - number + 1);
+}
+
+void TestPaneFlood::aFloodLeavesWhatOneByOneInsertionLeaves() {
+  TwoPanes panes;
+  const PipelineOptions options{.playBeeps = false, .parseHtml = false};
+  QByteArray read;
+  for (int i = 0; i < 60'000; ++i) {
+    read += "\x1B[3" + QByteArray::number(i % 8) + "m" + numberedLine(i);
+    if (i % 50 == 0)
+      read += "\x1B[38;5;208mhttp://a.example/" + QByteArray::number(i) + " or so\n";
+    if (read.size() > 500 + i % 40'000)
+      panes.read(std::exchange(read, {}), options);
+    if (i % 777 == 0) {
+      panes.quick.echoSentText("look\r\n");
+      panes.literal.echoSentText("look\r\n");
+    }
+  }
+  QVERIFY(panes.quick.waitingBytes() < 16 * 1024 * 1024);
+  QCOMPARE(panes.difference(), QString());
+  QCOMPARE(panes.quick.document()->blockCount(), OutputWidget::maximumParagraphs);
 }
 
 void TestPaneFlood::plainTextBehindAFloodGoesOnInItsLook() {

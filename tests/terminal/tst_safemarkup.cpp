@@ -525,14 +525,16 @@ void TestSafeMarkup::aPieceBeginsWithWhatIsOpen() {
 }
 
 void TestSafeMarkup::knowsWhatIsCertain_data() {
-  using Shown = MarkupFacts::Shown;
+  enum class Shown { Nothing, Perhaps, Something };
   QTest::addColumn<QString>("html");
-  QTest::addColumn<Shown>("shown");
+  QTest::addColumn<bool>("showsSomething");
+  QTest::addColumn<bool>("isEmpty");
   QTest::addColumn<bool>("isInlineOnly");
   QTest::addColumn<QList<qsizetype>>("lines");
   const auto row = [](const char* name, const QString& html, Shown shown, bool isInlineOnly,
                       const QList<qsizetype>& lines) {
-    QTest::newRow(name) << html << shown << isInlineOnly << lines;
+    QTest::newRow(name) << html << (shown == Shown::Something) << (shown == Shown::Nothing)
+                        << isInlineOnly << lines;
   };
   row("nothing", "", Shown::Nothing, true, {0});
   row("text", "lamp", Shown::Something, true, {4});
@@ -559,7 +561,8 @@ void TestSafeMarkup::knowsWhatIsCertain_data() {
 void TestSafeMarkup::knowsWhatIsCertain() {
   QFETCH(const QString, html);
   const MarkupFacts facts = safeMarkup(html).facts();
-  QTEST(facts.shown, "shown");
+  QTEST(facts.showsSomething(), "showsSomething");
+  QTEST(!facts.hasText && !facts.showsSomething(), "isEmpty");
   QTEST(facts.isInlineOnly, "isInlineOnly");
   QTEST(QList<qsizetype>(facts.lines.begin(), facts.lines.end()), "lines");
 }

@@ -180,6 +180,8 @@ void TestWholeReads::aReadIsShownWholeHoweverLong_data() {
   QTest::newRow("a mark of byte order where lines begin")
       << QByteArray("\xEF\xBB\xBFx\n").repeated(2000);
   QTest::newRow("blanks where lines begin and end") << QByteArray("  x  \n").repeated(2000);
+  QTest::newRow("an entity's name before one of too many colours")
+      << QByteArray("\x1B[31m").repeated(150) + "&copy; &nbsp\x1B[32m";
   QTest::newRow("lines of nothing") << QByteArray(20'000, '\n');
   QTest::newRow("one line end, which is the first byte") << '\n' + QByteArray(20'000, 'x');
   QTest::newRow("one line end, which is the last byte") << QByteArray(20'000, 'x') + '\n';

@@ -1,5 +1,6 @@
 #include "terminal/core/AnsiTranslator.h"
 
+#include <QByteArrayList>
 #include <algorithm>
 #include <cctype>
 
@@ -8,39 +9,33 @@
 
 namespace {
 
-constexpr QByteArrayView spanStart = "<span style=\"";
-constexpr QByteArrayView spanEnd = "\">";
+using Colour = std::optional<QByteArrayView>;
 
-/// Sets one of the colours, and tells in HTML how.
-void set(ColourSpan& span, quint32 ColourSpan::*which, QByteArrayView colour) {
+bool isPlain(QByteArrayView colour) {
   constexpr qsizetype length = 7;
-  const bool isPlain = colour.size() == length && colour.front() == '#' &&
-                       std::all_of(colour.begin() + 1, colour.end(), [](char byte) {
-                         return std::isxdigit(static_cast<unsigned char>(byte)) != 0;
-                       });
-  if (isPlain)
-    span.*which = colour.sliced(1).toByteArray().toUInt(nullptr, 16);
-  span.isPlain = span.isPlain && isPlain;
-  span.html += span.html.isEmpty() ? spanStart.toByteArray() : QByteArray(";");
-  span.html += which == &ColourSpan::text ? "color:" : "background-color:";
-  span.html += colour;
+  const auto isDigit = [](char byte) {
+    return std::isxdigit(static_cast<unsigned char>(byte)) != 0;
+  };
+  return colour.size() == length && colour.front() == '#' &&
+         std::all_of(colour.begin() + 1, colour.end(), isDigit);
 }
 
-ColourSpan closed(ColourSpan span) {
-  span.html += spanEnd;
+/// A span of one colour or of both.
+ColourSpan spanOf(Colour text, Colour background) {
+  ColourSpan span;
+  QByteArrayList style;
+  const auto set = [&](const char* name, Colour colour, quint32& value) {
+    if (!colour)
+      return;
+    style << name + colour->toByteArray();
+    span.isPlain = span.isPlain && isPlain(*colour);
+    if (span.isPlain)
+      value = colour->sliced(1).toByteArray().toUInt(nullptr, 16);
+  };
+  set("color:", text, span.text);
+  set("background-color:", background, span.background);
+  span.html = "<span style=\"" + style.join(';') + "\">";
   return span;
-}
-
-ColourSpan foregroundSpan(QByteArrayView colour) {
-  ColourSpan span;
-  set(span, &ColourSpan::text, colour);
-  return closed(std::move(span));
-}
-
-ColourSpan backgroundSpan(QByteArrayView colour) {
-  ColourSpan span;
-  set(span, &ColourSpan::background, colour);
-  return closed(std::move(span));
 }
 
 /// Both kinds of span for each index of the palette.
@@ -49,7 +44,7 @@ const std::array<std::array<ColourSpan, 2>, 256>& paletteSpans() {
     std::array<std::array<ColourSpan, 2>, 256> made;
     for (quint32 index = 0; index < made.size(); ++index)
       if (const auto colour = paletteColour(index))
-        made[index] = {foregroundSpan(*colour), backgroundSpan(*colour)};
+        made[index] = {spanOf(colour, {}), spanOf({}, colour)};
     return made;
   }();
   return spans;
@@ -86,13 +81,11 @@ void AnsiTranslator::buildColourSpans(const ColourTexts& normalColour,
                                       const ColourTexts& boldColour) {
   Spans spans;
   for (std::size_t k = 0; k < normalColour.size(); ++k) {
-    spans.normalSpan[k] = foregroundSpan(normalColour[k]);
-    spans.boldSpan[k] = foregroundSpan(boldColour[k]);
-    spans.backgroundSpan[k] = backgroundSpan(normalColour[k]);
+    spans.normalSpan[k] = spanOf(normalColour[k], {});
+    spans.boldSpan[k] = spanOf(boldColour[k], {});
+    spans.backgroundSpan[k] = spanOf({}, normalColour[k]);
   }
-  set(spans.resetSpan, &ColourSpan::text, normalColour[white]);
-  set(spans.resetSpan, &ColourSpan::background, normalColour[0]);
-  spans.resetSpan = closed(std::move(spans.resetSpan));
+  spans.resetSpan = spanOf(normalColour[white], normalColour[0]);
   spans_ = std::make_shared<const Spans>(std::move(spans));
   currentSpan_ = &spans_->resetSpan;
   bareColour_ = {};

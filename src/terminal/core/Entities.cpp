@@ -22,12 +22,11 @@ bool beginsNoEntity(QStringView rest) {
   const auto* const end = std::find_if_not(name.begin(), name.end(), [](QChar part) {
     return part.isLetterOrNumber() || part == u'#' || part == u'+' || part == u'-';
   });
-  // The end of the text may end a name too, as may spans that are left out before
-  // the importer sees them. A NUL ends a number whatever comes behind it.
+  // The end of the text may end a name too. A NUL ends a number whatever comes
+  // behind it.
   const bool isNamed =
       end != name.begin() && (end == name.end() ? name.size() < entityReach : *end == u';');
-  return !isNamed && !name.sliced(end - name.begin()).startsWith(u"<s") &&
-         !name.contains(QChar(QChar::Null));
+  return !isNamed && !name.contains(QChar(QChar::Null));
 }
 
 }  // namespace

@@ -130,6 +130,9 @@ void MarkupWriter::startInline(Row row, const QString& attributes) {
       OpenInline& span = openInlines_.back();
       span.attributes = markup::mergedStyle(span.attributes, attributes);
       spanIsDue_ = true;
+      // What is before it may look like an entity that goes on behind it.
+      if (html_.last(std::min(html_.size(), longestEntity)).contains(u'&'))
+        writeDueSpan();
       return;
     }
   }
@@ -184,24 +187,19 @@ void MarkupWriter::writeText(QStringView text) {
   for (const QChar character : text)
     stretch_ += character == u'&' ? 1 - longestEntity : character.isSpace() ? 0 : 1;
   facts_.isInlineOnly = facts_.isInlineOnly && !mayEndParagraphs(text);
-  if (facts_.shown == MarkupFacts::Shown::Nothing)
-    facts_.shown = MarkupFacts::Shown::Perhaps;
+  facts_.hasText = facts_.hasText || !text.isEmpty();
 }
 
 void MarkupWriter::noteTag(Row row) {
   endStretch();
-  if (row->name == u"br") {
+  if (row->name == u"br")
     facts_.lines.push_back(std::exchange(line_, 0));
-    facts_.shown = MarkupFacts::Shown::Something;
-  } else if (row->kind != Kind::Inline && row->kind != Kind::Link) {
+  else if (row->kind != Kind::Inline && row->kind != Kind::Link)
     facts_.isInlineOnly = false;
-  }
 }
 
 void MarkupWriter::endStretch() {
   line_ += std::max<qsizetype>(std::exchange(stretch_, 0), 0);
-  if (line_ > 0)
-    facts_.shown = MarkupFacts::Shown::Something;
 }
 
 void MarkupWriter::write(Row row, const QString& attributes) {

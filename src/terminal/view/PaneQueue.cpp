@@ -191,10 +191,9 @@ void PaneQueue::count(Waiting& waiting) {
 }
 
 void PaneQueue::countMarkup(Waiting& waiting, const SafeHtml& html) {
-  using Shown = MarkupFacts::Shown;
   const MarkupFacts& facts = html.facts();
-  waiting.hasLook = facts.shown != Shown::Nothing;
-  waiting.isPassing = facts.isInlineOnly && facts.shown != Shown::Perhaps;
+  waiting.hasLook = facts.hasText || facts.showsSomething();
+  waiting.isPassing = facts.isInlineOnly && (!waiting.hasLook || facts.showsSomething());
   if (!facts.isInlineOnly)
     return ends_.beginAnew();
   for (std::size_t line = 0; line + 1 < facts.lines.size(); ++line)
