@@ -125,7 +125,7 @@ void DeafTimes::measureQuietMoment() {
   result_.add("work quiet", spent() - before);
   result_.add("formats behind quiet", state().formats);
   leaveUnusedLinks();
-  client_.write("watch");
+  beginToWatch(client_);
   std::this_thread::sleep_for(quiet);
   client_.write("report");
   addWatched(result_, client_.waitFor("watched", patience).value_or(std::vector<std::string>{}),

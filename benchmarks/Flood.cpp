@@ -8,8 +8,9 @@ bool Flood::run() {
   server_.welcome(client_);
   if (options_.memoryEvery == 0)
     prepare();
+  // Where the flood came first, it would be over before anybody looks.
   if (options_.watch)
-    client_.write("watch");
+    beginToWatch(client_);
   const auto before = client_.cpuSeconds();
   begin_ = Clock::now();
   deadline_ = after(options_.limit);

@@ -49,6 +49,12 @@ class Result {
   return Moment(Clock::duration(std::stoll(nanoseconds)));
 }
 
+inline void beginToWatch(ClientProcess& client) {
+  client.write("watch");
+  if (!client.waitFor("watching", patience))
+    throw std::runtime_error("the client does not watch itself");
+}
+
 /// The figures of the client's line "watched ...", under their names.
 inline void addWatched(Result& result, const std::vector<std::string>& words,
                        const std::string& behind = {}) {

@@ -6,6 +6,7 @@
 //   painted WHEN        the pane has been painted for the first time
 //   settled WHEN        the trigger of the flood's last line has set the
 //                       variable "flooded", and all text is painted
+//   watching WHEN       it has begun to watch
 //   watched STALL MEDIAN 99TH LONGEST COUNT    milliseconds; after "settled"
 //
 // From its standard input it takes these lines; "quit" or anything else ends it:
@@ -106,9 +107,10 @@ class Speaker : public QObject {
 
   void obey(const QByteArrayList& words) {
     const QByteArray& order = words.front();
-    if (order == "watch")
+    if (order == "watch") {
       watch_.start();
-    else if (order == "report")
+      tell("watching", WindowWatch::Clock::now());
+    } else if (order == "report")
       tellWatched();
     else if (order == "echoless")
       subject_.endEcho();
