@@ -1,5 +1,6 @@
 #include "WindowWatch.h"
 
+#include <QInputDevice>
 #include <QKeyEvent>
 #include <algorithm>
 
@@ -46,9 +47,13 @@ WindowWatch::~WindowWatch() {
 }
 
 void WindowWatch::start() {
+  longestStall_ = {};
+  delays_.clear();
   lastPulse_ = Clock::now();
   pulse_.start(1ms);
   pressing_ = true;
+  // The toolkit makes the keyboard's record at its first use, in that thread.
+  (void)QInputDevice::primaryKeyboard();
   presser_ = std::thread([this] { pressKeys(); });
 }
 
@@ -67,6 +72,8 @@ void WindowWatch::pressKeys() {
 }
 
 WindowWatch::Figures WindowWatch::finish() {
+  if (pulse_.isActive())
+    longestStall_ = std::max(longestStall_, Clock::now() - lastPulse_);
   pulse_.stop();
   pressing_ = false;
   if (presser_.joinable())
