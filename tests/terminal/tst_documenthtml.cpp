@@ -7,6 +7,8 @@
 
 #include "IdleHost.h"
 #include "support/ScratchMain.h"
+#include "support/Settled.h"
+#include "terminal/PaneHtml.h"
 #include "terminal/core/SafeMarkup.h"
 #include "terminal/view/DocumentHtml.h"
 #include "terminal/view/InputWidget.h"
@@ -309,10 +311,10 @@ void TestDocumentHtml::anyPaneIsWrittenAsByTheToolkit() {
           pane.printText(author.text(), QColor(Qt::cyan));
           break;
         default:
-          pane.insertServerHtml(safeMarkup(author.markup()));
+          insertServerHtml(pane, author.markup());
       }
     }
-    const QTextDocument& document = *pane.document();
+    const QTextDocument& document = *settled(pane).document();
     const QByteArray wrong = fault(document);
     QVERIFY2(wrong.isEmpty(), qPrintable(QStringLiteral("seed %1: ").arg(seed) + wrong));
     writtenHere += quickHtml(document) ? 1 : 0;

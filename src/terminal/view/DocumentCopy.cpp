@@ -56,8 +56,10 @@ void DocumentCopy::copyBlock(const QTextBlock& block) {
 
 void DocumentCopy::copyList(const QTextBlock& block) {
   QTextList*& list = lists_[block.textList()];
-  if (list)
-    list->add(end_.block());
-  else
+  if (!list)
     list = end_.createList(block.textList()->format());
+  // Formats whose properties came in another order are not the same.
+  QTextBlockFormat format = block.blockFormat();
+  format.setObjectIndex(list->objectIndex());
+  end_.setBlockFormat(format);
 }

@@ -246,7 +246,9 @@ bool PaneLayout::layOut(qreal top, qreal bottom) {
   qreal height = top;
   for (QTextBlock block = blockAt(top); block.isValid() && height < bottom; block = block.next()) {
     changed |= place(block);
-    height = rowOf(block).bottom;
+    const Row& row = rowOf(block);
+    block.layout()->setPosition({document()->documentMargin(), row.top});
+    height = row.bottom;
   }
   return changed;
 }
