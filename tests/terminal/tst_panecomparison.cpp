@@ -264,7 +264,7 @@ void TestPaneComparison::aSessionOfEndlessLinksKeepsFewFormats() {
     most = std::max(most, panes_.quick.document()->allFormats().size());
   }
   QCOMPARE(settled(panes_.quick).document()->blockCount(), OutputWidget::limits.paragraphs);
-  QVERIFY2(most < 8 * OutputWidget::limits.formats, qPrintable(QString::number(most)));
+  QVERIFY2(most < 3 * OutputWidget::limits.formats, qPrintable(QString::number(most)));
 }
 
 KELMORA_GUI_TEST_MAIN(TestPaneComparison)

@@ -23,14 +23,15 @@ bool DocumentCopy::advance(int milliseconds) {
   QElapsedTimer timer;
   timer.start();
   QTextBlock block = next_.block();
-  for (; block.next().isValid(); block = block.next()) {
-    next_.setPosition(block.position());
-    if (timer.elapsed() >= milliseconds)
-      return false;
+  // All of it as one change: each has its cost, however small it is.
+  end_.beginEditBlock();
+  while (block.next().isValid() && timer.elapsed() < milliseconds) {
     copyBlock(block);
+    block = block.next();
   }
+  end_.endEditBlock();
   next_.setPosition(block.position());
-  return true;
+  return !block.next().isValid();
 }
 
 std::unique_ptr<QTextDocument> DocumentCopy::take() && {
