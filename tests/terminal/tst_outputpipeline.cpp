@@ -19,6 +19,7 @@ class TstOutputPipeline : public QObject {
   void whatFollowsAnOpenTagIsHtml();
   void aStoredColourOfAnyTextIsHtml();
   void aLongReadOfHtmlIsInPieces();
+  void beforeTheColoursAreKnownAReadIsHtml();
   void ordinaryBytesStayAsTheyAre_data();
   void ordinaryBytesStayAsTheyAre();
   void specialBytes_data();
@@ -389,6 +390,14 @@ void TstOutputPipeline::aLongReadOfHtmlIsInPieces() {
   QCOMPARE(pieces(500), 1U);
   const std::size_t many = pieces(5000);
   QVERIFY2(many >= 8 && many <= 12, qPrintable(QString::number(many)));
+}
+
+void TstOutputPipeline::beforeTheColoursAreKnownAReadIsHtml() {
+  OutputPipeline pipeline;
+  RecordingHost host;
+  // Nothing stands in front of the mark of byte order, so it is dropped.
+  pipeline.readSocketData("\xEF\xBB\xBFx\xEF\xBB\xBF", plainText, host);
+  QCOMPARE(host.shown(), "HTML: x\xEF\xBB\xBF");
 }
 
 KELMORA_TEST_MAIN(TstOutputPipeline)

@@ -140,6 +140,7 @@ class TestPaneQueue : public QObject {
   void aFloodOfServerTextLeavesWhatOneByOneInsertionLeaves();
   void aFloodWithTagsLeavesAFullPaneAndItsEnd();
   void nothingIsLeftBehindAClear();
+  void theFirstTextBringsItsParagraphsFormatsAlong();
 };
 
 void TestPaneQueue::takesInOrder() {
@@ -295,6 +296,32 @@ void TestPaneQueue::nothingIsLeftBehindAClear() {
   QVERIFY(queue.isEmpty());
   QVERIFY(!queue.takeSkip());
   QCOMPARE(queue.size(), 0);
+}
+
+void TestPaneQueue::theFirstTextBringsItsParagraphsFormatsAlong() {
+  // As the importer does, where an empty document has a paragraph with formats.
+  SmallPane pane;
+  LiteralPane literal(lengths.longParagraph, lengths.longestParagraph);
+  QTextBlockFormat right;
+  right.setAlignment(Qt::AlignRight);
+  QTextCharFormat slanted;
+  slanted.setFontItalic(true);
+  for (QTextDocument* document : {pane.view.document(), literal.document()}) {
+    QTextCursor cursor(document);
+    cursor.setBlockFormat(right);
+    cursor.setBlockCharFormat(slanted);
+  }
+  const auto show = [&](const QString& text) {
+    pane.queue.add(ServerText(textOf(text)));
+    pane.showWaiting();
+    literal.insertServerHtml(text);
+    return PaneContent::of(*pane.view.document())
+        .differenceTo(PaneContent::of(*literal.document()));
+  };
+  QCOMPARE(show(""), QString());
+  QCOMPARE(pane.view.document()->begin().blockFormat(), right);
+  QCOMPARE(show("text"), QString());
+  QVERIFY(pane.view.document()->begin().blockFormat() != right);
 }
 
 KELMORA_GUI_TEST_MAIN(TestPaneQueue)
