@@ -94,7 +94,8 @@ class LiteralText {
   static bool mayBeEntity(QStringView rest) {
     static const QRegularExpression named("^[\\p{L}\\p{N}#+-]{1,8}(;|$)");
     const QString near = rest.left(9).toString();
-    return near.contains(QChar(QChar::Null)) || named.match(near).hasMatch();
+    // A NUL ends a number, but none of which a tag comes first.
+    return near.section('<', 0, 0).contains(QChar(QChar::Null)) || named.match(near).hasMatch();
   }
 
   bool open(const QString& style) {

@@ -1,5 +1,6 @@
 #include "terminal/core/OutputPipeline.h"
 
+#include <algorithm>
 #include <cstring>
 #include <optional>
 
@@ -64,14 +65,18 @@ void OutputPipeline::readSocketData(const QByteArray& data, const PipelineOption
   host.showServerText(std::move(read.text));
   // One array for all pieces, unless the host keeps one.
   QByteArray piece;
-  const char* const end = read.lines.cend();
-  for (const char *start = read.lines.cbegin(), *next = start; next != nullptr; start = next + 1) {
-    const auto left = static_cast<std::size_t>(end - start);
-    next = left > 0 ? static_cast<const char*>(std::memchr(start, '\n', left)) : nullptr;
-    const auto length = next ? static_cast<std::size_t>(next - start) : left;
-    piece.resize(static_cast<qsizetype>(length));
-    std::memcpy(piece.data(), start, length);
+  QByteArrayView rest = read.lines;
+  while (true) {
+    const void* const end =
+        rest.isEmpty() ? nullptr
+                       : std::memchr(rest.data(), '\n', static_cast<std::size_t>(rest.size()));
+    const qsizetype length = end ? static_cast<const char*>(end) - rest.data() : rest.size();
+    piece.resize(length);
+    std::copy_n(rest.data(), length, piece.data());
     host.parseVitals(piece.constData());
     host.checkTriggers(piece);
+    if (!end)
+      return;
+    rest = rest.sliced(length + 1);
   }
 }

@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QString>
 #include <algorithm>
-#include <cstring>
 #include <type_traits>
 
 /// Bytes or characters that only ever grow at their end. The toolkit's texts can
@@ -31,7 +30,7 @@ class TextBuffer {
     return *this;
   }
   TextBuffer& append(const Unit* units, qsizetype count) {
-    std::memcpy(room(count), units, static_cast<std::size_t>(count) * sizeof(Unit));
+    std::copy_n(units, count, room(count));
     size_ += count;
     return *this;
   }
