@@ -13,14 +13,12 @@ struct ColourSpan {
   /// Whether that is all there is to say: a stored colour may be any text.
   bool isPlain = true;
 
-  [[nodiscard]] TextLook inside(TextLook look) const {
-    if (look.text == TextLook::none && look.background == TextLook::none)
-      look.backgroundCameFirst = text == TextLook::none;
-    if (text != TextLook::none)
-      look.text = text;
-    if (background != TextLook::none)
-      look.background = background;
-    return look;
+  [[nodiscard]] TextLook inside(const TextLook& look) const {
+    constexpr quint32 none = TextLook::none;
+    const bool isFirst = look.text == none && look.background == none;
+    return {.text = text != none ? text : look.text,
+            .background = background != none ? background : look.background,
+            .backgroundCameFirst = isFirst ? text == none : look.backgroundCameFirst};
   }
 };
 

@@ -98,7 +98,10 @@ void TextSink::openSpan(const ColourSpan& span) {
   if (look == look_)
     return;
   endRun();
-  look_ = look;
+  // One by one: a copy of the whole waits for its parts to be in memory.
+  look_.text = look.text;
+  look_.background = look.background;
+  look_.backgroundCameFirst = look.backgroundCameFirst;
 }
 
 void TextSink::addBareColour(QByteArrayView colour) {
