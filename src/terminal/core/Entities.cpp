@@ -23,10 +23,11 @@ bool beginsNoEntity(QStringView rest) {
     return part.isLetterOrNumber() || part == u'#' || part == u'+' || part == u'-';
   });
   // The end of the text may end a name too. A NUL ends a number whatever comes
-  // behind it.
+  // behind it, where no tag comes first.
   const bool isNamed =
       end != name.begin() && (end == name.end() ? name.size() < entityReach : *end == u';');
-  return !isNamed && !name.contains(QChar(QChar::Null));
+  const auto* const tag = std::find(name.begin(), name.end(), u'<');
+  return !isNamed && std::find(name.begin(), tag, QChar::Null) == tag;
 }
 
 }  // namespace
