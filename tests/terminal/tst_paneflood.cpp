@@ -55,6 +55,7 @@ class TestPaneFlood : public QObject {
   void coloursAroundNothingAreNotHoardedWithoutEnd();
   void aRenewedDocumentIsTheSame();
   void aRenewalKeepsTheViewAndTheSelection();
+  void formatsOutOfUseGoInAQuietMoment();
   void formatsInUseAreNoReasonForAnotherRenewal();
 
  private:
@@ -313,6 +314,19 @@ void TestPaneFlood::aRenewalKeepsTheViewAndTheSelection() {
   QCOMPARE(settled(*pane_).textCursor().selectedText(), selected);
   QCOMPARE(settled(*pane_).textCursor().anchor(), 100);
   QCOMPARE(pane_->verticalScrollBar()->value(), 300);
+}
+
+void TestPaneFlood::formatsOutOfUseGoInAQuietMoment() {
+  for (int i = 0; i < 10; ++i)
+    showLinks(i * 1000, 1000);
+  pane_->settle();
+  QTRY_VERIFY(pane_->document()->allFormats().size() > 9000);
+  QTest::qWait(300);
+  // Too few by the measure of what was in use, but none of them is any more.
+  for (int i = 0; i < OutputWidget::limits.paragraphs; ++i)
+    pane_->printInfo("told");
+  pane_->settle();
+  QTRY_VERIFY_WITH_TIMEOUT(pane_->document()->allFormats().size() < 100, 10000);
 }
 
 void TestPaneFlood::formatsInUseAreNoReasonForAnotherRenewal() {

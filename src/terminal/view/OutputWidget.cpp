@@ -12,6 +12,8 @@ namespace {
 /// at a time.
 constexpr int idle = 100;
 constexpr int idleTurn = 4;
+/// Milliseconds without text until formats out of use are looked for.
+constexpr int quiet = 3000;
 /// Beyond it, in bytes, who adds has to wait. Text seldom gets there: only
 /// what makes no paragraphs, such as a flood of colours around nothing.
 constexpr qsizetype longQueue = qsizetype{32} * 1024 * 1024;
@@ -34,6 +36,12 @@ OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
   connect(&idleMoment_, &QTimer::timeout, this, [this] {
     if (queue_.isEmpty() && sight_.refine(idleTurn))
       idleMoment_.start(frameLength);
+  });
+  quietMoment_.setSingleShot(true);
+  quietMoment_.setInterval(quiet);
+  connect(&quietMoment_, &QTimer::timeout, this, [this] {
+    document_.lookAtFormats();
+    renewLater();
   });
   setOpenExternalLinks(true);
   setWordWrapMode(QTextOption::WordWrap);
@@ -137,6 +145,11 @@ void OutputWidget::write(QDeadlineTimer deadline) {
     document_.write(queue_, deadline);
   }
   idleMoment_.start(idle);
+  quietMoment_.start();
+  renewLater();
+}
+
+void OutputWidget::renewLater() {
   if (document_.isRenewing() && !nextCopy_.isActive())
     nextCopy_.start(frameLength);
 }
@@ -146,6 +159,5 @@ void OutputWidget::renew() {
     const PaneSight::Change change(sight_, PaneSight::Keeps::Text);
     document_.renew(idleTurn);
   }
-  if (document_.isRenewing())
-    nextCopy_.start(frameLength);
+  renewLater();
 }

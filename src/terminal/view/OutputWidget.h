@@ -68,12 +68,14 @@ class OutputWidget : public QTextBrowser {
   void write(QDeadlineTimer deadline);
   /// Makes the document anew, for a moment at a time.
   void renew();
+  void renewLater();
 
   InputWidget& inputBar_;
   PaneQueue queue_;
   PaneTurns turns_;
   QTimer nextTurn_;
   QTimer idleMoment_;
+  QTimer quietMoment_;
   QTimer nextCopy_;
   PaneDocument document_;
   PaneSight sight_;

@@ -3,6 +3,7 @@
 #include <QTextBlock>
 #include <QTextEdit>
 #include <algorithm>
+#include <vector>
 
 #include "terminal/view/PaneLayout.h"
 
@@ -160,6 +161,18 @@ void PaneDocument::limitHeight() {
 
 void PaneDocument::limitFormats() {
   if (!copy_ && document().allFormats().size() > 2 * formatsAtRenewal_ + limits_.formats)
+    copy_.emplace(document());
+}
+
+void PaneDocument::lookAtFormats() {
+  const qsizetype all = document().allFormats().size();
+  if (copy_ || all <= limits_.formats)
+    return;
+  std::vector<bool> used(static_cast<std::size_t>(all));
+  for (QTextBlock block = document().begin(); block.isValid(); block = block.next())
+    for (auto piece = block.begin(); !piece.atEnd(); ++piece)
+      used[static_cast<std::size_t>(piece.fragment().charFormatIndex())] = true;
+  if (all - std::count(used.begin(), used.end(), true) > limits_.formats)
     copy_.emplace(document());
 }
 

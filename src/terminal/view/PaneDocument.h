@@ -35,6 +35,8 @@ class PaneDocument {
   void write(PaneQueue& queue, QDeadlineTimer deadline);
   /// Drops paragraphs from the top, all but the last, of what is too tall.
   void limitHeight();
+  /// For a quiet moment: looks whether many formats are out of use.
+  void lookAtFormats();
   /// Whether the document has gathered formats, and is made anew meanwhile.
   [[nodiscard]] bool isRenewing() const { return copy_.has_value(); }
   /// Goes on with that for so many milliseconds. Answers whether another
