@@ -190,7 +190,7 @@ void TestPaneQueue::aLongTextIsTakenInSlices() {
 void TestPaneQueue::noSliceTearsAPair() {
   for (const QString before : {"", "x"}) {
     PaneQueue queue(750, {});
-    const QString text = before + QString(u"\U0001F600"_qs).repeated(20'000);
+    const QString text = before + QStringLiteral("\U0001F600").repeated(20'000);
     queue.add(ServerText(textOf(text)));
     QString joined;
     while (!queue.isEmpty()) {

@@ -99,7 +99,9 @@ void TestParagraphEnds::randomTextsInPiecesOfAnySize() {
     for (int piece = pick(6); piece > 0; --piece) {
       QString text;
       for (int left = pick(30); left > 0; --left)
-        text += pick(6) == 0 ? QStringLiteral("/") : pick(9) == 0 ? QStringLiteral("\U0001F600") : QStringLiteral("x");
+        text += pick(6) == 0   ? QStringLiteral("/")
+                : pick(9) == 0 ? QStringLiteral("\U0001F600")
+                               : QStringLiteral("x");
       whole += text;
       inPieces += divided(ends, text);
     }
