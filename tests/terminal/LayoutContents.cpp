@@ -54,11 +54,12 @@ std::vector<Content> textContents() {
                   "soft\u00ADly soft\u00ADly soft\u00ADly soft\u00ADly soft\u00ADly "
                   "soft\u00ADly soft\u00ADly soft\u00ADly soft\u00ADly soft\u00ADly "
                   "ex\u00ADtra\u00ADor\u00ADdi\u00ADna\u00ADri\u00ADly|soft\u00AD\n"),
+      // But none that stands for an object: where there is none, later releases of
+      // the toolkit give it one width in their own layout and another elsewhere.
       textContent("control characters",
                   "a\x01"
                   "b\x07|\x1B[31m\x7F|\x0B\x0C"
-                  "c\uFFFC"
-                  "d\uFFFDe\n"),
+                  "cd\uFFFDe\n"),
       {"coloured pieces on backgrounds",
        [](QTextBrowser& browser) {
          insertColoured(browser, "yellow on red ", Qt::yellow, Qt::red);

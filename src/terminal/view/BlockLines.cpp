@@ -12,6 +12,10 @@ namespace blocklines {
 
 namespace {
 
+/// In which colour the toolkit draws rulers; its later releases have another.
+constexpr auto rulerRole =
+    QT_VERSION < QT_VERSION_CHECK(6, 5, 0) ? QPalette::Dark : QPalette::WindowText;
+
 /// Wider than any text: for one that is never broken.
 constexpr qreal unlimited = 1 << 24;
 
@@ -46,7 +50,7 @@ void paintRuler(QPainter& painter, const QTextBlockFormat& format, const QRectF&
   const qreal width =
       format.lengthProperty(QTextFormat::BlockTrailingHorizontalRulerWidth).value(block.width());
   const qreal middle = block.center().x();
-  painter.setPen(palette.color(QPalette::Dark));
+  painter.setPen(palette.color(rulerRole));
   painter.drawLine(QLineF(middle - width / 2, height, middle + width / 2, height));
 }
 

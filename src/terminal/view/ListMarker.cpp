@@ -10,6 +10,9 @@ namespace listmarker {
 
 namespace {
 
+/// Later releases of the toolkit draw dots in the colour of their text.
+constexpr bool dotsHaveTextColour = QT_VERSION >= QT_VERSION_CHECK(6, 5, 0);
+
 struct Marker {
   QString text;  ///< empty for a dot
   QFont font;
@@ -79,7 +82,7 @@ void paint(QPainter& painter, const QTextBlock& block, const QPointF& origin,
   }
   painter.setPen(QPen(textBrush, 0));
   if (marker.text.isEmpty())
-    paintDot(painter, place, palette.brush(QPalette::Text));
+    paintDot(painter, place, dotsHaveTextColour ? textBrush : palette.brush(QPalette::Text));
   else
     paintText(painter, marker, {place.left(), static_cast<qreal>(corner.y())},
               block.textDirection());
