@@ -155,11 +155,18 @@ class TestWholeReads : public QObject {
       panes.read(read, options);
     return panes.difference();
   }
+  static Pieces withText(Pieces pieces) {
+    pieces.insert(pieces.end(), pieces.size() / 2, "A lamp hangs over the gate to the north. ");
+    return pieces;
+  }
+  /// One or two reads that are shown in parts, and what comes before and behind
+  /// them. The toolkit's importer takes time by the square of how many spans are
+  /// open, so they are little longer than two parts, and hold lines of mere text.
   static QByteArrayList longReads(Random& random, const Pieces& pieces) {
-    QByteArrayList reads;
-    for (int count = 1 + random.below(3); count > 0; --count)
-      reads << random.read(pieces, 1 + random.below(40'000));
-    return reads;
+    QByteArrayList reads{random.read(pieces, random.below(500))};
+    for (int count = 1 + random.below(2); count > 0; --count)
+      reads << random.read(withText(pieces), 9'000 + random.below(9'000));
+    return reads << random.read(pieces, random.below(500));
   }
 };
 
@@ -190,7 +197,7 @@ void TestWholeReads::aReadIsShownWholeHoweverLong_data() {
 void TestWholeReads::aReadIsShownWholeHoweverLong() {
   QFETCH(const QByteArray, line);
   TwoPanes panes;
-  const QByteArray read = line.repeated(static_cast<int>(60'000 / line.size()) + 1);
+  const QByteArray read = line.repeated(static_cast<int>(18'000 / line.size()) + 1);
   QCOMPARE(differenceAfter(panes, {"before ", read, " behind"}, withLinks), QString());
   // The text of a palette colour stands where the next read begins, never within one.
   QCOMPARE(settled(panes.quick).toPlainText().count("#ff8700"),
@@ -250,7 +257,7 @@ void TestWholeReads::longReadsWithInlineTags() {
 
 void TestWholeReads::readsWithBlocksOfUpToEightKilobytes() {
   TwoPanes panes;
-  for (unsigned seed = 1; seed <= 300; ++seed) {
+  for (unsigned seed = 1; seed <= 200; ++seed) {
     Random random(seed);
     QByteArray read;
     while (read.size() < 8000)
@@ -269,7 +276,7 @@ void TestWholeReads::theStateBehindALongReadIsThatOfItsBytes() {
   for (unsigned seed = 1; seed <= 100; ++seed) {
     Random random(seed);
     for (const PipelineOptions& options : {withLinks, withTagsAndLinks}) {
-      const QByteArray read = random.read(plainPieces, 30'000);
+      const QByteArray read = random.read(plainPieces, 12'000);
       whole.read(read, options);
       QCOMPARE(whole.host.events, expectedOf(literal, read, options));
     }
@@ -312,7 +319,7 @@ void TestWholeReads::aLongReadLeavesKeysTheirTurns_data() {
   row("text of the game, with prompts in brackets", game.replace("and a door", "<100hp 20sp>"),
       withTagsAndLinks);
   row("items in lists in lists",
-      QByteArray("<ul>").repeated(32) + QByteArray("<li>x").repeated(20'000), withTagsAndLinks);
+      QByteArray("<ul>").repeated(32) + QByteArray("<li>x").repeated(10'000), withTagsAndLinks);
   row("bold words without a line end", QByteArray("<b>word</b> other ").repeated(20'000),
       withTagsAndLinks);
 }
@@ -334,13 +341,13 @@ void TestWholeReads::aLongReadLeavesKeysTheirTurns() {
   panes.quick.showServerText(host.texts.first());
   qint64 longest = timer.elapsed();
   int turns = 0;
-  while (!panes.quick.settled() && turns < 40) {
+  while (!panes.quick.settled() && turns < 20) {
     timer.start();
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     longest = std::max(longest, timer.elapsed());
     ++turns;
   }
-  QVERIFY2(turns > 3, qPrintable(QString::number(turns)));
+  QVERIFY2(turns > 1, qPrintable(QString::number(turns)));
   QVERIFY2(longest < patience, qPrintable(QString::number(longest)));
 }
 
