@@ -45,12 +45,18 @@ void PaneSight::noteBar() {
 void PaneSight::begin(Keeps keeps) {
   keeps_ = keeps;
   const int top = pane_.verticalScrollBar()->value();
+  shown_ = top;
   // Kept from change to change: one may begin in the middle of an edit, where no
   // cursor can go.
-  if (topLine_.isNull() || topLine_.document() != pane_.document())
+  const bool isOther = topLine_.isNull() || topLine_.document() != pane_.document();
+  if (isOther)
     takeCursors();
-  topLine_.setPosition(layout().hitTest(QPointF(0, top), Qt::FuzzyHit));
+  // Nobody has scrolled since: from one line's first character to the next one's
+  // the sight would creep up while the window is dragged.
+  if (isOther || std::lround(lineTop(topLine_.position()) + above_) != top)
+    topLine_.setPosition(layout().hitTest(QPointF(0, top), Qt::FuzzyHit));
   above_ = top - lineTop(topLine_.position());
+  across_ = pane_.horizontalScrollBar()->value();
   textEnd_.setPosition(pane_.document()->characterCount() - 1);
   topPosition_ = topLine_.position();
 }
@@ -82,8 +88,12 @@ void PaneSight::end() {
     keeps_ = Keeps::Nothing;
   }
   QScrollBar& bar = *pane_.verticalScrollBar();
+  // Bars that moved on the way led updates to other places than what is painted.
+  if (bar.value() != shown_ || pane_.horizontalScrollBar()->value() != across_)
+    keeps_ = Keeps::Nothing;
   bar.setValue(static_cast<int>(std::lround(top)));
-  repaint(bar.value());
+  shown_ = bar.value();
+  repaint(shown_);
   layout().keepNear(top, top + pane_.viewport()->height());
 }
 
@@ -133,18 +143,24 @@ void PaneSight::layOutForPaint() {
   if (isChanging())
     return;
   QScrollBar& bar = *pane_.verticalScrollBar();
-  const int top = bar.value();
-  const int bottom = top + pane_.viewport()->height();
-  const QTextBlock drawn = layout().firstLaidOut(top, bottom);
+  const int before = bar.value();
+  const int height = pane_.viewport()->height();
+  // What stands on the screen already stays there, and what comes in sight above
+  // it may bring more in sight by being lower than was thought.
+  const QTextBlock drawn = layout().firstLaidOut(std::max(before, shown_), before + height);
   const qreal drawnTop = layout().topOf(drawn);
-  if (!layout().layOut(top, bottom))
-    return;
+  long wanted = before;
   ++depth_;
-  layout().tellSize();
-  const qreal shift = drawn.isValid() ? layout().topOf(drawn) - drawnTop : 0;
-  bar.setValue(follows_ ? bar.maximum() : static_cast<int>(std::lround(top + shift)));
-  if (drawn.isValid() && bar.value() != std::lround(top + shift))
+  while (layout().layOut(bar.value(), bar.value() + height)) {
+    layout().tellSize();
+    const qreal shift = drawn.isValid() ? layout().topOf(drawn) - drawnTop : 0;
+    wanted = std::lround(before + shift);
+    bar.setValue(follows_ ? bar.maximum() : static_cast<int>(wanted));
+  }
+  if (drawn.isValid() && bar.value() != wanted)
     pane_.viewport()->update();
+  shown_ = bar.value();
+  layout().keepNear(shown_, shown_ + height);
   --depth_;
 }
 

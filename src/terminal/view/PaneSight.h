@@ -65,5 +65,7 @@ class PaneSight {
   QTextCursor topLine_;  ///< the line at the top of the sight
   int topPosition_ = 0;  ///< its place before the change
   qreal above_ = 0;      ///< how much of it is above the sight, in pixels
+  int across_ = 0;       ///< where the horizontal bar was before the change
+  int shown_ = 0;        ///< where the sight began when it was last painted or changed
   QTextCursor textEnd_;  ///< the end of the text before the change
 };
