@@ -42,14 +42,34 @@ bool isUsual(char16_t code) {
   return (code >= u' ' && code <= u'~') || code == QChar::Nbsp || code == QChar::LineSeparator;
 }
 
-/// Whether a line can break within a word of such characters.
+bool isOfWords(QChar character) {
+  const char16_t code = character.unicode();
+  return (code >= u'0' && code <= u'9') || (code >= u'A' && code <= u'Z') ||
+         (code >= u'a' && code <= u'z') || code == u'_';
+}
+
+/// Whether a line is sure not to break within a word.
 bool holdsTogether(QStringView word) {
-  return std::all_of(word.begin(), word.end(), [](QChar character) {
-    const char16_t code = character.unicode();
-    return (code >= u'0' && code <= u'9') || (code >= u'A' && code <= u'Z') ||
-           (code >= u'a' && code <= u'z') || code == u'\'' || code == u'.' || code == u',' ||
-           code == u'_';
-  });
+  // A number may part from the mark before it.
+  while (word.endsWith(u'.') || word.endsWith(u','))
+    word.chop(1);
+  return std::all_of(word.begin(), word.end(),
+                     [](QChar one) { return isOfWords(one) || one == u'\''; });
+}
+
+/// Of a row whose last blanks hang over its edge.
+qsizetype lengthOf(QStringView row) {
+  while (row.endsWith(u' '))
+    row.chop(1);
+  return row.size();
+}
+
+/// Whether a line is sure to break at the blanks before a word, if need be: most
+/// marks stay with what is at the other side of them.
+bool breaksBefore(QStringView line, qsizetype wordStart) {
+  const qsizetype before = lengthOf(line.first(wordStart));
+  return before > 0 && QStringView(u"([{").indexOf(line[before - 1]) < 0 &&
+         isOfWords(line[wordStart]);
 }
 
 qsizetype endOfBlanks(QStringView line, qsizetype start) {
@@ -120,10 +140,11 @@ BlockEstimate::Rows BlockEstimate::rowsOf(QStringView text, qsizetype columns) {
     end = text.indexOf(QChar::LineSeparator, start);
     const QStringView line = text.sliced(start, (end < 0 ? text.size() : end) - start);
     if (line.size() > columns) {
+      rows.isCertain = rows.isCertain && columns > 0 && !line.endsWith(u' ');
       wrap(line, std::max<qsizetype>(columns, 1), rows);
     } else {
       ++rows.count;
-      rows.widest = std::max(rows.widest, line.size());
+      rows.widest = std::max(rows.widest, end < 0 ? line.size() : lengthOf(line));
     }
   }
   return rows;
@@ -144,10 +165,11 @@ void BlockEstimate::wrap(QStringView line, qsizetype columns, Rows& rows) {
       rowEnd = blank < 0 ? wordEnd : wordStart;
     }
     ++rows.count;
-    rows.widest = std::max(rows.widest, rowEnd - start);
+    rows.widest = std::max(rows.widest, lengthOf(line.sliced(start, rowEnd - start)));
     start = endOfBlanks(line, rowEnd);
     if (start == line.size())
       return;
+    rows.isCertain = rows.isCertain && breaksBefore(line, start);
   }
   ++rows.count;
   rows.widest = std::max(rows.widest, line.size() - start);
