@@ -56,7 +56,7 @@ void DocumentCopy::copyBlock(const QTextBlock& block) {
 }
 
 void DocumentCopy::copyList(const QTextBlock& block) {
-  QTextList*& list = lists_[block.textList()];
+  QTextList*& list = lists_[block.textList()->objectIndex()];
   if (!list)
     list = end_.createList(block.textList()->format());
   // Formats whose properties came in another order are not the same.

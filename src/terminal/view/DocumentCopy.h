@@ -31,6 +31,8 @@ class DocumentCopy {
   std::unique_ptr<QTextDocument> copy_;
   QTextCursor next_;  ///< in the document, where the next paragraph to copy begins
   QTextCursor end_;   ///< of the copy
-  QHash<const QTextList*, QTextList*> lists_;
+  /// The copy's, by the document's numbers of theirs: another list may come to
+  /// stand in the memory of one that is dropped meanwhile.
+  QHash<int, QTextList*> lists_;
   bool isBegun_ = false;
 };

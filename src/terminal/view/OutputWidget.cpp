@@ -157,7 +157,8 @@ void OutputWidget::renewLater() {
 void OutputWidget::renew() {
   if (queue_.isEmpty()) {
     const PaneSight::Change change(sight_, PaneSight::Keeps::Text);
-    document_.renew(idleTurn);
+    if (document_.renew(idleTurn))
+      idleMoment_.start(idle);
   }
   renewLater();
 }
