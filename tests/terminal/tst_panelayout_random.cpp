@@ -33,6 +33,7 @@ QString differenceOfAll(TwoLayouts& two, double height) {
 QString differenceOfTheEnd(TwoLayouts& two) {
   if (!scrollToEnd(two.expected) || !scrollToEnd(two.found))
     return QStringLiteral("the end is never reached");
+  two.alignAcross();
   return layout_compare::ofPages(two);
 }
 
