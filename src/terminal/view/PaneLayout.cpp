@@ -35,9 +35,6 @@ bool holds(const QTextLine& line, const QPointF& point) {
          point.y() <= text.bottom();
 }
 
-/// What scroll bars can count, in pixels.
-constexpr qreal tallest = 1 << 30;
-
 }  // namespace
 
 PaneLayout::PaneLayout(QTextDocument& document) : QAbstractTextDocumentLayout(&document) {}
