@@ -326,6 +326,7 @@ void TestSafeMarkup::aSpanThatNestsTooDeepTakesThePlaceOfTheOneAround() {
            most + link + "</span>" + redOnBlue + link + "y");
   const QString unclosed = "<a href=\"http://a.b\">x";
   QCOMPARE(written(most + unclosed.repeated(3)), most + unclosed + "xx");
+  QCOMPARE(written(unclosed.repeated(131)), unclosed.repeated(129) + "xx");
   // Behind other tags there is no place to take, but for one.
   const QString bold = QString("<b>").repeated(128);
   QCOMPARE(written(bold + red + "x" + onBlue + "y"), bold + red + "x</span>" + redOnBlue + "y");

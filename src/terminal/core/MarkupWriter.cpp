@@ -126,7 +126,8 @@ void MarkupWriter::startInline(Row row, const QString& attributes) {
       ++count(droppedCounts_, row);
       return;
     }
-    if (openInlines_.size() > firstInline() && openInlines_.back().row == row) {
+    if (row->kind != Kind::Link && openInlines_.size() > firstInline() &&
+        openInlines_.back().row == row) {
       OpenInline& span = openInlines_.back();
       span.attributes = markup::mergedStyle(span.attributes, attributes);
       spanIsDue_ = true;
