@@ -44,12 +44,19 @@ std::optional<MarkupTag> MarkupReader::comment() {
   return MarkupTag{};
 }
 
+qsizetype MarkupReader::lastTagEnd() {
+  if (lineEnd_.at < pos_) {
+    const QStringView line = html_.first(next(lineEnd_));
+    lastTagEnd_ = line.size() == html_.size() ? html_.size() : line.lastIndexOf(u'>');
+    cutAttributes_.clear();
+  }
+  return lastTagEnd_;
+}
+
 std::optional<MarkupTag> MarkupReader::tagOfOneLine() {
-  const qsizetype lineEnd = next(lineEnd_);
+  const qsizetype lastEnd = lastTagEnd();
   MarkupTag tag;
-  if (at(u"!")) {
-    skipPast(u">");
-  } else {
+  if (!at(u"!")) {
     if (at(u"/")) {
       ++pos_;
       tag.edge = MarkupTag::Edge::End;
@@ -59,10 +66,10 @@ std::optional<MarkupTag> MarkupReader::tagOfOneLine() {
       return {};
     if (tag.edge == MarkupTag::Edge::Start && atSpace())
       tag.attributes = attributes();
-    tag.closed = skipPast(u">").contains(u'/');
   }
-  if (pos_ > lineEnd)
+  if (pos_ > lastEnd)
     return {};
+  tag.closed = skipPast(u">").contains(u'/');
   return tag;
 }
 
@@ -97,7 +104,13 @@ MarkupReader::Word MarkupReader::word() {
 
 std::vector<MarkupTag::Attribute> MarkupReader::attributes() {
   std::vector<MarkupTag::Attribute> found;
-  while (!atEnd()) {
+  std::vector<qsizetype> places;
+  while (!atEnd() && pos_ <= lastTagEnd_) {
+    if (cutAttributes_.count(pos_) > 0) {
+      pos_ = lineEnd_.at;
+      break;
+    }
+    places.push_back(pos_);
     skipSpace();
     if (at(u">") || at(u"/"))
       break;
@@ -116,5 +129,7 @@ std::vector<MarkupTag::Attribute> MarkupReader::attributes() {
       text.replace(u'&', QStringLiteral("&amp;"));
     found.push_back({name, text});
   }
+  if (pos_ > lastTagEnd_)
+    cutAttributes_.insert(places.begin(), places.end());
   return found;
 }

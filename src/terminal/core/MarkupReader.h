@@ -3,6 +3,7 @@
 #include <QString>
 #include <array>
 #include <optional>
+#include <unordered_set>
 #include <vector>
 
 /// One tag as it was found. The views are into the text that was read.
@@ -60,6 +61,8 @@ class MarkupReader {
   [[nodiscard]] bool atSpace() const { return !atEnd() && html_[pos_].isSpace(); }
   /// The end of the text where there is none.
   [[nodiscard]] qsizetype next(Place& place) const;
+  /// The last ">" before the end of the line, beyond which its tags are cut.
+  [[nodiscard]] qsizetype lastTagEnd();
   /// These read from behind the "<" on, and answer nothing where it is text.
   [[nodiscard]] std::optional<MarkupTag> comment();
   [[nodiscard]] std::optional<MarkupTag> tagOfOneLine();
@@ -73,6 +76,9 @@ class MarkupReader {
   qsizetype pos_ = 0;
   /// As the pipeline writes it.
   Place lineEnd_{u"<br>\n"};
+  qsizetype lastTagEnd_ = 0;
+  /// Of the line's tags that were cut: none is read again as another tag's.
+  std::unordered_set<qsizetype> cutAttributes_;
   Place commentEnd_{u"-->"};
   std::array<Place, 3> hiddenEnds_{Place{u"</title"}, Place{u"</style"}, Place{u"</script"}};
 };
