@@ -16,10 +16,8 @@ class LiteralText {
         R"re(<br>|<span style="([^"]*)">|<a href="([^"]*)">|</a>|&#32;|&nbsp;|&lt;|&gt;|[\s\S])re");
     qsizetype at = 0;
     while (at < html.size()) {
-      // Half a surrogate pair is a token, too.
       const auto match = token.match(html, at, QRegularExpression::NormalMatch,
-                                     QRegularExpression::AnchorAtOffsetMatchOption |
-                                         QRegularExpression::DontCheckSubjectStringMatchOption);
+                                     QRegularExpression::AnchorAtOffsetMatchOption | mayHaveHalves);
       const QString found = match.captured();
       if (found.isEmpty() ||
           !reader.take(found, match, QStringView(html).sliced(at + found.size())))
@@ -59,6 +57,9 @@ class LiteralText {
   }
 
  private:
+  /// Half a surrogate pair is a token, too, and may be the last of what is near.
+  static constexpr auto mayHaveHalves = QRegularExpression::DontCheckSubjectStringMatchOption;
+
   bool take(const QString& token, const QRegularExpressionMatch& match, QStringView rest) {
     if (token == "<br>") {
       text_ += QChar::LineSeparator;
@@ -95,7 +96,8 @@ class LiteralText {
     static const QRegularExpression named("^[\\p{L}\\p{N}#+-]{1,8}(;|$)");
     const QString near = rest.left(9).toString();
     // A NUL ends a number, but none of which a tag comes first.
-    return near.section('<', 0, 0).contains(QChar(QChar::Null)) || named.match(near).hasMatch();
+    return near.section('<', 0, 0).contains(QChar(QChar::Null)) ||
+           named.match(near, 0, QRegularExpression::NormalMatch, mayHaveHalves).hasMatch();
   }
 
   bool open(const QString& style) {
