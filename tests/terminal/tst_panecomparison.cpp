@@ -252,22 +252,23 @@ void TestPaneComparison::formatsAreForgottenWithoutATrace() {
 }
 
 void TestPaneComparison::aSessionOfEndlessLinksKeepsFewFormats() {
-  panes_.begin();
-  const auto formats = [this] { return panes_.quick.document()->allFormats().size(); };
+  // One that has not had other formats to forget.
+  TwoPanes panes;
+  const auto formats = [&panes] { return panes.quick.document()->allFormats().size(); };
   // Links come in a hurry until the document is made anew, and as the lines of a
   // game do meanwhile: the making has its turns then, however busy the machine.
   qsizetype left = 0;
   int renewals = 0;
   for (int i = 0; i < 50000; ++i) {
-    const QTextDocument* const old = panes_.quick.document();
-    insertServerHtml(panes_.quick, QStringLiteral("<a href=\"http://a.example/%1\">x</a>").arg(i));
-    panes_.quick.printInfo(QStringLiteral("message"));
+    const QTextDocument* const old = panes.quick.document();
+    insertServerHtml(panes.quick, QStringLiteral("<a href=\"http://a.example/%1\">x</a>").arg(i));
+    panes.quick.printInfo(QStringLiteral("message"));
     const bool isRenewing = formats() > 2 * left + OutputWidget::limits.formats;
     if (isRenewing || i % 10 == 0) {
-      panes_.quick.settle();
+      panes.quick.settle();
       QTest::qWait(isRenewing ? frameLength : 0);
     }
-    if (panes_.quick.document() != old) {
+    if (panes.quick.document() != old) {
       ++renewals;
       left = formats();
     }
@@ -278,7 +279,7 @@ void TestPaneComparison::aSessionOfEndlessLinksKeepsFewFormats() {
   }
   QVERIFY(renewals > 1);
   QVERIFY(left < 3 * OutputWidget::limits.paragraphs);
-  QCOMPARE(settled(panes_.quick).document()->blockCount(), OutputWidget::limits.paragraphs);
+  QCOMPARE(settled(panes.quick).document()->blockCount(), OutputWidget::limits.paragraphs);
 }
 
 KELMORA_GUI_TEST_MAIN(TestPaneComparison)
