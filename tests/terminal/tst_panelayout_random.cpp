@@ -74,7 +74,11 @@ QString TestPaneLayoutRandom::playedToADifference(unsigned seed) {
 }
 
 void TestPaneLayoutRandom::randomPages() {
-  // More of them when asked for, from any seed on.
+  // More of them when asked for, from any seed on. Of the first 3,000 eight
+  // differ: by a shade of letters that the toolkit paints for the first time (765,
+  // 1897), a bar that one of both pages fits without (819), the blank that ends a
+  // line from right to left (1818), and what nobody has found out (1436, 1851,
+  // 2421, 2752).
   bool given = false;
   const int asked = qEnvironmentVariableIntValue("KELMORA_PAGES", &given);
   const int first = std::max(1, qEnvironmentVariableIntValue("KELMORA_FIRST_PAGE"));

@@ -185,7 +185,7 @@ void TestPaneSight::theScreenShowsWhatAFreshPaintWould() {
   bool given = false;
   const int asked = qEnvironmentVariableIntValue("KELMORA_PAGES", &given);
   const int first = std::max(1, qEnvironmentVariableIntValue("KELMORA_FIRST_PAGE"));
-  const int pages = given ? asked : 25;
+  const int pages = given ? asked : 15;
   for (int seed = first; seed < first + pages; ++seed) {
     cleanup();
     init();
@@ -370,7 +370,6 @@ void TestPaneSight::anEndIsAnEndInSizesOfAllKinds() {
     QCOMPARE(bar.value(), bar.maximum());
     bar.setValue(bar.maximum() / 3);
     QCoreApplication::processEvents();
-    QTest::qWait(110);
     bar.setValue(bar.maximum());
     QCoreApplication::processEvents();
   }
