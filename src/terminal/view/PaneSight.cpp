@@ -78,9 +78,9 @@ void PaneSight::end() {
   qreal top = 0;
   for (int round = 0; round < rounds; ++round) {
     const int height = pane_.viewport()->height();
-    do {
+    do
       top = wantedTop();
-    } while (layout().layOut(top, top + height));
+    while (layout().layOut(top, top + height));
     const QSize before = pane_.viewport()->size();
     layout().tellSize();
     if (pane_.viewport()->size() == before)
@@ -151,7 +151,10 @@ void PaneSight::layOutForPaint() {
   const qreal drawnTop = layout().topOf(drawn);
   long wanted = before;
   ++depth_;
-  while (layout().layOut(bar.value(), bar.value() + height)) {
+  // In a pane that is hardly wider than a bar, the bar may come and go for ever.
+  constexpr int rounds = 8;
+  for (int round = 0; round < rounds && layout().layOut(bar.value(), bar.value() + height);
+       ++round) {
     layout().tellSize();
     const qreal shift = drawn.isValid() ? layout().topOf(drawn) - drawnTop : 0;
     wanted = std::lround(before + shift);
