@@ -56,18 +56,24 @@ void PaneQueue::add(PaneText text) {
 }
 
 PaneText PaneQueue::take() {
-  if (!bridge_.empty()) {
-    PaneText first = std::move(bridge_.front());
-    bridge_.pop_front();
-    return first;
-  }
-  Waiting& first = waiting_.front();
-  if (const auto* const styled = std::get_if<StyledText>(&first.text);
-      styled && (gone_ > 0 || styled->text.size() > sliceLength))
+  if (!bridge_.empty())
+    return takeBridge();
+  const auto* const styled = std::get_if<StyledText>(&waiting_.front().text);
+  if (styled && (gone_ > 0 || styled->text.size() > sliceLength))
     return nextSlice();
-  PaneText text = std::move(first.text);
+  return takeFirst();
+}
+
+PaneText PaneQueue::takeBridge() {
+  PaneText first = std::move(bridge_.front());
+  bridge_.pop_front();
+  return first;
+}
+
+PaneText PaneQueue::takeFirst() {
+  PaneText first = std::move(waiting_.front().text);
   dropFirst();
-  return text;
+  return first;
 }
 
 StyledText PaneQueue::nextSlice() {

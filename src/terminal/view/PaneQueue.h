@@ -73,6 +73,8 @@ class PaneQueue {
   /// Of the first text, up to there.
   void leaveOut(qsizetype end);
   void dropFirst();
+  [[nodiscard]] PaneText takeBridge();
+  [[nodiscard]] PaneText takeFirst();
   [[nodiscard]] StyledText nextSlice();
 
   qint64 paragraphs_;
