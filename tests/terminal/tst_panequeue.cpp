@@ -139,7 +139,6 @@ class TestPaneQueue : public QObject {
   void dropsUnseen();
   void aFloodOfServerTextLeavesWhatOneByOneInsertionLeaves();
   void aFloodWithTagsLeavesAFullPaneAndItsEnd();
-  void nothingIsLeftBehindAClear();
   void theFirstTextBringsItsParagraphsFormatsAlong();
 };
 
@@ -287,15 +286,6 @@ void TestPaneQueue::aFloodWithTagsLeavesAFullPaneAndItsEnd() {
              qPrintable(QString::number(seed) + ": " + flooded + "\n|\n" + oneByOne));
   }
   QVERIFY(skips > 300);
-}
-
-void TestPaneQueue::nothingIsLeftBehindAClear() {
-  PaneQueue queue(paragraphs, lengths);
-  queue.add(ServerText(textOf(QString(1000, 'x'))));
-  queue.clear();
-  QVERIFY(queue.isEmpty());
-  QVERIFY(!queue.takeSkip());
-  QCOMPARE(queue.size(), 0);
 }
 
 void TestPaneQueue::theFirstTextBringsItsParagraphsFormatsAlong() {

@@ -1,7 +1,6 @@
 #include "terminal/view/OutputWidget.h"
 
 #include <QEvent>
-#include <algorithm>
 #include <utility>
 
 #include "terminal/view/InputWidget.h"

@@ -45,7 +45,6 @@ class PaneQueue {
   /// pane shows could go too: the text to be shown next decides by itself what
   /// those behind it look like.
   [[nodiscard]] bool takeSkip();
-  void clear() { *this = PaneQueue(paragraphs_, lengths_); }
 
  private:
   struct Waiting {
