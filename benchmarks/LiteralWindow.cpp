@@ -9,6 +9,12 @@
 #include "net/SendLine.h"
 #include "settings/UsableValues.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+using namespace kelmora::net;
+using namespace kelmora::settings;
+using namespace kelmora::terminal;
+
 LiteralWindow::LiteralWindow()
     : reader_(socket_, [this](const QByteArray& bytes) {
         const PipelineOptions options{.displayAnsiColor = settings_.displayAnsiColor,

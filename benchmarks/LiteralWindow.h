@@ -18,6 +18,13 @@
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/VitalsBars.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+using namespace kelmora::net;
+using namespace kelmora::script;
+using namespace kelmora::settings;
+using namespace kelmora::terminal;
+
 /// The game window once more with the plain pane in it: each read's HTML goes
 /// into the document before its lines reach the triggers. Everything else is
 /// the client's own. Triggers come from the file in the working directory.

@@ -6,6 +6,10 @@
 #include "settings/ClientSettings.h"
 #include "terminal/core/AnsiTranslator.h"
 
+using namespace kelmora;
+using namespace kelmora::settings;
+using namespace kelmora::terminal;
+
 // How the client's window dresses its pane, for panes that stand alone.
 
 inline void setColours(AnsiTranslator& translator, const ClientSettings& settings) {

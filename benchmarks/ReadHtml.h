@@ -3,6 +3,9 @@
 #include "terminal/core/HtmlSink.h"
 #include "terminal/core/SafeMarkup.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 /// Makes HTML of each read, for panes that know nothing else.
 class ReadHtml {
  public:

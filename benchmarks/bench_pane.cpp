@@ -26,6 +26,11 @@
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
+using namespace kelmora;
+using namespace kelmora::app;
+using namespace kelmora::settings;
+using namespace kelmora::terminal;
+
 namespace {
 
 constexpr int reports = 4;

@@ -22,6 +22,10 @@
 #include "support/ScratchFolder.h"
 #include "terminal/view/OutputWidget.h"
 
+using namespace kelmora;
+using namespace kelmora::app;
+using namespace kelmora::terminal;
+
 namespace {
 
 struct Shape {

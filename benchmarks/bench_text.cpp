@@ -13,6 +13,9 @@
 #include "GameText.h"
 #include "terminal/core/OutputPipeline.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 constexpr int rounds = 15;

@@ -15,6 +15,9 @@
 #include "automation/core/MacroTable.h"
 #include "automation/core/TriggerTable.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 constexpr int rounds = 9;

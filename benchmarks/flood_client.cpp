@@ -39,6 +39,11 @@
 #include "terminal/view/OutputWidget.h"
 #include "terminal/view/SessionCapture.h"
 
+using namespace kelmora;
+using namespace kelmora::app;
+using namespace kelmora::script;
+using namespace kelmora::terminal;
+
 namespace {
 
 using namespace std::chrono_literals;

@@ -4,6 +4,8 @@
 
 #include "demo/DemoWorld.h"
 
+namespace kelmora::demo {
+
 namespace {
 
 using demo::Ink;
@@ -62,8 +64,8 @@ void DemoWorld::obey(DemoPlayer& player, const QString& line) {
     say(player, line.sliced(1).trimmed());
     return;
   }
-  const auto [word, argument] = demo::firstWord(line);
-  if (const auto way = demo::directionOf(word)) {
+  const auto [word, argument] = firstWord(line);
+  if (const auto way = directionOf(word)) {
     step(player, *way);
     return;
   }
@@ -84,17 +86,17 @@ void DemoWorld::look(DemoPlayer& player, const QString& argument) {
     showPlace(player);
     return;
   }
-  for (const demo::Scenery& thing : demo::scenery())
+  for (const Scenery& thing : scenery())
     if (thing.where == player.place && word == QLatin1String(thing.word))
       return tell(player, prose(thing.text));
   for (std::size_t i = 0; i < items_.size(); ++i) {
     const bool near =
         items_[i].carrier ? *items_[i].carrier == player.id : items_[i].place == player.place;
-    if (near && demo::isCalled(demo::items()[i].name, word))
-      return tell(player, prose(demo::items()[i].text));
+    if (near && isCalled(items()[i].name, word))
+      return tell(player, prose(items()[i].text));
   }
   if (const auto creature = creatureHere(player, word))
-    return tell(player, prose(demo::creatures()[*creature].text));
+    return tell(player, prose(creatures()[*creature].text));
   for (const auto& [id, other] : players_)
     if (other.stage == DemoPlayer::Stage::Playing && other.place == player.place &&
         other.name.toLower() == word)
@@ -107,17 +109,17 @@ void DemoWorld::look(DemoPlayer& player, const QString& argument) {
 
 void DemoWorld::showPlace(DemoPlayer& player) {
   player.seen.insert(player.place);
-  const demo::Place& here = demo::place(player.place);
+  const Place& here = place(player.place);
   tell(player, prose(here.name), Ink::Yellow);
   tell(player, prose(here.text));
   for (std::size_t i = 0; i < creatures_.size(); ++i)
-    if (demo::creatures()[i].home == player.place && !creatures_[i].returnsAt)
-      tell(player, capitalised(prose(demo::creatures()[i].name)) + QStringLiteral(" is here."),
+    if (creatures()[i].home == player.place && !creatures_[i].returnsAt)
+      tell(player, capitalised(prose(creatures()[i].name)) + QStringLiteral(" is here."),
            Ink::Magenta);
   QStringList things;
   for (std::size_t i = 0; i < items_.size(); ++i)
     if (!items_[i].carrier && items_[i].place == player.place)
-      things.append(prose(demo::items()[i].name));
+      things.append(prose(items()[i].name));
   if (!things.isEmpty())
     tell(player, QStringLiteral("You see %1 here.").arg(joined(things)), Ink::Green);
   QStringList others;
@@ -131,40 +133,40 @@ void DemoWorld::showPlace(DemoPlayer& player) {
              (others.size() == 1 ? QStringLiteral(" is here.") : QStringLiteral(" are here.")),
          Ink::Cyan);
   QStringList exits;
-  for (const demo::Direction way : demo::kDirections)
-    if (demo::neighbour(player.place, way))
-      exits.append(QString::fromLatin1(demo::directionName(way)));
+  for (const Direction way : kDirections)
+    if (neighbour(player.place, way))
+      exits.append(QString::fromLatin1(directionName(way)));
   tell(player, QStringLiteral("Exits: %1.").arg(exits.join(QStringLiteral(", "))), Ink::White);
 }
 
 void DemoWorld::showMap(DemoPlayer& player, const QString&) {
-  player.outgoing += demo::map(player.place);
+  player.outgoing += map(player.place);
 }
 
 void DemoWorld::go(DemoPlayer& player, const QString& argument) {
-  if (const auto way = demo::directionOf(argument.toLower()))
+  if (const auto way = directionOf(argument.toLower()))
     step(player, *way);
   else
     tell(player, prose("Go where? North, south, east, west, up or down; the signpost's other two "
                        "directions are closed."));
 }
 
-void DemoWorld::step(DemoPlayer& player, demo::Direction way) {
+void DemoWorld::step(DemoPlayer& player, Direction way) {
   if (player.foe) {
     tell(player, prose("You cannot just stroll out of a fight. You could `flee`, though."));
     return;
   }
-  const auto next = demo::neighbour(player.place, way);
+  const auto next = neighbour(player.place, way);
   if (!next) {
     tell(player, prose("That way the world has been left blank."));
     return;
   }
   player.resting = false;
   player.endurance.spend(1);
-  tellOthers(player,
-             QStringLiteral("%1 leaves %2.")
-                 .arg(player.name, QString::fromLatin1(demo::directionName(way))),
-             Ink::Cyan);
+  tellOthers(
+      player,
+      QStringLiteral("%1 leaves %2.").arg(player.name, QString::fromLatin1(directionName(way))),
+      Ink::Cyan);
   player.place = *next;
   tellOthers(player, QStringLiteral("%1 arrives.").arg(player.name), Ink::Cyan);
   showPlace(player);
@@ -175,9 +177,9 @@ void DemoWorld::say(DemoPlayer& player, const QString& argument) {
     tell(player, prose("You say nothing, and say it well."));
     return;
   }
-  player.outgoing += demo::speech(QStringLiteral("You say: %1").arg(argument), Ink::Green);
+  player.outgoing += speech(QStringLiteral("You say: %1").arg(argument), Ink::Green);
   const QString heard =
-      demo::speech(QStringLiteral("%1 says: %2").arg(player.name, argument), Ink::Green);
+      speech(QStringLiteral("%1 says: %2").arg(player.name, argument), Ink::Green);
   for (auto& [id, other] : players_)
     if (other.stage == DemoPlayer::Stage::Playing && other.place == player.place &&
         &other != &player)
@@ -188,10 +190,10 @@ void DemoWorld::get(DemoPlayer& player, const QString& argument) {
   const QString word = argument.toLower();
   for (std::size_t i = 0; i < items_.size(); ++i) {
     ItemState& item = items_[i];
-    if (item.carrier || item.place != player.place || !demo::isCalled(demo::items()[i].name, word))
+    if (item.carrier || item.place != player.place || !isCalled(items()[i].name, word))
       continue;
     item.carrier = player.id;
-    const QString name = prose(demo::items()[i].name);
+    const QString name = prose(items()[i].name);
     tell(player, QStringLiteral("You take %1.").arg(name));
     tellOthers(player, QStringLiteral("%1 takes %2.").arg(player.name, name), Ink::Cyan);
     return;
@@ -204,10 +206,10 @@ void DemoWorld::drop(DemoPlayer& player, const QString& argument) {
   const QString word = argument.toLower();
   for (std::size_t i = 0; i < items_.size(); ++i) {
     ItemState& item = items_[i];
-    if (item.carrier != player.id || !demo::isCalled(demo::items()[i].name, word))
+    if (item.carrier != player.id || !isCalled(items()[i].name, word))
       continue;
     item = {player.place, std::nullopt};
-    const QString name = prose(demo::items()[i].name);
+    const QString name = prose(items()[i].name);
     tell(player, QStringLiteral("You put down %1.").arg(name));
     tellOthers(player, QStringLiteral("%1 puts down %2.").arg(player.name, name), Ink::Cyan);
     return;
@@ -219,7 +221,7 @@ void DemoWorld::showInventory(DemoPlayer& player, const QString&) {
   QStringList things;
   for (std::size_t i = 0; i < items_.size(); ++i)
     if (items_[i].carrier == player.id)
-      things.append(prose(demo::items()[i].name));
+      things.append(prose(items()[i].name));
   tell(player, things.isEmpty() ? prose("You carry nothing but good intentions.")
                                 : QStringLiteral("You carry %1.").arg(joined(things)));
 }
@@ -229,9 +231,9 @@ void DemoWorld::who(DemoPlayer& player, const QString&) {
   for (const auto& [id, other] : players_) {
     if (other.stage != DemoPlayer::Stage::Playing)
       continue;
-    const int padding = std::max(22 - demo::columns(other.name), 1);
+    const int padding = std::max(22 - columns(other.name), 1);
     tell(player, QStringLiteral("  ") + other.name + QString(padding, u' ') +
-                     prose(demo::place(other.place).name));
+                     prose(place(other.place).name));
   }
   tell(player, prose("  Bob                   Lantern Square, as ever"));
 }
@@ -245,11 +247,11 @@ void DemoWorld::score(DemoPlayer& player, const QString&) {
                               "  creatures bested  %3\n"
                               "  things carried    %4 of %5")
                    .arg(player.seen.size())
-                   .arg(demo::kPlaceCount)
+                   .arg(kPlaceCount)
                    .arg(player.bested)
                    .arg(carried)
                    .arg(items_.size()));
-  if (player.seen.size() == static_cast<std::size_t>(demo::kPlaceCount))
+  if (player.seen.size() == static_cast<std::size_t>(kPlaceCount))
     tell(player, prose("You have seen it all. It was pleased to be seen."), Ink::Yellow);
 }
 
@@ -260,3 +262,5 @@ void DemoWorld::quit(DemoPlayer& player, const QString&) {
   removePlayer(player);
   player.stage = DemoPlayer::Stage::Leaving;
 }
+
+}  // namespace kelmora::demo

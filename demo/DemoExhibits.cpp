@@ -4,6 +4,8 @@
 #include "demo/Shows.h"
 #include "demo/Tutorial.h"
 
+namespace kelmora::demo {
+
 // The commands that show a client's abilities off rather than the world's.
 
 namespace {
@@ -16,7 +18,7 @@ constexpr int kLongestFlood = 1'000'000;
 }  // namespace
 
 void DemoWorld::showColours(DemoPlayer& player, const QString&) {
-  player.outgoing += demo::colours();
+  player.outgoing += colours();
 }
 
 void DemoWorld::beep(DemoPlayer& player, const QString&) {
@@ -26,11 +28,11 @@ void DemoWorld::beep(DemoPlayer& player, const QString&) {
 }
 
 void DemoWorld::showLinks(DemoPlayer& player, const QString&) {
-  player.outgoing += demo::links();
+  player.outgoing += links();
 }
 
 void DemoWorld::showUnicode(DemoPlayer& player, const QString&) {
-  player.outgoing += demo::unicode();
+  player.outgoing += unicode();
 }
 
 void DemoWorld::hungry(DemoPlayer& player, const QString&) {
@@ -51,7 +53,7 @@ void DemoWorld::flood(DemoPlayer& player, const QString& argument) {
       tell(player, prose("The tide is out. There is nothing to stop."));
     return;
   }
-  const int lines = demo::wholeNumber(argument, 0);
+  const int lines = wholeNumber(argument, 0);
   if (lines < 1) {
     tell(player, prose("How high a flood? `flood 1000` sends a thousand lines."));
   } else if (player.flooding) {
@@ -64,15 +66,15 @@ void DemoWorld::flood(DemoPlayer& player, const QString& argument) {
 }
 
 void DemoWorld::showTutorial(DemoPlayer& player, const QString& argument) {
-  const auto chapters = demo::tutorial();
+  const auto chapters = tutorial();
   const int count = static_cast<int>(chapters.size());
   const QString word = argument.toLower();
-  int wanted = demo::wholeNumber(word, 0);
+  int wanted = wholeNumber(word, 0);
   if (word == QLatin1String("next"))
     wanted = player.chapter < count ? player.chapter + 1 : 0;
   if (wanted >= 1 && wanted <= count) {
     player.chapter = wanted;
-    const demo::Chapter& chapter = chapters[static_cast<std::size_t>(wanted - 1)];
+    const Chapter& chapter = chapters[static_cast<std::size_t>(wanted - 1)];
     tell(player, QStringLiteral("Chapter %1 of %2: ").arg(wanted).arg(count) + prose(chapter.title),
          Ink::Yellow);
     tell(player, prose(chapter.text));
@@ -93,8 +95,10 @@ void DemoWorld::help(DemoPlayer& player, const QString&) {
   tell(player, prose("What one can do in Kelmora:"), Ink::White);
   for (const Command& command : commands()) {
     const QString usage = QString::fromLatin1(command.usage);
-    player.outgoing += QStringLiteral("  ") + demo::paint(Ink::Cyan, usage) +
+    player.outgoing += QStringLiteral("  ") + paint(Ink::Cyan, usage) +
                        QString(19 - usage.size(), u' ') + QString::fromLatin1(command.help) +
                        QStringLiteral("\r\n");
   }
 }
+
+}  // namespace kelmora::demo

@@ -2,6 +2,8 @@
 
 #include "demo/DemoWorld.h"
 
+namespace kelmora::demo {
+
 namespace {
 
 using demo::Ink;
@@ -25,8 +27,8 @@ struct Breath {
   int endurance = 8;
 };
 
-QString the(const demo::Creature& creature) {
-  const auto [article, name] = demo::firstWord(prose(creature.name));
+QString the(const Creature& creature) {
+  const auto [article, name] = firstWord(prose(creature.name));
   return (article == QLatin1String("the") ? article : QStringLiteral("the")) + u' ' + name;
 }
 
@@ -38,10 +40,9 @@ QString capitalised(const QString& text) {
 
 std::optional<std::size_t> DemoWorld::creatureHere(const DemoPlayer& player,
                                                    const QString& word) const {
-  const auto all = demo::creatures();
+  const auto all = creatures();
   for (std::size_t i = 0; i < all.size(); ++i) {
-    if (all[i].home == player.place && !creatures_[i].returnsAt &&
-        demo::isCalled(all[i].name, word))
+    if (all[i].home == player.place && !creatures_[i].returnsAt && isCalled(all[i].name, word))
       return i;
   }
   return std::nullopt;
@@ -49,12 +50,12 @@ std::optional<std::size_t> DemoWorld::creatureHere(const DemoPlayer& player,
 
 void DemoWorld::kill(DemoPlayer& player, const QString& argument) {
   if (player.foe) {
-    tell(player, QStringLiteral("One at a time! You are busy with %1.")
-                     .arg(the(demo::creatures()[*player.foe])));
+    tell(player,
+         QStringLiteral("One at a time! You are busy with %1.").arg(the(creatures()[*player.foe])));
     return;
   }
   const QString word = argument.toLower();
-  if (player.place == demo::PlaceId::Square && word == QLatin1String("bob")) {
+  if (player.place == PlaceId::Square && word == QLatin1String("bob")) {
     tell(player, prose("Bob looks at you so kindly that you put your fists back in your pockets."));
     return;
   }
@@ -66,14 +67,14 @@ void DemoWorld::kill(DemoPlayer& player, const QString& argument) {
   }
   player.foe = creature;
   player.resting = false;
-  const QString name = the(demo::creatures()[*creature]);
+  const QString name = the(creatures()[*creature]);
   tell(player, QStringLiteral("You square up to %1.").arg(name), Ink::Red);
   tellOthers(player, QStringLiteral("%1 squares up to %2.").arg(player.name, name), Ink::Red);
 }
 
 void DemoWorld::fightRound(DemoPlayer& player) {
   const std::size_t foe = *player.foe;
-  const demo::Creature& creature = demo::creatures()[foe];
+  const Creature& creature = creatures()[foe];
   player.promptDue = true;
   const bool tired = player.endurance.now == 0;
   const int damage = tired ? roll(1, 4) : roll(5, 11);
@@ -104,7 +105,7 @@ void DemoWorld::strike(DemoPlayer& player, int damage) {
 }
 
 void DemoWorld::creatureBeaten(std::size_t creature, const DemoPlayer& victor) {
-  const demo::Creature& beaten = demo::creatures()[creature];
+  const Creature& beaten = creatures()[creature];
   creatures_[creature] = {beaten.hits, beat_ + options_.creatureReturnRounds};
   const QString how = capitalised(the(beaten)) + u' ' + prose(beaten.beaten) + u'.';
   for (auto& [id, player] : players_) {
@@ -130,7 +131,7 @@ void DemoWorld::carryToInn(DemoPlayer& player) {
              "onion soup..."),
        Ink::Magenta);
   tellOthers(player, QStringLiteral("%1 is carried off to the inn.").arg(player.name), Ink::Cyan);
-  player.place = demo::kInn;
+  player.place = kInn;
   tellOthers(player, QStringLiteral("%1 is carried in and tucked up by the fire.").arg(player.name),
              Ink::Cyan);
   player.hits.now = player.hits.most / 3;
@@ -146,7 +147,7 @@ void DemoWorld::leaveFight(DemoPlayer& player) {
   for (const auto& [id, other] : players_)
     if (other.foe == foe)
       return;
-  creatures_[foe].hits = demo::creatures()[foe].hits;
+  creatures_[foe].hits = creatures()[foe].hits;
 }
 
 void DemoWorld::flee(DemoPlayer& player, const QString&) {
@@ -154,11 +155,11 @@ void DemoWorld::flee(DemoPlayer& player, const QString&) {
     tell(player, prose("There is nothing to flee from, except perhaps the soup."));
     return;
   }
-  std::vector<demo::Direction> ways;
-  for (const demo::Direction way : demo::kDirections)
-    if (demo::neighbour(player.place, way))
+  std::vector<Direction> ways;
+  for (const Direction way : kDirections)
+    if (neighbour(player.place, way))
       ways.push_back(way);
-  const QString name = the(demo::creatures()[*player.foe]);
+  const QString name = the(creatures()[*player.foe]);
   leaveFight(player);
   player.endurance.spend(kFleeCost);
   tell(player,
@@ -194,7 +195,7 @@ void DemoWorld::cast(DemoPlayer& player, const QString& argument) {
     tell(player, prose("Warmth runs through you like good news."), Ink::Green);
     return;
   }
-  const QString name = the(demo::creatures()[*player.foe]);
+  const QString name = the(creatures()[*player.foe]);
   tell(player,
        QStringLiteral("A spark leaps from your fingers and stings %1 for %2.").arg(name).arg(power),
        Ink::Yellow);
@@ -234,7 +235,7 @@ void DemoWorld::returnCreatures() {
     if (!creatures_[i].returnsAt || beat_ < *creatures_[i].returnsAt)
       continue;
     creatures_[i].returnsAt.reset();
-    const demo::Creature& creature = demo::creatures()[i];
+    const Creature& creature = creatures()[i];
     tellPlace(creature.home, capitalised(the(creature)) + u' ' + prose(creature.returns) + u'.',
               Ink::Magenta);
   }
@@ -258,6 +259,7 @@ void DemoWorld::letBobSpeak() {
   if (first)
     return;
   const auto saying = static_cast<std::size_t>(roll(0, static_cast<int>(kSayings.size()) - 1));
-  tellPlace(demo::PlaceId::Square, QStringLiteral("Bob says: ") + prose(kSayings.at(saying)),
-            Ink::Green);
+  tellPlace(PlaceId::Square, QStringLiteral("Bob says: ") + prose(kSayings.at(saying)), Ink::Green);
 }
+
+}  // namespace kelmora::demo

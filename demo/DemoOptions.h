@@ -4,6 +4,8 @@
 #include <chrono>
 #include <optional>
 
+namespace kelmora::demo {
+
 enum class NpcChatter { Off, On };
 
 /// What a world and its server may be told before they start.
@@ -21,3 +23,5 @@ struct DemoOptions {
   /// The dice; unset, every run of the world differs.
   std::optional<quint32> seed;
 };
+
+}  // namespace kelmora::demo

@@ -6,6 +6,8 @@
 
 #include "demo/Places.h"
 
+namespace kelmora::demo {
+
 enum class PlayerId : quint64 {};
 
 /// One pair of the prompt.
@@ -27,7 +29,7 @@ struct DemoPlayer {
   PlayerId id;
   Stage stage = Stage::AskedForName;
   QString name;
-  demo::PlaceId place = demo::kStart;
+  PlaceId place = kStart;
   Points hits{120, 120};
   Points spells{40, 40};
   Points endurance{80, 80};
@@ -41,8 +43,10 @@ struct DemoPlayer {
   /// The prompt ends the next delivery.
   bool promptDue = false;
 
-  std::set<demo::PlaceId> seen;
+  std::set<PlaceId> seen;
   int bested = 0;
   /// The chapter shown last; 0 before the first.
   int chapter = 0;
 };
+
+}  // namespace kelmora::demo

@@ -2,6 +2,8 @@
 
 #include <QHostAddress>
 
+namespace kelmora::demo {
+
 DemoServer::DemoServer(const DemoOptions& options, QObject* parent)
     : QObject(parent), options_(options), world_(options, *this) {
   heart_.setInterval(options_.roundInterval);
@@ -80,3 +82,5 @@ void DemoServer::hangUp(PlayerId who) {
   if (PlayerSession* const target = session(who))
     target->close();
 }
+
+}  // namespace kelmora::demo

@@ -9,6 +9,8 @@
 #include "demo/DemoWorld.h"
 #include "demo/PlayerSession.h"
 
+namespace kelmora::demo {
+
 /// The world behind a TCP port of this computer. Loopback only: the protocol
 /// has no passwords and is not meant for strangers.
 class DemoServer : public QObject, private DemoHost {
@@ -44,3 +46,5 @@ class DemoServer : public QObject, private DemoHost {
   std::map<PlayerId, std::unique_ptr<PlayerSession>> sessions_;
   quint64 nextId_ = 1;
 };
+
+}  // namespace kelmora::demo

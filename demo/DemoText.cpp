@@ -6,6 +6,8 @@
 #include <limits>
 #include <optional>
 
+namespace kelmora::demo {
+
 namespace {
 
 // Lights a word up inside prose. Players cannot type it: cleaned() drops it.
@@ -13,7 +15,7 @@ constexpr QChar kLight(u'\x01');
 
 // One code per sequence: clients exist that pile the digits of a sequence's
 // parameters up, and to them "1;31" is no red.
-QString opening(demo::Ink ink) {
+QString opening(Ink ink) {
   static constexpr std::array<const char*, 8> kCodes{
       "",
       "\x1b[0m\x1b[1m\x1b[31m",
@@ -68,7 +70,7 @@ QStringList wrapped(const QString& line, const QString& hanging = QString()) {
   QStringList lines;
   QString rest = line;
   for (;;) {
-    const qsizetype fits = lengthThatFits(rest, demo::kLineWidth);
+    const qsizetype fits = lengthThatFits(rest, kLineWidth);
     if (fits == rest.size())
       break;
     const qsizetype blank = rest.lastIndexOf(u' ', fits);
@@ -81,13 +83,13 @@ QStringList wrapped(const QString& line, const QString& hanging = QString()) {
 }
 
 // `lit` goes on from line to line: a lit phrase may be wrapped in its middle.
-QString painted(const QString& line, demo::Ink ink, bool& lit) {
+QString painted(const QString& line, Ink ink, bool& lit) {
   QString result;
   const QStringList parts = line.split(kLight);
   for (qsizetype i = 0; i < parts.size(); ++i) {
     if (i > 0)
       lit = !lit;
-    result += demo::paint(lit ? demo::Ink::Cyan : ink, parts.at(i));
+    result += paint(lit ? Ink::Cyan : ink, parts.at(i));
   }
   return result;
 }
@@ -99,17 +101,17 @@ bool turnsDirection(char32_t c) {
 
 }  // namespace
 
-QString demo::prose(const char* utf8) {
+QString prose(const char* utf8) {
   return QString::fromUtf8(utf8).replace(u'`', kLight);
 }
 
-QString demo::paint(Ink ink, const QString& text) {
+QString paint(Ink ink, const QString& text) {
   if (ink == Ink::Plain || text.isEmpty())
     return text;
   return opening(ink) + text + QStringLiteral("\x1b[0m");
 }
 
-QString demo::paragraph(const QString& text, Ink ink) {
+QString paragraph(const QString& text, Ink ink) {
   QString result;
   bool lit = false;
   for (const QString& line : text.split(u'\n'))
@@ -118,21 +120,21 @@ QString demo::paragraph(const QString& text, Ink ink) {
   return result;
 }
 
-QString demo::speech(const QString& text, Ink ink) {
+QString speech(const QString& text, Ink ink) {
   QString result;
   for (const QString& piece : wrapped(text, QStringLiteral("  ")))
     result += paint(ink, piece) + QStringLiteral("\r\n");
   return result;
 }
 
-int demo::columns(const QString& text) {
+int columns(const QString& text) {
   int sum = 0;
   for (const char32_t c : text.toUcs4())
     sum += columnsOf(c);
   return sum;
 }
 
-QString demo::cleaned(const QByteArray& line) {
+QString cleaned(const QByteArray& line) {
   QString result;
   for (const QChar c : QString::fromUtf8(line)) {
     if (c.isSpace())
@@ -143,7 +145,7 @@ QString demo::cleaned(const QByteArray& line) {
   return result.trimmed();
 }
 
-demo::WordAndRest demo::firstWord(const QString& text) {
+WordAndRest firstWord(const QString& text) {
   const QString trimmed = text.trimmed();
   const qsizetype blank = trimmed.indexOf(u' ');
   if (blank < 0)
@@ -151,7 +153,7 @@ demo::WordAndRest demo::firstWord(const QString& text) {
   return {trimmed.first(blank).toLower(), trimmed.sliced(blank).trimmed()};
 }
 
-int demo::wholeNumber(const QString& text, int fallback) {
+int wholeNumber(const QString& text, int fallback) {
   static constexpr qint64 kLeast = std::numeric_limits<int>::min();
   static constexpr qint64 kMost = std::numeric_limits<int>::max();
   const qsizetype start = text.startsWith(u'-') ? 1 : 0;
@@ -166,3 +168,5 @@ int demo::wholeNumber(const QString& text, int fallback) {
   }
   return static_cast<int>(std::clamp(start == 1 ? -value : value, kLeast, kMost));
 }
+
+}  // namespace kelmora::demo

@@ -3,9 +3,9 @@
 #include <QByteArray>
 #include <QString>
 
-/// Words on their way to and from a player.
-namespace demo {
+namespace kelmora::demo {
 
+/// Words on their way to and from a player.
 enum class Ink { Plain, Red, Green, Yellow, Blue, Magenta, Cyan, White };
 
 /// No line of the world is wider than this, in columns.
@@ -42,4 +42,4 @@ struct WordAndRest {
 /// A whole decimal number, cut to 32 bits at either end; `fallback` for anything else.
 [[nodiscard]] int wholeNumber(const QString& text, int fallback);
 
-}  // namespace demo
+}  // namespace kelmora::demo

@@ -4,6 +4,8 @@
 
 #include "demo/Shows.h"
 
+namespace kelmora::demo {
+
 namespace {
 
 using demo::Ink;
@@ -13,10 +15,10 @@ constexpr int kLongestName = 20;
 
 QString prompt(const DemoPlayer& player) {
   const auto pair = [](const char* name, Ink ink, const Points& points) {
-    return demo::paint(ink, QStringLiteral("%1: [ %2 / %3 ]")
-                                .arg(QLatin1String(name))
-                                .arg(points.now)
-                                .arg(points.most));
+    return paint(ink, QStringLiteral("%1: [ %2 / %3 ]")
+                          .arg(QLatin1String(name))
+                          .arg(points.now)
+                          .arg(points.most));
   };
   return pair("hp", Ink::Red, player.hits) + QStringLiteral(", ") +
          pair("sp", Ink::Blue, player.spells) + QStringLiteral(", ") +
@@ -42,9 +44,9 @@ DemoWorld::DemoWorld(const DemoOptions& options, DemoHost& host)
       host_(host),
       dice_(options.seed ? QRandomGenerator(*options.seed)
                          : QRandomGenerator(QRandomGenerator::global()->generate())) {
-  for (const demo::Creature& creature : demo::creatures())
+  for (const Creature& creature : creatures())
     creatures_.push_back({creature.hits, std::nullopt});
-  for (const demo::Item& item : demo::items())
+  for (const Item& item : items())
     items_.push_back({item.home, std::nullopt});
 }
 
@@ -52,7 +54,7 @@ void DemoWorld::connectPlayer(PlayerId id) {
   const auto [position, fresh] = players_.try_emplace(id, id);
   if (!fresh)
     return;
-  position->second.outgoing = demo::welcome();
+  position->second.outgoing = welcome();
   flush();
 }
 
@@ -84,7 +86,7 @@ void DemoWorld::receiveLine(PlayerId id, const QByteArray& line, LineCut cut) {
          prose("That was a mouthful! The town clerk wrote down the first %1 bytes of it.")
              .arg(LineAssembler::kMaxLine),
          Ink::Magenta);
-  const QString words = demo::cleaned(line);
+  const QString words = cleaned(line);
   if (player.stage == DemoPlayer::Stage::AskedForName) {
     takeName(player, words);
   } else {
@@ -174,15 +176,14 @@ void DemoWorld::flush() {
 }
 
 void DemoWorld::tell(DemoPlayer& player, const QString& text, Ink ink) {
-  player.outgoing += demo::paragraph(text, ink);
+  player.outgoing += paragraph(text, ink);
 }
 
 void DemoWorld::tellOthers(const DemoPlayer& player, const QString& text, Ink ink) {
   tellPlace(player.place, text, ink, &player);
 }
 
-void DemoWorld::tellPlace(demo::PlaceId place, const QString& text, Ink ink,
-                          const DemoPlayer* except) {
+void DemoWorld::tellPlace(PlaceId place, const QString& text, Ink ink, const DemoPlayer* except) {
   for (auto& [id, player] : players_)
     if (player.stage == DemoPlayer::Stage::Playing && player.place == place && &player != except)
       tell(player, text, ink);
@@ -191,3 +192,5 @@ void DemoWorld::tellPlace(demo::PlaceId place, const QString& text, Ink ink,
 int DemoWorld::roll(int least, int most) {
   return dice_.bounded(least, most + 1);
 }
+
+}  // namespace kelmora::demo

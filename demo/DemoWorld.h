@@ -10,6 +10,8 @@
 #include "demo/DemoText.h"
 #include "demo/LineAssembler.h"
 
+namespace kelmora::demo {
+
 /// What the world asks of whoever carries its words. No call may lead back
 /// into the world before it returns.
 class DemoHost {
@@ -61,7 +63,7 @@ class DemoWorld {
     std::optional<qint64> returnsAt;
   };
   struct ItemState {
-    demo::PlaceId place;
+    PlaceId place;
     std::optional<PlayerId> carrier;
   };
 
@@ -70,16 +72,15 @@ class DemoWorld {
   void removePlayer(DemoPlayer& player);
   void flush();
 
-  static void tell(DemoPlayer& player, const QString& text, demo::Ink ink = demo::Ink::Plain);
-  void tellOthers(const DemoPlayer& player, const QString& text, demo::Ink ink = demo::Ink::Plain);
-  void tellPlace(demo::PlaceId place, const QString& text, demo::Ink ink,
-                 const DemoPlayer* except = nullptr);
+  static void tell(DemoPlayer& player, const QString& text, Ink ink = Ink::Plain);
+  void tellOthers(const DemoPlayer& player, const QString& text, Ink ink = Ink::Plain);
+  void tellPlace(PlaceId place, const QString& text, Ink ink, const DemoPlayer* except = nullptr);
 
   void look(DemoPlayer& player, const QString& argument);
   void showPlace(DemoPlayer& player);
   void showMap(DemoPlayer& player, const QString& argument);
   void go(DemoPlayer& player, const QString& argument);
-  void step(DemoPlayer& player, demo::Direction way);
+  void step(DemoPlayer& player, Direction way);
   void say(DemoPlayer& player, const QString& argument);
   void get(DemoPlayer& player, const QString& argument);
   void drop(DemoPlayer& player, const QString& argument);
@@ -122,3 +123,5 @@ class DemoWorld {
   qint64 beat_ = 0;
   qint64 bobSpeaksAt_ = 0;
 };
+
+}  // namespace kelmora::demo

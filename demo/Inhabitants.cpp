@@ -2,11 +2,13 @@
 
 #include "demo/Places.h"
 
+namespace kelmora::demo {
+
 namespace {
 
 using demo::PlaceId;
 
-constexpr std::array<demo::Scenery, 14> kScenery{{
+constexpr std::array<Scenery, 14> kScenery{{
     {PlaceId::Square, "fountain",
      "The water says something about the weather. It has been saying so for years."},
     {PlaceId::Square, "signpost",
@@ -31,7 +33,7 @@ constexpr std::array<demo::Scenery, 14> kScenery{{
      "Its light passes over you like a page being turned. You feel read, and well reviewed."},
 }};
 
-constexpr std::array<demo::Item, 10> kItems{{
+constexpr std::array<Item, 10> kItems{{
     {"a brass button", "It has an anchor on it, and a bit of thread that has let go.",
      PlaceId::Square},
     {"a heel of bread", "Hard enough to settle an argument.", PlaceId::Heron},
@@ -45,7 +47,7 @@ constexpr std::array<demo::Item, 10> kItems{{
     {"a key put away safely", "A tag says: \"North Gate. Do NOT lose again.\"", PlaceId::LampRoom},
 }};
 
-constexpr std::array<demo::Creature, 6> kCreatures{{
+constexpr std::array<Creature, 6> kCreatures{{
     {"a straw soldier", "Straw, twine and a firm sense of duty. His hat is new.", PlaceId::Gate, 24,
      0, 2, "rustles sternly at you", "comes apart into a heap, which salutes",
      "has been tied together again and takes up his post"},
@@ -72,19 +74,19 @@ constexpr std::array<demo::Creature, 6> kCreatures{{
 
 }  // namespace
 
-std::span<const demo::Scenery> demo::scenery() {
+std::span<const Scenery> scenery() {
   return kScenery;
 }
 
-std::span<const demo::Item> demo::items() {
+std::span<const Item> items() {
   return kItems;
 }
 
-std::span<const demo::Creature> demo::creatures() {
+std::span<const Creature> creatures() {
   return kCreatures;
 }
 
-bool demo::isCalled(const char* name, const QString& words) {
+bool isCalled(const char* name, const QString& words) {
   QString wanted = words;
   for (const char* article : {"a ", "an ", "the "})
     if (words.startsWith(QLatin1String(article)))
@@ -92,3 +94,5 @@ bool demo::isCalled(const char* name, const QString& words) {
   const QString bare = QString::fromUtf8(name).section(u' ', 1);
   return wanted == bare || bare.split(u' ').contains(wanted);
 }
+
+}  // namespace kelmora::demo

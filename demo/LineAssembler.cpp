@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace kelmora::demo {
+
 namespace {
 
 constexpr unsigned char kIac = 255;
@@ -66,3 +68,5 @@ LineAssembler::Line LineAssembler::finished() {
   }
   return {std::exchange(line_, QByteArray()), std::exchange(cut_, LineCut::No)};
 }
+
+}  // namespace kelmora::demo

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <optional>
 
+namespace kelmora::demo {
+
 enum class LineCut { No, Yes };
 
 /// Puts a player's bytes together into lines, whatever way they were cut on
@@ -30,3 +32,5 @@ class LineAssembler {
   QByteArray line_;
   LineCut cut_ = LineCut::No;
 };
+
+}  // namespace kelmora::demo

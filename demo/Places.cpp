@@ -2,12 +2,14 @@
 
 #include "demo/DemoText.h"
 
+namespace kelmora::demo {
+
 namespace {
 
 using demo::Direction;
 using demo::PlaceId;
 
-constexpr std::array<demo::Place, demo::kPlaceCount> kPlaces{{
+constexpr std::array<Place, kPlaceCount> kPlaces{{
     {PlaceId::Square, "Lantern Square",
      "Eleven lanterns ring this little square, and every evening the town holds a "
      "short, loud debate about who lost the twelfth. A fountain mutters to itself in "
@@ -137,11 +139,11 @@ constexpr Direction opposite(Direction way) {
 
 }  // namespace
 
-const demo::Place& demo::place(PlaceId id) {
+const Place& place(PlaceId id) {
   return kPlaces.at(static_cast<std::size_t>(id));
 }
 
-std::optional<demo::PlaceId> demo::neighbour(PlaceId from, Direction way) {
+std::optional<PlaceId> neighbour(PlaceId from, Direction way) {
   for (const Path& path : kPaths) {
     if (path.from == from && path.way == way)
       return path.to;
@@ -151,11 +153,11 @@ std::optional<demo::PlaceId> demo::neighbour(PlaceId from, Direction way) {
   return std::nullopt;
 }
 
-const char* demo::directionName(Direction way) {
+const char* directionName(Direction way) {
   return kDirectionNames.at(static_cast<std::size_t>(way));
 }
 
-std::optional<demo::Direction> demo::directionOf(const QString& word) {
+std::optional<Direction> directionOf(const QString& word) {
   for (const Direction way : kDirections) {
     const QString name = QString::fromLatin1(directionName(way));
     if (word == name || word == name.first(1))
@@ -164,7 +166,7 @@ std::optional<demo::Direction> demo::directionOf(const QString& word) {
   return std::nullopt;
 }
 
-QString demo::map(PlaceId here) {
+QString map(PlaceId here) {
   const QString name = QString::fromUtf8(place(here).name);
   QString drawing = QString::fromUtf8(kMap);
   drawing.replace(u'[' + name + u']', paint(Ink::Yellow, u'*' + name + u'*'));
@@ -172,3 +174,5 @@ QString demo::map(PlaceId here) {
          paragraph(QStringLiteral("  ") +
                    prose("*stars* mark where you are; a colon is a ladder or a stair"));
 }
+
+}  // namespace kelmora::demo

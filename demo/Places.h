@@ -5,10 +5,10 @@
 #include <optional>
 #include <span>
 
+namespace kelmora::demo {
+
 /// The tables of the world: its places and the paths between them, what lies
 /// there and who lives there. All texts are UTF-8.
-namespace demo {
-
 enum class PlaceId {
   Square,
   Heron,
@@ -88,4 +88,4 @@ struct Creature {
 /// The whole map, lines ended with "\r\n", `here` marked with stars.
 [[nodiscard]] QString map(PlaceId here);
 
-}  // namespace demo
+}  // namespace kelmora::demo

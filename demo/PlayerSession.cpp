@@ -5,6 +5,8 @@
 
 #include "demo/Shows.h"
 
+namespace kelmora::demo {
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -107,7 +109,7 @@ void PlayerSession::pumpFlood() {
     const int upTo = std::min(flood_->sent + kFloodLinesPerWrite, flood_->total);
     QString lines;
     for (int n = flood_->sent + 1; n <= upTo; ++n)
-      lines += demo::floodLine(n, flood_->total);
+      lines += floodLine(n, flood_->total);
     flood_->sent = upTo;
     const bool finished = upTo == flood_->total;
     if (finished)
@@ -127,3 +129,5 @@ void PlayerSession::end() {
   closing_.stop();
   later_.start();
 }
+
+}  // namespace kelmora::demo

@@ -6,6 +6,8 @@
 
 #include "demo/LineAssembler.h"
 
+namespace kelmora::demo {
+
 /// One player's connection: bytes in, whole lines out to whoever listens, and
 /// responses back. What waits in either direction is bounded.
 class PlayerSession : public QObject {
@@ -55,3 +57,5 @@ class PlayerSession : public QObject {
   std::optional<Flood> flood_;
   bool over_ = false;
 };
+
+}  // namespace kelmora::demo

@@ -4,6 +4,8 @@
 
 #include "demo/DemoText.h"
 
+namespace kelmora::demo {
+
 namespace {
 
 using demo::Ink;
@@ -72,7 +74,7 @@ QString paletteWords() {
 
 }  // namespace
 
-QString demo::welcome() {
+QString welcome() {
   QString text = kEnd;
   for (const TitleRow& row : kTitle) {
     const QString letters = QString::fromLatin1(row.letters);
@@ -90,7 +92,7 @@ QString demo::welcome() {
   return text;
 }
 
-QString demo::colours() {
+QString colours() {
   QString text = paragraph(prose("The sixteen colours, plain and bold:"), Ink::White);
   text += sampleRow("normal", QString(), 30);
   text += sampleRow("bold", ansi("1"), 30);
@@ -105,7 +107,7 @@ QString demo::colours() {
   return text;
 }
 
-QString demo::links() {
+QString links() {
   // An address ends where its colour ends: the client's idea of an address
   // would run on over a blank.
   QString text = paragraph(prose("Two doors lead out of this world, and both are clean:"));
@@ -116,7 +118,7 @@ QString demo::links() {
   return text;
 }
 
-QString demo::unicode() {
+QString unicode() {
   static constexpr std::array<std::array<const char*, 2>, 12> kGreetings{{
       {"English", "The lamp is lit."},
       {"Deutsch", "Die Laterne brennt."},
@@ -145,7 +147,9 @@ QString demo::unicode() {
   return text;
 }
 
-QString demo::floodLine(int number, int total) {
+QString floodLine(int number, int total) {
   return ansi("", 31 + (number - 1) % 7) +
          QStringLiteral("flood: line %1 of %2").arg(number).arg(total) + kReset + kEnd;
 }
+
+}  // namespace kelmora::demo

@@ -2,9 +2,9 @@
 
 #include <QString>
 
-/// What the world can show off: whole blocks of text, lines ended with "\r\n".
-namespace demo {
+namespace kelmora::demo {
 
+/// What the world can show off: whole blocks of text, lines ended with "\r\n".
 /// The title and the first question.
 [[nodiscard]] QString welcome();
 /// The sixteen colours, the backgrounds and the 256-colour palette.
@@ -17,4 +17,4 @@ namespace demo {
 /// flood is cut anywhere, and a 256-colour foreground must not be left open.
 [[nodiscard]] QString floodLine(int number, int total);
 
-}  // namespace demo
+}  // namespace kelmora::demo

@@ -1,10 +1,12 @@
 #include "demo/Tutorial.h"
 
+namespace kelmora::demo {
+
 namespace {
 
 // A further chapter is one further row: the list, the numbers and the way
 // from chapter to chapter follow from it.
-constexpr demo::Chapter kChapters[] = {
+constexpr Chapter kChapters[] = {
     {"Typing",
      "The bar at the bottom of the window is where you speak to the world. Type a "
      "line, press Enter, and it goes on its way; what you sent is shown in yellow, "
@@ -76,6 +78,8 @@ constexpr demo::Chapter kChapters[] = {
 
 }  // namespace
 
-std::span<const demo::Chapter> demo::tutorial() {
+std::span<const Chapter> tutorial() {
   return kChapters;
 }
+
+}  // namespace kelmora::demo

@@ -2,9 +2,9 @@
 
 #include <span>
 
-/// A walk through the client, in chapters. Texts are UTF-8 prose.
-namespace demo {
+namespace kelmora::demo {
 
+/// A walk through the client, in chapters. Texts are UTF-8 prose.
 struct Chapter {
   const char* title;
   const char* text;
@@ -12,4 +12,4 @@ struct Chapter {
 
 [[nodiscard]] std::span<const Chapter> tutorial();
 
-}  // namespace demo
+}  // namespace kelmora::demo

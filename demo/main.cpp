@@ -4,6 +4,9 @@
 
 #include "demo/DemoServer.h"
 
+using namespace kelmora;
+using namespace kelmora::demo;
+
 namespace {
 
 constexpr int kFailure = 1;

@@ -8,6 +8,9 @@
 #include "automation/core/AutomationFiles.h"
 #include "support/OwnFolder.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace fuzz {
 
 /// The blocks of a table whose entries name themselves with `label`.

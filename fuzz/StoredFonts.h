@@ -6,6 +6,9 @@
 #include "FuzzTarget.h"
 #include "settings/ClientSettings.h"
 
+using namespace kelmora;
+using namespace kelmora::settings;
+
 namespace fuzz {
 
 /// Fonts read from a file can be laid out without harm.

@@ -2,6 +2,9 @@
 #include "automation/core/AutomationFiles.h"
 #include "automation/core/KeyNames.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 QList<Block> blocksIn(const QByteArray& bytes, bool& success) {

@@ -3,6 +3,9 @@
 #include "automation/core/TextLines.h"
 #include "automation/core/TriggerTable.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 /// Writes down what firing triggers do, and may take the table apart meanwhile.

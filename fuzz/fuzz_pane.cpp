@@ -6,6 +6,9 @@
 #include "terminal/PaneHtml.h"
 #include "terminal/TwoPanes.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 constexpr char endOfPart = '\x1E';

@@ -3,6 +3,9 @@
 #include "terminal/PipelineSupport.h"
 #include "terminal/core/SafeMarkup.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 constexpr char endOfRead = '\x1E';

@@ -6,6 +6,9 @@
 #include "script/PlainScript.h"
 #include "script/ScriptFixture.h"
 
+using namespace kelmora;
+using namespace kelmora::script;
+
 namespace {
 
 /// End a run soon, yet seldom before the plain recursion gives up on it.
@@ -50,9 +53,9 @@ Scenario scenarioOf(const QString& text) {
 }
 
 /// The engine and the plain recursion, side by side.
-class Comparison {
+class PlainComparison {
  public:
-  explicit Comparison(const Scenario& scenario) {
+  explicit PlainComparison(const Scenario& scenario) {
     plain_.aliases = scenario.aliases;
     engine_.aliases.insert(scenario.aliases);
     engine_.host.onSend = [this](const QString& line) { answer(line); };
@@ -146,7 +149,7 @@ class Comparison {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Surroundings<QCoreApplication>::provide();
   const Scenario scenario = scenarioOf(QString::fromUtf8(fuzz::bytesOf(data, size)));
-  Comparison comparison(scenario);
+  PlainComparison comparison(scenario);
   bool goesOn = true;
   for (qsizetype step = 0; step < scenario.steps.size() && goesOn; ++step)
     goesOn = comparison.take(scenario.steps.at(step));

@@ -9,6 +9,9 @@
 #include "settings/SettingsFile.h"
 #include "support/OwnFolder.h"
 
+using namespace kelmora;
+using namespace kelmora::settings;
+
 namespace {
 
 const QString given = QStringLiteral("given.settings");

@@ -12,6 +12,9 @@
 #include "settings/SettingsStore.h"
 #include "support/OwnFolder.h"
 
+using namespace kelmora;
+using namespace kelmora::settings;
+
 namespace {
 
 /// The two keys of the window's place.

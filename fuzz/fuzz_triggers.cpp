@@ -1,6 +1,9 @@
 #include "BlockFileRound.h"
 #include "automation/core/AutomationFiles.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 /// The input is the whole file.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static constexpr fuzz::BlockFileKind<TriggerTable> kind{

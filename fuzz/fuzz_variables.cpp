@@ -7,6 +7,9 @@
 #include "automation/core/AutomationFiles.h"
 #include "support/OwnFolder.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 using Variables = QMap<QString, QString>;

@@ -4,6 +4,9 @@
 #include "FuzzTarget.h"
 #include "terminal/core/Vitals.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 constexpr std::array formats{"hp: [ %d / %d ], sp: [ %d / %d ], ep: [ %d / %d ]",

@@ -77,7 +77,7 @@ int main(int argc, char** argv) {
     console << "usage: kelmora-tour PORT PICTURE\n";
     return 2;
   }
-  installApplicationFonts();
+  kelmora::app::installApplicationFonts();
   // A session of its own, whatever the player has stored.
   const QTemporaryDir folder;
   MainWidget window({.iniFile = folder.filePath(QStringLiteral("store.ini"))});

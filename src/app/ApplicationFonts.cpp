@@ -4,6 +4,8 @@
 #include <QFont>
 #include <QFontDatabase>
 
+namespace kelmora::app {
+
 namespace {
 
 void substituteMissingCourier() {
@@ -33,3 +35,5 @@ void installApplicationFonts() {
   QApplication::setFont(QFont(QStringLiteral("Ubuntu Mono Regular"), 12, 1, false));
   substituteMissingCourier();
 }
+
+}  // namespace kelmora::app

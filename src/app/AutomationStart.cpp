@@ -7,9 +7,11 @@
 
 #include "automation/core/AutomationFiles.h"
 
-void loadAutomationFiles(QWidget& parent, AutomationFiles& files, MacroTable& macros,
-                         TriggerTable& triggers, AliasTable& aliases,
-                         QMap<QString, QString>& variables) {
+namespace kelmora::app {
+
+void loadAutomationFiles(QWidget& parent, automation::AutomationFiles& files,
+                         automation::MacroTable& macros, automation::TriggerTable& triggers,
+                         automation::AliasTable& aliases, QMap<QString, QString>& variables) {
   struct FileRow {
     const char* title;
     const char* failure;
@@ -37,3 +39,5 @@ void loadAutomationFiles(QWidget& parent, AutomationFiles& files, MacroTable& ma
                              QMessageBox::Ok);
   }
 }
+
+}  // namespace kelmora::app

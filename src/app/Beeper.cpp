@@ -3,6 +3,8 @@
 #include <QSoundEffect>
 #include <QUrl>
 
+namespace kelmora::app {
+
 void Beeper::beep() {
   if (effect_ == nullptr) {
     effect_ = new QSoundEffect(&owner_);
@@ -14,3 +16,5 @@ void Beeper::beep() {
 bool Beeper::isLoaded() const {
   return effect_ != nullptr && effect_->isLoaded();
 }
+
+}  // namespace kelmora::app

@@ -3,6 +3,8 @@
 class QObject;
 class QSoundEffect;
 
+namespace kelmora::app {
+
 /// The sound of a BEL. Nothing is loaded before the first one, so a session
 /// without bells never wakes the audio system; where there is no audio device
 /// it stays silent.
@@ -21,3 +23,5 @@ class Beeper {
   QObject& owner_;
   QSoundEffect* effect_ = nullptr;
 };
+
+}  // namespace kelmora::app

@@ -30,22 +30,25 @@
 #include "terminal/view/SessionCapture.h"
 #include "terminal/view/VitalsBars.h"
 
+using namespace kelmora;
+using namespace kelmora::app;
+
 namespace {
 
-AnsiTranslator::ColourTexts textsOf(const ColourTexts& colours) {
-  AnsiTranslator::ColourTexts texts;
+terminal::AnsiTranslator::ColourTexts textsOf(const settings::ColourTexts& colours) {
+  terminal::AnsiTranslator::ColourTexts texts;
   std::transform(colours.begin(), colours.end(), texts.begin(),
-                 [](const ColourText& colour) { return colour.text(); });
+                 [](const settings::ColourText& colour) { return colour.text(); });
   return texts;
 }
 
-std::size_t indexOf(ConnectionAction action) {
+std::size_t indexOf(net::ConnectionAction action) {
   switch (action) {
-    case ConnectionAction::Connect:
+    case net::ConnectionAction::Connect:
       return static_cast<std::size_t>(ToolbarAction::Connect);
-    case ConnectionAction::Disconnect:
+    case net::ConnectionAction::Disconnect:
       return static_cast<std::size_t>(ToolbarAction::Disconnect);
-    case ConnectionAction::ProxySettings:
+    case net::ConnectionAction::ProxySettings:
       break;
   }
   return static_cast<std::size_t>(ToolbarAction::Proxy);
@@ -122,7 +125,7 @@ void MainWidget::saveBuffer() {
                                                     tr("Web Pages (*.htm *.html)"));
   if (!name.isEmpty()) {
     outputPane_->settle();
-    captureSession(*outputPane_->document(), settings_.normalColour.front().text(), name);
+    terminal::captureSession(*outputPane_->document(), settings_.normalColour.front().text(), name);
   }
   returnToInputBar();
 }
@@ -184,14 +187,15 @@ void MainWidget::showHelp() {
 }
 
 void MainWidget::submitInput() {
-  const InputSubmission submission = ::submitInput(inputBar_->text(),
-                                                   {.echoEnabled = echoEnabled_,
-                                                    .displayLocalEcho = settings_.displayLocalEcho,
-                                                    .flushInput = settings_.flushInput,
-                                                    .splitInput = settings_.splitInput,
-                                                    .splitString = settings_.splitString},
-                                                   inputHistory_);
-  if (submission.route == InputSubmission::Route::ActionList) {
+  const terminal::InputSubmission submission =
+      terminal::submitInput(inputBar_->text(),
+                            {.echoEnabled = echoEnabled_,
+                             .displayLocalEcho = settings_.displayLocalEcho,
+                             .flushInput = settings_.flushInput,
+                             .splitInput = settings_.splitInput,
+                             .splitString = settings_.splitString},
+                            inputHistory_);
+  if (submission.route == terminal::InputSubmission::Route::ActionList) {
     runActions(submission.actions);
   } else {
     // A line that goes straight to the interpreter has no list behind it, so
@@ -201,7 +205,7 @@ void MainWidget::submitInput() {
     QString timerId;
     interpretAction(submission.actions.first(), stream, timerId);
   }
-  if (submission.afterwards == InputSubmission::Afterwards::SelectAll)
+  if (submission.afterwards == terminal::InputSubmission::Afterwards::SelectAll)
     inputBar_->selectAll();
   else
     inputBar_->clear();
@@ -218,7 +222,7 @@ void MainWidget::historyNewer() {
 }
 
 void MainWidget::parseVitals(const char* line) {
-  if (const auto vitals = ::parseVitals(line))
+  if (const auto vitals = terminal::parseVitals(line))
     vitalsBars_->show(*vitals);
 }
 
@@ -247,7 +251,7 @@ void MainWidget::beep() {
   beeper_->beep();
 }
 
-void MainWidget::showServerText(ServerText text) {
+void MainWidget::showServerText(terminal::ServerText text) {
   outputPane_->showServerText(std::move(text));
 }
 
@@ -261,11 +265,12 @@ void MainWidget::moveCursorToEnd() {
 
 void MainWidget::appendStatusLine(const QString& html) {
   // The host name stands in it as it was stored, and tables of it would nest.
-  outputPane_->appendStatusLine(safeMarkup(
-      QString::fromLatin1(pipeline_.translator().normalSpan(AnsiTranslator::white)) + html));
+  outputPane_->appendStatusLine(terminal::safeMarkup(
+      QString::fromLatin1(pipeline_.translator().normalSpan(terminal::AnsiTranslator::white)) +
+      html));
 }
 
-void MainWidget::setActionEnabled(ConnectionAction action, bool enabled) {
+void MainWidget::setActionEnabled(net::ConnectionAction action, bool enabled) {
   actions_.at(indexOf(action))->setEnabled(enabled);
 }
 

@@ -24,7 +24,6 @@
 #include "terminal/view/InputHost.h"
 
 class AliasWidget;
-class Beeper;
 class ConfigureWidget;
 class HelpWidget;
 class InputWidget;
@@ -35,34 +34,41 @@ class QAction;
 class QTcpSocket;
 class QToolBar;
 class TriggerWidget;
+
+namespace kelmora::app {
+class Beeper;
+}
+
+namespace kelmora::terminal {
 class VitalsBars;
+}
 
 /// The window. It owns everything and decides nothing: each operation goes on
 /// to the room that does the work, under the same name.
 class MainWidget : public QWidget,
-                   private PipelineHost,
-                   private ConnectionHost,
-                   private ScriptHost,
-                   private AliasLookup,
-                   private TriggerHost,
-                   private SettingsHost,
-                   private InputHost {
+                   private kelmora::terminal::PipelineHost,
+                   private kelmora::net::ConnectionHost,
+                   private kelmora::script::ScriptHost,
+                   private kelmora::script::AliasLookup,
+                   private kelmora::automation::TriggerHost,
+                   private kelmora::dialogs::SettingsHost,
+                   private kelmora::terminal::InputHost {
   Q_OBJECT
 
  public:
   static constexpr int actionCount = 11;
 
   /// The options are kept in the user's own store, unless told otherwise.
-  explicit MainWidget(settings::StorePlace place = {});
+  explicit MainWidget(kelmora::settings::StorePlace place = {});
   ~MainWidget() override;
 
   /// The options, edited in place by the dialogs.
-  [[nodiscard]] ClientSettings& settings() { return settings_; }
+  [[nodiscard]] kelmora::settings::ClientSettings& settings() { return settings_; }
   // The automation, edited in place by the editors.
-  [[nodiscard]] MacroTable& macros() { return macroTable_; }
-  [[nodiscard]] TriggerTable& triggers() { return triggerTable_; }
-  [[nodiscard]] AliasTable& aliases() { return aliasTable_; }
-  [[nodiscard]] VariableTable& variables() { return variableTable_; }
+  [[nodiscard]] kelmora::automation::MacroTable& macros() { return macroTable_; }
+  [[nodiscard]] kelmora::automation::TriggerTable& triggers() { return triggerTable_; }
+  [[nodiscard]] kelmora::automation::AliasTable& aliases() { return aliasTable_; }
+  [[nodiscard]] kelmora::script::VariableTable& variables() { return variableTable_; }
   /// Writes the variables to their file, then every option and the window's
   /// place to the settings store.
   void storeSettings() override;
@@ -110,12 +116,12 @@ class MainWidget : public QWidget,
 
   // PipelineHost
   void beep() override;
-  void showServerText(ServerText text) override;
+  void showServerText(kelmora::terminal::ServerText text) override;
   void checkTriggers(const QByteArray& line) override;
   // ConnectionHost
   void moveCursorToEnd() override;
   void appendStatusLine(const QString& html) override;
-  void setActionEnabled(ConnectionAction action, bool enabled) override;
+  void setActionEnabled(kelmora::net::ConnectionAction action, bool enabled) override;
   void focusInputBar() override;
   // ScriptHost
   QIODevice& gameDevice() override;
@@ -136,20 +142,20 @@ class MainWidget : public QWidget,
   // InputHost
   [[nodiscard]] bool claimsShortcut(QKeyCombination keys) const override;
 
-  InputHistory inputHistory_;
-  MacroTable macroTable_;
-  TriggerTable triggerTable_;
-  AliasTable aliasTable_;
-  VariableTable variableTable_;
-  AutomationFiles automationFiles_;
-  SettingsStore store_;
-  ClientSettings settings_;
+  kelmora::terminal::InputHistory inputHistory_;
+  kelmora::automation::MacroTable macroTable_;
+  kelmora::automation::TriggerTable triggerTable_;
+  kelmora::automation::AliasTable aliasTable_;
+  kelmora::script::VariableTable variableTable_;
+  kelmora::automation::AutomationFiles automationFiles_;
+  kelmora::settings::SettingsStore store_;
+  kelmora::settings::ClientSettings settings_;
   /// Local echo as it was at the start; an option switched on during play
   /// takes effect at the next start.
   bool echoEnabled_ = false;
-  OutputPipeline pipeline_;
-  Interpreter interpreter_{*this, variableTable_, *this};
-  net::LostLines lostLines_;
+  kelmora::terminal::OutputPipeline pipeline_;
+  kelmora::script::Interpreter interpreter_{*this, variableTable_, *this};
+  kelmora::net::LostLines lostLines_;
 
   // Children of the window.
   QTcpSocket* socket_ = nullptr;
@@ -164,8 +170,8 @@ class MainWidget : public QWidget,
   TriggerWidget* triggerEditor_ = nullptr;
   AliasWidget* aliasEditor_ = nullptr;
 
-  std::unique_ptr<ServerConnection> connection_;
-  std::unique_ptr<SocketReader> socketReader_;
-  std::unique_ptr<VitalsBars> vitalsBars_;
-  std::unique_ptr<Beeper> beeper_;
+  std::unique_ptr<kelmora::net::ServerConnection> connection_;
+  std::unique_ptr<kelmora::net::SocketReader> socketReader_;
+  std::unique_ptr<kelmora::terminal::VitalsBars> vitalsBars_;
+  std::unique_ptr<kelmora::app::Beeper> beeper_;
 };

@@ -24,6 +24,9 @@
 #include "terminal/view/OutputWidget.h"
 #include "terminal/view/VitalsBars.h"
 
+using namespace kelmora;
+using namespace kelmora::app;
+
 namespace {
 
 constexpr int toolbarHeight = 70;
@@ -46,7 +49,7 @@ MainWidget::MainWidget(settings::StorePlace place) : store_(std::move(place)) {
     net::installConfiguredProxy(settings_);
   echoEnabled_ = settings_.displayLocalEcho;
   buildColourSpans();
-  VariableTable::Entries variables;
+  script::VariableTable::Entries variables;
   loadAutomationFiles(*this, automationFiles_, macroTable_, triggerTable_, aliasTable_, variables);
   variableTable_.load(variables);
   QApplication::setStyle(settings_.interfaceStyle);
@@ -64,7 +67,7 @@ MainWidget::~MainWidget() {
 }
 
 void MainWidget::loadStoredSettings() {
-  const WindowPlace place = store_.load(settings_);
+  const settings::WindowPlace place = store_.load(settings_);
   QSize largest(8192, 8192);
   QList<QRect> screens;
   for (const QScreen* screen : QGuiApplication::screens()) {
@@ -91,9 +94,9 @@ void MainWidget::createWidgets() {
   palette.setBrush(QPalette::Inactive, QPalette::Base, Qt::black);
   outputPane_->setPalette(palette);
   beeper_ = std::make_unique<Beeper>(*this);
-  socketReader_ = std::make_unique<SocketReader>(*socket_, [this](const QByteArray& bytes) {
+  socketReader_ = std::make_unique<net::SocketReader>(*socket_, [this](const QByteArray& bytes) {
     // Each line of it may run a script of its own.
-    const Losses::Event event(interpreter_.losses());
+    const script::Losses::Event event(interpreter_.losses());
     pipeline_.readSocketData(bytes,
                              {.displayAnsiColor = settings_.displayAnsiColor,
                               .playBeeps = settings_.playBeeps,
@@ -101,12 +104,12 @@ void MainWidget::createWidgets() {
                               .displayURLs = settings_.displayURLs},
                              *this);
   });
-  ConnectionHost& host = *this;
-  connection_ = std::make_unique<ServerConnection>(*socket_, settings_, host);
+  net::ConnectionHost& host = *this;
+  connection_ = std::make_unique<net::ServerConnection>(*socket_, settings_, host);
 }
 
 void MainWidget::createDialogs() {
-  SettingsHost& host = *this;
+  dialogs::SettingsHost& host = *this;
   configureDialog_ = new ConfigureWidget(*this, host, settings_);
   proxyDialog_ = new ProxyWidget(*this, host, settings_);
   helpDialog_ = new HelpWidget(*this);
@@ -125,7 +128,7 @@ void MainWidget::layOutWidgets() {
   keepExtent(*toolbar_);
   connect(toolbar_, &QToolBar::iconSizeChanged, toolbar_, [this] { keepExtent(*toolbar_); });
   actions_ = addToolbarActions(*toolbar_, *this);
-  vitalsBars_ = std::make_unique<VitalsBars>(*toolbar_);
+  vitalsBars_ = std::make_unique<terminal::VitalsBars>(*toolbar_);
 }
 
 void MainWidget::connectSocket() {

@@ -7,6 +7,8 @@
 
 #include "app/MainWidget.h"
 
+namespace kelmora::app {
+
 namespace {
 
 struct ActionRow {
@@ -66,3 +68,5 @@ std::array<QAction*, 11> addToolbarActions(QToolBar& toolbar, MainWidget& window
   }
   return actions;
 }
+
+}  // namespace kelmora::app

@@ -5,6 +5,9 @@
 #include "app/MainWidget.h"
 #include "app/StartSplash.h"
 
+using namespace kelmora;
+using namespace kelmora::app;
+
 int main(int argc, char** argv) {
   const QApplication application(argc, argv);
 

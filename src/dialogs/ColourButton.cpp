@@ -4,6 +4,8 @@
 #include <QStylePainter>
 #include <cmath>
 
+namespace kelmora::dialogs {
+
 namespace {
 
 constexpr int frameWidth = 3;  // pixels left to the style's own frame
@@ -20,15 +22,11 @@ double luminance(const QColor& colour) {
 
 }  // namespace
 
-namespace dialogs {
-
 QColor readableOn(const QColor& background) {
   // Where both contrast equally, by the usual definition of contrast.
   constexpr double middle = 0.1791;
   return luminance(background) > middle ? Qt::black : Qt::white;
 }
-
-}  // namespace dialogs
 
 QColor ColourButton::colour() const {
   return palette().color(QPalette::Button);
@@ -56,7 +54,7 @@ void ColourButton::paintEvent(QPaintEvent* /*event*/) {
   if (isDown())
     swatch.translate(1, 1);
   const QColor background = colour();
-  const QColor ink = dialogs::readableOn(background);
+  const QColor ink = readableOn(background);
   painter.fillRect(swatch, background);
   painter.setPen(ink);
   painter.drawText(swatch, Qt::AlignCenter | Qt::TextShowMnemonic, text());
@@ -65,3 +63,5 @@ void ColourButton::paintEvent(QPaintEvent* /*event*/) {
     painter.drawRect(swatch.adjusted(focusInset, focusInset, -focusInset - 1, -focusInset - 1));
   }
 }
+
+}  // namespace kelmora::dialogs

@@ -2,12 +2,10 @@
 
 #include <QPushButton>
 
-namespace dialogs {
+namespace kelmora::dialogs {
 
 /// Black or white, whichever is easier to read on the background.
 [[nodiscard]] QColor readableOn(const QColor& background);
-
-}  // namespace dialogs
 
 /// A button that shows a colour, which is the Button role of its palette.
 class ColourButton : public QPushButton {
@@ -20,3 +18,5 @@ class ColourButton : public QPushButton {
  protected:
   void paintEvent(QPaintEvent* event) override;
 };
+
+}  // namespace kelmora::dialogs

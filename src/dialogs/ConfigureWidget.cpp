@@ -15,24 +15,31 @@
 #include "scan/Format.h"
 #include "settings/ServerHosts.h"
 
+using namespace kelmora;
+using namespace kelmora::dialogs;
+
 namespace {
 
 using Slot = void (ConfigureWidget::*)();
 
 struct OptionRow {
   const char* label;
-  bool ClientSettings::*option;
+  bool settings::ClientSettings::*option;
 };
 
 constexpr std::array<OptionRow, ConfigureWidget::optionCount> optionRows{{
-    {QT_TRANSLATE_NOOP("ConfigureWidget", "Display ANSI color"), &ClientSettings::displayAnsiColor},
-    {QT_TRANSLATE_NOOP("ConfigureWidget", "Enable local echo"), &ClientSettings::displayLocalEcho},
-    {QT_TRANSLATE_NOOP("ConfigureWidget", "Play beeps"), &ClientSettings::playBeeps},
-    {QT_TRANSLATE_NOOP("ConfigureWidget", "Parse html tags"), &ClientSettings::parseHtml},
-    {QT_TRANSLATE_NOOP("ConfigureWidget", "Flush input bar"), &ClientSettings::flushInput},
-    {QT_TRANSLATE_NOOP("ConfigureWidget", "Display clickable URLs"), &ClientSettings::displayURLs},
+    {QT_TRANSLATE_NOOP("ConfigureWidget", "Display ANSI color"),
+     &settings::ClientSettings::displayAnsiColor},
+    {QT_TRANSLATE_NOOP("ConfigureWidget", "Enable local echo"),
+     &settings::ClientSettings::displayLocalEcho},
+    {QT_TRANSLATE_NOOP("ConfigureWidget", "Play beeps"), &settings::ClientSettings::playBeeps},
+    {QT_TRANSLATE_NOOP("ConfigureWidget", "Parse html tags"), &settings::ClientSettings::parseHtml},
+    {QT_TRANSLATE_NOOP("ConfigureWidget", "Flush input bar"),
+     &settings::ClientSettings::flushInput},
+    {QT_TRANSLATE_NOOP("ConfigureWidget", "Display clickable URLs"),
+     &settings::ClientSettings::displayURLs},
     {QT_TRANSLATE_NOOP("ConfigureWidget", "Split input by following string:"),
-     &ClientSettings::splitInput},
+     &settings::ClientSettings::splitInput},
 }};
 
 /// One of the eight colours; its place in the table is its index in the record.
@@ -43,7 +50,7 @@ struct ColourRow {
 };
 
 using Dialog = ConfigureWidget;
-constexpr std::array<ColourRow, std::tuple_size_v<ColourTexts>> colourRows{{
+constexpr std::array<ColourRow, std::tuple_size_v<settings::ColourTexts>> colourRows{{
     {QT_TRANSLATE_NOOP("ConfigureWidget", "Black"), &Dialog::blackPressed, &Dialog::blackPressedB},
     {QT_TRANSLATE_NOOP("ConfigureWidget", "Red"), &Dialog::redPressed, &Dialog::redPressedB},
     {QT_TRANSLATE_NOOP("ConfigureWidget", "Green"), &Dialog::greenPressed, &Dialog::greenPressedB},
@@ -67,7 +74,8 @@ QString serverText(const QString& host, int port) {
 
 }  // namespace
 
-ConfigureWidget::ConfigureWidget(QWidget& mainWindow, SettingsHost& host, ClientSettings& settings)
+ConfigureWidget::ConfigureWidget(QWidget& mainWindow, SettingsHost& host,
+                                 settings::ClientSettings& settings)
     : QDialog(&mainWindow),
       host_(host),
       settings_(settings),
@@ -161,7 +169,7 @@ void ConfigureWidget::addButtons(QGridLayout& grid) {
 
 void ConfigureWidget::showDialog() {
   show();
-  const auto showColours = [](const ColourButtons& buttons, const ColourTexts& texts) {
+  const auto showColours = [](const ColourButtons& buttons, const settings::ColourTexts& texts) {
     for (std::size_t i = 0; i < buttons.size(); ++i)
       buttons[i]->setColour(QColor::fromString(QLatin1String(texts[i].data())));
   };
@@ -185,7 +193,7 @@ void ConfigureWidget::showServer() {
 }
 
 void ConfigureWidget::applySettings() {
-  const auto storeColours = [](ColourTexts& texts, const ColourButtons& buttons) {
+  const auto storeColours = [](settings::ColourTexts& texts, const ColourButtons& buttons) {
     for (std::size_t i = 0; i < texts.size(); ++i)
       texts[i].assign(buttons[i]->colour().name().toLatin1());
   };

@@ -6,15 +6,18 @@
 
 #include "settings/ClientSettings.h"
 
-class ColourButton;
-class FontButton;
 class QCheckBox;
 class QComboBox;
 class QGridLayout;
 class QLineEdit;
 class QPushButton;
-class SettingsHost;
 class StyleWidget;
+
+namespace kelmora::dialogs {
+class ColourButton;
+class FontButton;
+class SettingsHost;
+}  // namespace kelmora::dialogs
 
 /// The general settings: display and input options, the sixteen colours, the
 /// fonts and the server. Its widgets hold what is edited until Apply.
@@ -25,7 +28,8 @@ class ConfigureWidget : public QDialog {
   static constexpr std::size_t optionCount = 7;
 
   /// A child of the window. Host and record must outlive the dialog's last use.
-  ConfigureWidget(QWidget& mainWindow, SettingsHost& host, ClientSettings& settings);
+  ConfigureWidget(QWidget& mainWindow, kelmora::dialogs::SettingsHost& host,
+                  kelmora::settings::ClientSettings& settings);
 
   /// Shows the dialog with the record's present values.
   void showDialog();
@@ -56,28 +60,29 @@ class ConfigureWidget : public QDialog {
   void selectStyle();
 
  private:
-  using ColourButtons = std::array<ColourButton*, std::tuple_size_v<ColourTexts>>;
+  using ColourButtons = std::array<kelmora::dialogs::ColourButton*,
+                                   std::tuple_size_v<kelmora::settings::ColourTexts>>;
 
   void addHeaders(QGridLayout& grid);
   void addOptions(QGridLayout& grid);
   void addColours(QGridLayout& grid);
   void addDisplay(QGridLayout& grid);
   void addButtons(QGridLayout& grid);
-  void chooseColour(ColourButton& button);
-  void chooseFont(FontButton& button);
+  void chooseColour(kelmora::dialogs::ColourButton& button);
+  void chooseFont(kelmora::dialogs::FontButton& button);
   void applyFonts();
   void applyServer();
   void showServer();
 
-  SettingsHost& host_;
-  ClientSettings& settings_;
+  kelmora::dialogs::SettingsHost& host_;
+  kelmora::settings::ClientSettings& settings_;
   StyleWidget& styleDialog_;  // a child of the window
 
   std::array<QCheckBox*, optionCount> optionBoxes_{};
   QLineEdit* splitString_ = nullptr;
   ColourButtons normalColours_{};
   ColourButtons boldColours_{};
-  FontButton* outFont_ = nullptr;
-  FontButton* inFont_ = nullptr;
+  kelmora::dialogs::FontButton* outFont_ = nullptr;
+  kelmora::dialogs::FontButton* inFont_ = nullptr;
   QComboBox* server_ = nullptr;
 };

@@ -4,6 +4,8 @@
 #include <QStylePainter>
 #include <algorithm>
 
+namespace kelmora::dialogs {
+
 namespace {
 
 constexpr qreal smallestPoints = 7;
@@ -49,3 +51,5 @@ void FontButton::paintEvent(QPaintEvent* /*event*/) {
   painter.setFont(drawn);
   painter.drawControl(QStyle::CE_PushButton, option);
 }
+
+}  // namespace kelmora::dialogs

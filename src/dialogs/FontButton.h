@@ -2,6 +2,8 @@
 
 #include <QPushButton>
 
+namespace kelmora::dialogs {
+
 /// A button that shows a font, which is its own. A font too large or too small
 /// for a label is drawn in the nearest readable size, so that the dialog keeps
 /// its shape; the tool tip tells the true size.
@@ -16,3 +18,5 @@ class FontButton : public QPushButton {
  protected:
   void paintEvent(QPaintEvent* event) override;
 };
+
+}  // namespace kelmora::dialogs

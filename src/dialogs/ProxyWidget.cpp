@@ -15,6 +15,9 @@
 #include "net/Proxy.h"
 #include "settings/ClientSettings.h"
 
+using namespace kelmora;
+using namespace kelmora::dialogs;
+
 namespace {
 
 struct ProxyKind {
@@ -56,7 +59,8 @@ QIntValidator* integerValidator(QObject* parent) {
 
 }  // namespace
 
-ProxyWidget::ProxyWidget(QWidget& mainWindow, SettingsHost& host, ClientSettings& settings)
+ProxyWidget::ProxyWidget(QWidget& mainWindow, SettingsHost& host,
+                         settings::ClientSettings& settings)
     : QDialog(&mainWindow),
       host_(host),
       settings_(settings),

@@ -5,8 +5,14 @@
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
+
+namespace kelmora::dialogs {
 class SettingsHost;
+}
+
+namespace kelmora::settings {
 struct ClientSettings;
+}
 
 /// The proxy settings. Apply stores them and makes them the application's
 /// proxy, or makes every connection direct when no proxy is to be used.
@@ -15,7 +21,8 @@ class ProxyWidget : public QDialog {
 
  public:
   /// A child of the window. Host and record must outlive the dialog's last use.
-  ProxyWidget(QWidget& mainWindow, SettingsHost& host, ClientSettings& settings);
+  ProxyWidget(QWidget& mainWindow, kelmora::dialogs::SettingsHost& host,
+              kelmora::settings::ClientSettings& settings);
 
   /// Shows the dialog with the record's present values.
   void showDialog();
@@ -26,8 +33,8 @@ class ProxyWidget : public QDialog {
   void cancelDialog();
 
  private:
-  SettingsHost& host_;
-  ClientSettings& settings_;
+  kelmora::dialogs::SettingsHost& host_;
+  kelmora::settings::ClientSettings& settings_;
 
   QCheckBox* useProxy_;
   QComboBox* type_;

@@ -3,6 +3,8 @@
 class QFont;
 class QSize;
 
+namespace kelmora::dialogs {
+
 /// What the settings dialogs need of the window whose options they edit.
 class SettingsHost {
  public:
@@ -17,3 +19,5 @@ class SettingsHost {
   /// Writes every option to the user's store.
   virtual void storeSettings() = 0;
 };
+
+}  // namespace kelmora::dialogs

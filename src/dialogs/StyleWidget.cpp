@@ -12,6 +12,9 @@
 #include "dialogs/SettingsHost.h"
 #include "settings/ClientSettings.h"
 
+using namespace kelmora;
+using namespace kelmora::dialogs;
+
 namespace {
 
 /// A length of at most two digits. The mask takes the digits from 1 to 9 only,
@@ -35,7 +38,8 @@ class LengthEdit : public QLineEdit {
 
 }  // namespace
 
-StyleWidget::StyleWidget(QWidget& mainWindow, SettingsHost& host, ClientSettings& settings)
+StyleWidget::StyleWidget(QWidget& mainWindow, SettingsHost& host,
+                         settings::ClientSettings& settings)
     : QDialog(&mainWindow),
       host_(host),
       settings_(settings),

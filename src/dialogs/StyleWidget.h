@@ -4,8 +4,14 @@
 
 class QComboBox;
 class QLineEdit;
+
+namespace kelmora::dialogs {
 class SettingsHost;
+}
+
+namespace kelmora::settings {
 struct ClientSettings;
+}
 
 /// The interface settings: the widget style and the size of the toolbar's icons.
 class StyleWidget : public QDialog {
@@ -13,7 +19,8 @@ class StyleWidget : public QDialog {
 
  public:
   /// A child of the window. Host and record must outlive the dialog's last use.
-  StyleWidget(QWidget& mainWindow, SettingsHost& host, ClientSettings& settings);
+  StyleWidget(QWidget& mainWindow, kelmora::dialogs::SettingsHost& host,
+              kelmora::settings::ClientSettings& settings);
 
   /// Shows the dialog with the record's present values.
   void showDialog();
@@ -24,8 +31,8 @@ class StyleWidget : public QDialog {
   void cancelDialog();
 
  private:
-  SettingsHost& host_;
-  ClientSettings& settings_;
+  kelmora::dialogs::SettingsHost& host_;
+  kelmora::settings::ClientSettings& settings_;
 
   QLineEdit* iconWidth_;
   QLineEdit* iconHeight_;

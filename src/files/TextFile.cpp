@@ -6,6 +6,8 @@
 #include <QSaveFile>
 #include <algorithm>
 
+namespace kelmora::files {
+
 namespace {
 
 /// Opening a pipe waits for its other end, reading a device may never stop,
@@ -43,7 +45,7 @@ bool isTaken(const QString& path) {
 /// Nothing where the file is too long to be copied, or cannot be read to its end.
 std::optional<QByteArray> wholeFile(const QString& path) {
   QFile file(path);
-  if (!file.open(QIODevice::ReadOnly) || file.size() > textfile::largestFile)
+  if (!file.open(QIODevice::ReadOnly) || file.size() > largestFile)
     return std::nullopt;
   QByteArray bytes = file.readAll();
   return file.error() == QFileDevice::NoError ? std::optional(std::move(bytes)) : std::nullopt;
@@ -64,8 +66,6 @@ QString newFileBeside(const QString& path) {
 }
 
 }  // namespace
-
-namespace textfile {
 
 std::optional<Contents> read(const QString& path) {
   if (isNullDevice(path))
@@ -135,4 +135,4 @@ bool openAndEmpty(const QString& path) {
   return isOrdinaryOrMissing(path) && QFile(path).open(QIODevice::WriteOnly);
 }
 
-}  // namespace textfile
+}  // namespace kelmora::files

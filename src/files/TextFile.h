@@ -5,7 +5,7 @@
 #include <QString>
 #include <optional>
 
-namespace textfile {
+namespace kelmora::files {
 
 /// The most of a file that is read, in bytes. No table comes near it; a file
 /// beyond it is something else, and would take the memory many times over.
@@ -51,4 +51,4 @@ enum class Access {
 /// Whether the file could be opened for writing, which leaves it empty.
 [[nodiscard]] bool openAndEmpty(const QString& path);
 
-}  // namespace textfile
+}  // namespace kelmora::files

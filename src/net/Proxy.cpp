@@ -4,6 +4,8 @@
 
 #include "settings/ClientSettings.h"
 
+namespace kelmora::net {
+
 namespace {
 
 QNetworkProxy::ProxyType proxyType(int stored) {
@@ -14,9 +16,7 @@ QNetworkProxy::ProxyType proxyType(int stored) {
 
 }  // namespace
 
-namespace net {
-
-void installConfiguredProxy(const ClientSettings& settings) {
+void installConfiguredProxy(const settings::ClientSettings& settings) {
   const auto port = static_cast<quint16>(settings.proxyPortNumber.toInt());
   QNetworkProxy::setApplicationProxy(QNetworkProxy(proxyType(settings.proxyType),
                                                    settings.proxyHostName, port,
@@ -27,4 +27,4 @@ void installNoProxy() {
   QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
 }
 
-}  // namespace net
+}  // namespace kelmora::net

@@ -4,12 +4,14 @@
 #include <QTextStream>
 #include <utility>
 
+namespace kelmora::net {
+
 namespace {
 
 // After a failed attempt the socket is still an open device that takes nothing;
 // a stream that tried would keep every further line in memory.
-net::SendResult resultOfWriting(const QIODevice* device) {
-  using enum net::SendResult;
+SendResult resultOfWriting(const QIODevice* device) {
+  using enum SendResult;
   if (device == nullptr || !device->isWritable())
     return NothingTakesIt;
   const auto* const socket = qobject_cast<const QAbstractSocket*>(device);
@@ -17,12 +19,10 @@ net::SendResult resultOfWriting(const QIODevice* device) {
     return Sent;
   if (socket->state() == QAbstractSocket::UnconnectedState)
     return NothingTakesIt;
-  return socket->bytesToWrite() < net::largestBacklog ? Sent : BacklogIsFull;
+  return socket->bytesToWrite() < largestBacklog ? Sent : BacklogIsFull;
 }
 
 }  // namespace
-
-namespace net {
 
 SendResult sendLine(QTextStream& stream, const QString& line) {
   const SendResult result = resultOfWriting(stream.device());
@@ -40,4 +40,4 @@ bool LostLines::areNews(SendResult result) {
   return losing_ && !before;
 }
 
-}  // namespace net
+}  // namespace kelmora::net

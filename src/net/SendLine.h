@@ -5,7 +5,7 @@
 class QString;
 class QTextStream;
 
-namespace net {
+namespace kelmora::net {
 
 /// What may wait in a socket whose server takes nothing, in bytes. Few scripts
 /// send as much at one go; but a server that lets triggers answer it and never
@@ -34,4 +34,4 @@ class LostLines {
   bool losing_ = false;
 };
 
-}  // namespace net
+}  // namespace kelmora::net

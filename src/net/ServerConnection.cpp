@@ -6,6 +6,8 @@
 
 #include "settings/ClientSettings.h"
 
+namespace kelmora::net {
+
 namespace {
 
 struct ErrorLine {
@@ -36,7 +38,7 @@ QString italic(const QString& text) {
 
 // A status line with its opening span never has more than 1023 characters: an
 // overlong host name is cut, what stands around it is not.
-QString attemptText(const ClientSettings& settings) {
+QString attemptText(const settings::ClientSettings& settings) {
   constexpr qsizetype longestLine = 1023;
   const qsizetype span = QByteArrayLiteral("<span style=\"color:#BDBDBD\">").size();
   const QString before = QStringLiteral("Attempting to connect to ");
@@ -98,3 +100,5 @@ void ServerConnection::displaySocketError(QAbstractSocket::SocketError error) {
   host_.moveCursorToEnd();
   host_.setActionEnabled(ConnectionAction::Connect, true);
 }
+
+}  // namespace kelmora::net

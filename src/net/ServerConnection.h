@@ -4,7 +4,12 @@
 #include <QString>
 
 class QTcpSocket;
+
+namespace kelmora::settings {
 struct ClientSettings;
+}
+
+namespace kelmora::net {
 
 /// The toolbar actions whose state follows the connection.
 enum class ConnectionAction { Connect, Disconnect, ProxySettings };
@@ -33,7 +38,8 @@ class ConnectionHost {
 /// and owns socket, record and host, which all outlive this.
 class ServerConnection {
  public:
-  ServerConnection(QTcpSocket& socket, const ClientSettings& settings, ConnectionHost& host)
+  ServerConnection(QTcpSocket& socket, const settings::ClientSettings& settings,
+                   ConnectionHost& host)
       : socket_(socket), settings_(settings), host_(host) {}
 
   /// Starts an attempt; one that is under way, or a connection that still
@@ -48,6 +54,8 @@ class ServerConnection {
 
  private:
   QTcpSocket& socket_;
-  const ClientSettings& settings_;
+  const settings::ClientSettings& settings_;
   ConnectionHost& host_;
 };
+
+}  // namespace kelmora::net

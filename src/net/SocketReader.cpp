@@ -3,6 +3,8 @@
 #include <QScopedValueRollback>
 #include <QTcpSocket>
 
+namespace kelmora::net {
+
 SocketReader::SocketReader(QTcpSocket& socket, Consumer consume)
     : socket_(socket), consume_(std::move(consume)) {}
 
@@ -23,3 +25,5 @@ void SocketReader::readArrived() {
   // What it finds it tells as ever, by readyRead().
   (void)socket_.waitForReadyRead(0);
 }
+
+}  // namespace kelmora::net

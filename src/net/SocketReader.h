@@ -5,6 +5,8 @@
 
 class QTcpSocket;
 
+namespace kelmora::net {
+
 /// Takes what the server has sent: what is there is one read, whole, however
 /// much it is. The socket keeps no limit of its own, which would only cut a
 /// read: what waits unread is in the system's buffer, and when that is full the
@@ -34,3 +36,5 @@ class SocketReader {
   Consumer consume_;
   bool asking_ = false;
 };
+
+}  // namespace kelmora::net

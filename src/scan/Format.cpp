@@ -4,7 +4,7 @@
 
 #include "scan/Integer.h"
 
-namespace scan {
+namespace kelmora::scan {
 
 namespace {
 
@@ -211,4 +211,4 @@ bool Format::run(const Step& step, Cursor& cursor, Result& result) const {
   return false;
 }
 
-}  // namespace scan
+}  // namespace kelmora::scan

@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-namespace scan {
+namespace kelmora::scan {
 
 /// What one scan assigned, in the order of the conversions. The fields own
 /// their bytes, so they outlive the scanned text.
@@ -76,4 +76,4 @@ class Format {
   qsizetype fieldLimit_ = defaultFieldLimit;
 };
 
-}  // namespace scan
+}  // namespace kelmora::scan

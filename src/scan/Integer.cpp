@@ -2,7 +2,7 @@
 
 #include <limits>
 
-namespace scan {
+namespace kelmora::scan {
 
 void DecimalSum::addDigit(char digit) {
   constexpr quint64 top = quint64{std::numeric_limits<qint64>::max()};
@@ -34,4 +34,4 @@ int toInt(QByteArrayView text) {
   return sum.toInt();
 }
 
-}  // namespace scan
+}  // namespace kelmora::scan

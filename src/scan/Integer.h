@@ -2,7 +2,7 @@
 
 #include <QByteArrayView>
 
-namespace scan {
+namespace kelmora::scan {
 
 /// The six blanks of the C locale; bytes above 127 never count.
 [[nodiscard]] constexpr bool isSpace(char byte) {
@@ -33,4 +33,4 @@ class DecimalSum {
 /// 0 where there are none. The text ends at its first NUL byte.
 [[nodiscard]] int toInt(QByteArrayView text);
 
-}  // namespace scan
+}  // namespace kelmora::scan

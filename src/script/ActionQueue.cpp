@@ -7,6 +7,8 @@
 #include "script/Interpreter.h"
 #include "script/ScriptHost.h"
 
+namespace kelmora::script {
+
 ActionQueue::~ActionQueue() {
   qDeleteAll(pendingTimers_);
 }
@@ -41,3 +43,5 @@ void ActionQueue::unpause(const QString& timerId) {
   delete timer;
   host_.printInfo(QStringLiteral("Deleted timer: ") + timerId);
 }
+
+}  // namespace kelmora::script

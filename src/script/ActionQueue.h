@@ -4,6 +4,9 @@
 #include <QStringList>
 
 class ActionTimer;
+
+namespace kelmora::script {
+
 class Interpreter;
 class ScriptHost;
 
@@ -31,9 +34,11 @@ class ActionQueue {
   [[nodiscard]] const QMap<QString, ActionTimer*>& pendingTimers() const { return pendingTimers_; }
 
  private:
-  friend class ActionTimer;
+  friend class ::ActionTimer;
 
   ScriptHost& host_;
   Interpreter& interpreter_;
   QMap<QString, ActionTimer*> pendingTimers_;
 };
+
+}  // namespace kelmora::script

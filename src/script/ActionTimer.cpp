@@ -2,6 +2,9 @@
 
 #include "script/ActionQueue.h"
 
+using namespace kelmora;
+using namespace kelmora::script;
+
 void ActionTimer::sendActions() {
   stop();
   // First, so that the actions may pause under the same id again.

@@ -3,7 +3,9 @@
 #include <QStringList>
 #include <QTimer>
 
+namespace kelmora::script {
 class ActionQueue;
+}
 
 /// What is left of a list of actions after a pause, and the clock it waits
 /// for. It is waiting, and then known to its owner by its id, or gone.
@@ -13,7 +15,7 @@ class ActionTimer : public QTimer {
  public:
   explicit ActionTimer(QObject& parent) : QTimer(&parent) {}
 
-  ActionQueue* owner = nullptr;
+  kelmora::script::ActionQueue* owner = nullptr;
   QStringList actions;
   QString timerId;
 

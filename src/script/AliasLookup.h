@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+namespace kelmora::script {
+
 /// How the interpreter asks for aliases, wherever they are kept.
 class AliasLookup {
  public:
@@ -12,3 +14,5 @@ class AliasLookup {
   /// need not outlive the next change of the table.
   [[nodiscard]] virtual const QStringList* commandsOf(const QString& name) const = 0;
 };
+
+}  // namespace kelmora::script

@@ -2,7 +2,7 @@
 
 #include "scan/Format.h"
 
-namespace script {
+namespace kelmora::script {
 
 namespace {
 
@@ -39,4 +39,4 @@ std::optional<Arguments> splitTwoArguments(const QString& action) {
                    .wasCut = second.size() > longestArgument};
 }
 
-}  // namespace script
+}  // namespace kelmora::script

@@ -3,7 +3,7 @@
 #include <QString>
 #include <optional>
 
-namespace script {
+namespace kelmora::script {
 
 /// The arguments of a command, as they stand in the action.
 struct Arguments {
@@ -29,4 +29,4 @@ inline constexpr qsizetype longestArgument = 1023;
 /// an argument; the second is cut there.
 [[nodiscard]] std::optional<Arguments> splitTwoArguments(const QString& action);
 
-}  // namespace script
+}  // namespace kelmora::script

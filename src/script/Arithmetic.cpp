@@ -1,6 +1,6 @@
 #include "script/Arithmetic.h"
 
-namespace script {
+namespace kelmora::script {
 
 namespace {
 
@@ -71,4 +71,4 @@ int loopCount(const QString& count, int limit) {
   return qMin(static_cast<int>(runs), limit);
 }
 
-}  // namespace script
+}  // namespace kelmora::script

@@ -3,7 +3,7 @@
 #include <QString>
 #include <optional>
 
-namespace script {
+namespace kelmora::script {
 
 enum class Operation { Add, Subtract, Multiply, Divide };
 
@@ -21,4 +21,4 @@ enum class Operation { Add, Subtract, Multiply, Divide };
 /// no number, and one outside 32 bits, is none at all.
 [[nodiscard]] int loopCount(const QString& count, int limit);
 
-}  // namespace script
+}  // namespace kelmora::script

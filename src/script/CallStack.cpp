@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace kelmora::script {
+
 void CallStack::pop() {
   if (const auto* const list = std::get_if<List>(&frames_.back())) {
     --lists_;
@@ -47,3 +49,5 @@ void CallStack::popFinished() {
   while (size() > 1 && isFinished(frames_.back()))
     pop();
 }
+
+}  // namespace kelmora::script

@@ -9,6 +9,8 @@
 
 #include "script/Commands.h"
 
+namespace kelmora::script {
+
 /// What a run has under way, innermost last: lists, and what stands between
 /// them. It is kept here and not on the program's stack, so that nesting costs
 /// memory by the bytes and is bounded by RunBudget alone.
@@ -61,3 +63,5 @@ class CallStack {
   /// is no more under way.
   QHash<QString, qsizetype> aliases_;
 };
+
+}  // namespace kelmora::script

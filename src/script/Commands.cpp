@@ -11,8 +11,8 @@
 #include "script/VariableTable.h"
 
 using namespace Qt::Literals::StringLiterals;
-using script::Comparison;
-using script::Operation;
+
+namespace kelmora::script {
 
 namespace {
 
@@ -203,3 +203,5 @@ Sequel Commands::unpause(const Arguments& arguments) {
   queue_.unpause(arguments.first);
   return {};
 }
+
+}  // namespace kelmora::script

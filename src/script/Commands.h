@@ -8,6 +8,8 @@
 #include "script/Arithmetic.h"
 #include "script/Comparisons.h"
 
+namespace kelmora::script {
+
 class ActionQueue;
 class Losses;
 class RunBudget;
@@ -87,3 +89,5 @@ class Commands {
   Losses& losses_;
   bool conditionFlag_ = false;
 };
+
+}  // namespace kelmora::script

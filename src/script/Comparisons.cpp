@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace script {
+namespace kelmora::script {
 
 bool compare(Comparison comparison, const QString& first, const QString& second) {
   switch (comparison) {
@@ -22,4 +22,4 @@ bool compare(Comparison comparison, const QString& first, const QString& second)
   return first.toFloat() >= second.toFloat();
 }
 
-}  // namespace script
+}  // namespace kelmora::script

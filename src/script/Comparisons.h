@@ -2,7 +2,7 @@
 
 class QString;
 
-namespace script {
+namespace kelmora::script {
 
 enum class Comparison { Equal, NotEqual, Less, Greater, LessOrEqual, GreaterOrEqual };
 
@@ -11,4 +11,4 @@ enum class Comparison { Equal, NotEqual, Less, Greater, LessOrEqual, GreaterOrEq
 /// large as infinity, and "nan" stands in no order to anything.
 [[nodiscard]] bool compare(Comparison comparison, const QString& first, const QString& second);
 
-}  // namespace script
+}  // namespace kelmora::script

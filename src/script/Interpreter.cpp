@@ -6,6 +6,8 @@
 #include "script/CallStack.h"
 #include "script/ScriptHost.h"
 
+namespace kelmora::script {
+
 /// Where an action comes from, which decides what a pause means.
 enum class Interpreter::Place { Alone, List, Body };
 
@@ -165,3 +167,5 @@ bool Interpreter::endsForSteps(const Stack& stack) {
   }
   return budget_.ended();
 }
+
+}  // namespace kelmora::script

@@ -10,8 +10,11 @@
 #include "script/MeteredHost.h"
 #include "script/RunBudget.h"
 
-class AliasLookup;
 class QTextStream;
+
+namespace kelmora::script {
+
+class AliasLookup;
 class ScriptHost;
 class VariableTable;
 
@@ -65,3 +68,5 @@ class Interpreter {
   ActionQueue queue_;
   Commands commands_;
 };
+
+}  // namespace kelmora::script

@@ -2,6 +2,8 @@
 
 #include "script/ScriptHost.h"
 
+namespace kelmora::script {
+
 namespace {
 
 /// Enough to recognise what somebody has written.
@@ -20,3 +22,5 @@ void Losses::tell(const QString& loss, const QString& about) {
   told_.insert(loss);
   host_.printError(loss + shortened(about));
 }
+
+}  // namespace kelmora::script

@@ -3,6 +3,8 @@
 #include <QSet>
 #include <QString>
 
+namespace kelmora::script {
+
 class ScriptHost;
 
 /// Tells the player what a bound has cost, each loss once in an event: a loop
@@ -36,3 +38,5 @@ class Losses {
   int events_ = 0;
   QSet<QString> told_;
 };
+
+}  // namespace kelmora::script

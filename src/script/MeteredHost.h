@@ -5,6 +5,8 @@
 #include "script/RunBudget.h"
 #include "script/ScriptHost.h"
 
+namespace kelmora::script {
+
 /// The host as scripts reach it: every line that leaves is counted, for what
 /// it costs here and what it will cost the pane.
 class MeteredHost : public ScriptHost {
@@ -35,3 +37,5 @@ class MeteredHost : public ScriptHost {
   ScriptHost& host_;
   RunBudget& budget_;
 };
+
+}  // namespace kelmora::script

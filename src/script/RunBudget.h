@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+namespace kelmora::script {
+
 /// How much one run may do, from what starts it to its end, including the runs
 /// that start inside it.
 ///
@@ -81,3 +83,5 @@ class RunBudget {
   int runs_ = 0;
   bool ended_ = false;
 };
+
+}  // namespace kelmora::script

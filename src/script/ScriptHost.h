@@ -5,6 +5,8 @@ class QObject;
 class QString;
 class QTextStream;
 
+namespace kelmora::script {
+
 /// What running a script needs of the window. A call may start further scripts
 /// before it returns; they run to completion inside it.
 class ScriptHost {
@@ -29,3 +31,5 @@ class ScriptHost {
   /// The parent of waiting timers; it outlives the action queue.
   [[nodiscard]] virtual QObject& timerParent() = 0;
 };
+
+}  // namespace kelmora::script

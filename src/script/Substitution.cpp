@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace script {
+namespace kelmora::script {
 
 namespace {
 
@@ -112,4 +112,4 @@ void Substitution::replace(Variable variable) {
   }
 }
 
-}  // namespace script
+}  // namespace kelmora::script

@@ -5,7 +5,7 @@
 #include <optional>
 #include <set>
 
-namespace script {
+namespace kelmora::script {
 
 /// One pass over the names of a table in ascending order, each "{name}" in the
 /// text replaced everywhere by its value: what a value brings in, also together
@@ -59,4 +59,4 @@ class Substitution {
   std::optional<Variable> latest_;
 };
 
-}  // namespace script
+}  // namespace kelmora::script

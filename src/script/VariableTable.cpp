@@ -2,6 +2,8 @@
 
 #include <limits>
 
+namespace kelmora::script {
+
 bool VariableTable::set(const QString& name, const QString& value) {
   longestName_ = qMax(longestName_, name.size());
   entries_.insert(name, value.left(maximumLength));
@@ -19,6 +21,8 @@ QString VariableTable::substituteVariables(const QString& text) const {
   return substitution(text, std::numeric_limits<qint64>::max()).text();
 }
 
-script::Substitution VariableTable::substitution(const QString& text, qint64 work) const {
+Substitution VariableTable::substitution(const QString& text, qint64 work) const {
   return {entries_, longestName_, {.longestText = maximumLength, .work = work}, text};
 }
+
+}  // namespace kelmora::script

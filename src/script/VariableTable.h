@@ -4,11 +4,13 @@
 
 #include "script/Substitution.h"
 
+namespace kelmora::script {
+
 /// The variables of all scripts: text values under names of any form, ordered
 /// and compared by UTF-16 code units.
 class VariableTable {
  public:
-  using Entries = script::Substitution::Variables;
+  using Entries = Substitution::Variables;
 
   /// Longest value and longest result of a substitution, in UTF-16 units; what
   /// is longer is cut. A variable that takes itself in twice doubles with every
@@ -34,10 +36,12 @@ class VariableTable {
   /// by later names, never by earlier ones. Names of no variable stay.
   [[nodiscard]] QString substituteVariables(const QString& text) const;
   /// The same, broken off after so much work.
-  [[nodiscard]] script::Substitution substitution(const QString& text, qint64 work) const;
+  [[nodiscard]] Substitution substitution(const QString& text, qint64 work) const;
 
  private:
   Entries entries_;
   /// Of all names that were ever there: it saves time, no more.
   qsizetype longestName_ = 0;
 };
+
+}  // namespace kelmora::script

@@ -9,6 +9,8 @@
 #include <array>
 #include <cstddef>
 
+namespace kelmora::settings {
+
 /// One colour as text, "#rrggbb": a zero-terminated buffer of eight bytes.
 /// The text is not checked for form, only for length.
 class ColourText {
@@ -49,7 +51,7 @@ struct ClientSettings {
 
   QFont outFont;
   QFont inFont;
-  QSize iconSize;  ///< pixels, as stored; see settings::usableIconSize
+  QSize iconSize;  ///< pixels, as stored; see usableIconSize
   bool displayAnsiColor = false;
   bool displayLocalEcho = false;
   bool playBeeps = false;
@@ -70,3 +72,5 @@ struct ClientSettings {
   ColourTexts normalColour;
   ColourTexts boldColour;
 };
+
+}  // namespace kelmora::settings

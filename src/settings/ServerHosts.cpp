@@ -1,6 +1,6 @@
 #include "settings/ServerHosts.h"
 
-namespace settings {
+namespace kelmora::settings {
 
 QString serverHost() {
   return QStringLiteral(KELMORA_SERVER_HOST);
@@ -12,4 +12,4 @@ QString serverAddress() {
   return QStringLiteral(KELMORA_SERVER_ADDRESS);
 }
 
-}  // namespace settings
+}  // namespace kelmora::settings

@@ -5,6 +5,8 @@
 #include "settings/ServerHosts.h"
 #include "settings/UsableValues.h"
 
+namespace kelmora::settings {
+
 namespace {
 
 using Record = ClientSettings;
@@ -31,8 +33,8 @@ const std::array<SettingsField, 36>& table() {
       {"splitInput", "splitInput", &Record::splitInput, 1, 18},
       {"splitString", "splitString", &Record::splitString, QStringLiteral(";"), 19,
        ExportForm::NullWhenEmpty},
-      {"hostName", "hostName", &Record::hostName, settings::serverHost(), 9},
-      {"port", "port", &Record::port, settings::defaultPort, 10},
+      {"hostName", "hostName", &Record::hostName, serverHost(), 9},
+      {"port", "port", &Record::port, defaultPort, 10},
       {"useProxyServer", "useProxyServer", &Record::useProxyServer, 0, 11},
       {"proxyHostName", "proxyHostName", &Record::proxyHostName, QString(), 13,
        ExportForm::NullWhenEmpty},
@@ -44,7 +46,7 @@ const std::array<SettingsField, 36>& table() {
        ExportForm::NullWhenEmpty},
       {"proxyType", "proxyType", &Record::proxyType, 1, 12},
       {"interfaceStyle", "interfaceStyle", &Record::interfaceStyle, QStringLiteral("Plastique"), 0},
-      {"iconSize", "iconSize", &Record::iconSize, settings::defaultIconSize, 3},
+      {"iconSize", "iconSize", &Record::iconSize, defaultIconSize, 3},
       colour("black", normal, 0, "#000000"),
       colour("red", normal, 1, "#660000"),
       colour("green", normal, 2, "#006600"),
@@ -70,7 +72,7 @@ struct Assign {
   Record& record;
   const QVariant& stored;
 
-  void operator()(QFont Record::*m) const { record.*m = settings::fontFromText(stored.toString()); }
+  void operator()(QFont Record::*m) const { record.*m = fontFromText(stored.toString()); }
   void operator()(QSize Record::*m) const { record.*m = stored.toSize(); }
   void operator()(bool Record::*m) const { record.*m = stored.toInt() != 0; }
   // Escapes in a file can name half a surrogate pair, which is no text and could
@@ -100,8 +102,6 @@ struct Stored {
 
 }  // namespace
 
-namespace settings {
-
 std::span<const SettingsField> fields() {
   return table();
 }
@@ -114,9 +114,9 @@ QVariant storedValue(const ClientSettings& record, const SettingsField& field) {
   return std::visit(Stored{record}, field.member);
 }
 
-}  // namespace settings
-
 ClientSettings::ClientSettings() {
-  for (const SettingsField& field : settings::fields())
-    settings::assign(*this, field, field.defaultValue);
+  for (const SettingsField& field : fields())
+    assign(*this, field, field.defaultValue);
 }
+
+}  // namespace kelmora::settings

@@ -6,6 +6,8 @@
 
 #include "settings/ClientSettings.h"
 
+namespace kelmora::settings {
+
 /// One colour of one of the two palettes.
 struct ColourMember {
   ColourTexts ClientSettings::*palette;
@@ -39,8 +41,6 @@ struct SettingsField {
   [[nodiscard]] FieldKind kind() const { return static_cast<FieldKind>(member.index()); }
 };
 
-namespace settings {
-
 /// All fields in the order in which the store is read and written: twenty
 /// options, then the sixteen colours.
 [[nodiscard]] std::span<const SettingsField> fields();
@@ -52,4 +52,4 @@ void assign(ClientSettings& record, const SettingsField& field, const QVariant& 
 /// The field in the form in which the store holds it.
 [[nodiscard]] QVariant storedValue(const ClientSettings& record, const SettingsField& field);
 
-}  // namespace settings
+}  // namespace kelmora::settings

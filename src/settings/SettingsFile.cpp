@@ -13,6 +13,8 @@
 #include "settings/SettingsFields.h"
 #include "settings/UsableValues.h"
 
+namespace kelmora::settings {
+
 namespace {
 
 /// Bytes; a settings file has some two thousand. What is longer is none, and
@@ -46,7 +48,7 @@ QByteArray exportedText(const SettingsField& field, const QString& text) {
 
 QByteArray exportedLines(const ClientSettings& record, const SettingsField& field) {
   const QByteArray key = field.exportKey;
-  const QVariant value = settings::storedValue(record, field);
+  const QVariant value = storedValue(record, field);
   if (field.kind() == FieldKind::Size)
     return line(key + widthSuffix, QByteArray::number(value.toSize().width())) +
            line(key + heightSuffix, QByteArray::number(value.toSize().height()));
@@ -72,7 +74,7 @@ struct ExportKey {
 const QHash<QByteArray, ExportKey>& exportKeys() {
   static const auto keys = [] {
     QHash<QByteArray, ExportKey> all;
-    for (const SettingsField& field : settings::fields()) {
+    for (const SettingsField& field : fields()) {
       const QByteArray key = field.exportKey;
       if (field.kind() == FieldKind::Size) {
         all.insert(key + widthSuffix, {&field, Part::Width});
@@ -90,7 +92,7 @@ const QHash<QByteArray, ExportKey>& exportKeys() {
 QVariant importedValue(const ClientSettings& record, const ExportKey& key,
                        const QByteArray& value) {
   if (key.part != Part::Whole) {
-    QSize size = settings::storedValue(record, *key.field).toSize();
+    QSize size = storedValue(record, *key.field).toSize();
     if (key.part == Part::Width)
       size.setWidth(scan::toInt(value));
     else
@@ -107,7 +109,7 @@ bool takeOver(ClientSettings& record, const QByteArray& name, const QByteArray& 
   const auto key = exportKeys().constFind(name);
   if (key == exportKeys().cend())
     return false;
-  settings::assign(record, *key->field, importedValue(record, *key, value));
+  assign(record, *key->field, importedValue(record, *key, value));
   return true;
 }
 
@@ -127,7 +129,7 @@ bool prepare(QFile& file) {
 
 QByteArray exportedFile(const ClientSettings& record) {
   std::vector<const SettingsField*> inOrder;
-  for (const SettingsField& field : settings::fields())
+  for (const SettingsField& field : fields())
     inOrder.push_back(&field);
   std::sort(inOrder.begin(), inOrder.end(),
             [](const auto* a, const auto* b) { return a->exportPlace < b->exportPlace; });
@@ -139,8 +141,6 @@ QByteArray exportedFile(const ClientSettings& record) {
 
 }  // namespace
 
-namespace settings {
-
 bool exportSettings(const ClientSettings& record, const QString& fileName) {
   QFile file(asFileName(fileName));
   const QFileInfo before(file);
@@ -148,7 +148,7 @@ bool exportSettings(const ClientSettings& record, const QString& fileName) {
   if ((!isNew && !before.isFile()) || !prepare(file))
     return false;
   file.close();
-  if (textfile::replace(file.fileName(), exportedFile(record), textfile::Access::OwnerOnly))
+  if (files::replace(file.fileName(), exportedFile(record), files::Access::OwnerOnly))
     return true;
   if (isNew)
     file.remove();
@@ -178,4 +178,4 @@ bool importSettings(ClientSettings& record, const QString& fileName) {
   return true;
 }
 
-}  // namespace settings
+}  // namespace kelmora::settings

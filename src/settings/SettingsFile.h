@@ -2,13 +2,13 @@
 
 #include <QString>
 
+namespace kelmora::settings {
+
 struct ClientSettings;
 
 /// The options as a text file to carry to another installation: 8-bit text, a
 /// key, a blank and a value on each line. Values hold no blanks, so a font
 /// family of two words comes back as its first.
-namespace settings {
-
 /// Writes every option to the file. Its owner alone can read it, wherever the
 /// system lets us say so: the proxy password stands in it as typed. False when
 /// it cannot be written or is protected against it; an old file stands then.
@@ -21,4 +21,4 @@ namespace settings {
 /// megabyte; the lines before stay taken over. A missing file is created empty.
 [[nodiscard]] bool importSettings(ClientSettings& record, const QString& fileName);
 
-}  // namespace settings
+}  // namespace kelmora::settings

@@ -19,6 +19,8 @@
 #include "files/TextFile.h"
 #include "settings/SettingsFields.h"
 
+namespace kelmora::settings {
+
 namespace {
 
 constexpr QLatin1String sizeKey("size");
@@ -40,8 +42,8 @@ using Values = std::vector<std::pair<QLatin1String, QVariant>>;
 
 Values valuesOf(const ClientSettings& record, const WindowPlace& place) {
   Values values{{sizeKey, place.size}, {posKey, place.pos}};
-  for (const SettingsField& field : settings::fields())
-    values.emplace_back(QLatin1String(field.storeKey), settings::storedValue(record, field));
+  for (const SettingsField& field : fields())
+    values.emplace_back(QLatin1String(field.storeKey), storedValue(record, field));
   return values;
 }
 
@@ -118,7 +120,7 @@ bool makeWay(const QString& storePath) {
       return true;
     case Condition::Refused:
       (void)QFile::setPermissions(storePath, ownerOnly);
-      return textfile::moveBeside(storePath);
+      return files::moveBeside(storePath);
     case Condition::NoFile:
       break;
   }
@@ -201,7 +203,7 @@ bool diskHasRoom(const QString& storePath, const Values& values) {
 
 }  // namespace
 
-SettingsStore::SettingsStore(settings::StorePlace place) : place_(std::move(place)) {}
+SettingsStore::SettingsStore(StorePlace place) : place_(std::move(place)) {}
 
 WindowPlace SettingsStore::load(ClientSettings& record) {
   const WindowPlace fallback;
@@ -213,8 +215,8 @@ WindowPlace SettingsStore::load(ClientSettings& record) {
   unread_ = store.hasUnread();
   const WindowPlace place{store.value(sizeKey, fallback.size).toSize(),
                           store.value(posKey, fallback.pos).toPoint()};
-  for (const SettingsField& field : settings::fields())
-    settings::assign(record, field, store.value(QLatin1String(field.storeKey), field.defaultValue));
+  for (const SettingsField& field : fields())
+    assign(record, field, store.value(QLatin1String(field.storeKey), field.defaultValue));
   return place;
 }
 
@@ -223,7 +225,7 @@ void SettingsStore::save(const ClientSettings& record, const WindowPlace& place)
   if (!makeWay(file))
     return;
   Store store(place_);
-  if ((unread_ || store.hasUnread()) && !textfile::keepBeside(file, textfile::Access::OwnerOnly))
+  if ((unread_ || store.hasUnread()) && !files::keepBeside(file, files::Access::OwnerOnly))
     return;
   unread_ = false;
   const Values values = valuesOf(record, place);
@@ -239,3 +241,5 @@ void SettingsStore::save(const ClientSettings& record, const WindowPlace& place)
   if (canComeBack(file, values))
     store.set(values);
 }
+
+}  // namespace kelmora::settings

@@ -7,15 +7,15 @@
 #include "settings/ClientSettings.h"
 #include "settings/UsableValues.h"
 
+namespace kelmora::settings {
+
 /// Where the window was when the options were saved, in pixels.
 struct WindowPlace {
-  QSize size = settings::defaultWindowSize;
-  QPoint pos = settings::defaultWindowPos;
+  QSize size = defaultWindowSize;
+  QPoint pos = defaultWindowPos;
 
   friend bool operator==(const WindowPlace&, const WindowPlace&) = default;
 };
-
-namespace settings {
 
 /// Where the options are kept. Whoever makes a window says so, and nobody but
 /// the program itself names the user's own store.
@@ -25,14 +25,12 @@ struct StorePlace {
   QString iniFile = {};
 };
 
-}  // namespace settings
-
 /// The options' store. It remembers whether something stands in it that it
 /// could not read: before that is written over it is kept beside, as NAME.bak,
 /// or NAME.bak2 and so on.
 class SettingsStore {
  public:
-  explicit SettingsStore(settings::StorePlace place);
+  explicit SettingsStore(StorePlace place);
 
   /// Fills the record from the store; what is missing or unreadable there is its
   /// default. Returns the place as it was stored, for the caller to check
@@ -46,6 +44,8 @@ class SettingsStore {
   void save(const ClientSettings& record, const WindowPlace& place);
 
  private:
-  settings::StorePlace place_;
+  StorePlace place_;
   bool unread_ = false;
 };
+
+}  // namespace kelmora::settings

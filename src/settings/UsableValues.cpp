@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace kelmora::settings {
+
 namespace {
 
 // Spacings of a sane font are a few pixels or a percentage; far larger ones
@@ -18,8 +20,6 @@ bool overlap(qint64 start, qint64 length, qint64 otherStart, qint64 otherLength)
 }
 
 }  // namespace
-
-namespace settings {
 
 QSize usableWindowSize(QSize stored, QSize largest) {
   const bool fits = stored.width() <= largest.width() && stored.height() <= largest.height();
@@ -62,4 +62,4 @@ QFont fontFromText(const QString& text) {
   return usableFont(std::move(font));
 }
 
-}  // namespace settings
+}  // namespace kelmora::settings

@@ -7,10 +7,10 @@
 #include <QSize>
 #include <QString>
 
+namespace kelmora::settings {
+
 /// A stored value can be anything; these turn it into one that the window can
 /// take without harm. All lengths are pixels unless said otherwise.
-namespace settings {
-
 inline constexpr QSize defaultWindowSize{800, 800};
 inline constexpr QPoint defaultWindowPos{200, 200};
 inline constexpr QSize defaultIconSize{48, 48};
@@ -38,4 +38,4 @@ inline constexpr int largestFontPixels = 400;
 /// for a text that does not parse.
 [[nodiscard]] QFont fontFromText(const QString& text);
 
-}  // namespace settings
+}  // namespace kelmora::settings

@@ -12,6 +12,10 @@
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
+using namespace kelmora;
+using namespace kelmora::app;
+using namespace kelmora::terminal;
+
 /// A window whose stored host and port are those of a test's server, with the
 /// parts that a player sees and the keys that a player presses.
 class PlayWindow {

@@ -11,6 +11,10 @@
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+using namespace kelmora::script;
+
 namespace {
 
 /// Closes every message box with its button and remembers what stood in it.

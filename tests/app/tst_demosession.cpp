@@ -5,6 +5,9 @@
 #include "demo/DemoServer.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::demo;
+
 /// The client on the demo world, as a newcomer plays it.
 class TestDemoSession : public QObject {
   Q_OBJECT

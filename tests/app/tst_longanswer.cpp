@@ -6,6 +6,9 @@
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
 
+using namespace kelmora;
+using namespace kelmora::net;
+
 /// More text than one read takes, straight and through real proxies: all of it
 /// arrives, in order, also when the server closes right behind it.
 class TestLongAnswer : public QObject {

@@ -18,6 +18,11 @@
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
+using namespace kelmora;
+using namespace kelmora::app;
+using namespace kelmora::settings;
+using namespace kelmora::terminal;
+
 /// The window as it stands after construction, before any connection.
 class TestMainWidget : public QObject {
   Q_OBJECT

@@ -10,6 +10,9 @@
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
 
+using namespace kelmora;
+using namespace kelmora::settings;
+
 /// Saving the session, exporting and importing the settings, from the toolbar.
 class TestSettingsAndSession : public QObject {
   Q_OBJECT

@@ -17,6 +17,10 @@
 #include "support/ScratchMain.h"
 #include "terminal/view/OutputWidget.h"
 
+using namespace kelmora;
+using namespace kelmora::app;
+using namespace kelmora::terminal;
+
 namespace {
 
 /// Notes when a widget is painted for the first time.

@@ -9,6 +9,9 @@
 
 #include "automation/core/BlockFile.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 /// "[label|command|command][label]", and "!" where the reading failed.
 inline QString shape(const QList<Block>& blocks, bool success) {
   QString text;

@@ -11,6 +11,9 @@
 #include "automation/core/Entries.h"
 #include "automation/core/TriggerTable.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 /// The same rule, computed with the C library's own scanner and no thought of
 /// speed: what the compiled triggers are held against. The C locale must be in
 /// force.

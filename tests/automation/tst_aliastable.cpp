@@ -4,6 +4,9 @@
 #include "automation/core/AliasTable.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 /// The commands that a walk from the first entry finds.

@@ -12,6 +12,9 @@
 #include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 const QString placeholder = QStringLiteral("<Enter your alias here>");

@@ -7,6 +7,9 @@
 #include "support/ScratchMain.h"
 #include "support/SizeLimit.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 using namespace Qt::StringLiterals;
 
 using Variables = QMap<QString, QString>;

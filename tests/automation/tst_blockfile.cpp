@@ -4,6 +4,9 @@
 #include "automation/core/BlockFile.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 using namespace Qt::StringLiterals;
 
 Q_DECLARE_METATYPE(const BlockFormat*)

@@ -5,6 +5,9 @@
 #include "automation/core/ByteSearch.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 using Numbers = std::vector<quint32>;

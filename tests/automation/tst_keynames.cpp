@@ -3,6 +3,9 @@
 #include "automation/core/KeyNames.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 class TestKeyNames : public QObject {
   Q_OBJECT
 

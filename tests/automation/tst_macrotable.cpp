@@ -4,6 +4,9 @@
 #include "automation/core/MacroTable.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 MacroTable tableOf(const QList<MacroEntry>& entries) {

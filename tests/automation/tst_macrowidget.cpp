@@ -8,6 +8,9 @@
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 const QString file = QStringLiteral("macros.txt");

@@ -6,6 +6,9 @@
 #include "automation/core/TriggerPattern.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 using Words = std::optional<QStringList>;

@@ -8,6 +8,9 @@
 #include "automation/core/TriggerTable.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 /// Writes down what the triggers do, and keeps the variables.

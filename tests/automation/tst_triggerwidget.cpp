@@ -7,6 +7,9 @@
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 const QString placeholder = QStringLiteral("<Enter your trigger pattern here>");

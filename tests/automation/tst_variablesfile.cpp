@@ -5,6 +5,9 @@
 #include "automation/core/VariablesFile.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 using namespace Qt::StringLiterals;
 
 using Variables = QMap<QString, QString>;

@@ -7,6 +7,9 @@
 #include "demo/LineAssembler.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::demo;
+
 namespace {
 
 DemoOptions quick() {

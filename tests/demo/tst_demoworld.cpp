@@ -9,6 +9,9 @@
 #include "demo/Tutorial.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::demo;
+
 using demo::Direction;
 using demo::PlaceId;
 

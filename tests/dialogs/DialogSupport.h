@@ -16,6 +16,10 @@
 #include "dialogs/SettingsHost.h"
 #include "settings/ClientSettings.h"
 
+using namespace kelmora;
+using namespace kelmora::dialogs;
+using namespace kelmora::settings;
+
 /// Stands for the window: records what a dialog asks for, in order.
 class RecordingHost : public SettingsHost {
  public:

@@ -7,6 +7,9 @@
 #include "dialogs/ColourButton.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::dialogs;
+
 namespace {
 
 /// The usual contrast ratio of two colours, from 1 to 21.

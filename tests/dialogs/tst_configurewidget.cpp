@@ -12,6 +12,10 @@
 #include "settings/ServerHosts.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::dialogs;
+using namespace kelmora::settings;
+
 namespace {
 
 struct Cell {

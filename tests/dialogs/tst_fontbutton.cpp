@@ -2,6 +2,9 @@
 #include "dialogs/FontButton.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::dialogs;
+
 class TestFontButton : public QObject {
   Q_OBJECT
 

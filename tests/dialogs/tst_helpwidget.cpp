@@ -12,6 +12,9 @@
 #include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::dialogs;
+
 namespace {
 
 constexpr const char* licenceFile = "licenses.txt";

@@ -8,6 +8,10 @@
 #include "dialogs/ProxyWidget.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::dialogs;
+using namespace kelmora::settings;
+
 namespace {
 
 const QNetworkProxy untouched(QNetworkProxy::HttpProxy, QStringLiteral("before.example"), 7);

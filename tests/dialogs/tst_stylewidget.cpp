@@ -8,6 +8,10 @@
 #include "dialogs/StyleWidget.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::dialogs;
+using namespace kelmora::settings;
+
 class TestStyleWidget : public QObject {
   Q_OBJECT
 

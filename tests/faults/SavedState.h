@@ -6,6 +6,10 @@
 #include "settings/SettingsStore.h"
 #include "support/OwnFolder.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+using namespace kelmora::settings;
+
 /// The settings store of these tests, in the working directory.
 inline const QString storeFolder = QStringLiteral("settings");
 inline const QString storePath = storeFolder + QStringLiteral("/store.conf");

@@ -18,6 +18,11 @@
 #include "support/ScratchMain.h"
 #include "terminal/view/SessionCapture.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+using namespace kelmora::settings;
+using namespace kelmora::terminal;
+
 namespace {
 
 constexpr rlim_t sizeLimit = 300;

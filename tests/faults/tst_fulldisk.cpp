@@ -9,6 +9,9 @@
 #include "support/ScratchMain.h"
 #include "support/SizeLimit.h"
 
+using namespace kelmora;
+using namespace kelmora::app;
+
 namespace {
 
 constexpr rlim_t fullDisk = 200;

@@ -9,6 +9,9 @@
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
 
+using namespace kelmora;
+using namespace kelmora::app;
+
 namespace {
 
 const char* const schemes[] = {"http", "https", "mailto",      "file",     "data",

@@ -13,6 +13,9 @@
 #include "support/InChild.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 const QByteArray macros = QByteArray("\nmacro Key_F5\nscore\n/macro\n").repeated(200);

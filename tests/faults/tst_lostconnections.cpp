@@ -10,6 +10,9 @@
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
 
+using namespace kelmora;
+using namespace kelmora::app;
+
 namespace {
 
 constexpr int rounds = 5;

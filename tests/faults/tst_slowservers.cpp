@@ -13,6 +13,11 @@
 #include "terminal/LiteralPipeline.h"
 #include "terminal/core/SafeMarkup.h"
 
+using namespace kelmora;
+using namespace kelmora::app;
+using namespace kelmora::settings;
+using namespace kelmora::terminal;
+
 namespace {
 
 /// The window's way from bytes to pane, in its plainest form.

@@ -15,6 +15,9 @@
 #include "support/ScratchMain.h"
 #include "support/SizeLimit.h"
 
+using namespace kelmora;
+using namespace kelmora::files;
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -68,10 +71,10 @@ void TestFileSafety::cleanup() {
 void TestFileSafety::aPipeIsLeftAlone() {
   QCOMPARE(mkfifo("table.txt", 0600), 0);
   // Whoever opens it waits for the other end, which never comes.
-  QVERIFY(!textfile::read(path));
-  QVERIFY(!textfile::replace(path, "x"));
-  QVERIFY(!textfile::keepBeside(path));
-  QVERIFY(!textfile::openAndEmpty(path));
+  QVERIFY(!files::read(path));
+  QVERIFY(!files::replace(path, "x"));
+  QVERIFY(!files::keepBeside(path));
+  QVERIFY(!files::openAndEmpty(path));
   struct stat status = {};
   QCOMPARE(lstat("table.txt", &status), 0);
   QVERIFY(S_ISFIFO(status.st_mode));
@@ -87,12 +90,12 @@ void TestFileSafety::theNullDeviceIsAnEmptyFile() {
   QFETCH(QString, target);
   QVERIFY(QFile::link(u"/dev/null"_s, u"second"_s));
   QVERIFY(QFile::link(target, path));
-  const auto read = textfile::read(path);
+  const auto read = files::read(path);
   QVERIFY(read);
   QVERIFY(read->whole);
   QCOMPARE(read->bytes, QByteArray());
-  QVERIFY(!textfile::replace(path, "x"));
-  QVERIFY(!textfile::openAndEmpty(path));
+  QVERIFY(!files::replace(path, "x"));
+  QVERIFY(!files::openAndEmpty(path));
   QVERIFY(QFileInfo(path).isSymLink());
   QCOMPARE(QFileInfo(path).canonicalFilePath(), u"/dev/null"_s);
 }
@@ -110,14 +113,14 @@ void TestFileSafety::aDeviceBehindALinkIsLeftAlone() {
   const int result = inChild([&] {
     if (!becomeOrdinaryUser())
       return cannotTry;
-    return !textfile::read(device) && !textfile::replace(device, "x") ? asWished : notAsWished;
+    return !files::read(device) && !files::replace(device, "x") ? asWished : notAsWished;
   });
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");
   QCOMPARE(result, asWished);
   QVERIFY(QFile::link(device, path));
-  QVERIFY(!textfile::read(path));
-  QVERIFY(!textfile::openAndEmpty(path));
+  QVERIFY(!files::read(path));
+  QVERIFY(!files::openAndEmpty(path));
   QVERIFY(QFileInfo(path).isSymLink());
   struct stat status = {};
   QCOMPARE(stat("table.txt", &status), 0);
@@ -131,7 +134,7 @@ void TestFileSafety::aFileWithoutReadPermissionCannotBeRead() {
   const int result = inChild([] {
     if (!becomeOrdinaryUser())
       return cannotTry;
-    return textfile::read(path) ? notAsWished : asWished;
+    return files::read(path) ? notAsWished : asWished;
   });
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");
@@ -143,9 +146,8 @@ void TestFileSafety::aMissingFileOfALockedFolderCannotBeRead() {
   const int result = inChild([] {
     if (!becomeOrdinaryUser())
       return cannotTry;
-    return textfile::read(path) || textfile::replace(path, "x") || textfile::openAndEmpty(path)
-               ? notAsWished
-               : asWished;
+    return files::read(path) || files::replace(path, "x") || files::openAndEmpty(path) ? notAsWished
+                                                                                       : asWished;
   });
   QCOMPARE(chmod(".", 0755), 0);
   if (result == cannotTry)
@@ -161,7 +163,7 @@ void TestFileSafety::aReadOnlyFileIsNotReplaced() {
   const int result = inChild([] {
     if (!becomeOrdinaryUser())
       return cannotTry;
-    return textfile::replace(path, "new") || textfile::openAndEmpty(path) ? notAsWished : asWished;
+    return files::replace(path, "new") || files::openAndEmpty(path) ? notAsWished : asWished;
   });
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");
@@ -177,7 +179,7 @@ void TestFileSafety::aFileInALockedFolderIsWrittenInPlace() {
   const int result = inChild([] {
     if (!becomeOrdinaryUser())
       return cannotTry;
-    return textfile::replace(path, "new") ? asWished : notAsWished;
+    return files::replace(path, "new") ? asWished : notAsWished;
   });
   QCOMPARE(chmod(".", 0755), 0);
   if (result == cannotTry)
@@ -195,7 +197,7 @@ void TestFileSafety::anothersFileInASharedFolderIsWrittenInPlace() {
   const int result = inChild([] {
     if (!becomeOrdinaryUser())
       return cannotTry;
-    return textfile::replace(path, "new") ? asWished : notAsWished;
+    return files::replace(path, "new") ? asWished : notAsWished;
   });
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");
@@ -211,7 +213,7 @@ void TestFileSafety::aFileWithoutReadPermissionIsMovedBeside() {
   const int result = inChild([] {
     if (!becomeOrdinaryUser())
       return cannotTry;
-    return textfile::keepBeside(path) ? asWished : notAsWished;
+    return files::keepBeside(path) ? asWished : notAsWished;
   });
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");
@@ -226,7 +228,7 @@ void TestFileSafety::anOrdinaryUserKeepsACopyToo() {
   const int result = inChild([] {
     if (!becomeOrdinaryUser())
       return cannotTry;
-    return textfile::keepBeside(path) ? asWished : notAsWished;
+    return files::keepBeside(path) ? asWished : notAsWished;
   });
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");
@@ -242,7 +244,7 @@ void TestFileSafety::nothingIsKeptInALockedFolder() {
   const int result = inChild([] {
     if (!becomeOrdinaryUser())
       return cannotTry;
-    return textfile::keepBeside(path) || textfile::moveBeside(path) ? notAsWished : asWished;
+    return files::keepBeside(path) || files::moveBeside(path) ? notAsWished : asWished;
   });
   QCOMPARE(chmod(".", 0755), 0);
   if (result == cannotTry)
@@ -256,7 +258,7 @@ void TestFileSafety::aCopyThatDoesNotFitLeavesNoPart() {
   QVERIFY(put(path, QByteArray(100'000, 'a')));
   const int result = inChild([] {
     const SizeLimit limit(1000);
-    return textfile::keepBeside(path) ? notAsWished : asWished;
+    return files::keepBeside(path) ? notAsWished : asWished;
   });
   QCOMPARE(result, asWished);
   QCOMPARE(namesHere(), QStringList{u"table.txt"_s});
@@ -270,7 +272,7 @@ void TestFileSafety::aSizeLimitLeavesTheOldFile() {
       const rlimit limit{4096, 4096};
       if (setrlimit(RLIMIT_FSIZE, &limit) != 0 || std::signal(SIGXFSZ, SIG_IGN) == SIG_ERR)
         return cannotTry;
-      return textfile::replace(path, QByteArray(size, 'x')) ? notAsWished : asWished;
+      return files::replace(path, QByteArray(size, 'x')) ? notAsWished : asWished;
     });
     QCOMPARE(result, asWished);
     QCOMPARE(contentsOf(path), "old");
@@ -290,7 +292,7 @@ void TestFileSafety::aKillLeavesTheOldFileOrTheNew() {
   QRandomGenerator random(42);
   for (int kill = 0; kill < 50; ++kill) {
     const pid_t child = startChild([&] {
-      for (int next = number + 1; textfile::replace(path, version(next)); ++next) {
+      for (int next = number + 1; files::replace(path, version(next)); ++next) {
       }
       return notAsWished;
     });
@@ -314,7 +316,7 @@ void TestFileSafety::aKillLeavesTheOldFileOrTheNew() {
 
 void TestFileSafety::aReadErrorIsNoEnd() {
   // Its first page is never there, so that opening succeeds and reading fails.
-  const auto read = textfile::read(u"/proc/self/mem"_s);
+  const auto read = files::read(u"/proc/self/mem"_s);
   QVERIFY(read);
   QVERIFY(!read->whole);
   QCOMPARE(read->bytes, QByteArray());
@@ -327,14 +329,14 @@ void TestFileSafety::aFullDiskLeavesTheOldFile() {
         chdir("disk") != 0)
       return cannotTry;
     const QByteArray old(20'000, 'o');
-    if (!textfile::replace(path, old))
+    if (!files::replace(path, old))
       return notAsWished;
     for (const qsizetype size : {60'000, 200'000, 5'000'000})
-      if (textfile::replace(path, QByteArray(size, 'n')) || contentsOf(path) != old ||
+      if (files::replace(path, QByteArray(size, 'n')) || contentsOf(path) != old ||
           namesHere().size() != 1)
         return notAsWished;
     // Once there is room again, saving works again.
-    return textfile::replace(path, "new") && contentsOf(path) == "new" ? asWished : notAsWished;
+    return files::replace(path, "new") && contentsOf(path) == "new" ? asWished : notAsWished;
   });
   if (result == cannotTry)
     QSKIP("this user may not mount a small disk");
@@ -347,7 +349,7 @@ void TestFileSafety::aFileMountedByItselfIsWrittenInPlace() {
   const int result = inChild([] {
     if (!leaveCommonMounts() || mount("elsewhere.txt", "table.txt", nullptr, MS_BIND, nullptr) != 0)
       return cannotTry;
-    return textfile::replace(path, "new") ? asWished : notAsWished;
+    return files::replace(path, "new") ? asWished : notAsWished;
   });
   if (result == cannotTry)
     QSKIP("this user may not mount a file");

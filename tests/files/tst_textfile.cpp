@@ -5,6 +5,9 @@
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::files;
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -59,7 +62,7 @@ void TestTextFile::cleanup() {
 void TestTextFile::aFileIsReadByteForByte() {
   const QByteArray bytes = "a\r\n\0\xE9\xFF\n\n x"_ba;
   QVERIFY(put(path, bytes));
-  const auto read = textfile::read(path);
+  const auto read = files::read(path);
   QVERIFY(read);
   QVERIFY(read->whole);
   QCOMPARE(read->bytes, bytes);
@@ -67,7 +70,7 @@ void TestTextFile::aFileIsReadByteForByte() {
 }
 
 void TestTextFile::aMissingFileIsCreatedEmpty() {
-  const auto read = textfile::read(path);
+  const auto read = files::read(path);
   QVERIFY(read);
   QVERIFY(read->whole);
   QCOMPARE(read->bytes, QByteArray());
@@ -76,17 +79,17 @@ void TestTextFile::aMissingFileIsCreatedEmpty() {
 }
 
 void TestTextFile::aMissingFileOfAMissingFolderCannotBeRead() {
-  QVERIFY(!textfile::read(u"./nowhere/table.txt"_s));
-  QVERIFY(!textfile::replace(u"./nowhere/table.txt"_s, "x"));
-  QVERIFY(!textfile::openAndEmpty(u"./nowhere/table.txt"_s));
+  QVERIFY(!files::read(u"./nowhere/table.txt"_s));
+  QVERIFY(!files::replace(u"./nowhere/table.txt"_s, "x"));
+  QVERIFY(!files::openAndEmpty(u"./nowhere/table.txt"_s));
   QCOMPARE(namesHere(), QStringList());
 }
 
 void TestTextFile::aFolderInTheFilesPlaceIsNeitherReadNorReplaced() {
   QVERIFY(QDir().mkdir(path));
-  QVERIFY(!textfile::read(path));
-  QVERIFY(!textfile::replace(path, "x"));
-  QVERIFY(!textfile::openAndEmpty(path));
+  QVERIFY(!files::read(path));
+  QVERIFY(!files::replace(path, "x"));
+  QVERIFY(!files::openAndEmpty(path));
   QVERIFY(QFileInfo(path).isDir());
   QCOMPARE(namesHere(), QStringList{u"table.txt"_s});
 }
@@ -106,7 +109,7 @@ void TestTextFile::aFileThatIsTooLongIsReadInPart() {
   QFETCH(qsizetype, length);
   QVERIFY(put(path, "a\nb\nc"));
   QVERIFY(QFile::resize(path, size));  // NULs that take no room on the disk
-  const auto read = textfile::read(path);
+  const auto read = files::read(path);
   QVERIFY(read);
   QCOMPARE(read->whole, whole);
   QCOMPARE(read->bytes.size(), length);
@@ -115,7 +118,7 @@ void TestTextFile::aFileThatIsTooLongIsReadInPart() {
 
 void TestTextFile::aFileIsReplacedByteForByte() {
   for (const QByteArray& bytes : {"long \0\xE9\r\n text"_ba, "short"_ba, ""_ba, "again"_ba}) {
-    QVERIFY(textfile::replace(path, bytes));
+    QVERIFY(files::replace(path, bytes));
     QCOMPARE(contentsOf(path), bytes);
     QCOMPARE(namesHere(), QStringList{u"table.txt"_s});
   }
@@ -135,7 +138,7 @@ void TestTextFile::aReplacedFileKeepsItsPermissions() {
   QFETCH(QFile::Permissions, permissions);
   QVERIFY(put(path, "old"));
   QVERIFY(QFile::setPermissions(path, permissions));
-  QVERIFY(textfile::replace(path, "new"));
+  QVERIFY(files::replace(path, "new"));
   QCOMPARE(contentsOf(path), "new");
   QCOMPARE(QFile::permissions(path), permissions);
 }
@@ -154,7 +157,7 @@ void TestTextFile::aReplacedFileIsTheOwnersAloneWhereThatIsAsked() {
     QVERIFY(put(path, "old"));
     QVERIFY(QFile::setPermissions(path, owner | P::ReadGroup | P::ReadOther));
   }
-  QVERIFY(textfile::replace(path, "new", textfile::Access::OwnerOnly));
+  QVERIFY(files::replace(path, "new", files::Access::OwnerOnly));
   QCOMPARE(contentsOf(path), "new");
   QCOMPARE(QFile::permissions(path), owner);
 }
@@ -177,10 +180,10 @@ void TestTextFile::aLinkStaysALink() {
     QVERIFY(put(target, "old"));
   QVERIFY(QFile::link(target, path));
 
-  const auto read = textfile::read(path);
+  const auto read = files::read(path);
   QVERIFY(read);
   QCOMPARE(read->bytes, exists ? "old"_ba : ""_ba);
-  QVERIFY(textfile::replace(path, "new"));
+  QVERIFY(files::replace(path, "new"));
   QVERIFY(QFileInfo(path).isSymLink());
   QCOMPARE(contentsOf(target), "new");
 }
@@ -188,13 +191,13 @@ void TestTextFile::aLinkStaysALink() {
 void TestTextFile::aCopyIsKeptUnderTheFirstFreeName() {
   const QByteArray bytes = "a\r\n\0\xE9 x"_ba;
   QVERIFY(put(path, bytes));
-  QVERIFY(textfile::keepBeside(path));
+  QVERIFY(files::keepBeside(path));
   QCOMPARE(namesHere(), (QStringList{u"table.txt"_s, u"table.txt.bak"_s}));
   QCOMPARE(contentsOf(path), bytes);
   QCOMPARE(contentsOf(path + u".bak"_s), bytes);
 
   QVERIFY(put(path, "second"));
-  QVERIFY(textfile::keepBeside(path));
+  QVERIFY(files::keepBeside(path));
   QCOMPARE(contentsOf(path + u".bak"_s), bytes);
   QCOMPARE(contentsOf(path + u".bak2"_s), "second");
 
@@ -202,77 +205,77 @@ void TestTextFile::aCopyIsKeptUnderTheFirstFreeName() {
   QVERIFY(QDir().mkdir(path + u".bak3"_s));
   QVERIFY(QFile::link(u"./nothing"_s, path + u".bak4"_s));
   QVERIFY(put(path, "third"));
-  QVERIFY(textfile::keepBeside(path));
+  QVERIFY(files::keepBeside(path));
   QCOMPARE(contentsOf(path + u".bak5"_s), "third");
   QCOMPARE(namesHere().size(), 6);
 }
 
 void TestTextFile::aKeptCopyHasThePermissions_data() {
   QTest::addColumn<QFile::Permissions>("permissions");
-  QTest::addColumn<textfile::Access>("access");
+  QTest::addColumn<files::Access>("access");
   QTest::addColumn<QFile::Permissions>("kept");
   using P = QFileDevice::Permission;
   const QFile::Permissions owner = P::ReadOwner | P::WriteOwner | P::ReadUser | P::WriteUser;
   const QFile::Permissions wide = owner | P::ReadGroup | P::WriteGroup | P::ReadOther;
-  QTest::newRow("of the file") << wide << textfile::Access::AsBefore << wide;
+  QTest::newRow("of the file") << wide << files::Access::AsBefore << wide;
   QTest::newRow("of the file that only its owner reads")
-      << owner << textfile::Access::AsBefore << owner;
+      << owner << files::Access::AsBefore << owner;
   QTest::newRow("of its owner alone where that is asked")
-      << wide << textfile::Access::OwnerOnly << owner;
+      << wide << files::Access::OwnerOnly << owner;
 }
 
 void TestTextFile::aKeptCopyHasThePermissions() {
   QFETCH(QFile::Permissions, permissions);
-  QFETCH(textfile::Access, access);
+  QFETCH(files::Access, access);
   QFETCH(QFile::Permissions, kept);
   QVERIFY(put(path, "old"));
   QVERIFY(QFile::setPermissions(path, permissions));
-  QVERIFY(textfile::keepBeside(path, access));
+  QVERIFY(files::keepBeside(path, access));
   QCOMPARE(QFile::permissions(path + u".bak"_s), kept);
   QCOMPARE(QFile::permissions(path), permissions);
 }
 
 void TestTextFile::theLongestFileIsCopied() {
   QVERIFY(put(path, "a\nb\nc"));
-  QVERIFY(QFile::resize(path, textfile::largestFile));
-  QVERIFY(textfile::keepBeside(path));
-  QCOMPARE(QFileInfo(path).size(), textfile::largestFile);
-  QCOMPARE(QFileInfo(path + u".bak"_s).size(), textfile::largestFile);
+  QVERIFY(QFile::resize(path, files::largestFile));
+  QVERIFY(files::keepBeside(path));
+  QCOMPARE(QFileInfo(path).size(), files::largestFile);
+  QCOMPARE(QFileInfo(path + u".bak"_s).size(), files::largestFile);
 }
 
 void TestTextFile::aFileTooLongToBeCopiedIsMoved() {
   QVERIFY(put(path, "a\nb\nc"));
-  QVERIFY(QFile::resize(path, textfile::largestFile + 1));
-  QVERIFY(textfile::keepBeside(path));
+  QVERIFY(QFile::resize(path, files::largestFile + 1));
+  QVERIFY(files::keepBeside(path));
   QCOMPARE(namesHere(), QStringList{u"table.txt.bak"_s});
-  QCOMPARE(QFileInfo(path + u".bak"_s).size(), textfile::largestFile + 1);
+  QCOMPARE(QFileInfo(path + u".bak"_s).size(), files::largestFile + 1);
 }
 
 void TestTextFile::whatALinkLeadsToIsCopied() {
   QVERIFY(put(u"kept.txt"_s, "old"));
   QVERIFY(QFile::link(u"kept.txt"_s, path));
-  QVERIFY(textfile::keepBeside(path));
+  QVERIFY(files::keepBeside(path));
   QVERIFY(QFileInfo(path).isSymLink());
   QVERIFY(!QFileInfo(path + u".bak"_s).isSymLink());
-  QVERIFY(textfile::replace(path, "new"));
+  QVERIFY(files::replace(path, "new"));
   QCOMPARE(contentsOf(path + u".bak"_s), "old");
 }
 
 void TestTextFile::whatIsNoFileIsNotKept() {
-  QVERIFY(textfile::keepBeside(path));
-  QVERIFY(!textfile::moveBeside(path));
+  QVERIFY(files::keepBeside(path));
+  QVERIFY(!files::moveBeside(path));
   QCOMPARE(namesHere(), QStringList());
   QVERIFY(QDir().mkdir(path));
-  QVERIFY(!textfile::keepBeside(path));
+  QVERIFY(!files::keepBeside(path));
   QCOMPARE(namesHere(), QStringList{u"table.txt"_s});
 }
 
 void TestTextFile::aFileIsMovedToTheFirstFreeName() {
   QVERIFY(put(path, "first"));
-  QVERIFY(textfile::moveBeside(path));
+  QVERIFY(files::moveBeside(path));
   QCOMPARE(namesHere(), QStringList{u"table.txt.bak"_s});
   QVERIFY(put(path, "second"));
-  QVERIFY(textfile::moveBeside(path));
+  QVERIFY(files::moveBeside(path));
   QCOMPARE(contentsOf(path + u".bak"_s), "first");
   QCOMPARE(contentsOf(path + u".bak2"_s), "second");
   QCOMPARE(namesHere().size(), 2);
@@ -280,9 +283,9 @@ void TestTextFile::aFileIsMovedToTheFirstFreeName() {
 
 void TestTextFile::aFileIsEmptied() {
   QVERIFY(put(path, "old"));
-  QVERIFY(textfile::openAndEmpty(path));
+  QVERIFY(files::openAndEmpty(path));
   QCOMPARE(contentsOf(path), QByteArray(""));
-  QVERIFY(textfile::openAndEmpty(u"./new.txt"_s));
+  QVERIFY(files::openAndEmpty(u"./new.txt"_s));
   QCOMPARE(namesHere(), (QStringList{u"new.txt"_s, u"table.txt"_s}));
 }
 

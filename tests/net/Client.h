@@ -9,6 +9,10 @@
 #include "net/ServerConnection.h"
 #include "settings/ClientSettings.h"
 
+using namespace kelmora;
+using namespace kelmora::net;
+using namespace kelmora::settings;
+
 /// A window's stand-in: keeps what it is told.
 class RecordingHost final : public ConnectionHost {
  public:

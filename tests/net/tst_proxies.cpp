@@ -14,6 +14,9 @@
 #include "net/SendLine.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::net;
+
 // The connection through proxy servers as people run them.
 
 namespace {

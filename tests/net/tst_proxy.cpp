@@ -7,6 +7,10 @@
 #include "net/Proxy.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::net;
+using namespace kelmora::settings;
+
 namespace {
 
 // Every name and address of the loopback but this one goes past a proxy.

@@ -8,6 +8,9 @@
 #include "net/SendLine.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::net;
+
 class TestSendLine : public QObject {
   Q_OBJECT
 

@@ -12,6 +12,9 @@
 #include "net/SendLine.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::net;
+
 namespace {
 
 /// Takes connections into a queue that is full, so that a further attempt

@@ -4,6 +4,9 @@
 #include "support/GameServer.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::net;
+
 /// What of the server's bytes makes one read.
 class TestSocketReader : public QObject {
   Q_OBJECT

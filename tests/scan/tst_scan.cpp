@@ -9,6 +9,9 @@
 #include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::scan;
+
 namespace {
 
 using Fields = QVariantList;

@@ -11,6 +11,9 @@
 #include "script/ScriptHost.h"
 #include "script/VariableTable.h"
 
+using namespace kelmora;
+using namespace kelmora::script;
+
 /// Keeps everything a script does to the outside in one list, in order.
 class RecordingHost : public ScriptHost {
  public:

@@ -8,6 +8,9 @@
 #include "script/ScriptFixture.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::script;
+
 class TestActionQueue : public QObject {
   Q_OBJECT
 

@@ -6,6 +6,9 @@
 #include "script/Arguments.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::script;
+
 class TestArguments : public QObject {
   Q_OBJECT
 

@@ -5,6 +5,9 @@
 #include "script/Arithmetic.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::script;
+
 using script::Operation;
 
 class TestArithmetic : public QObject {

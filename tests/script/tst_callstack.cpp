@@ -3,6 +3,9 @@
 #include "script/CallStack.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::script;
+
 using Caller = CallStack::Caller;
 
 class TestCallStack : public QObject {

@@ -4,6 +4,9 @@
 #include "script/ScriptFixture.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::script;
+
 using Entries = VariableTable::Entries;
 
 class TestCommands : public QObject {

@@ -3,6 +3,9 @@
 #include "script/Comparisons.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::script;
+
 using script::Comparison;
 
 class TestComparisons : public QObject {

@@ -6,6 +6,9 @@
 #include "script/ScriptFixture.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::script;
+
 namespace {
 
 /// Writes small scripts full of everything that starts something else.

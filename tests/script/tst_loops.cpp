@@ -3,6 +3,9 @@
 #include "script/ScriptFixture.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::script;
+
 class TestLoops : public QObject {
   Q_OBJECT
 

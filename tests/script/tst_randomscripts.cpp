@@ -4,6 +4,9 @@
 #include "script/ScriptFixture.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::script;
+
 namespace {
 
 /// Lines of anything, with a leaning to what means something.

@@ -5,6 +5,9 @@
 #include "script/ScriptFixture.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::script;
+
 namespace {
 
 /// A chain of aliases: "9" calls "8", and so on; "0" is sent.

@@ -6,6 +6,9 @@
 #include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::script;
+
 using Entries = VariableTable::Entries;
 
 class TestVariableTable : public QObject {

@@ -7,6 +7,9 @@
 #include "settings/SettingsFields.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::settings;
+
 using settings::fields;
 
 namespace {

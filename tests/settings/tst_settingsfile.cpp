@@ -13,6 +13,9 @@
 #include "support/ScratchMain.h"
 #include "support/SizeLimit.h"
 
+using namespace kelmora;
+using namespace kelmora::settings;
+
 namespace {
 
 const QString fileName = QStringLiteral("client.settings");

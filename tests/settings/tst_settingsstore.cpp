@@ -21,6 +21,9 @@
 #include "support/ScratchMain.h"
 #include "support/SizeLimit.h"
 
+using namespace kelmora;
+using namespace kelmora::settings;
+
 namespace {
 
 constexpr auto folderMode = S_IRUSR | S_IWUSR | S_IXUSR;

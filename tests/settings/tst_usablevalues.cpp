@@ -5,6 +5,9 @@
 #include "settings/UsableValues.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::settings;
+
 namespace {
 
 constexpr int intMax = std::numeric_limits<int>::max();

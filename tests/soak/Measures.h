@@ -15,6 +15,9 @@
 #include "app/PlayWindow.h"
 #include "support/Settled.h"
 
+using namespace kelmora;
+using namespace kelmora::app;
+
 /// One thing that could grow without end, and by how much it may.
 struct Measure {
   const char* name;

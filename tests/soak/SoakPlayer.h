@@ -5,6 +5,9 @@
 #include "SoakServer.h"
 #include "app/PlayWindow.h"
 
+using namespace kelmora;
+using namespace kelmora::app;
+
 /// A player who never rests: types, runs scripts, opens one dialog after the
 /// other and uses it, and loses the connection now and then.
 class SoakPlayer : public QObject {

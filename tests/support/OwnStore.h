@@ -7,6 +7,9 @@
 
 #include "settings/SettingsStore.h"
 
+using namespace kelmora;
+using namespace kelmora::settings;
+
 /// A settings store of the test's own: a file in a folder that vanishes with
 /// this object. Whoever makes a window or reads a store names it, so that no
 /// system's way to the user's own store can lead a test there.

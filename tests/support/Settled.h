@@ -2,6 +2,9 @@
 
 #include "terminal/view/OutputWidget.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 /// A pane with all text in its document that has come so far.
 inline OutputWidget& settled(OutputWidget& pane) {
   pane.settle();

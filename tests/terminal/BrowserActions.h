@@ -13,6 +13,8 @@
 #include "PictureCompare.h"
 #include "TwoLayouts.h"
 
+using namespace kelmora;
+
 /// What a player does with a pane, and what there is to be seen of it beside
 /// the picture.
 namespace browser_actions {

@@ -2,6 +2,9 @@
 
 #include "terminal/view/InputHost.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 /// A window behind the input bar of a pane under test: the bar has nobody to
 /// talk to.
 class IdleHost : public InputHost {

@@ -11,6 +11,9 @@
 
 #include "terminal/core/OutputPipeline.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 /// What the window sees of reads, in order.
 struct Event {
   enum class Kind { Beep, Html, Vitals, Triggers };

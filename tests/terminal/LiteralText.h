@@ -6,6 +6,9 @@
 
 #include "terminal/core/StyledText.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 /// What the toolkit's importer makes of the client's own HTML, as plainly as that
 /// can be said. Nothing where there is anything else in it.
 class LiteralText {

@@ -4,6 +4,9 @@
 #include "terminal/core/SafeMarkup.h"
 #include "terminal/view/OutputWidget.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 // HTML for the panes under test, as if a read had it in it.
 
 inline void insertServerHtml(OutputWidget& pane, const QString& html) {

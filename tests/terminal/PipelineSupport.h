@@ -8,6 +8,9 @@
 #include "LiteralText.h"
 #include "terminal/core/OutputPipeline.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 inline const AnsiTranslator::ColourTexts normalColours{"#000000", "#660000", "#006600", "#666600",
                                                        "#000066", "#660066", "#006666", "#bdbdbd"};
 inline const AnsiTranslator::ColourTexts boldColours{"#333333", "#ff0000", "#00ff00", "#ffff00",

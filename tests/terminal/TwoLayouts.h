@@ -9,6 +9,9 @@
 
 #include "terminal/view/PaneLayout.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 /// The layout under test: the one place where it is made.
 inline void giveLayoutUnderTest(QTextDocument& document) {
   document.setDocumentLayout(new PaneLayout(document));

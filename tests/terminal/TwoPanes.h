@@ -11,6 +11,9 @@
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 /// Both panes, shown the same reads: the quick one what the pipeline makes of
 /// them, the literal one the HTML that the rules say. Where all markup in that is
 /// the client's own, the toolkit's importer gets it as it is; otherwise what may

@@ -6,6 +6,9 @@
 #include "terminal/core/AnsiTranslator.h"
 #include "terminal/core/Palette.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 QByteArray foreground(const QByteArray& colour) {

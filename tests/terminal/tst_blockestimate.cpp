@@ -12,6 +12,9 @@
 #include "terminal/view/BlockLines.h"
 #include "terminal/view/PaneLayout.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 /// What an estimate calls certain is what breaking into lines comes to.
 class TestBlockEstimate : public QObject {
   Q_OBJECT

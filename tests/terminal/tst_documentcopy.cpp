@@ -9,6 +9,9 @@
 #include "support/ScratchMain.h"
 #include "terminal/view/DocumentCopy.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 using Engine = std::mt19937;

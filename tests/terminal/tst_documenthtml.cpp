@@ -14,6 +14,9 @@
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -3,6 +3,9 @@
 #include "support/ScratchMain.h"
 #include "terminal/core/InputHistory.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 class TestInputHistory : public QObject {
   Q_OBJECT
 

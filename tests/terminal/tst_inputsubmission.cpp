@@ -3,6 +3,9 @@
 #include "support/ScratchMain.h"
 #include "terminal/core/InputSubmission.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 using Route = InputSubmission::Route;
 using Afterwards = InputSubmission::Afterwards;
 

@@ -6,6 +6,9 @@
 #include "terminal/view/InputHost.h"
 #include "terminal/view/InputWidget.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 /// Records what the bar asks for.

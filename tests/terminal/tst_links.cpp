@@ -4,6 +4,9 @@
 #include "support/ScratchMain.h"
 #include "terminal/core/Links.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 class TstLinks : public QObject {
   Q_OBJECT
 

@@ -3,6 +3,9 @@
 #include "PipelineSupport.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 const QByteArray plainTab = "&nbsp;&nbsp;&nbsp;&nbsp;";

@@ -15,6 +15,9 @@
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 /// Shows what the pipeline makes of a read.

@@ -10,6 +10,9 @@
 #include "terminal/view/PaneDocument.h"
 #include "terminal/view/PaneQueue.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 /// So small that short streams push paragraphs out.

@@ -18,6 +18,9 @@
 #include "terminal/view/OutputWidget.h"
 #include "terminal/view/PaneLayout.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 /// Letters of many widths: no height is certain before its lines are broken.

@@ -3,6 +3,9 @@
 #include "support/ScratchMain.h"
 #include "terminal/view/PaneTurns.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 constexpr qsizetype little = 1000;

@@ -4,6 +4,9 @@
 #include "support/ScratchMain.h"
 #include "terminal/core/ParagraphEnds.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 constexpr ParagraphEnds::Lengths lengths{.longParagraph = 4, .longestParagraph = 10};

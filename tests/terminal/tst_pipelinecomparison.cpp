@@ -6,6 +6,9 @@
 #include "support/ScratchMain.h"
 #include "terminal/core/CodeNumber.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 class Generator {

@@ -8,6 +8,9 @@
 #include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 /// What all reads of a stream give together.

@@ -6,6 +6,9 @@
 #include "support/ScratchMain.h"
 #include "terminal/core/SafeMarkup.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 QString written(const QString& html) {

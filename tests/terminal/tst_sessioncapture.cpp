@@ -13,6 +13,9 @@
 #include "terminal/view/OutputWidget.h"
 #include "terminal/view/SessionCapture.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 /// The pane's document as a web page.
 class TestSessionCapture : public QObject {
   Q_OBJECT

@@ -4,6 +4,9 @@
 #include "support/ScratchMain.h"
 #include "terminal/core/Vitals.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 using Bar = std::optional<int>;

@@ -7,6 +7,9 @@
 #include "terminal/view/PaneTurns.h"
 #include "terminal/view/VitalsBars.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 /// The three bars on the toolbar.
 class TestVitalsBars : public QObject {
   Q_OBJECT

@@ -8,6 +8,8 @@
 #include "automation/core/VariablesFile.h"
 #include "files/TextFile.h"
 
+namespace kelmora::automation {
+
 namespace {
 
 using blockfile::Reading;
@@ -16,7 +18,7 @@ using blockfile::Reading;
 /// line that makes no sense does.
 Reading readBlocks(QLatin1String path, const BlockFormat& format,
                    const std::function<void(Block&&)>& take) {
-  const auto file = textfile::read(path);
+  const auto file = files::read(path);
   if (!file)
     return Reading::Stopped;
   const Reading reading = blockfile::read(file->bytes, format, take);
@@ -34,17 +36,17 @@ QByteArray blocksOf(const BlockFormat& format, const QList<Entry>& entries, QStr
 }  // namespace
 
 bool AutomationFiles::TableFile::write(QByteArrayView bytes) {
-  if (unread && !textfile::keepBeside(path))
+  if (unread && !files::keepBeside(path))
     return false;
   unread = false;
-  return textfile::replace(path, bytes);
+  return files::replace(path, bytes);
 }
 
 bool AutomationFiles::loadMacros(MacroTable& table) {
   const auto take = [&](Block&& block) {
     table.append({keyNameToCode(block.label), std::move(block.commands)});
   };
-  return readBlocks(automation::macrosPath, blockfile::macros, take) != Reading::Stopped;
+  return readBlocks(macrosPath, blockfile::macros, take) != Reading::Stopped;
 }
 
 bool AutomationFiles::loadTriggers(TriggerTable& table) {
@@ -64,7 +66,7 @@ bool AutomationFiles::loadAliases(AliasTable& table) {
 }
 
 bool AutomationFiles::loadVariables(QMap<QString, QString>& variables) {
-  const auto file = textfile::read(variables_.path);
+  const auto file = files::read(variables_.path);
   const bool success = file && variablesfile::read(file->bytes, variables) && file->whole;
   variables_.unread = !success;
   return success;
@@ -85,5 +87,7 @@ bool AutomationFiles::writeVariables(const QMap<QString, QString>& variables) {
 // A quirk kept on purpose: the question is asked the wrong way round, so that
 // the blocks go nowhere in either case and the answer is the opposite.
 bool AutomationFiles::writeMacros(const MacroTable& /*table*/) {
-  return !textfile::openAndEmpty(automation::macrosPath);
+  return !files::openAndEmpty(macrosPath);
 }
+
+}  // namespace kelmora::automation

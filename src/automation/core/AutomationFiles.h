@@ -9,14 +9,12 @@
 #include "automation/core/MacroTable.h"
 #include "automation/core/TriggerTable.h"
 
-namespace automation {
+namespace kelmora::automation {
 
 inline constexpr QLatin1String macrosPath("./macros.txt");
 inline constexpr QLatin1String triggersPath("./triggers.txt");
 inline constexpr QLatin1String aliasesPath("./aliases.txt");
 inline constexpr QLatin1String variablesPath("./variables.txt");
-
-}  // namespace automation
 
 /// The four files of the player's automation, in the working directory of the
 /// process. Text in them is Latin-1.
@@ -57,7 +55,9 @@ class AutomationFiles {
     [[nodiscard]] bool write(QByteArrayView bytes);
   };
 
-  TableFile triggers_{automation::triggersPath};
-  TableFile aliases_{automation::aliasesPath};
-  TableFile variables_{automation::variablesPath};
+  TableFile triggers_{triggersPath};
+  TableFile aliases_{aliasesPath};
+  TableFile variables_{variablesPath};
 };
+
+}  // namespace kelmora::automation

@@ -7,6 +7,8 @@
 #include "automation/core/TextLines.h"
 #include "scan/Format.h"
 
+namespace kelmora::automation {
+
 namespace {
 
 scan::Format headerOf(const BlockFormat& format) {
@@ -72,3 +74,5 @@ void append(QByteArray& text, const BlockFormat& format, const QString& label,
 }
 
 }  // namespace blockfile
+
+}  // namespace kelmora::automation

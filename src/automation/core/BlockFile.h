@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <functional>
 
+namespace kelmora::automation {
+
 /// One block of a file: what its header names, then its body line by line.
 struct Block {
   QString label = {};
@@ -53,3 +55,5 @@ void append(QByteArray& text, const BlockFormat& format, const QString& label,
             const QStringList& commands);
 
 }  // namespace blockfile
+
+}  // namespace kelmora::automation

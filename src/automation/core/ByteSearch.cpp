@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+namespace kelmora::automation {
+
 namespace {
 
 constexpr qsizetype pairLength = 2;
@@ -221,3 +223,5 @@ quint32 ByteSearch::step(quint32 state, char byte) const {
     state = states_[state].fallback;
   }
 }
+
+}  // namespace kelmora::automation

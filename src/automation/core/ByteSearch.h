@@ -5,6 +5,8 @@
 #include <array>
 #include <vector>
 
+namespace kelmora::automation {
+
 /// Finds in one pass over a text which of many byte strings occur in it: the
 /// automaton of Aho and Corasick, its states in breadth-first order so that the
 /// children of a state are neighbours. About 17 bytes per state, and at most
@@ -58,3 +60,5 @@ class ByteSearch {
   std::array<quint8, 256> classes_ = {};
   std::size_t classCount_ = 1;
 };
+
+}  // namespace kelmora::automation

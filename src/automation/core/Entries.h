@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace kelmora::automation {
+
 /// One key bound to commands. The key is Qt's key code without modifier bits.
 struct MacroEntry {
   qint32 key = 0;
@@ -27,3 +29,5 @@ struct AliasEntry {
 
   friend bool operator==(const AliasEntry&, const AliasEntry&) = default;
 };
+
+}  // namespace kelmora::automation

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 
+namespace kelmora::automation {
+
 namespace {
 
 struct NamedKey {
@@ -57,3 +59,5 @@ int keyNameToCode(QStringView name) {
   // A quirk kept on purpose: the character passes through a signed byte.
   return static_cast<qint8>(name.front().unicode());
 }
+
+}  // namespace kelmora::automation

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringView>
 
+namespace kelmora::automation {
+
 /// The name a key is listed and stored under: one of 22 names for the function
 /// keys and the keypad, for any other code the one character of its low 16 bits.
 [[nodiscard]] QString keyCodeToName(int code);
@@ -11,3 +13,5 @@
 /// first character decides: up to 127 it is the code, from 128 to 255 the code
 /// less 256 (so é, 233, is -23), and 0 above. An empty name gives 0.
 [[nodiscard]] int keyNameToCode(QStringView name);
+
+}  // namespace kelmora::automation

@@ -6,6 +6,8 @@
 #include <type_traits>
 #include <utility>
 
+namespace kelmora::automation {
+
 /// An ordered list of entries, duplicates and all, that finds the first entry
 /// of a key without walking the list. `Key` is the entry's member looked for.
 ///
@@ -79,3 +81,5 @@ class KeyedTable {
   QList<Entry> entries_;
   QHash<KeyType, qsizetype> first_;
 };
+
+}  // namespace kelmora::automation

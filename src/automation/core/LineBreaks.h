@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace kelmora::automation {
+
 /// The text on one line: without line feeds, carriage returns, vertical tabs,
 /// form feeds, and the three breaks that Unicode has of its own.
 [[nodiscard]] inline QString withoutLineBreaks(QString text) {
@@ -11,3 +13,5 @@
   };
   return text.removeIf(isLineBreak);
 }
+
+}  // namespace kelmora::automation

@@ -3,6 +3,8 @@
 #include <QByteArrayView>
 #include <optional>
 
+namespace kelmora::automation {
+
 /// Walks a text line by line without copying it. A line ends at a line break,
 /// the last one also at the end of the text; the end is not part of the line,
 /// nor is one carriage return before it. Every other byte is kept, lone
@@ -27,3 +29,5 @@ class TextLines {
  private:
   QByteArrayView rest_;
 };
+
+}  // namespace kelmora::automation

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace kelmora::automation {
+
 namespace {
 
 /// A needle this long tells patterns apart well enough; the few that share one
@@ -62,3 +64,5 @@ std::vector<quint32> TriggerMatcher::candidates(const TriggerLine& line) const {
   std::sort(positions.begin(), positions.end());
   return positions;
 }
+
+}  // namespace kelmora::automation

@@ -7,6 +7,8 @@
 #include "automation/core/Entries.h"
 #include "automation/core/TriggerPattern.h"
 
+namespace kelmora::automation {
+
 /// The patterns of a whole trigger table, compiled together: one search over
 /// the line names the few patterns worth trying. Never changes once built.
 class TriggerMatcher {
@@ -30,3 +32,5 @@ class TriggerMatcher {
   std::vector<quint32> positions_;  // of each needle of the search
   std::vector<quint32> always_;     // those that no needle stands for, ascending
 };
+
+}  // namespace kelmora::automation

@@ -5,6 +5,8 @@
 
 #include "scan/Integer.h"
 
+namespace kelmora::automation {
+
 namespace {
 
 constexpr QLatin1StringView wildcard("{*}");
@@ -140,3 +142,5 @@ bool TriggerPattern::tailFits(const TriggerLine& line, const QByteArray& lastByt
          QStringView(text).sliced(place).startsWith(lastWord) &&
          text.lastIndexOf(lastWord) == place;
 }
+
+}  // namespace kelmora::automation

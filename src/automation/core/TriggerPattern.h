@@ -8,6 +8,8 @@
 
 #include "scan/Format.h"
 
+namespace kelmora::automation {
+
 /// One line of server text on its way past the triggers: its bytes, and the
 /// same decoded as UTF-8 once somebody asks. NUL bytes are characters of both.
 class TriggerLine {
@@ -57,3 +59,5 @@ class TriggerPattern {
   QByteArray required_;
   QByteArray alsoRequired_;  // the second longest such run of a template
 };
+
+}  // namespace kelmora::automation

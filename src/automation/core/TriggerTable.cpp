@@ -4,6 +4,8 @@
 
 #include "automation/core/TriggerMatcher.h"
 
+namespace kelmora::automation {
+
 void TriggerTable::append(TriggerEntry entry) {
   entries_.append(std::move(entry));
   matcher_.reset();
@@ -58,3 +60,5 @@ void TriggerTable::check(const QByteArray& line, TriggerHost& host) {
     host.runActions(entries.at(position).commands);
   }
 }
+
+}  // namespace kelmora::automation

@@ -8,6 +8,8 @@
 
 #include "automation/core/Entries.h"
 
+namespace kelmora::automation {
+
 class TriggerMatcher;
 
 /// What a firing trigger needs of the window.
@@ -52,3 +54,5 @@ class TriggerTable {
   // compiles it once.
   std::shared_ptr<const TriggerMatcher> matcher_;
 };
+
+}  // namespace kelmora::automation

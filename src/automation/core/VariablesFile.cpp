@@ -6,6 +6,8 @@
 #include "automation/core/TextLines.h"
 #include "scan/Format.h"
 
+namespace kelmora::automation {
+
 namespace {
 
 // The line itself bounds name and value; cutting them would damage variables
@@ -49,3 +51,5 @@ QByteArray toText(const QMap<QString, QString>& variables) {
 }
 
 }  // namespace variablesfile
+
+}  // namespace kelmora::automation

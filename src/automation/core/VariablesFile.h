@@ -5,6 +5,8 @@
 #include <QMap>
 #include <QString>
 
+namespace kelmora::automation {
+
 namespace variablesfile {
 
 /// Adds each variable of the text, read as Latin-1. False at the first line
@@ -18,3 +20,5 @@ namespace variablesfile {
 [[nodiscard]] QByteArray toText(const QMap<QString, QString>& variables);
 
 }  // namespace variablesfile
+
+}  // namespace kelmora::automation

@@ -1,5 +1,8 @@
 #include "automation/editors/AliasWidget.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 EditorTexts texts() {

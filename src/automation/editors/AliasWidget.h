@@ -4,11 +4,12 @@
 #include "automation/editors/TableEditorWidget.h"
 
 /// Lists, adds, deletes and edits aliases.
-class AliasWidget : public TableEditorWidget<AliasTable> {
+class AliasWidget : public kelmora::automation::TableEditorWidget<kelmora::automation::AliasTable> {
   Q_OBJECT
 
  public:
-  AliasWidget(AliasTable& table, AutomationFiles& files, QWidget* parent);
+  AliasWidget(kelmora::automation::AliasTable& table, kelmora::automation::AutomationFiles& files,
+              QWidget* parent);
 
  public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
   void selectionChanged(int index);

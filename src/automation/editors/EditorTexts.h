@@ -3,6 +3,8 @@
 #include <QString>
 #include <optional>
 
+namespace kelmora::automation {
+
 /// What a message box says.
 struct Notice {
   QString title;
@@ -34,3 +36,5 @@ struct EditorTexts {
 
   Notice deleteQuestion;
 };
+
+}  // namespace kelmora::automation

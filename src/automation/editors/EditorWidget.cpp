@@ -18,6 +18,8 @@
 
 #include "automation/core/LineBreaks.h"
 
+namespace kelmora::automation {
+
 namespace {
 
 constexpr QSize smallestSize(420, 360);
@@ -293,3 +295,5 @@ void EditorWidget::changeEvent(QEvent* event) {
   if (event->type() == QEvent::PaletteChange)
     dressFields();
 }
+
+}  // namespace kelmora::automation

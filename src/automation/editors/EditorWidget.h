@@ -11,6 +11,8 @@
 class QLineEdit;
 class QPlainTextEdit;
 
+namespace kelmora::automation {
+
 /// What the editors of the automation tables have in common: a list of the
 /// entries, which is browsed, and one entry, which is edited. Item i of the
 /// list is entry i of the table. Every change reaches the table and its file at
@@ -101,3 +103,5 @@ class EditorWidget : public QDialog {
   QPushButton* deleteButton_ = nullptr;
   QPushButton* closeButton_ = nullptr;
 };
+
+}  // namespace kelmora::automation

@@ -4,6 +4,9 @@
 
 #include "automation/core/KeyNames.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 KeyPressInput::KeyPressInput(QWidget* parent) : QLineEdit(parent) {
   // The mouse could drop or paste text.
   setReadOnly(true);

@@ -4,6 +4,9 @@
 #include "automation/editors/KeyPressInput.h"
 #include "automation/editors/KeyPressWidget.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 EditorTexts texts() {

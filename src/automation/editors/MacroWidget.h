@@ -7,11 +7,12 @@ class KeyPressWidget;
 
 /// Lists, adds, deletes and edits macros. A key is bound for good: another one
 /// takes a new macro.
-class MacroWidget : public TableEditorWidget<MacroTable> {
+class MacroWidget : public kelmora::automation::TableEditorWidget<kelmora::automation::MacroTable> {
   Q_OBJECT
 
  public:
-  MacroWidget(MacroTable& table, AutomationFiles& files, QWidget* parent);
+  MacroWidget(kelmora::automation::MacroTable& table, kelmora::automation::AutomationFiles& files,
+              QWidget* parent);
 
  public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
   void selectionChanged(int index);

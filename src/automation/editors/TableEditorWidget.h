@@ -6,6 +6,8 @@
 #include "automation/core/AutomationFiles.h"
 #include "automation/editors/EditorWidget.h"
 
+namespace kelmora::automation {
+
 /// An editor of one kind of table. The table and its file outlive it.
 template <typename Table>
 class TableEditorWidget : public EditorWidget {
@@ -29,3 +31,5 @@ class TableEditorWidget : public EditorWidget {
   Table& table_;
   AutomationFiles& files_;
 };
+
+}  // namespace kelmora::automation

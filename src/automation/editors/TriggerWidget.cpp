@@ -1,5 +1,8 @@
 #include "automation/editors/TriggerWidget.h"
 
+using namespace kelmora;
+using namespace kelmora::automation;
+
 namespace {
 
 EditorTexts texts() {

@@ -4,11 +4,13 @@
 #include "automation/editors/TableEditorWidget.h"
 
 /// Lists, adds, deletes and edits triggers.
-class TriggerWidget : public TableEditorWidget<TriggerTable> {
+class TriggerWidget
+    : public kelmora::automation::TableEditorWidget<kelmora::automation::TriggerTable> {
   Q_OBJECT
 
  public:
-  TriggerWidget(TriggerTable& table, AutomationFiles& files, QWidget* parent);
+  TriggerWidget(kelmora::automation::TriggerTable& table,
+                kelmora::automation::AutomationFiles& files, QWidget* parent);
 
  public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
   void selectionChanged(int index);

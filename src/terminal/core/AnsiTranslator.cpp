@@ -7,6 +7,8 @@
 #include "terminal/core/CodeNumber.h"
 #include "terminal/core/Palette.h"
 
+namespace kelmora::terminal {
+
 namespace {
 
 using Colour = std::optional<QByteArrayView>;
@@ -183,3 +185,5 @@ void AnsiTranslator::applyPalette(Extended extended, int index, SpanSink& sink) 
   currentSpan_ = nullptr;
   bareColour_ = *paletteColour(place);
 }
+
+}  // namespace kelmora::terminal

@@ -8,6 +8,8 @@
 
 #include "terminal/core/ColourSpan.h"
 
+namespace kelmora::terminal {
+
 /// Turns the server's colour sequences into spans. They are only opened, never
 /// closed: a later one inside an earlier one wins.
 ///
@@ -69,3 +71,5 @@ class AnsiTranslator {
   bool boldActive_ = false;
   bool escapePending_ = false;
 };
+
+}  // namespace kelmora::terminal

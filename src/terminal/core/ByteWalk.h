@@ -5,6 +5,8 @@
 #include "terminal/core/PipelineState.h"
 #include "terminal/core/TextBuffer.h"
 
+namespace kelmora::terminal {
+
 namespace bytewalk {
 
 inline constexpr char telnetCommand = '\xFF';
@@ -69,3 +71,5 @@ void walkBytes(QByteArrayView data, const PipelineOptions& options, PipelineStat
     }
   }
 }
+
+}  // namespace kelmora::terminal

@@ -2,6 +2,8 @@
 
 #include "scan/Integer.h"
 
+namespace kelmora::terminal {
+
 void CodeNumber::appendOther(char byte) {
   const bool hasDigits = state_ == State::Digits || state_ == State::Trailing;
   if (state_ == State::Ended || state_ == State::NoNumber)
@@ -16,3 +18,5 @@ void CodeNumber::appendOther(char byte) {
     state_ = byte == '\0' && hasDigits ? State::Ended : State::NoNumber;
   }
 }
+
+}  // namespace kelmora::terminal

@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+namespace kelmora::terminal {
+
 /// The value of a text that grows byte by byte, as QByteArray::toInt() would
 /// read it after each: blanks around it and a sign are allowed, a NUL ends it,
 /// and anything that is no signed 32-bit number is 0. Keeping the value and
@@ -39,3 +41,5 @@ class CodeNumber {
   bool negative_ = false;
   quint64 magnitude_ = 0;
 };
+
+}  // namespace kelmora::terminal

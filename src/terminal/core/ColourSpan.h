@@ -4,6 +4,8 @@
 
 #include "terminal/core/StyledText.h"
 
+namespace kelmora::terminal {
+
 /// A span of colour that opens: how it is written, and what it makes of a look.
 struct ColourSpan {
   QByteArray html = {};
@@ -32,3 +34,5 @@ class SpanSink {
  protected:
   ~SpanSink() = default;
 };
+
+}  // namespace kelmora::terminal

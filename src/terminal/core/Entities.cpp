@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+namespace kelmora::terminal {
+
 namespace {
 
 struct Entity {
@@ -63,3 +65,5 @@ std::optional<QString> targetOf(const MarkupTag::Attribute& attribute) {
   });
   return isPlain ? withoutEntities(quoted, QStringView(quoted).chopped(1)) : std::nullopt;
 }
+
+}  // namespace kelmora::terminal

@@ -5,6 +5,8 @@
 
 #include "terminal/core/MarkupReader.h"
 
+namespace kelmora::terminal {
+
 /// Of the entities in the client's own HTML, those of blanks and brackets, and an
 /// "&" that begins none. Nothing where there is any other: what it shows is the
 /// importer's to say.
@@ -15,3 +17,5 @@
 
 /// What a link leads to, by its only attribute.
 [[nodiscard]] std::optional<QString> targetOf(const MarkupTag::Attribute& attribute);
+
+}  // namespace kelmora::terminal

@@ -5,6 +5,8 @@
 
 #include "terminal/core/Links.h"
 
+namespace kelmora::terminal {
+
 namespace {
 
 /// What a byte becomes that is not shown as it is.
@@ -69,3 +71,5 @@ QString HtmlSink::html(bool withLinks) && {
   resolvePlaceholders(text);
   return text;
 }
+
+}  // namespace kelmora::terminal

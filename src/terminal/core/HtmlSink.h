@@ -2,6 +2,8 @@
 
 #include "terminal/core/ByteWalk.h"
 
+namespace kelmora::terminal {
+
 /// Makes HTML of a read, in UTF-8. Angle brackets of plain text and the blanks of
 /// a TAB stay placeholders until the links are made.
 class HtmlSink final : public ReadSink {
@@ -28,3 +30,5 @@ class HtmlSink final : public ReadSink {
   Tags tags_;
   ByteBuffer html_;
 };
+
+}  // namespace kelmora::terminal

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace kelmora::terminal {
+
 void InputHistory::record(const QString& line) {
   if (line.isEmpty() || (!inputHistory_.isEmpty() && inputHistory_.first() == line))
     return;
@@ -23,3 +25,5 @@ std::optional<QString> InputHistory::historyNewer() {
   historyPosition_ = std::max(historyPosition_ - 1, -1);
   return historyPosition_ < 0 ? QString() : inputHistory_.at(historyPosition_);
 }
+
+}  // namespace kelmora::terminal

@@ -3,6 +3,8 @@
 #include <QStringList>
 #include <optional>
 
+namespace kelmora::terminal {
+
 /// The lines typed so far, most recent first, and the place in them that Up
 /// and Down have reached. Lives as long as the window; never saved.
 class InputHistory {
@@ -30,3 +32,5 @@ class InputHistory {
   QStringList inputHistory_;
   int historyPosition_ = -1;
 };
+
+}  // namespace kelmora::terminal

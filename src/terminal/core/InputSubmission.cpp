@@ -1,5 +1,7 @@
 #include "terminal/core/InputSubmission.h"
 
+namespace kelmora::terminal {
+
 InputSubmission submitInput(const QString& line, const InputOptions& options,
                             InputHistory& history) {
   history.endBrowsing();
@@ -21,3 +23,5 @@ InputSubmission submitInput(const QString& line, const InputOptions& options,
       keeps ? InputSubmission::Afterwards::SelectAll : InputSubmission::Afterwards::EmptyBar;
   return submission;
 }
+
+}  // namespace kelmora::terminal

@@ -4,6 +4,8 @@
 
 #include "terminal/core/InputHistory.h"
 
+namespace kelmora::terminal {
+
 /// The options that decide what Enter does with a line.
 struct InputOptions {
   /// Local echo as it was when the window was built. History follows this
@@ -31,3 +33,5 @@ struct InputSubmission {
 /// Records the line in the history (ending any browsing) and decides its way.
 [[nodiscard]] InputSubmission submitInput(const QString& line, const InputOptions& options,
                                           InputHistory& history);
+
+}  // namespace kelmora::terminal

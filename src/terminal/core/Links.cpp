@@ -5,6 +5,8 @@
 #include <array>
 #include <string_view>
 
+namespace kelmora::terminal {
+
 namespace {
 
 /// Plain texts of which every match of a step holds one, far cheaper to look for.
@@ -134,3 +136,5 @@ void resolvePlaceholders(QString& html) {
   for (const Placeholder& placeholder : placeholders)
     replaceAll(html, placeholder);
 }
+
+}  // namespace kelmora::terminal

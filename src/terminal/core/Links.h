@@ -4,6 +4,8 @@
 #include <QString>
 #include <optional>
 
+namespace kelmora::terminal {
+
 /// Whether a text may have web addresses in it: whether it holds what every one
 /// has.
 [[nodiscard]] bool mayHaveLinks(QByteArrayView plain);
@@ -29,3 +31,5 @@ void linkify(QString& html);
 /// Replaces the placeholders "<space>", "<tab>", "<lt>" and "<gt>" by what they
 /// stand for, and makes every second of adjoining blanks a hard one.
 void resolvePlaceholders(QString& html);
+
+}  // namespace kelmora::terminal

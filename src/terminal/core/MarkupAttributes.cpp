@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 
+namespace kelmora::terminal {
+
 namespace {
 
 enum class Value { Words, Colour, Size };
@@ -205,3 +207,5 @@ QString mergedStyle(const QString& outer, const QString& inner) {
 }
 
 }  // namespace markup
+
+}  // namespace kelmora::terminal

@@ -2,6 +2,8 @@
 
 #include "terminal/core/MarkupReader.h"
 
+namespace kelmora::terminal {
+
 namespace markup {
 
 /// What may stay of a tag's attributes, as it stands in the tag: each with a
@@ -16,3 +18,5 @@ namespace markup {
 [[nodiscard]] QString mergedStyle(const QString& outer, const QString& inner);
 
 }  // namespace markup
+
+}  // namespace kelmora::terminal

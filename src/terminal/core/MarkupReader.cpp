@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace kelmora::terminal {
+
 QStringView MarkupReader::text() {
   const qsizetype start = pos_;
   const qsizetype end = html_.indexOf(u'<', start);
@@ -133,3 +135,5 @@ std::vector<MarkupTag::Attribute> MarkupReader::attributes() {
     cutAttributes_.insert(places.begin(), places.end());
   return found;
 }
+
+}  // namespace kelmora::terminal

@@ -6,6 +6,8 @@
 #include <unordered_set>
 #include <vector>
 
+namespace kelmora::terminal {
+
 /// One tag as it was found. The views are into the text that was read.
 struct MarkupTag {
   enum class Edge { Start, End };
@@ -82,3 +84,5 @@ class MarkupReader {
   Place commentEnd_{u"-->"};
   std::array<Place, 3> hiddenEnds_{Place{u"</title"}, Place{u"</style"}, Place{u"</script"}};
 };
+
+}  // namespace kelmora::terminal

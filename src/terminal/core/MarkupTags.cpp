@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+namespace kelmora::terminal {
+
 namespace markup {
 
 namespace {
@@ -37,3 +39,5 @@ std::size_t indexOf(const TagRow* row) {
 }
 
 }  // namespace markup
+
+}  // namespace kelmora::terminal

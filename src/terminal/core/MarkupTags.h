@@ -3,6 +3,8 @@
 #include <QStringView>
 #include <cstddef>
 
+namespace kelmora::terminal {
+
 namespace markup {
 
 enum class Kind {
@@ -34,3 +36,5 @@ inline constexpr std::size_t tagCount = 42;
 [[nodiscard]] std::size_t indexOf(const TagRow* row);
 
 }  // namespace markup
+
+}  // namespace kelmora::terminal

@@ -5,6 +5,8 @@
 
 #include "terminal/core/MarkupAttributes.h"
 
+namespace kelmora::terminal {
+
 using markup::Kind;
 
 namespace {
@@ -303,3 +305,5 @@ void MarkupWriter::endPiece() {
     write(openParagraph_->row, openParagraph_->attributes);
   reopened_ = html_.size();
 }
+
+}  // namespace kelmora::terminal

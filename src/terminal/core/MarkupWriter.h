@@ -10,6 +10,8 @@
 #include "terminal/core/MarkupTags.h"
 #include "terminal/core/SafeMarkup.h"
 
+namespace kelmora::terminal {
+
 /// Writes anew what was read, tag by tag, with those left out that may not pass
 /// or nest too deep.
 class MarkupWriter {
@@ -100,3 +102,5 @@ class MarkupWriter {
   bool spanIsDue_ = false;
   std::optional<OpenParagraph> openParagraph_;
 };
+
+}  // namespace kelmora::terminal

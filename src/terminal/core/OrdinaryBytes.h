@@ -8,6 +8,8 @@
 #define KELMORA_SIXTEEN_BYTES_AT_ONCE 1
 #endif
 
+namespace kelmora::terminal {
+
 /// Most bytes of the game's text show the character that they are, and so do the
 /// single blanks between words. The others need a look: controls, bytes beyond
 /// ASCII, brackets and ampersands, and the first of two blanks, slashes or "w",
@@ -64,3 +66,5 @@ inline constexpr qsizetype atOnce = 16;
 }
 
 }  // namespace ordinarybytes
+
+}  // namespace kelmora::terminal

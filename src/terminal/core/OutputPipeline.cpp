@@ -7,6 +7,8 @@
 #include "terminal/core/HtmlSink.h"
 #include "terminal/core/TextSink.h"
 
+namespace kelmora::terminal {
+
 namespace {
 
 /// A part of a long read has about so many characters: keys come between the
@@ -80,3 +82,5 @@ void OutputPipeline::readSocketData(const QByteArray& data, const PipelineOption
     rest = rest.sliced(length + 1);
   }
 }
+
+}  // namespace kelmora::terminal

@@ -5,6 +5,8 @@
 #include "terminal/core/PipelineState.h"
 #include "terminal/core/ServerText.h"
 
+namespace kelmora::terminal {
+
 /// What the pipeline needs from the window. Each call may lead back into the
 /// pipeline or its translator.
 class PipelineHost {
@@ -38,3 +40,5 @@ class OutputPipeline {
  private:
   PipelineState state_;
 };
+
+}  // namespace kelmora::terminal

@@ -2,6 +2,8 @@
 
 #include <array>
 
+namespace kelmora::terminal {
+
 namespace {
 
 constexpr int colourCount = 256;
@@ -44,3 +46,5 @@ std::optional<QByteArrayView> paletteColour(quint32 index) {
     return std::nullopt;
   return QByteArrayView(palette[index].data(), textLength);
 }
+
+}  // namespace kelmora::terminal

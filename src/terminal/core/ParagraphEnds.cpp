@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace kelmora::terminal {
+
 std::optional<ParagraphEnds::End> ParagraphEnds::next(QStringView text, qsizetype from) {
   const qsizetype begin = from - length_;  // of the paragraph
   if (const qsizetype earliest = begin + lengths_.longParagraph; earliest < text.size()) {
@@ -25,3 +27,5 @@ bool ParagraphEnds::endsWithLine(qsizetype characters) {
   length_ = ends ? 0 : length_ + 1;
   return ends;
 }
+
+}  // namespace kelmora::terminal

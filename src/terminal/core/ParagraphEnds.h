@@ -3,6 +3,8 @@
 #include <QStringView>
 #include <optional>
 
+namespace kelmora::terminal {
+
 /// Where the paragraphs of server text end. The server has line breaks only, so
 /// without this a session were one paragraph, laid out whole at each read and
 /// never dropped. Told of a stream text by text, in pieces of any size.
@@ -44,3 +46,5 @@ class ParagraphEnds {
   Lengths lengths_;
   qsizetype length_;
 };
+
+}  // namespace kelmora::terminal

@@ -2,6 +2,8 @@
 
 #include "terminal/core/AnsiTranslator.h"
 
+namespace kelmora::terminal {
+
 struct PipelineOptions {
   bool displayAnsiColor = true;
   bool playBeeps = true;
@@ -15,3 +17,5 @@ struct PipelineState {
   /// Whether a "<" waits for its ">"; changes only while HTML is parsed.
   bool insideTag = false;
 };
+
+}  // namespace kelmora::terminal

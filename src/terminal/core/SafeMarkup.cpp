@@ -3,6 +3,8 @@
 #include "terminal/core/MarkupReader.h"
 #include "terminal/core/MarkupWriter.h"
 
+namespace kelmora::terminal {
+
 SafeHtml safeMarkup(const QString& html) {
   return safeMarkupPieces(html, MarkupWriter::endless).front();
 }
@@ -26,3 +28,5 @@ std::vector<SafeHtml> safeMarkupPieces(const QString& html, qsizetype pieceLengt
     pieces.push_back({std::move(piece.html), std::move(piece.facts)});
   return pieces;
 }
+
+}  // namespace kelmora::terminal

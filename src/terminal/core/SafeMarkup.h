@@ -3,6 +3,8 @@
 #include <QString>
 #include <vector>
 
+namespace kelmora::terminal {
+
 /// What is known for certain of how HTML will be shown, without reading it.
 struct MarkupFacts {
   /// Anything but tags. Blanks may collapse, and what an entity shows is the
@@ -54,3 +56,5 @@ class SafeHtml {
 /// one by one they show what the whole would, as long as no tags shape whole
 /// paragraphs: lists and the like go on as new ones.
 [[nodiscard]] std::vector<SafeHtml> safeMarkupPieces(const QString& html, qsizetype pieceLength);
+
+}  // namespace kelmora::terminal

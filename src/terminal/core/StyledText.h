@@ -4,6 +4,8 @@
 #include <QString>
 #include <vector>
 
+namespace kelmora::terminal {
+
 /// What the colour spans around a piece of text make of it.
 struct TextLook {
   /// No colour is this one: it would need more than 24 bits.
@@ -38,3 +40,5 @@ struct StyledText {
 
   bool operator==(const StyledText&) const = default;
 };
+
+}  // namespace kelmora::terminal

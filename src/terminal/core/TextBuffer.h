@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <type_traits>
 
+namespace kelmora::terminal {
+
 /// Bytes or characters that only ever grow at their end. The toolkit's texts can
 /// do that too, but go through their general insertion each time, which for the
 /// few bytes between two blanks costs several times as much.
@@ -63,3 +65,5 @@ class TextBuffer {
 };
 
 using ByteBuffer = TextBuffer<QByteArray>;
+
+}  // namespace kelmora::terminal

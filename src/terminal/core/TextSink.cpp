@@ -8,6 +8,8 @@
 #include "terminal/core/MarkupReader.h"
 #include "terminal/core/OrdinaryBytes.h"
 
+namespace kelmora::terminal {
+
 namespace {
 
 /// Longer than this, and a segment may have addresses beyond what the expression
@@ -254,3 +256,5 @@ void TextSink::endRun(const QString& target) {
   if (text_.size() > start)
     runs_.push_back({text_.size(), look_, target});
 }
+
+}  // namespace kelmora::terminal

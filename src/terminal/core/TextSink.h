@@ -5,6 +5,8 @@
 #include "terminal/core/ByteWalk.h"
 #include "terminal/core/StyledText.h"
 
+namespace kelmora::terminal {
+
 /// Makes text and its runs of a read without tags of the server: what the
 /// toolkit's importer would make of the read's HTML, which is never written.
 ///
@@ -73,3 +75,5 @@ class TextSink final : public ReadSink {
   std::vector<qsizetype> tabs_;  ///< of the segment, in the plain lines
   bool isImporters_ = false;
 };
+
+}  // namespace kelmora::terminal

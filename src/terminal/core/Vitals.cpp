@@ -4,6 +4,8 @@
 
 #include "scan/Format.h"
 
+namespace kelmora::terminal {
+
 namespace {
 
 constexpr qsizetype numberCount = 6;
@@ -52,3 +54,5 @@ std::optional<VitalPercentages> parseVitals(const char* line) {
   }
   return percentages;
 }
+
+}  // namespace kelmora::terminal

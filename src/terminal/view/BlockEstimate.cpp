@@ -10,6 +10,8 @@
 
 #include "terminal/view/BlockLines.h"
 
+namespace kelmora::terminal {
+
 namespace {
 
 struct Sample {
@@ -174,3 +176,5 @@ void BlockEstimate::wrap(QStringView line, qsizetype columns, Rows& rows) {
   ++rows.count;
   rows.widest = std::max(rows.widest, line.size() - start);
 }
+
+}  // namespace kelmora::terminal

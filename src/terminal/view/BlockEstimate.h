@@ -5,6 +5,8 @@
 #include <QTextBlock>
 #include <vector>
 
+namespace kelmora::terminal {
+
 /// Tells how much room a block of a document will take, from its text and one
 /// look at the font, for a small part of what breaking it into lines costs.
 class BlockEstimate {
@@ -41,3 +43,5 @@ class BlockEstimate {
   std::vector<bool> shaping_;  ///< formats that change more than colours, by index
   bool anyShaping_ = false;
 };
+
+}  // namespace kelmora::terminal

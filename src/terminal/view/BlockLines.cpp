@@ -8,6 +8,8 @@
 
 #include "terminal/view/ListMarker.h"
 
+namespace kelmora::terminal {
+
 namespace blocklines {
 
 namespace {
@@ -142,3 +144,5 @@ void paint(QPainter& painter, const QTextBlock& block, const QPointF& origin,
 }
 
 }  // namespace blocklines
+
+}  // namespace kelmora::terminal

@@ -5,6 +5,8 @@
 #include <QSizeF>
 #include <QTextBlock>
 
+namespace kelmora::terminal {
+
 /// The lines of one block of a document: where they are, and their picture. All
 /// lengths are pixels; those of a block are from its own top left corner, which
 /// lies at the left edge of the document's content whatever margins it has.
@@ -33,3 +35,5 @@ void paint(QPainter& painter, const QTextBlock& block, const QPointF& origin,
            const QAbstractTextDocumentLayout::PaintContext& context);
 
 }  // namespace blocklines
+
+}  // namespace kelmora::terminal

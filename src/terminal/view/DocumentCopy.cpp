@@ -4,6 +4,8 @@
 #include <QTextBlock>
 #include <QTextList>
 
+namespace kelmora::terminal {
+
 DocumentCopy::DocumentCopy(const QTextDocument& document)
     : document_(document),
       copy_(std::make_unique<QTextDocument>()),
@@ -64,3 +66,5 @@ void DocumentCopy::copyList(const QTextBlock& block) {
   format.setObjectIndex(list->objectIndex());
   end_.setBlockFormat(format);
 }
+
+}  // namespace kelmora::terminal

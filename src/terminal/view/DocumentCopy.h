@@ -7,6 +7,8 @@
 
 class QTextList;
 
+namespace kelmora::terminal {
+
 /// Copies a document a little at a time. The copy has none but the formats in
 /// use: the toolkit keeps every format that a document ever had. Meanwhile the
 /// document may go on growing at its end, and lose paragraphs at its top by its
@@ -36,3 +38,5 @@ class DocumentCopy {
   QHash<int, QTextList*> lists_;
   bool isBegun_ = false;
 };
+
+}  // namespace kelmora::terminal

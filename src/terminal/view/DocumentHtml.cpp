@@ -6,6 +6,8 @@
 #include "terminal/view/DocumentRuns.h"
 #include "terminal/view/HtmlForms.h"
 
+namespace kelmora::terminal {
+
 namespace {
 
 qsizetype sizeOf(const HtmlForms::Ends& ends) {
@@ -87,3 +89,5 @@ bool isQuickHtmlExact() {
   }();
   return exact;
 }
+
+}  // namespace kelmora::terminal

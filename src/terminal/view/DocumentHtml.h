@@ -5,6 +5,8 @@
 
 class QTextDocument;
 
+namespace kelmora::terminal {
+
 /// A document as the toolkit writes it in HTML, byte for byte, with "?" for what
 /// is outside Latin-1, as UTF-8.
 [[nodiscard]] QByteArray documentHtml(const QTextDocument& document);
@@ -19,3 +21,5 @@ class QTextDocument;
 /// for the toolkits known, which write a piece of text in the same way wherever
 /// it stands; for a later one that does not, quickHtml() is not used.
 [[nodiscard]] bool isQuickHtmlExact();
+
+}  // namespace kelmora::terminal

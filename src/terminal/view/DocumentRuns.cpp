@@ -5,6 +5,8 @@
 #include <QTextFrame>
 #include <algorithm>
 
+namespace kelmora::terminal {
+
 namespace {
 
 bool isPlain(const QTextBlock& block) {
@@ -47,3 +49,5 @@ std::optional<DocumentRuns> DocumentRuns::of(const QTextDocument& document) {
       return std::nullopt;
   return read;
 }
+
+}  // namespace kelmora::terminal

@@ -6,6 +6,8 @@
 
 class QTextDocument;
 
+namespace kelmora::terminal {
+
 /// The text of a document that is nothing but paragraphs of characters, with the
 /// places at which the look changes. Formats are told by their place among all
 /// that the document has.
@@ -28,3 +30,5 @@ struct DocumentRuns {
   /// picture, a place to jump to, or text from right to left.
   [[nodiscard]] static std::optional<DocumentRuns> of(const QTextDocument& document);
 };
+
+}  // namespace kelmora::terminal

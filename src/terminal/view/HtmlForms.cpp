@@ -5,6 +5,8 @@
 
 #include "terminal/view/HtmlSamples.h"
 
+namespace kelmora::terminal {
+
 namespace {
 
 constexpr QChar textMark = HtmlSamples::textMark;
@@ -247,3 +249,5 @@ void HtmlForms::Letters::append(QByteArray& bytes, QStringView text) const {
       bytes += others_.value(letter->unicode());
   }
 }
+
+}  // namespace kelmora::terminal

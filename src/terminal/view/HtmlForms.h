@@ -10,6 +10,8 @@
 
 class QTextDocument;
 
+namespace kelmora::terminal {
+
 /// What the toolkit writes for the paragraphs, the looks and the letters of a
 /// document, learned from samples of each that it has written. All of it is in
 /// the bytes of a saved session.
@@ -55,3 +57,5 @@ class HtmlForms {
   QHash<ParagraphKind, Ends> paragraphs_ = {};
   std::vector<Ends> runs_ = {};  ///< by format, empty for those out of use
 };
+
+}  // namespace kelmora::terminal

@@ -2,6 +2,8 @@
 
 #include <QTextFrame>
 
+namespace kelmora::terminal {
+
 HtmlSamples::HtmlSamples(const QTextDocument& like) {
   document_.setUndoRedoEnabled(false);
   document_.setDefaultFont(like.defaultFont());
@@ -59,3 +61,5 @@ QString HtmlSamples::between(QChar mark, const QString& letters) {
   }
   return text;
 }
+
+}  // namespace kelmora::terminal

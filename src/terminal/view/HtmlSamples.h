@@ -5,6 +5,8 @@
 #include <QTextDocument>
 #include <optional>
 
+namespace kelmora::terminal {
+
 /// A document of samples, a paragraph each, and what the toolkit writes for
 /// them in a document like the one that is given.
 class HtmlSamples {
@@ -48,3 +50,5 @@ class HtmlSamples {
   Ends plain_;  ///< of a paragraph without any format
   QStringList lines_;
 };
+
+}  // namespace kelmora::terminal

@@ -2,6 +2,8 @@
 
 #include <QKeyCombination>
 
+namespace kelmora::terminal {
+
 /// What the input bar needs of its window.
 class InputHost {
  public:
@@ -17,3 +19,5 @@ class InputHost {
   /// True while an enabled toolbar action answers to these keys.
   [[nodiscard]] virtual bool claimsShortcut(QKeyCombination keys) const = 0;
 };
+
+}  // namespace kelmora::terminal

@@ -4,6 +4,9 @@
 
 #include "terminal/view/InputHost.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 InputWidget::InputWidget(InputHost& host, QWidget* parent) : QLineEdit(parent), host_(host) {}
 
 bool InputWidget::event(QEvent* event) {

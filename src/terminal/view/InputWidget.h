@@ -2,7 +2,9 @@
 
 #include <QLineEdit>
 
+namespace kelmora::terminal {
 class InputHost;
+}
 
 /// The one-line editor under the output pane. It only routes keys; what they
 /// do is its host's business.
@@ -11,7 +13,7 @@ class InputWidget : public QLineEdit {
 
  public:
   /// The host outlives the bar.
-  InputWidget(InputHost& host, QWidget* parent);
+  InputWidget(kelmora::terminal::InputHost& host, QWidget* parent);
 
  protected:
   bool event(QEvent* event) override;
@@ -21,5 +23,5 @@ class InputWidget : public QLineEdit {
   bool browsesOrMoves(QKeyEvent* event);
   bool answersControl(int key);
 
-  InputHost& host_;
+  kelmora::terminal::InputHost& host_;
 };

@@ -6,6 +6,8 @@
 #include <QTextList>
 #include <algorithm>
 
+namespace kelmora::terminal {
+
 namespace listmarker {
 
 namespace {
@@ -90,3 +92,5 @@ void paint(QPainter& painter, const QTextBlock& block, const QPointF& origin,
 }
 
 }  // namespace listmarker
+
+}  // namespace kelmora::terminal

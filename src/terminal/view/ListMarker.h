@@ -5,6 +5,8 @@
 #include <QTextBlock>
 #include <QTextLayout>
 
+namespace kelmora::terminal {
+
 namespace listmarker {
 
 /// Paints the number or the dot before the first line of a list's item, whose
@@ -13,3 +15,5 @@ void paint(QPainter& painter, const QTextBlock& block, const QPointF& origin,
            const QPalette& palette, const QList<QTextLayout::FormatRange>& selections);
 
 }  // namespace listmarker
+
+}  // namespace kelmora::terminal

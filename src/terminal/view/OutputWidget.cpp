@@ -5,6 +5,9 @@
 
 #include "terminal/view/InputWidget.h"
 
+using namespace kelmora;
+using namespace kelmora::terminal;
+
 namespace {
 
 /// Milliseconds without text until what is out of sight is laid out, for so many

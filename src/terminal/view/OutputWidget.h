@@ -23,15 +23,15 @@ class OutputWidget : public QTextBrowser {
   Q_OBJECT
 
  public:
-  static constexpr PaneDocument::Limits limits = {};
+  static constexpr kelmora::terminal::PaneDocument::Limits limits = {};
 
   /// The input bar outlives the pane; typing is a Tab away from reading.
   OutputWidget(InputWidget& inputBar, QWidget* parent);
 
   /// Continues the last paragraph with what the pipeline made of one read.
-  void showServerText(ServerText text);
+  void showServerText(kelmora::terminal::ServerText text);
   /// A paragraph of its own.
-  void appendStatusLine(SafeHtml html);
+  void appendStatusLine(kelmora::terminal::SafeHtml html);
   /// Yellow on black; the text is shown with its own line end.
   void echoSentText(const QString& text);
   /// One line in a colour on black; an invalid colour is drawn white.
@@ -71,12 +71,12 @@ class OutputWidget : public QTextBrowser {
   void renewLater();
 
   InputWidget& inputBar_;
-  PaneQueue queue_;
-  PaneTurns turns_;
+  kelmora::terminal::PaneQueue queue_;
+  kelmora::terminal::PaneTurns turns_;
   QTimer nextTurn_;
   QTimer idleMoment_;
   QTimer quietMoment_;
   QTimer nextCopy_;
-  PaneDocument document_;
-  PaneSight sight_;
+  kelmora::terminal::PaneDocument document_;
+  kelmora::terminal::PaneSight sight_;
 };

@@ -7,6 +7,8 @@
 
 #include "terminal/view/PaneLayout.h"
 
+namespace kelmora::terminal {
+
 namespace {
 
 /// The toolkit's link blue is made for white paper.
@@ -203,3 +205,5 @@ bool PaneDocument::renew(int milliseconds) {
   formatsAtRenewal_ = renewed.allFormats().size();
   return true;
 }
+
+}  // namespace kelmora::terminal

@@ -10,6 +10,8 @@
 
 class QTextEdit;
 
+namespace kelmora::terminal {
+
 /// A pane's document, and the only one that changes it: writes what waits at
 /// its end, ends long paragraphs, and keeps it from growing without end. It has
 /// a PaneLayout, which is told of each change as a whole.
@@ -62,3 +64,5 @@ class PaneDocument {
   std::optional<DocumentCopy> copy_;
   qsizetype formatsAtRenewal_ = 0;
 };
+
+}  // namespace kelmora::terminal

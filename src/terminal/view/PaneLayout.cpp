@@ -8,6 +8,8 @@
 
 #include "terminal/view/BlockLines.h"
 
+namespace kelmora::terminal {
+
 /// What is known of a block's room. It goes with the block wherever that goes.
 class PaneLayout::Measure : public QTextBlockUserData {
  public:
@@ -339,3 +341,5 @@ QTextBlock PaneLayout::firstLaidOut(qreal top, qreal bottom) const {
       return block;
   return {};
 }
+
+}  // namespace kelmora::terminal

@@ -6,6 +6,8 @@
 
 #include "terminal/view/BlockEstimate.h"
 
+namespace kelmora::terminal {
+
 /// The layout of a long document that grows at its end: only blocks that are
 /// painted or asked for are broken into lines, of all others the height is an
 /// estimate until then. What is in sight looks as the toolkit's own layout has
@@ -85,3 +87,5 @@ class PaneLayout : public QAbstractTextDocumentLayout {
   bool tellsLater_ = false;
   mutable int nextStep_ = -1;
 };
+
+}  // namespace kelmora::terminal

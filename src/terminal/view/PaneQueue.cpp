@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace kelmora::terminal {
+
 namespace {
 
 template <class... Cases>
@@ -206,3 +208,5 @@ void PaneQueue::countMarkup(Waiting& waiting, const SafeHtml& html) {
     ended_ += ends_.endsWithLine(facts.lines[line]) ? 1 : 0;
   ends_.addCharacters(facts.lines.back());
 }
+
+}  // namespace kelmora::terminal

@@ -8,6 +8,8 @@
 #include "terminal/core/ParagraphEnds.h"
 #include "terminal/core/ServerText.h"
 
+namespace kelmora::terminal {
+
 /// HTML for a paragraph of its own.
 struct StatusLine {
   SafeHtml html;
@@ -92,3 +94,5 @@ class PaneQueue {
   std::deque<PaneText> bridge_;
   bool skipped_ = false;
 };
+
+}  // namespace kelmora::terminal

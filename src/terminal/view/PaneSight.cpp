@@ -9,6 +9,8 @@
 
 #include "terminal/view/PaneLayout.h"
 
+namespace kelmora::terminal {
+
 PaneSight::Change::Change(PaneSight& sight, Keeps keeps) : sight_(sight) {
   if (sight_.depth_++ == 0)
     sight_.begin(keeps);
@@ -171,3 +173,5 @@ bool PaneSight::refine(int milliseconds) {
   const Change change(*this, Keeps::Text);
   return layout().refine(milliseconds);
 }
+
+}  // namespace kelmora::terminal

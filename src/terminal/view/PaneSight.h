@@ -3,8 +3,11 @@
 #include <QObject>
 #include <QTextCursor>
 
-class PaneLayout;
 class QTextEdit;
+
+namespace kelmora::terminal {
+
+class PaneLayout;
 
 /// Where a pane looks: at the newest line, however its text, its size and its
 /// font change, until somebody scrolls up; then the line at the top stays where
@@ -69,3 +72,5 @@ class PaneSight {
   int shown_ = 0;        ///< where the sight began when it was last painted or changed
   QTextCursor textEnd_;  ///< the end of the text before the change
 };
+
+}  // namespace kelmora::terminal

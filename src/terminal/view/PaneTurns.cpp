@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace kelmora::terminal {
+
 namespace {
 
 /// What a turn may take, in milliseconds: of a frame, whose rest is for paint,
@@ -34,3 +36,5 @@ int PaneTurns::end() {
                            : frameLength;
   return static_cast<int>(std::max<qint64>(pause - taken, 0));
 }
+
+}  // namespace kelmora::terminal

@@ -2,6 +2,8 @@
 
 #include <QElapsedTimer>
 
+namespace kelmora::terminal {
+
 /// A frame of the screen, in milliseconds.
 inline constexpr int frameLength = 16;
 
@@ -25,3 +27,5 @@ class PaneTurns {
   /// Whether anything came since the last turn.
   bool arriving_ = false;
 };
+
+}  // namespace kelmora::terminal

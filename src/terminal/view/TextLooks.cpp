@@ -2,6 +2,8 @@
 
 #include <QTextCursor>
 
+namespace kelmora::terminal {
+
 namespace {
 
 /// Far more than a game has; only a server that plays with colours gets here.
@@ -45,3 +47,5 @@ const QTextCharFormat& TextLooks::kept(Formats& formats, const TextLook& look,
   cursor.insertHtml((look.backgroundCameFirst ? background + text : text + background) + body);
   return *formats.insert(look, cursor.charFormat());
 }
+
+}  // namespace kelmora::terminal

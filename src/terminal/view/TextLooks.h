@@ -6,6 +6,8 @@
 
 #include "terminal/core/StyledText.h"
 
+namespace kelmora::terminal {
+
 /// The character formats of looks. Each is made once by the toolkit's own
 /// importer and then kept: of what it is made is the importer's to say.
 class TextLooks {
@@ -25,3 +27,5 @@ class TextLooks {
   Formats formats_;
   Formats linkFormats_;
 };
+
+}  // namespace kelmora::terminal

@@ -5,6 +5,8 @@
 
 #include "terminal/view/PaneTurns.h"
 
+namespace kelmora::terminal {
+
 namespace {
 
 constexpr int full = 100;
@@ -70,3 +72,5 @@ void VitalsBars::apply() {
     if (newest_.at(i))
       bars_.at(i)->setValue(*newest_.at(i));
 }
+
+}  // namespace kelmora::terminal

@@ -9,6 +9,8 @@
 class QProgressBar;
 class QWidget;
 
+namespace kelmora::terminal {
+
 /// The three bars for hit, spell and endurance points. They stand at fixed
 /// places on the toolbar, drawn for the default window width. A prompt is shown
 /// at once; of many in one frame the last is.
@@ -29,3 +31,5 @@ class VitalsBars {
   QElapsedTimer sinceApplied_;
   std::array<QProgressBar*, 3> bars_;
 };
+
+}  // namespace kelmora::terminal
