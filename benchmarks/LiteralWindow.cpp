@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <QHostAddress>
+#include <QTextStream>
 #include <algorithm>
 
 #include "PaneColours.h"
@@ -53,7 +54,8 @@ void LiteralWindow::parseVitals(const char* line) {
     vitalsBars_.show(*vitals);
 }
 
-void LiteralWindow::sendLine(QTextStream& stream, const QString& line) {
+void LiteralWindow::sendLine(const QString& line) {
+  QTextStream stream(&socket_);
   net::sendLine(stream, line);
   pane_.echoSentText(line + QStringLiteral("\r\n"));
 }

@@ -51,8 +51,7 @@ class LiteralWindow : public QWidget,
   void parseVitals(const char* line) override;
   void checkTriggers(const QByteArray& line) override { triggers_.check(line, *this); }
   // ScriptHost
-  QIODevice& gameDevice() override { return socket_; }
-  void sendLine(QTextStream& stream, const QString& line) override;
+  void sendLine(const QString& line) override;
   void printError(const QString& text) override { pane_.printError(text); }
   void printInfo(const QString& text) override { pane_.printInfo(text); }
   void printText(const QString& text, const QString& colourName) override;

@@ -198,12 +198,9 @@ void MainWidget::submitInput() {
   if (submission.route == terminal::InputSubmission::Route::ActionList) {
     runActions(submission.actions);
   } else {
-    // A line that goes straight to the interpreter has no list behind it, so
-    // a pause in it has nothing to hold back.
-    QTextStream stream(socket_);
-    stream.setAutoDetectUnicode(true);
-    QString timerId;
-    interpretAction(submission.actions.first(), stream, timerId);
+    // No further actions follow a line that goes straight to the interpreter,
+    // so there is nothing that a pause in it could hold back.
+    interpretAction(submission.actions.first());
   }
   if (submission.afterwards == terminal::InputSubmission::Afterwards::SelectAll)
     inputBar_->selectAll();
@@ -230,8 +227,8 @@ void MainWidget::runActions(const QStringList& actions) {
   interpreter_.actionQueue().runActions(actions);
 }
 
-int MainWidget::interpretAction(QString action, QTextStream& stream, QString& timerId) {
-  return interpreter_.interpretAction(std::move(action), stream, timerId);
+script::Pause MainWidget::interpretAction(QString action) {
+  return interpreter_.interpretAction(std::move(action));
 }
 
 bool MainWidget::dispatchMacro(int key) {
@@ -286,11 +283,9 @@ void MainWidget::returnToInputBar() {
   focusInputBar();
 }
 
-QIODevice& MainWidget::gameDevice() {
-  return *socket_;
-}
-
-void MainWidget::sendLine(QTextStream& stream, const QString& line) {
+void MainWidget::sendLine(const QString& line) {
+  QTextStream stream(socket_);
+  stream.setAutoDetectUnicode(true);
   const bool isNews = lostLines_.areNews(net::sendLine(stream, line));
   if (echoEnabled_ && settings_.displayLocalEcho)
     outputPane_->echoSentText(line + QStringLiteral("\r\n"));

@@ -79,7 +79,7 @@ class MainWidget : public QWidget,
   void historyNewer() override;
   void parseVitals(const char* line) override;
   void runActions(const QStringList& actions) override;
-  int interpretAction(QString action, QTextStream& stream, QString& timerId);
+  kelmora::script::Pause interpretAction(QString action);
   bool dispatchMacro(int key) override;
 
  public Q_SLOTS:
@@ -124,8 +124,7 @@ class MainWidget : public QWidget,
   void setActionEnabled(kelmora::net::ConnectionAction action, bool enabled) override;
   void focusInputBar() override;
   // ScriptHost
-  QIODevice& gameDevice() override;
-  void sendLine(QTextStream& stream, const QString& line) override;
+  void sendLine(const QString& line) override;
   void printError(const QString& text) override;
   void printInfo(const QString& text) override;
   void printText(const QString& text, const QString& colourName) override;

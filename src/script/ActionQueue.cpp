@@ -1,8 +1,5 @@
 #include "script/ActionQueue.h"
 
-#include <QTextStream>
-#include <utility>
-
 #include "script/ActionTimer.h"
 #include "script/Interpreter.h"
 #include "script/ScriptHost.h"
@@ -14,23 +11,21 @@ ActionQueue::~ActionQueue() {
 }
 
 void ActionQueue::runActions(const QStringList& actions) {
-  QTextStream stream(&host_.gameDevice());
-  stream.setAutoDetectUnicode(true);
-  interpreter_.runList(actions, stream);
+  interpreter_.runList(actions);
 }
 
-void ActionQueue::park(const QString& timerId, int delay, const QStringList& rest) {
-  if (pendingTimers_.contains(timerId)) {
-    host_.printError(QStringLiteral("Duplicate timer id: ") + timerId);
+void ActionQueue::park(const Pause& pause, const QStringList& rest) {
+  if (pendingTimers_.contains(pause.timerId)) {
+    host_.printError(QStringLiteral("Duplicate timer id: ") + pause.timerId);
     return;
   }
   auto* timer = new ActionTimer(host_.timerParent());
   timer->owner = this;
   timer->actions = rest;
-  timer->timerId = timerId;
+  timer->timerId = pause.timerId;
   QObject::connect(timer, SIGNAL(timeout()), timer, SLOT(sendActions()));
-  pendingTimers_.insert(timerId, timer);
-  timer->start(delay);
+  pendingTimers_.insert(pause.timerId, timer);
+  timer->start(pause.delay);
 }
 
 void ActionQueue::unpause(const QString& timerId) {

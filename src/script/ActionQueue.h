@@ -8,6 +8,7 @@ class ActionTimer;
 namespace kelmora::script {
 
 class Interpreter;
+struct Pause;
 class ScriptHost;
 
 /// Runs lists of actions in order; a pause parks the rest of its list in a
@@ -24,9 +25,9 @@ class ActionQueue {
   /// have run by then.
   void runActions(const QStringList& actions);
 
-  /// Runs the rest of a list after so many milliseconds (above zero). While
-  /// the id is taken this is an error that drops the rest.
-  void park(const QString& timerId, int delay, const QStringList& rest);
+  /// Runs the rest of a list after the pause, whose delay is above zero. If a
+  /// timer already waits under its id, this is an error and the rest is dropped.
+  void park(const Pause& pause, const QStringList& rest);
   /// Cancels a waiting timer and says so, or that there is none.
   void unpause(const QString& timerId);
 

@@ -196,7 +196,8 @@ Sequel Commands::echo(const Arguments& arguments) {
 }
 
 Sequel Commands::pause(const Arguments& arguments) {
-  return Pause{scan::toInt(arguments.second.toLatin1()), arguments.first};
+  return Pause{std::chrono::milliseconds(scan::toInt(arguments.second.toLatin1())),
+               arguments.first};
 }
 
 Sequel Commands::unpause(const Arguments& arguments) {

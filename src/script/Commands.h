@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <chrono>
 #include <optional>
 #include <variant>
 
@@ -16,10 +17,14 @@ class RunBudget;
 class ScriptHost;
 class VariableTable;
 
-/// What a command leaves for the interpreter to do.
+// What a command leaves for the interpreter to do.
+
+/// Run the rest of the list later.
 struct Pause {
-  int delay;  ///< milliseconds; zero or less is no pause
-  QString timerId;
+  std::chrono::milliseconds delay{0};  ///< zero or less is no pause
+  QString timerId = {};
+
+  [[nodiscard]] bool operator==(const Pause&) const = default;
 };
 /// Run the body at once. A pause in this or the next two holds nothing back.
 struct Once {

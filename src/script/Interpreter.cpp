@@ -12,9 +12,8 @@ namespace kelmora::script {
 enum class Interpreter::Place { Alone, List, Body };
 
 struct Interpreter::Stack {
-  QTextStream& stream;
-  /// Takes the id of a pause that stands outside every list.
-  QString& timerId;
+  /// A pause that stands outside every list; one in a body without its delay.
+  Pause pause = {};
   CallStack calls = {};
   /// The action of the outermost list that all this has come from.
   QString started = {};
@@ -34,20 +33,19 @@ Interpreter::Interpreter(ScriptHost& host, VariableTable& variables, const Alias
       queue_(host_, *this),
       commands_(host_, variables, queue_, budget_, losses_) {}
 
-int Interpreter::interpretAction(QString action, QTextStream& stream, QString& timerId) {
+Pause Interpreter::interpretAction(QString action) {
   const Losses::Event event(losses_);
   const RunBudget::Run run(budget_);
-  Stack stack{.stream = stream, .timerId = timerId, .started = action};
-  const int delay = perform(stack, {std::move(action), Place::Alone});
+  Stack stack{.started = action};
+  perform(stack, {std::move(action), Place::Alone});
   finish(stack);
-  return delay;
+  return stack.pause;
 }
 
-void Interpreter::runList(const QStringList& actions, QTextStream& stream) {
+void Interpreter::runList(const QStringList& actions) {
   const Losses::Event event(losses_);
   const RunBudget::Run run(budget_);
-  QString unused;
-  Stack stack{.stream = stream, .timerId = unused};
+  Stack stack;
   stack.calls.push(actions);
   finish(stack);
 }
@@ -100,30 +98,31 @@ std::optional<QString> Interpreter::bodyOf(Stack& stack) {
   return std::nullopt;
 }
 
-int Interpreter::perform(Stack& stack, const Next& next) {
+void Interpreter::perform(Stack& stack, const Next& next) {
   budget_.spend(1);
   budget_.spendText(next.action.size());
   if (endsForSteps(stack))
-    return 0;
+    return;
   if (next.action.startsWith(u'/') && !next.action.startsWith(u"//")) {
     const std::optional<Sequel> sequel = commands_.run(next.action);
     if (endsForSteps(stack))
-      return 0;
-    if (sequel)
-      return follow(stack, *sequel, next.place);
+      return;
+    if (sequel) {
+      follow(stack, *sequel, next.place);
+      return;
+    }
   }
   const bool doubled = next.action.startsWith(u"//");
   callOrSend(stack, doubled ? next.action.sliced(1) : next.action, next.place);
-  return 0;
 }
 
-int Interpreter::follow(Stack& stack, const Sequel& sequel, Place place) {
+void Interpreter::follow(Stack& stack, const Sequel& sequel, Place place) {
   if (const auto* const pause = std::get_if<Pause>(&sequel)) {
     if (!stack.calls.holdsList())
-      stack.timerId = pause->timerId;
+      stack.pause.timerId = pause->timerId;
     if (place == Place::Alone)
-      return pause->delay;
-    if (place == Place::List && pause->delay > 0)
+      stack.pause.delay = pause->delay;
+    else if (place == Place::List && pause->delay.count() > 0)
       park(stack, *pause);
   } else if (const auto* const once = std::get_if<Once>(&sequel)) {
     stack.calls.push(*once);
@@ -133,7 +132,6 @@ int Interpreter::follow(Stack& stack, const Sequel& sequel, Place place) {
   } else if (const auto* const loop = std::get_if<CondLoop>(&sequel)) {
     stack.calls.push(CallStack::ConditionLoop{loop->body, Commands::condLoopLimit});
   }
-  return 0;
 }
 
 void Interpreter::park(Stack& stack, const Pause& pause) {
@@ -142,14 +140,14 @@ void Interpreter::park(Stack& stack, const Pause& pause) {
   const QStringList rest = list.actions.mid(list.next);
   budget_.spendCopies(rest.size());
   stack.calls.pop();
-  queue_.park(pause.timerId, pause.delay, rest);
+  queue_.park(pause, rest);
 }
 
 void Interpreter::callOrSend(Stack& stack, const QString& text, Place place) {
   const auto caller = place == Place::List ? CallStack::Caller::List : CallStack::Caller::Other;
   const QStringList* const commands = aliases_.commandsOf(text);
   if (commands == nullptr) {
-    host_.sendLine(stack.stream, text);
+    host_.sendLine(text);
   } else if (stack.calls.isCircle(text, caller)) {
     stack.calls.leave(text);
     losses_.tell(QStringLiteral("Endless alias stopped: ") + text);

@@ -10,8 +10,6 @@
 #include "script/MeteredHost.h"
 #include "script/RunBudget.h"
 
-class QTextStream;
-
 namespace kelmora::script {
 
 class AliasLookup;
@@ -32,11 +30,11 @@ class Interpreter {
               qint64 steps = RunBudget::stepLimit);
   Q_DISABLE_COPY_MOVE(Interpreter)
 
-  /// Runs one action, and all that it starts, to completion. Returns the delay
-  /// in milliseconds of an action that is a pause, 0 for any other, and writes
-  /// the pause's id to `timerId`; making a timer of it is the caller's part. A
-  /// pause in the body of a condition or loop leaves its id there, but no delay.
-  int interpretAction(QString action, QTextStream& stream, QString& timerId);
+  /// Runs one action, and all that it starts, to completion. If the action
+  /// itself is a pause, the result is that pause, and making a timer of it is
+  /// the caller's part; otherwise it has no delay. A pause in the body of a
+  /// condition or loop leaves its id in the result, but no delay.
+  [[nodiscard]] Pause interpretAction(QString action);
 
   /// The lists that go with this interpreter.
   [[nodiscard]] ActionQueue& actionQueue() { return queue_; }
@@ -49,14 +47,13 @@ class Interpreter {
   struct Next;
   enum class Place;
 
-  /// Runs a list as far as its first pause, through one stream.
-  void runList(const QStringList& actions, QTextStream& stream);
+  /// Runs a list as far as its first pause.
+  void runList(const QStringList& actions);
   void finish(Stack& stack);
   [[nodiscard]] std::optional<Next> nextOf(Stack& stack);
   [[nodiscard]] std::optional<QString> bodyOf(Stack& stack);
-  /// Returns the delay of a pause that stands alone.
-  int perform(Stack& stack, const Next& next);
-  int follow(Stack& stack, const Sequel& sequel, Place place);
+  void perform(Stack& stack, const Next& next);
+  void follow(Stack& stack, const Sequel& sequel, Place place);
   void park(Stack& stack, const Pause& pause);
   void callOrSend(Stack& stack, const QString& text, Place place);
   [[nodiscard]] bool endsForSteps(const Stack& stack);

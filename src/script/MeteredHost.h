@@ -14,10 +14,9 @@ class MeteredHost : public ScriptHost {
   MeteredHost(ScriptHost& host, RunBudget& budget) : host_(host), budget_(budget) {}
   Q_DISABLE_COPY_MOVE(MeteredHost)
 
-  [[nodiscard]] QIODevice& gameDevice() override { return host_.gameDevice(); }
-  void sendLine(QTextStream& stream, const QString& line) override {
+  void sendLine(const QString& line) override {
     budget_.spendLine(line.size());
-    host_.sendLine(stream, line);
+    host_.sendLine(line);
   }
   void printError(const QString& text) override {
     budget_.spendLine(text.size());

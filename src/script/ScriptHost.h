@@ -1,9 +1,7 @@
 #pragma once
 
-class QIODevice;
 class QObject;
 class QString;
-class QTextStream;
 
 namespace kelmora::script {
 
@@ -13,12 +11,9 @@ class ScriptHost {
  public:
   virtual ~ScriptHost() = default;
 
-  /// The device that lines for the game server are written to.
-  [[nodiscard]] virtual QIODevice& gameDevice() = 0;
-
-  /// Writes one line (without its line end) to the server through a stream on
-  /// that device, then echoes it where local echo is on.
-  virtual void sendLine(QTextStream& stream, const QString& line) = 0;
+  /// Sends one line, given without its line end, to the game server, then
+  /// echoes it in the pane if local echo is on.
+  virtual void sendLine(const QString& line) = 0;
 
   /// One line in the pane's error style, which brings its own "## ".
   virtual void printError(const QString& text) = 0;

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QBuffer>
 #include <QHash>
-#include <QTextStream>
 #include <functional>
 
 #include "script/ActionQueue.h"
@@ -17,14 +15,9 @@ using namespace kelmora::script;
 /// Keeps everything a script does to the outside in one list, in order.
 class RecordingHost : public ScriptHost {
  public:
-  RecordingHost() { device_.open(QIODevice::ReadWrite); }
-
-  [[nodiscard]] QIODevice& gameDevice() override { return device_; }
   [[nodiscard]] QObject& timerParent() override { return parent_; }
-  void sendLine(QTextStream& stream, const QString& line) override {
+  void sendLine(const QString& line) override {
     ++sentCount;
-    devices << stream.device();
-    unicodeDetection << stream.autoDetectUnicode();
     note(QStringLiteral("> "), line);
     if (onSend)
       onSend(line);
@@ -50,8 +43,6 @@ class RecordingHost : public ScriptHost {
   /// Off for scripts that send millions of lines: errors are kept all the same.
   bool keepsLines = true;
   std::function<void(const QString&)> onSend;
-  QSet<QIODevice*> devices;
-  QSet<bool> unicodeDetection;
 
  private:
   void note(const QString& style, const QString& text) {
@@ -59,7 +50,6 @@ class RecordingHost : public ScriptHost {
       log << style + text;
   }
 
-  QBuffer device_;
   QObject parent_;
 };
 
@@ -91,10 +81,5 @@ struct ScriptFixture {
     return host.log;
   }
   /// One line as it comes from an input bar that splits nothing.
-  int type(const QString& line, QString* timerId = nullptr) {
-    QTextStream stream(&host.gameDevice());
-    QString id;
-    const int delay = interpreter.interpretAction(line, stream, timerId ? *timerId : id);
-    return delay;
-  }
+  Pause type(const QString& line) { return interpreter.interpretAction(line); }
 };

@@ -60,7 +60,7 @@ void TestCommands::refusesAWrongForm() {
   ScriptFixture script;
   script.variables.set("a", "1");
   script.run({"/isequal 1, 1"});
-  QCOMPARE(script.type(action), 0);
+  QCOMPARE(script.type(action), Pause());
   QCOMPARE(script.host.log, QStringList{"## " + error});
   QCOMPARE(script.variables.entries(), (Entries{{"a", "1"}}));
   QVERIFY(script.queue.pendingTimers().isEmpty());
@@ -169,7 +169,7 @@ void TestCommands::changesVariables() {
   QFETCH(const QString, action);
   ScriptFixture script;
   script.variables.load(before);
-  QCOMPARE(script.type(action), 0);
+  QCOMPARE(script.type(action), Pause());
   QTEST(script.variables.entries(), "after");
   QTEST(script.host.log, "log");
 }
@@ -211,7 +211,7 @@ void TestCommands::prints() {
   ScriptFixture script;
   script.variables.set("a", "1");
   script.variables.set("B", "2");
-  QCOMPARE(script.type(action), 0);
+  QCOMPARE(script.type(action), Pause());
   QTEST(script.host.log, "log");
 }
 

@@ -1,4 +1,5 @@
 #include <QTest>
+#include <chrono>
 
 #include "script/Interpreter.h"
 #include "script/ScriptFixture.h"
@@ -6,6 +7,7 @@
 
 using namespace kelmora;
 using namespace kelmora::script;
+using namespace std::chrono_literals;
 
 class TestInterpreter : public QObject {
   Q_OBJECT
@@ -13,7 +15,7 @@ class TestInterpreter : public QObject {
  private Q_SLOTS:
   void sends_data();
   void sends();
-  void aListRunsInOrderThroughOneDevice();
+  void aListRunsInOrder();
   void anEmptyListSendsNothing();
   void anErrorDoesNotStopTheList();
   void returnsTheDelayOfAPauseAlone_data();
@@ -72,20 +74,16 @@ void TestInterpreter::sends() {
   QFETCH(const QString, line);
   ScriptFixture script;
   script.variables.set("name", "Bob");
-  QString timerId;
-  QCOMPARE(script.type(action, &timerId), 0);
+  QCOMPARE(script.type(action), Pause());
   QCOMPARE(script.host.log, QStringList{"> " + line});
-  QVERIFY(timerId.isEmpty());
   QCOMPARE(script.variables.size(), 1);
 }
 
-void TestInterpreter::aListRunsInOrderThroughOneDevice() {
+void TestInterpreter::aListRunsInOrder() {
   ScriptFixture script;
   script.aliases["n"] = QStringList{"north"};
   script.run({"n", "", "//open door"});
   QCOMPARE(script.host.log, (QStringList{"> north", "> ", "> /open door"}));
-  QCOMPARE(script.host.devices, QSet<QIODevice*>{&script.host.gameDevice()});
-  QCOMPARE(script.host.unicodeDetection, QSet<bool>{true});
 }
 
 void TestInterpreter::anEmptyListSendsNothing() {
@@ -120,35 +118,31 @@ void TestInterpreter::returnsTheDelayOfAPauseAlone_data() {
 
 void TestInterpreter::returnsTheDelayOfAPauseAlone() {
   QFETCH(const QString, action);
-  QFETCH(const QString, id);
+  QFETCH(const int, delay);
   ScriptFixture script;
   script.variables.set("n", "9");
-  QString timerId;
-  QTEST(script.type(action, &timerId), "delay");
-  QCOMPARE(timerId, id);
+  const Pause pause = script.type(action);
+  QCOMPARE(pause.delay.count(), delay);
+  QTEST(pause.timerId, "id");
 }
 
 void TestInterpreter::aPauseTypedAloneMakesNoTimer() {
   ScriptFixture script;
-  script.type("/pause t, 100");
+  QCOMPARE(script.type("/pause t, 100"), (Pause{100ms, "t"}));
   QVERIFY(script.queue.pendingTimers().isEmpty());
   QVERIFY(script.host.log.isEmpty());
 }
 
 void TestInterpreter::aPauseInABodyLeavesItsIdButNoDelay() {
   ScriptFixture script;
-  QString timerId;
-  QCOMPARE(script.type("/repeat 2, /pause t, 100", &timerId), 0);
-  QCOMPARE(timerId, "t");
+  QCOMPARE(script.type("/repeat 2, /pause t, 100"), (Pause{0ms, "t"}));
   QVERIFY(script.queue.pendingTimers().isEmpty());
 }
 
 void TestInterpreter::aPauseInAnAliasLeavesTheCallerAlone() {
   ScriptFixture script;
   script.aliases["go"] = QStringList{"a", "/pause t, 60000", "b"};
-  QString timerId;
-  QCOMPARE(script.type("go", &timerId), 0);
-  QVERIFY(timerId.isEmpty());
+  QCOMPARE(script.type("go"), Pause());
   QCOMPARE(script.queue.pendingTimers().keys(), QStringList{"t"});
   QCOMPARE(script.host.log, QStringList{"> a"});
 }
