@@ -1,13 +1,11 @@
 #include "LiteralWindow.h"
 
 #include <QGridLayout>
-#include <QHostAddress>
-#include <QTextStream>
+#include <QTcpSocket>
 #include <algorithm>
 
 #include "PaneColours.h"
 #include "automation/core/AutomationFiles.h"
-#include "net/SendLine.h"
 #include "settings/UsableValues.h"
 
 using namespace kelmora;
@@ -16,15 +14,7 @@ using namespace kelmora::net;
 using namespace kelmora::settings;
 using namespace kelmora::terminal;
 
-LiteralWindow::LiteralWindow()
-    : reader_(socket_, [this](const QByteArray& bytes) {
-        const PipelineOptions options{.displayAnsiColor = settings_.displayAnsiColor,
-                                      .playBeeps = settings_.playBeeps,
-                                      .parseHtml = settings_.parseHtml,
-                                      .displayURLs = settings_.displayURLs};
-        pane_.insertServerHtml(html_.of(bytes, options));
-        pipeline_.readSocketData(bytes, options, *this);
-      }) {
+LiteralWindow::LiteralWindow() {
   setColours(html_.translator(), settings_);
   setColours(pipeline_.translator(), settings_);
   if (!AutomationFiles().loadTriggers(triggers_))
@@ -37,16 +27,21 @@ LiteralWindow::LiteralWindow()
   grid->addWidget(&toolbar_, 0, 0);
   grid->addWidget(&pane_, 1, 0);
   grid->addWidget(&inputBar_, 2, 0);
-  connect(&socket_, &QTcpSocket::readyRead, this, [this] { reader_.readSocketData(); });
+  connect(&link_.socket(), &QTcpSocket::readyRead, this, [this] { link_.readSocketData(); });
   inputBar_.setFocus(Qt::OtherFocusReason);
 }
 
-LiteralWindow::~LiteralWindow() {
-  socket_.disconnect(this);
+void LiteralWindow::connectToServer(quint16 port) {
+  link_.connectToServer({.hostName = QStringLiteral("127.0.0.1"), .port = port});
 }
 
-void LiteralWindow::connectToServer(quint16 port) {
-  socket_.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
+void LiteralWindow::takeServerBytes(const QByteArray& bytes) {
+  const PipelineOptions options{.displayAnsiColor = settings_.displayAnsiColor,
+                                .playBeeps = settings_.playBeeps,
+                                .parseHtml = settings_.parseHtml,
+                                .displayURLs = settings_.displayURLs};
+  pane_.insertServerHtml(html_.of(bytes, options));
+  pipeline_.readSocketData(bytes, options, *this);
 }
 
 void LiteralWindow::parseVitals(const char* line) {
@@ -55,8 +50,7 @@ void LiteralWindow::parseVitals(const char* line) {
 }
 
 void LiteralWindow::sendLine(const QString& line) {
-  QTextStream stream(&socket_);
-  net::sendLine(stream, line);
+  (void)link_.sendLine(line);
   pane_.echoSentText(line + QStringLiteral("\r\n"));
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QTcpSocket>
 #include <QToolBar>
 #include <QWidget>
 
 #include "ReadHtml.h"
 #include "automation/core/TriggerTable.h"
-#include "net/SocketReader.h"
+#include "net/GameLink.h"
+#include "net/LinkHost.h"
 #include "script/AliasLookup.h"
 #include "script/Interpreter.h"
 #include "script/ScriptHost.h"
@@ -29,6 +29,7 @@ using namespace kelmora::terminal;
 /// into the document before its lines reach the triggers. Everything else is
 /// the client's own. Triggers come from the file in the working directory.
 class LiteralWindow : public QWidget,
+                      private LinkHost,
                       private PipelineHost,
                       private ScriptHost,
                       private AliasLookup,
@@ -36,7 +37,6 @@ class LiteralWindow : public QWidget,
                       private InputHost {
  public:
   LiteralWindow();
-  ~LiteralWindow() override;
 
   /// Of a server on this computer.
   void connectToServer(quint16 port);
@@ -45,6 +45,13 @@ class LiteralWindow : public QWidget,
   [[nodiscard]] QWidget& inputBar() { return inputBar_; }
 
  private:
+  // LinkHost: the connection changes nothing in this window.
+  void takeServerBytes(const QByteArray& bytes) override;
+  [[nodiscard]] qsizetype statusLineRoom() const override { return 0; }
+  void appendStatusLine(const QString& /*html*/) override {}
+  void moveCursorToEnd() override {}
+  void setActionEnabled(ConnectionAction /*action*/, bool /*enabled*/) override {}
+  void focusInputBar() override {}
   // PipelineHost
   void beep() override {}
   void showServerText(ServerText /*text*/) override {}
@@ -76,8 +83,7 @@ class LiteralWindow : public QWidget,
   ReadHtml html_;
   OutputPipeline pipeline_;  ///< for the lines
   Interpreter interpreter_{*this, variables_, *this};
-  QTcpSocket socket_;
-  SocketReader reader_;
+  GameLink link_{*this, *this};
   QToolBar toolbar_{this};
   LiteralPane pane_{16384, 65536};
   InputWidget inputBar_{*this, this};

@@ -5,8 +5,6 @@
 #include <QCloseEvent>
 #include <QFileDialog>
 #include <QMessageBox>
-#include <QTcpSocket>
-#include <QTextStream>
 #include <QToolBar>
 #include <algorithm>
 
@@ -19,7 +17,6 @@
 #include "dialogs/HelpWidget.h"
 #include "dialogs/ProxyWidget.h"
 #include "net/Proxy.h"
-#include "net/SendLine.h"
 #include "settings/SettingsFile.h"
 #include "settings/UsableValues.h"
 #include "terminal/core/InputSubmission.h"
@@ -80,34 +77,27 @@ bool MainWidget::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MainWidget::connectToServer() {
-  connection_->connectToServer();
+  link_.connectToServer({.hostName = settings_.hostName, .port = settings_.port});
 }
 
 void MainWidget::disconnectFromServer() {
-  socketReader_->readArrived();
-  connection_->disconnectFromServer();
+  link_.disconnectFromServer();
 }
 
 void MainWidget::displaySocketError(QAbstractSocket::SocketError sockerr) {
-  if (socketReader_->isAsking() && sockerr == QAbstractSocket::SocketTimeoutError)
-    return;
-  // An answer that can no longer be written ends the socket. The text that had
-  // come before is in it for as long as the error is told.
-  socketReader_->readRest();
-  connection_->displaySocketError(sockerr);
+  link_.displaySocketError(sockerr);
 }
 
 void MainWidget::clientConnected() {
-  connection_->clientConnected();
+  link_.clientConnected();
 }
 
 void MainWidget::clientDisconnected() {
-  socketReader_->readRest();
-  connection_->clientDisconnected();
+  link_.clientDisconnected();
 }
 
 void MainWidget::readSocketData() {
-  socketReader_->readSocketData();
+  link_.readSocketData();
 }
 
 void MainWidget::configureSettings() {
@@ -157,7 +147,7 @@ void MainWidget::loadSettings() {
 
 void MainWidget::applyImportedSettings() {
   if (settings_.useProxyServer)
-    net::installConfiguredProxy(settings_);
+    installProxy();
   buildColourSpans();
   pipeline_.translator().clearBold();
   QApplication::setStyle(settings_.interfaceStyle);
@@ -256,15 +246,34 @@ void MainWidget::checkTriggers(const QByteArray& line) {
   triggerTable_.check(line, *this);
 }
 
-void MainWidget::moveCursorToEnd() {
-  outputPane_->moveCursor(QTextCursor::End);
+void MainWidget::takeServerBytes(const QByteArray& bytes) {
+  // Each line may run a script. What they lose is told once for all of them.
+  const script::Losses::Event event(interpreter_.losses());
+  pipeline_.readSocketData(bytes,
+                           {.displayAnsiColor = settings_.displayAnsiColor,
+                            .playBeeps = settings_.playBeeps,
+                            .parseHtml = settings_.parseHtml,
+                            .displayURLs = settings_.displayURLs},
+                           *this);
+}
+
+const QByteArray& MainWidget::statusSpan() const {
+  return pipeline_.translator().normalSpan(terminal::AnsiTranslator::white);
+}
+
+qsizetype MainWidget::statusLineRoom() const {
+  constexpr qsizetype longestLine = 1023;  // characters, with the span that opens the line
+  return longestLine - statusSpan().size();
 }
 
 void MainWidget::appendStatusLine(const QString& html) {
-  // The host name stands in it as it was stored, and tables of it would nest.
-  outputPane_->appendStatusLine(terminal::safeMarkup(
-      QString::fromLatin1(pipeline_.translator().normalSpan(terminal::AnsiTranslator::white)) +
-      html));
+  // The host name in it can be anything that was stored, and tables nested in it
+  // would hold up the window.
+  outputPane_->appendStatusLine(terminal::safeMarkup(QString::fromLatin1(statusSpan()) + html));
+}
+
+void MainWidget::moveCursorToEnd() {
+  outputPane_->moveCursor(QTextCursor::End);
 }
 
 void MainWidget::setActionEnabled(net::ConnectionAction action, bool enabled) {
@@ -284,12 +293,10 @@ void MainWidget::returnToInputBar() {
 }
 
 void MainWidget::sendLine(const QString& line) {
-  QTextStream stream(socket_);
-  stream.setAutoDetectUnicode(true);
-  const bool isNews = lostLines_.areNews(net::sendLine(stream, line));
+  const net::SendResult result = link_.sendLine(line);
   if (echoEnabled_ && settings_.displayLocalEcho)
     outputPane_->echoSentText(line + QStringLiteral("\r\n"));
-  if (isNews)
+  if (result == net::SendResult::LossBegins)
     printError(QStringLiteral("The server takes no lines: this one and what follows is lost"));
 }
 
@@ -315,6 +322,17 @@ const QStringList* MainWidget::commandsOf(const QString& name) const {
 
 void MainWidget::setVariable(const QString& name, const QString& value) {
   variableTable_.set(name, value);
+}
+
+void MainWidget::installProxy() {
+  if (settings_.useProxyServer)
+    net::installProxy({.type = settings_.proxyType,
+                       .hostName = settings_.proxyHostName,
+                       .port = settings_.proxyPortNumber,
+                       .userName = settings_.proxyUserName,
+                       .password = settings_.proxyPassword});
+  else
+    net::installNoProxy();
 }
 
 void MainWidget::setOutputFont(const QFont& font) {

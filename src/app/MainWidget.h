@@ -10,9 +10,8 @@
 #include "automation/core/MacroTable.h"
 #include "automation/core/TriggerTable.h"
 #include "dialogs/SettingsHost.h"
-#include "net/SendLine.h"
-#include "net/ServerConnection.h"
-#include "net/SocketReader.h"
+#include "net/GameLink.h"
+#include "net/LinkHost.h"
 #include "script/AliasLookup.h"
 #include "script/Interpreter.h"
 #include "script/ScriptHost.h"
@@ -31,7 +30,6 @@ class MacroWidget;
 class OutputWidget;
 class ProxyWidget;
 class QAction;
-class QTcpSocket;
 class QToolBar;
 class TriggerWidget;
 
@@ -47,7 +45,7 @@ class VitalsBars;
 /// to the room that does the work, under the same name.
 class MainWidget : public QWidget,
                    private kelmora::terminal::PipelineHost,
-                   private kelmora::net::ConnectionHost,
+                   private kelmora::net::LinkHost,
                    private kelmora::script::ScriptHost,
                    private kelmora::script::AliasLookup,
                    private kelmora::automation::TriggerHost,
@@ -113,14 +111,17 @@ class MainWidget : public QWidget,
   void layOutWidgets();
   void connectSocket();
   void returnToInputBar();
+  [[nodiscard]] const QByteArray& statusSpan() const;
 
   // PipelineHost
   void beep() override;
   void showServerText(kelmora::terminal::ServerText text) override;
   void checkTriggers(const QByteArray& line) override;
-  // ConnectionHost
-  void moveCursorToEnd() override;
+  // LinkHost
+  void takeServerBytes(const QByteArray& bytes) override;
+  [[nodiscard]] qsizetype statusLineRoom() const override;
   void appendStatusLine(const QString& html) override;
+  void moveCursorToEnd() override;
   void setActionEnabled(kelmora::net::ConnectionAction action, bool enabled) override;
   void focusInputBar() override;
   // ScriptHost
@@ -134,6 +135,7 @@ class MainWidget : public QWidget,
   // TriggerHost
   void setVariable(const QString& name, const QString& value) override;
   // SettingsHost
+  void installProxy() override;
   void buildColourSpans() override;
   void setOutputFont(const QFont& font) override;
   void setInputFont(const QFont& font) override;
@@ -154,10 +156,10 @@ class MainWidget : public QWidget,
   bool echoEnabled_ = false;
   kelmora::terminal::OutputPipeline pipeline_;
   kelmora::script::Interpreter interpreter_{*this, variableTable_, *this};
-  kelmora::net::LostLines lostLines_;
+  /// Its socket is a child of the window.
+  kelmora::net::GameLink link_{*this, *this};
 
   // Children of the window.
-  QTcpSocket* socket_ = nullptr;
   QToolBar* toolbar_ = nullptr;
   InputWidget* inputBar_ = nullptr;
   OutputWidget* outputPane_ = nullptr;
@@ -169,8 +171,6 @@ class MainWidget : public QWidget,
   TriggerWidget* triggerEditor_ = nullptr;
   AliasWidget* aliasEditor_ = nullptr;
 
-  std::unique_ptr<kelmora::net::ServerConnection> connection_;
-  std::unique_ptr<kelmora::net::SocketReader> socketReader_;
   std::unique_ptr<kelmora::terminal::VitalsBars> vitalsBars_;
   std::unique_ptr<kelmora::app::Beeper> beeper_;
 };

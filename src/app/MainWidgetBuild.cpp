@@ -18,7 +18,6 @@
 #include "dialogs/ConfigureWidget.h"
 #include "dialogs/HelpWidget.h"
 #include "dialogs/ProxyWidget.h"
-#include "net/Proxy.h"
 #include "settings/UsableValues.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
@@ -46,7 +45,7 @@ MainWidget::MainWidget(settings::StorePlace place) : store_(std::move(place)) {
   setWindowIcon(QIcon(QStringLiteral(":/icons/mainicon.png")));
   loadStoredSettings();
   if (settings_.useProxyServer)
-    net::installConfiguredProxy(settings_);
+    installProxy();
   echoEnabled_ = settings_.displayLocalEcho;
   buildColourSpans();
   script::VariableTable::Entries variables;
@@ -60,11 +59,7 @@ MainWidget::MainWidget(settings::StorePlace place) : store_(std::move(place)) {
   inputBar_->setFocus(Qt::OtherFocusReason);
 }
 
-MainWidget::~MainWidget() {
-  // The socket is a child and outlives the members; it must not report its
-  // end to a window that is half gone.
-  socket_->disconnect(this);
-}
+MainWidget::~MainWidget() = default;
 
 void MainWidget::loadStoredSettings() {
   const settings::WindowPlace place = store_.load(settings_);
@@ -80,7 +75,6 @@ void MainWidget::loadStoredSettings() {
 }
 
 void MainWidget::createWidgets() {
-  socket_ = new QTcpSocket(this);
   toolbar_ = new QToolBar(this);
   toolbar_->setIconSize(settings::usableIconSize(settings_.iconSize));
   inputBar_ = new InputWidget(*this, this);
@@ -94,18 +88,6 @@ void MainWidget::createWidgets() {
   palette.setBrush(QPalette::Inactive, QPalette::Base, Qt::black);
   outputPane_->setPalette(palette);
   beeper_ = std::make_unique<Beeper>(*this);
-  socketReader_ = std::make_unique<net::SocketReader>(*socket_, [this](const QByteArray& bytes) {
-    // Each line of it may run a script of its own.
-    const script::Losses::Event event(interpreter_.losses());
-    pipeline_.readSocketData(bytes,
-                             {.displayAnsiColor = settings_.displayAnsiColor,
-                              .playBeeps = settings_.playBeeps,
-                              .parseHtml = settings_.parseHtml,
-                              .displayURLs = settings_.displayURLs},
-                             *this);
-  });
-  net::ConnectionHost& host = *this;
-  connection_ = std::make_unique<net::ServerConnection>(*socket_, settings_, host);
 }
 
 void MainWidget::createDialogs() {
@@ -132,8 +114,9 @@ void MainWidget::layOutWidgets() {
 }
 
 void MainWidget::connectSocket() {
-  connect(socket_, &QTcpSocket::errorOccurred, this, &MainWidget::displaySocketError);
-  connect(socket_, &QTcpSocket::readyRead, this, &MainWidget::readSocketData);
-  connect(socket_, &QTcpSocket::connected, this, &MainWidget::clientConnected);
-  connect(socket_, &QTcpSocket::disconnected, this, &MainWidget::clientDisconnected);
+  const QTcpSocket* socket = &link_.socket();
+  connect(socket, &QTcpSocket::errorOccurred, this, &MainWidget::displaySocketError);
+  connect(socket, &QTcpSocket::readyRead, this, &MainWidget::readSocketData);
+  connect(socket, &QTcpSocket::connected, this, &MainWidget::clientConnected);
+  connect(socket, &QTcpSocket::disconnected, this, &MainWidget::clientDisconnected);
 }

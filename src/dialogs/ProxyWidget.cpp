@@ -12,7 +12,6 @@
 #include <array>
 
 #include "dialogs/SettingsHost.h"
-#include "net/Proxy.h"
 #include "settings/ClientSettings.h"
 
 using namespace kelmora;
@@ -126,10 +125,7 @@ void ProxyWidget::applySettings() {
   settings_.proxyPassword = password_->text();
   settings_.useProxyServer = useProxy_->isChecked();
   host_.storeSettings();
-  if (settings_.useProxyServer)
-    net::installConfiguredProxy(settings_);
-  else
-    net::installNoProxy();
+  host_.installProxy();
   hide();
 }
 

@@ -10,6 +10,9 @@ class SettingsHost {
  public:
   virtual ~SettingsHost() = default;
 
+  /// New connections go through the proxy of the settings, or are direct ones if
+  /// the settings say that none is to be used.
+  virtual void installProxy() = 0;
   /// The sixteen colours changed: the next output starts with the new ones.
   virtual void buildColourSpans() = 0;
   virtual void setOutputFont(const QFont& font) = 0;

@@ -2,25 +2,23 @@
 
 #include <QNetworkProxy>
 
-#include "settings/ClientSettings.h"
-
 namespace kelmora::net {
 
 namespace {
 
-QNetworkProxy::ProxyType proxyType(int stored) {
+QNetworkProxy::ProxyType typeOf(int number) {
   const bool known =
-      stored >= QNetworkProxy::DefaultProxy && stored <= QNetworkProxy::FtpCachingProxy;
-  return known ? static_cast<QNetworkProxy::ProxyType>(stored) : QNetworkProxy::Socks5Proxy;
+      number >= QNetworkProxy::DefaultProxy && number <= QNetworkProxy::FtpCachingProxy;
+  return known ? static_cast<QNetworkProxy::ProxyType>(number) : QNetworkProxy::Socks5Proxy;
 }
 
 }  // namespace
 
-void installConfiguredProxy(const settings::ClientSettings& settings) {
-  const auto port = static_cast<quint16>(settings.proxyPortNumber.toInt());
-  QNetworkProxy::setApplicationProxy(QNetworkProxy(proxyType(settings.proxyType),
-                                                   settings.proxyHostName, port,
-                                                   settings.proxyUserName, settings.proxyPassword));
+void installProxy(const Proxy& proxy) {
+  const auto type = typeOf(proxy.type);
+  const auto port = static_cast<quint16>(proxy.port.toInt());
+  QNetworkProxy::setApplicationProxy(
+      QNetworkProxy(type, proxy.hostName, port, proxy.userName, proxy.password));
 }
 
 void installNoProxy() {

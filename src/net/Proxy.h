@@ -1,17 +1,27 @@
 #pragma once
 
-namespace kelmora::settings {
-struct ClientSettings;
-}
+#include <QNetworkProxy>
+#include <QString>
 
 namespace kelmora::net {
 
-/// Makes the proxy of the record the application's, for every connection from
-/// now on. A type outside QNetworkProxy's counts as SOCKS 5; the port is the
-/// text's integer cut to 16 bits, 0 when it is none.
-void installConfiguredProxy(const settings::ClientSettings& settings);
+/// A proxy server, as the player's settings keep it.
+struct Proxy {
+  /// A QNetworkProxy::ProxyType. A number that is none means SOCKS 5.
+  int type = QNetworkProxy::Socks5Proxy;
+  QString hostName;
+  /// A decimal number, of which the low 16 bits are used. A text that is no
+  /// 32-bit integer means 0.
+  QString port;
+  QString userName;
+  QString password;
+};
 
-/// Makes every connection from now on a direct one, whatever the platform says.
+/// From now on, every new connection goes through this proxy.
+void installProxy(const Proxy& proxy);
+
+/// From now on, every new connection is a direct one, even if the system has a
+/// proxy configured.
 void installNoProxy();
 
 }  // namespace kelmora::net

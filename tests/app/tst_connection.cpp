@@ -20,6 +20,8 @@ class TestConnection : public QObject {
   void disconnectDuringAnAttemptEnablesConnectAtOnce();
   void statusLinesAreItalicAndWhite();
   void aLongHostNameIsCut();
+  void aStatusLineWithItsColourHas1023Characters_data();
+  void aStatusLineWithItsColourHas1023Characters();
   void aHostNameOfNestedTablesIsShownInTime();
   void theSameWindowConnectsAgain();
   void sendingWithoutAConnectionIsSilent();
@@ -107,6 +109,23 @@ void TestConnection::aLongHostNameIsCut() {
   QVERIFY(play.text().startsWith("Attempting to connect to hhhh"));
   QVERIFY(play.text().size() < 1024);
   QVERIFY(play.text().contains("on port 5000..."));
+}
+
+void TestConnection::aStatusLineWithItsColourHas1023Characters_data() {
+  QTest::addColumn<QString>("white");
+  QTest::addColumn<int>("shown");
+  // <span style="color:WHITE"><i>Attempting to connect to NAME on port 5000...</i>
+  QTest::newRow("the usual colour text") << "#ABCDEF" << 947;
+  QTest::newRow("a shorter one leaves more for the name") << "red" << 951;
+}
+
+void TestConnection::aStatusLineWithItsColourHas1023Characters() {
+  QFETCH(const QString, white);
+  QFETCH(const int, shown);
+  PlayWindow play(5000, {{"hostName", QString(2000, 'h')}, {"white", white}});
+  play.window->connectToServer();
+  QCOMPARE(play.text(),
+           QStringLiteral("Attempting to connect to %1 on port 5000...").arg(QString(shown, 'h')));
 }
 
 void TestConnection::aHostNameOfNestedTablesIsShownInTime() {

@@ -23,6 +23,7 @@ using namespace kelmora::settings;
 /// Stands for the window: records what a dialog asks for, in order.
 class RecordingHost : public SettingsHost {
  public:
+  void installProxy() override { record(QStringLiteral("proxy")); }
   void buildColourSpans() override { record(QStringLiteral("spans")); }
   void setOutputFont(const QFont& font) override {
     record(QStringLiteral("output font ") + font.toString());

@@ -4,14 +4,12 @@
 #include <QNetworkProxy>
 #include <QTcpServer>
 #include <QTest>
-#include <QTextStream>
 #include <memory>
 #include <vector>
 
 #include "Client.h"
 #include "ProxyProcess.h"
 #include "net/Proxy.h"
-#include "net/SendLine.h"
 #include "support/ScratchMain.h"
 
 using namespace kelmora;
@@ -62,8 +60,9 @@ QStringList danted(const QString& program, quint16 port, bool withPassword) {
                             QDir::current().absoluteFilePath(QStringLiteral("danted.pid"))};
   if (!withPassword)
     return command;
-  // It asks the system's own user tables. In a mount namespace of its own these
-  // are ours, and nothing outside of it changes.
+  // Dante looks users up in the system's own tables. It is run in a mount
+  // namespace in which our tables stand in their place; outside of it nothing
+  // changes.
   const QString users =
       write(QStringLiteral("passwd"), QStringLiteral("root:x:0:0::/:/bin/sh\n"
                                                      "nobody:x:65534:65534::/:/bin/false\n"
@@ -97,14 +96,14 @@ QStringList tinyproxy(const QString& program, quint16 port, bool withPassword) {
           write(QStringLiteral("tinyproxy.conf"), config)};
 }
 
-// Qt takes no proxy for the loopback's own names and addresses. This address is
-// none of them, and a connection to it ends on this machine;
+// For the usual names and addresses of this computer the toolkit asks no proxy.
+// This address is none of them, and still leads to this computer.
 QString anyAddress() {
   return QStringLiteral("0.0.0.0");
 }
 
-// for a proxy that refuses it there is the name of the machine, which a proxy
-// looks up by itself.
+// A proxy that refuses that address gets the name of this computer, which it
+// looks up itself.
 QString ownName() {
   return QHostInfo::localHostName();
 }
@@ -115,7 +114,7 @@ struct Kind {
   const char* package;
   QNetworkProxy::ProxyType type;
   bool withPassword;
-  QString (*target)();  ///< the server's name for this proxy
+  QString (*target)();  ///< how the client names the server to this proxy
   QStringList (*command)(const QString& program, quint16 port, bool withPassword);
   QString refusedLine;        ///< when nothing answers on the server's port
   QString wrongPasswordLine;  ///< null where no password is asked for
@@ -124,7 +123,8 @@ struct Kind {
 const std::vector<Kind>& kinds() {
   constexpr auto socks = QNetworkProxy::Socks5Proxy;
   constexpr auto http = QNetworkProxy::HttpProxy;
-  // tinyproxy says neither "refused" nor "wrong password" in HTTP's own codes.
+  // The status codes with which tinyproxy answers are not those that the toolkit
+  // takes for a refused connection or a wrong password.
   const QString protocol = errorNumber(QAbstractSocket::ProxyProtocolError);
   const QString authentication = errorNumber(QAbstractSocket::ProxyAuthenticationRequiredError);
   static const std::vector<Kind> all{
@@ -173,6 +173,7 @@ class TestProxies : public QObject {
  private:
   static void rows(bool onlyWithPassword);
   void startProxy();
+  void installProxy(const QString& withPassword);
   [[nodiscard]] bool connectClient();
 
   const Kind* kind_ = nullptr;
@@ -203,14 +204,7 @@ void TestProxies::init() {
   QVERIFY(server_->listen(address));
   proxy_ = std::make_unique<ProxyProcess>();
   client_ = std::make_unique<Client>();
-  client_->settings.hostName = target;
-  client_->settings.port = server_->serverPort();
-  client_->settings.proxyType = kind_->type;
-  client_->settings.proxyHostName = QStringLiteral("127.0.0.1");
-  if (kind_->withPassword) {
-    client_->settings.proxyUserName = user;
-    client_->settings.proxyPassword = password;
-  }
+  client_->server = {.hostName = target, .port = server_->serverPort()};
   startProxy();
 }
 
@@ -231,14 +225,21 @@ void TestProxies::startProxy() {
   if (!started && (proxy_->output().contains("unshare:") || proxy_->output().contains("mount:")))
     QSKIP("Dante asks the system's user tables, and these can only be stood in for by root");
   QVERIFY2(started, proxy_->output().constData());
-  client_->settings.proxyPortNumber = QString::number(proxy_->port());
-  net::installConfiguredProxy(client_->settings);
+  installProxy(password);
+}
+
+void TestProxies::installProxy(const QString& withPassword) {
+  net::installProxy({.type = kind_->type,
+                     .hostName = QStringLiteral("127.0.0.1"),
+                     .port = QString::number(proxy_->port()),
+                     .userName = kind_->withPassword ? user : QString(),
+                     .password = kind_->withPassword ? withPassword : QString()});
 }
 
 bool TestProxies::connectClient() {
-  client_->connection.connectToServer();
+  client_->connectToServer();
   return QTest::qWaitFor([this] { return client_->host.lines.size() > 1; }) &&
-         client_->host.lines == QStringList{client_->attempt(), connectedLine()} &&
+         client_->host.lines == QStringList{client_->attempt(), connectedText()} &&
          client_->host.enabledActions() == QStringLiteral("-D-") &&
          QTest::qWaitFor([this] { return server_->hasPendingConnections(); });
 }
@@ -246,24 +247,21 @@ bool TestProxies::connectClient() {
 void TestProxies::linesGoBothWaysAndOnlyThroughTheProxy() {
   QVERIFY2(connectClient(), qPrintable(client_->host.lines.join(u'\n')));
   QTcpSocket* const peer = server_->nextPendingConnection();
-  {
-    QTextStream stream(&client_->socket);
-    net::sendLine(stream, QStringLiteral("look \u20ac"));
-  }
+  QCOMPARE(client_->link.sendLine(QStringLiteral("look \u20ac")), SendResult::Sent);
   QTRY_COMPARE(peer->bytesAvailable(), qint64{10});
   QCOMPARE(peer->readAll(), QByteArray("look \xe2\x82\xac\r\n"));
   const QByteArray answer =
       QByteArray("You see \x1b[1mnothing\x1b[0m.\r\n\xff\xfb\x01").repeated(9000);
   peer->write(answer);
-  QTRY_COMPARE(client_->socket.bytesAvailable(), answer.size());
-  QVERIFY(client_->socket.readAll() == answer);
+  QTRY_COMPARE(client_->host.reads.join().size(), answer.size());
+  QVERIFY(client_->host.reads.join() == answer);
 
-  client_->connection.disconnectFromServer();
+  client_->link.disconnectFromServer();
   QTRY_COMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
   // Without the proxy there is no way to the same server.
   proxy_->stop();
   client_->host.lines.clear();
-  client_->connection.connectToServer();
+  client_->connectToServer();
   QTRY_COMPARE(
       client_->host.lines,
       (QStringList{client_->attempt(), errorNumber(QAbstractSocket::ProxyConnectionRefusedError)}));
@@ -279,7 +277,7 @@ void TestProxies::theServersEndIsOneLine() {
   peer->write("bye\r\n");
   peer->close();
   QTRY_COMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
-  QCOMPARE(client_->host.lines, QStringList{disconnectedLine()});
+  QCOMPARE(client_->host.lines, QStringList{disconnectedText()});
 }
 
 void TestProxies::theUsersDisconnectReachesTheServer() {
@@ -287,25 +285,24 @@ void TestProxies::theUsersDisconnectReachesTheServer() {
     client_->host.lines.clear();
     QVERIFY2(connectClient(), qPrintable(client_->host.lines.join(u'\n')));
     QTcpSocket* const peer = server_->nextPendingConnection();
-    client_->connection.disconnectFromServer();
+    client_->link.disconnectFromServer();
     QTRY_COMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
-    QCOMPARE(client_->host.lines.last(), disconnectedLine());
+    QCOMPARE(client_->host.lines.last(), disconnectedText());
     QTRY_COMPARE(peer->state(), QAbstractSocket::UnconnectedState);
   }
 }
 
 void TestProxies::aRefusedPortIsTold() {
   const RefusedPort refused;
-  client_->settings.port = refused.number();
-  client_->connection.connectToServer();
+  client_->server.port = refused.number();
+  client_->connectToServer();
   QTRY_COMPARE(client_->host.lines, (QStringList{client_->attempt(), kind_->refusedLine}));
   QCOMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
 }
 
 void TestProxies::aWrongPasswordIsAnErrorNumber() {
-  client_->settings.proxyPassword = QStringLiteral("wrong");
-  net::installConfiguredProxy(client_->settings);
-  client_->connection.connectToServer();
+  installProxy(QStringLiteral("wrong"));
+  client_->connectToServer();
   QTRY_COMPARE(client_->host.lines, (QStringList{client_->attempt(), kind_->wrongPasswordLine}));
   QCOMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
   QTest::qWait(50);
@@ -318,7 +315,7 @@ void TestProxies::theEndOfTheProxyIsTheEndOfTheConnection() {
   client_->host.lines.clear();
   proxy_->stop();
   QTRY_COMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
-  QCOMPARE(client_->host.lines, QStringList{disconnectedLine()});
+  QCOMPARE(client_->host.lines, QStringList{disconnectedText()});
 }
 
 KELMORA_TEST_MAIN(TestProxies)

@@ -9,12 +9,20 @@
 
 using namespace kelmora;
 using namespace kelmora::net;
-using namespace kelmora::settings;
 
 namespace {
 
-// Every name and address of the loopback but this one goes past a proxy.
+// For the usual names and addresses of this computer the toolkit asks no proxy.
 const QString target = QStringLiteral("0.0.0.0");
+
+/// A proxy on this computer.
+void installLocalProxy(int type, quint16 port) {
+  net::installProxy({.type = type,
+                     .hostName = QStringLiteral("127.0.0.1"),
+                     .port = QString::number(port),
+                     .userName = {},
+                     .password = {}});
+}
 
 }  // namespace
 
@@ -24,8 +32,8 @@ class TestProxy : public QObject {
  private Q_SLOTS:
   void init();
   void cleanup();
-  void theRecordIsInstalled_data();
-  void theRecordIsInstalled();
+  void theProxyIsInstalled_data();
+  void theProxyIsInstalled();
   void typeZeroIsThePlatformsChoice();
   void thePortTextBecomesAPort_data();
   void thePortTextBecomesAPort();
@@ -46,7 +54,7 @@ void TestProxy::cleanup() {
   QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
 }
 
-void TestProxy::theRecordIsInstalled_data() {
+void TestProxy::theProxyIsInstalled_data() {
   QTest::addColumn<int>("stored");
   QTest::addColumn<int>("type");
   QTest::newRow("SOCKS 5") << 1 << int(QNetworkProxy::Socks5Proxy);
@@ -60,36 +68,32 @@ void TestProxy::theRecordIsInstalled_data() {
       << std::numeric_limits<int>::max() << int(QNetworkProxy::Socks5Proxy);
 }
 
-void TestProxy::theRecordIsInstalled() {
+void TestProxy::theProxyIsInstalled() {
   QFETCH(int, stored);
   QFETCH(int, type);
-  ClientSettings record;
-  record.proxyType = stored;
-  record.proxyHostName = QStringLiteral("proxy.invalid");
-  record.proxyPortNumber = QStringLiteral("1080");
-  record.proxyUserName = QStringLiteral("u\u20ac");
-  record.proxyPassword = QStringLiteral(" p ");
-  net::installConfiguredProxy(record);
+  const Proxy wanted{.type = stored,
+                     .hostName = QStringLiteral("proxy.invalid"),
+                     .port = QStringLiteral("1080"),
+                     .userName = QStringLiteral("u\u20ac"),
+                     .password = QStringLiteral(" p ")};
+  net::installProxy(wanted);
   const QNetworkProxy proxy = QNetworkProxy::applicationProxy();
   QCOMPARE(int(proxy.type()), type);
-  QCOMPARE(proxy.hostName(), record.proxyHostName);
+  QCOMPARE(proxy.hostName(), wanted.hostName);
   QCOMPARE(proxy.port(), quint16{1080});
-  QCOMPARE(proxy.user(), record.proxyUserName);
-  QCOMPARE(proxy.password(), record.proxyPassword);
+  QCOMPARE(proxy.user(), wanted.userName);
+  QCOMPARE(proxy.password(), wanted.password);
 }
 
 void TestProxy::typeZeroIsThePlatformsChoice() {
   QTcpServer server;
   QVERIFY(server.listen(QHostAddress::LocalHost));
   Client client;
-  client.settings.hostName = target;
-  client.settings.port = server.serverPort();
-  client.settings.proxyType = 0;
-  client.settings.proxyHostName = QStringLiteral("127.0.0.1");
-  client.settings.proxyPortNumber = QStringLiteral("1");
-  net::installConfiguredProxy(client.settings);
-  client.connection.connectToServer();  // no proxy in this environment
-  QTRY_COMPARE(client.host.lines, (QStringList{client.attempt(), connectedLine()}));
+  client.server.hostName = target;
+  client.server.port = server.serverPort();
+  installLocalProxy(QNetworkProxy::DefaultProxy, 1);
+  client.connectToServer();  // no proxy in this environment
+  QTRY_COMPARE(client.host.lines, (QStringList{client.attempt(), connectedText()}));
 }
 
 void TestProxy::thePortTextBecomesAPort_data() {
@@ -110,9 +114,9 @@ void TestProxy::thePortTextBecomesAPort_data() {
 void TestProxy::thePortTextBecomesAPort() {
   QFETCH(QString, text);
   QFETCH(quint16, port);
-  ClientSettings record;
-  record.proxyPortNumber = text;
-  net::installConfiguredProxy(record);
+  Proxy proxy;
+  proxy.port = text;
+  net::installProxy(proxy);
   QCOMPARE(QNetworkProxy::applicationProxy().port(), port);
 }
 
@@ -120,12 +124,13 @@ void TestProxy::noProxyReplacesAnInstalledOne() {
   QTcpServer server;
   QVERIFY(server.listen(QHostAddress::LocalHost));
   Client client;
-  client.settings.hostName = target;
-  client.settings.port = server.serverPort();
-  client.settings.proxyHostName = QStringLiteral("127.0.0.1");
-  client.settings.proxyPortNumber = QStringLiteral("1");
-  client.settings.proxyUserName = QStringLiteral("user");
-  net::installConfiguredProxy(client.settings);
+  client.server.hostName = target;
+  client.server.port = server.serverPort();
+  net::installProxy({.type = QNetworkProxy::Socks5Proxy,
+                     .hostName = QStringLiteral("127.0.0.1"),
+                     .port = QStringLiteral("1"),
+                     .userName = QStringLiteral("user"),
+                     .password = {}});
   net::installNoProxy();
   const QNetworkProxy proxy = QNetworkProxy::applicationProxy();
   QCOMPARE(proxy.type(), QNetworkProxy::NoProxy);
@@ -133,18 +138,16 @@ void TestProxy::noProxyReplacesAnInstalledOne() {
   QCOMPARE(proxy.port(), quint16{0});
   QCOMPARE(proxy.user(), QString());
   QCOMPARE(proxy.password(), QString());
-  client.connection.connectToServer();
-  QTRY_COMPARE(client.host.lines, (QStringList{client.attempt(), connectedLine()}));
+  client.connectToServer();
+  QTRY_COMPARE(client.host.lines, (QStringList{client.attempt(), connectedText()}));
 }
 
 void TestProxy::aProxyThatIsNotThereIsAnErrorNumber() {
   const RefusedPort closed;
   Client client;
-  client.settings.hostName = target;
-  client.settings.proxyHostName = QStringLiteral("127.0.0.1");
-  client.settings.proxyPortNumber = QString::number(closed.number());
-  net::installConfiguredProxy(client.settings);
-  client.connection.connectToServer();
+  client.server.hostName = target;
+  installLocalProxy(QNetworkProxy::Socks5Proxy, closed.number());
+  client.connectToServer();
   QTRY_COMPARE(client.host.lines,
                (QStringList{client.attempt(), QStringLiteral("<i>Error: Socket error 14</i>")}));
   QCOMPARE(client.host.enabledActions(), QStringLiteral("C-P"));
@@ -159,12 +162,9 @@ void TestProxy::aProxyThatCannotTunnelFailsAndConnectStaysEnabled_data() {
 void TestProxy::aProxyThatCannotTunnelFailsAndConnectStaysEnabled() {
   QFETCH(int, type);
   Client client;
-  client.settings.hostName = target;
-  client.settings.proxyType = type;
-  client.settings.proxyHostName = QStringLiteral("127.0.0.1");
-  client.settings.proxyPortNumber = QStringLiteral("1");
-  net::installConfiguredProxy(client.settings);
-  client.connection.connectToServer();
+  client.server.hostName = target;
+  installLocalProxy(type, 1);
+  client.connectToServer();
   QTRY_COMPARE(client.host.lines,
                (QStringList{client.attempt(), QStringLiteral("<i>Error: Socket error 10</i>")}));
   QCOMPARE(client.host.enabledActions(), QStringLiteral("C-P"));
@@ -175,16 +175,14 @@ void TestProxy::disconnectAbortsAnAttemptThroughASilentProxy() {
   QTcpServer silent;
   QVERIFY(silent.listen(QHostAddress::LocalHost));
   Client client;
-  client.settings.hostName = target;
-  client.settings.proxyHostName = QStringLiteral("127.0.0.1");
-  client.settings.proxyPortNumber = QString::number(silent.serverPort());
-  net::installConfiguredProxy(client.settings);
-  client.connection.connectToServer();
+  client.server.hostName = target;
+  installLocalProxy(QNetworkProxy::Socks5Proxy, silent.serverPort());
+  client.connectToServer();
   QTRY_VERIFY(silent.hasPendingConnections());
   QTcpSocket* const peer = silent.nextPendingConnection();
   QTRY_VERIFY(peer->bytesAvailable() > 0);
   QCOMPARE(client.host.enabledActions(), QStringLiteral("--P"));
-  client.connection.disconnectFromServer();
+  client.link.disconnectFromServer();
   QCOMPARE(client.host.enabledActions(), QStringLiteral("C-P"));
   QTRY_COMPARE(peer->state(), QAbstractSocket::UnconnectedState);
   QTest::qWait(100);
@@ -213,16 +211,13 @@ void TestProxy::aProxyThatHangsUpLeavesConnectEnabled() {
   });
   QVERIFY(rude.listen(QHostAddress::LocalHost));
   Client client;
-  client.settings.hostName = target;
-  client.settings.proxyType = type;
-  client.settings.proxyHostName = QStringLiteral("127.0.0.1");
-  client.settings.proxyPortNumber = QString::number(rude.serverPort());
-  net::installConfiguredProxy(client.settings);
-  client.connection.connectToServer();
+  client.server.hostName = target;
+  installLocalProxy(type, rude.serverPort());
+  client.connectToServer();
   QTRY_COMPARE(client.host.enabledActions(), QStringLiteral("C-P"));
   QTest::qWait(50);
   QCOMPARE(client.host.enabledActions(), QStringLiteral("C-P"));
-  QVERIFY(!client.host.lines.contains(connectedLine()));
+  QVERIFY(!client.host.lines.contains(connectedText()));
   QVERIFY2(client.host.lines.value(1).startsWith(QStringLiteral("<i>Error: Socket error ")),
            qPrintable(client.host.lines.join(u'\n')));
 }

@@ -1,6 +1,6 @@
+#include <QPointer>
 #include <QTcpServer>
 #include <QTest>
-#include <QTextStream>
 #include <limits>
 #include <memory>
 #include <netinet/in.h>
@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "Client.h"
-#include "net/SendLine.h"
 #include "support/ScratchMain.h"
 
 using namespace kelmora;
@@ -17,8 +16,8 @@ using namespace kelmora::net;
 
 namespace {
 
-/// Takes connections into a queue that is full, so that a further attempt
-/// stays an attempt.
+/// Listens with a queue that is already full, so that an attempt to connect
+/// neither succeeds nor fails.
 class FullBacklog {
  public:
   FullBacklog() {
@@ -45,7 +44,7 @@ class FullBacklog {
 
   [[nodiscard]] int port() const { return port_; }
 
-  /// Makes room, so that an attempt still alive would succeed.
+  /// Empties the queue: an attempt that still goes on would now succeed.
   void drain() {
     for (int taken = 0; (taken = ::accept4(listener_, nullptr, nullptr, SOCK_NONBLOCK)) >= 0;)
       fillers_.push_back(taken);
@@ -59,7 +58,7 @@ class FullBacklog {
 
 }  // namespace
 
-class TestServerConnection : public QObject {
+class TestGameLinkConnecting : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
@@ -89,6 +88,7 @@ class TestServerConnection : public QObject {
   void connectAgainstAnAttemptStartsAfresh();
   void connectAgainstAClosingConnectionStartsAfresh();
   void connectAgainstAConnectionStartsAfresh();
+  void aSocketThatOutlivesItsLinkTellsNothingMore();
 
   void linesTypedDuringAnAttemptGoOutOnceItSucceeds();
   void linesTypedDuringAFailingAttemptAreLost_data();
@@ -97,6 +97,8 @@ class TestServerConnection : public QObject {
 
   void theAttemptLine_data();
   void theAttemptLine();
+  void theAttemptLineFitsTheRoomThatThereIs_data();
+  void theAttemptLineFitsTheRoomThatThereIs();
   void thePortIsCutToSixteenBits_data();
   void thePortIsCutToSixteenBits();
 
@@ -109,36 +111,35 @@ class TestServerConnection : public QObject {
   std::unique_ptr<Client> client_;
 };
 
-void TestServerConnection::init() {
-  // No operation may end in a complaint of the toolkit.
+void TestGameLinkConnecting::init() {
+  // No operation may make the toolkit print a warning.
   QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
   server_ = std::make_unique<QTcpServer>();
   QVERIFY(server_->listen(QHostAddress::LocalHost));
   client_ = std::make_unique<Client>();
-  client_->settings.port = server_->serverPort();
+  client_->server.port = server_->serverPort();
 }
 
-void TestServerConnection::cleanup() {
+void TestGameLinkConnecting::cleanup() {
   client_.reset();
   server_.reset();
 }
 
-bool TestServerConnection::connectClient() {
-  client_->connection.connectToServer();
+bool TestGameLinkConnecting::connectClient() {
+  client_->connectToServer();
   return QTest::qWaitFor([this] {
     return client_->host.enabledActions() == QStringLiteral("-D-") &&
            server_->hasPendingConnections();
   });
 }
 
-void TestServerConnection::type(const QString& line) {
-  QTextStream stream(&client_->socket);
-  net::sendLine(stream, line);
+void TestGameLinkConnecting::type(const QString& line) {
+  (void)client_->link.sendLine(line);
 }
 
-void TestServerConnection::expectNothingKept() {
-  client_->settings.hostName = QStringLiteral("127.0.0.1");
-  client_->settings.port = server_->serverPort();
+void TestGameLinkConnecting::expectNothingKept() {
+  client_->server.hostName = QStringLiteral("127.0.0.1");
+  client_->server.port = server_->serverPort();
   QVERIFY(connectClient());
   type(QStringLiteral("kept"));
   QTcpSocket* const peer = server_->nextPendingConnection();
@@ -146,86 +147,86 @@ void TestServerConnection::expectNothingKept() {
   QCOMPARE(peer->readAll(), QByteArray("kept\r\n"));
 }
 
-void TestServerConnection::connectingTellsAndDisablesConnect() {
+void TestGameLinkConnecting::connectingTellsAndDisablesConnect() {
   QCOMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
-  client_->connection.connectToServer();
+  client_->connectToServer();
   QCOMPARE(client_->host.lines, QStringList{client_->attempt()});
   QCOMPARE(client_->host.enabledActions(), QStringLiteral("--P"));
   QCOMPARE(client_->host.focusings, 1);
 }
 
-void TestServerConnection::aConnectionTellsAndSwitchesTheActions() {
+void TestGameLinkConnecting::aConnectionTellsAndSwitchesTheActions() {
   QVERIFY(connectClient());
-  QCOMPARE(client_->host.lines, (QStringList{client_->attempt(), connectedLine()}));
+  QCOMPARE(client_->host.lines, (QStringList{client_->attempt(), connectedText()}));
   QCOMPARE(client_->host.enabledActions(), QStringLiteral("-D-"));
   QCOMPARE(client_->host.focusings, 1);
 }
 
-void TestServerConnection::theServersEndIsOneLine() {
+void TestGameLinkConnecting::theServersEndIsOneLine() {
   QVERIFY(connectClient());
   client_->host.lines.clear();
   server_->nextPendingConnection()->close();
   QTRY_COMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
-  QCOMPARE(client_->host.lines, QStringList{disconnectedLine()});
+  QCOMPARE(client_->host.lines, QStringList{disconnectedText()});
 }
 
-void TestServerConnection::theEndAloneSwitchesAllActions() {
+void TestGameLinkConnecting::theEndAloneSwitchesAllActions() {
   client_->host.actions = {{ConnectionAction::Connect, false},
                            {ConnectionAction::Disconnect, true},
                            {ConnectionAction::ProxySettings, false}};
-  client_->connection.clientDisconnected();
+  client_->link.clientDisconnected();
   QCOMPARE(client_->host.enabledActions(), QString("C-P"));
-  QCOMPARE(client_->host.lines, QStringList{disconnectedLine()});
+  QCOMPARE(client_->host.lines, QStringList{disconnectedText()});
 }
 
-void TestServerConnection::anErrorThatEndsNothingKeepsTheConnection() {
-  client_->connection.connectToServer();
+void TestGameLinkConnecting::anErrorThatEndsNothingKeepsTheConnection() {
+  client_->connectToServer();
   QTRY_COMPARE(client_->socket.state(), QAbstractSocket::ConnectedState);
-  client_->connection.displaySocketError(QAbstractSocket::SocketTimeoutError);
+  client_->link.displaySocketError(QAbstractSocket::SocketTimeoutError);
   QCOMPARE(client_->socket.state(), QAbstractSocket::ConnectedState);
   QCOMPARE(client_->host.lines.last(), QString("<i>Error: Socket error 5</i>"));
 }
 
-void TestServerConnection::afterAFailedAttemptTheSocketIsClosed() {
+void TestGameLinkConnecting::afterAFailedAttemptTheSocketIsClosed() {
   const RefusedPort port;
-  client_->settings.port = port.number();
-  client_->connection.connectToServer();
+  client_->server.port = port.number();
+  client_->connectToServer();
   QTRY_VERIFY(client_->host.lines.last().contains("refused"));
-  // A stream on it would keep what is written, for a later connection.
+  // An open socket would keep what is written, and send it by a later connection.
   QVERIFY(!client_->socket.isOpen());
 }
 
-void TestServerConnection::theUsersDisconnectIsOneLine() {
+void TestGameLinkConnecting::theUsersDisconnectIsOneLine() {
   QVERIFY(connectClient());
   client_->host.lines.clear();
   client_->host.focusings = 0;
   QTcpSocket* const peer = server_->nextPendingConnection();
-  client_->connection.disconnectFromServer();
+  client_->link.disconnectFromServer();
   QTRY_COMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
-  QCOMPARE(client_->host.lines, QStringList{disconnectedLine()});
+  QCOMPARE(client_->host.lines, QStringList{disconnectedText()});
   QCOMPARE(client_->host.focusings, 1);
   QTRY_COMPARE(peer->state(), QAbstractSocket::UnconnectedState);
 }
 
-void TestServerConnection::whatWasWrittenBeforeADisconnectStillArrives() {
+void TestGameLinkConnecting::whatWasWrittenBeforeADisconnectStillArrives() {
   QVERIFY(connectClient());
-  const QByteArray sent(3000000, 'x');
+  const QByteArray sent(30000000, 'x');
   client_->socket.write(sent);
-  client_->connection.disconnectFromServer();
-  // The socket still empties itself: no word of an end before there is one.
+  client_->link.disconnectFromServer();
+  // The socket is still sending, so the connection has not ended yet.
   QCOMPARE(client_->socket.state(), QAbstractSocket::ClosingState);
   QCOMPARE(client_->host.enabledActions(), QStringLiteral("C--"));
-  QCOMPARE(client_->host.lines.last(), connectedLine());
+  QCOMPARE(client_->host.lines.last(), connectedText());
   QTcpSocket* const peer = server_->nextPendingConnection();
   QByteArray received;
   connect(peer, &QTcpSocket::readyRead, this, [&] { received += peer->readAll(); });
   QTRY_COMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
   QTRY_COMPARE(received.size(), sent.size());
-  QCOMPARE(client_->host.lines.last(), disconnectedLine());
+  QCOMPARE(client_->host.lines.last(), disconnectedText());
   peer->disconnect(this);
 }
 
-void TestServerConnection::theSameSocketConnectsAgain() {
+void TestGameLinkConnecting::theSameSocketConnectsAgain() {
   for (int i = 0; i < 3; ++i) {
     client_->host.lines.clear();
     QVERIFY(connectClient());
@@ -233,36 +234,36 @@ void TestServerConnection::theSameSocketConnectsAgain() {
     if (i == 1)
       peer->close();
     else
-      client_->connection.disconnectFromServer();
+      client_->link.disconnectFromServer();
     QTRY_COMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
     QCOMPARE(client_->host.lines,
-             (QStringList{client_->attempt(), connectedLine(), disconnectedLine()}));
+             (QStringList{client_->attempt(), connectedText(), disconnectedText()}));
   }
 }
 
-void TestServerConnection::disconnectingWithoutAConnectionOnlySwitchesTheActions() {
-  client_->connection.disconnectFromServer();
+void TestGameLinkConnecting::disconnectingWithoutAConnectionOnlySwitchesTheActions() {
+  client_->link.disconnectFromServer();
   QCOMPARE(client_->host.lines, QStringList());
   QCOMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
   QCOMPARE(client_->host.focusings, 1);
 }
 
-void TestServerConnection::aRefusedPortIsNamed() {
+void TestGameLinkConnecting::aRefusedPortIsNamed() {
   const RefusedPort refused;
-  client_->settings.port = refused.number();
-  client_->connection.connectToServer();
+  client_->server.port = refused.number();
+  client_->connectToServer();
   QTRY_COMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
   QCOMPARE(client_->host.lines,
            (QStringList{client_->attempt(),
                         QStringLiteral("<i>Error: Connection refused by the peer</i>")}));
 
-  client_->settings.port = server_->serverPort();
+  client_->server.port = server_->serverPort();
   client_->host.lines.clear();
   QVERIFY(connectClient());
-  QCOMPARE(client_->host.lines, (QStringList{client_->attempt(), connectedLine()}));
+  QCOMPARE(client_->host.lines, (QStringList{client_->attempt(), connectedText()}));
 }
 
-void TestServerConnection::anUnknownHostIsNamed_data() {
+void TestGameLinkConnecting::anUnknownHostIsNamed_data() {
   QTest::addColumn<QString>("name");
   QTest::newRow("a name that is nowhere") << "no-such-host.invalid";
   QTest::newRow("an empty name") << "";
@@ -272,16 +273,16 @@ void TestServerConnection::anUnknownHostIsNamed_data() {
   QTest::newRow("a hundred thousand letters") << QString(100000, u'a');
 }
 
-void TestServerConnection::anUnknownHostIsNamed() {
+void TestGameLinkConnecting::anUnknownHostIsNamed() {
   QFETCH(QString, name);
-  client_->settings.hostName = name;
-  client_->connection.connectToServer();
+  client_->server.hostName = name;
+  client_->connectToServer();
   QTRY_COMPARE_WITH_TIMEOUT(client_->host.lines.size(), 2, 30000);
   QCOMPARE(client_->host.lines.last(), QStringLiteral("<i>Error: Host not found</i>"));
   QCOMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
 }
 
-void TestServerConnection::everyErrorHasItsLine_data() {
+void TestGameLinkConnecting::everyErrorHasItsLine_data() {
   QTest::addColumn<int>("error");
   QTest::addColumn<QString>("line");
   QTest::newRow("a refusal is named")
@@ -289,12 +290,12 @@ void TestServerConnection::everyErrorHasItsLine_data() {
   QTest::newRow("the server's end has no line") << 1 << QString();
   QTest::newRow("an unknown host is named") << 2 << QStringLiteral("<i>Error: Host not found</i>");
   const auto line = QStringLiteral("<i>Error: Socket error %1</i>");
-  QTest::newRow("no number is below this one") << -1 << line.arg(-1);
+  QTest::newRow("the lowest number is shown") << -1 << line.arg(-1);
   for (int code = 3; code <= 23; ++code)
     QTest::addRow("number %d is shown", code) << code << line.arg(code);
 }
 
-void TestServerConnection::everyErrorHasItsLine() {
+void TestGameLinkConnecting::everyErrorHasItsLine() {
   QFETCH(int, error);
   QFETCH(QString, line);
   for (const bool enabled : {false, true}) {
@@ -302,7 +303,7 @@ void TestServerConnection::everyErrorHasItsLine() {
     client_->host.cursorMoves = 0;
     for (auto& action : client_->host.actions)
       action.second = enabled;
-    client_->connection.displaySocketError(static_cast<QAbstractSocket::SocketError>(error));
+    client_->link.displaySocketError(static_cast<QAbstractSocket::SocketError>(error));
     QCOMPARE(client_->host.lines, line.isNull() ? QStringList() : QStringList{line});
     QCOMPARE(client_->host.cursorMoves, 1);
     QCOMPARE(client_->host.enabledActions(),
@@ -311,7 +312,7 @@ void TestServerConnection::everyErrorHasItsLine() {
   QCOMPARE(client_->host.focusings, 0);
 }
 
-void TestServerConnection::aResetConnectionEndsLikeAClosedOne() {
+void TestGameLinkConnecting::aResetConnectionEndsLikeAClosedOne() {
   QVERIFY(connectClient());
   client_->host.lines.clear();
   QTcpSocket* const peer = server_->nextPendingConnection();
@@ -321,33 +322,33 @@ void TestServerConnection::aResetConnectionEndsLikeAClosedOne() {
            0);
   peer->abort();
   QTRY_COMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
-  QCOMPARE(client_->host.lines, QStringList{disconnectedLine()});
+  QCOMPARE(client_->host.lines, QStringList{disconnectedText()});
 }
 
-void TestServerConnection::disconnectAbortsAnAttempt() {
+void TestGameLinkConnecting::disconnectAbortsAnAttempt() {
   FullBacklog backlog;
-  client_->settings.port = backlog.port();
-  client_->connection.connectToServer();
+  client_->server.port = backlog.port();
+  client_->connectToServer();
   QTest::qWait(50);
   QCOMPARE(client_->socket.state(), QAbstractSocket::ConnectingState);
-  client_->connection.disconnectFromServer();
+  client_->link.disconnectFromServer();
   QCOMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
   QCOMPARE(client_->socket.state(), QAbstractSocket::UnconnectedState);
   backlog.drain();
-  QTest::qWait(1500);  // an attempt still alive would try again within a second
+  QTest::qWait(1500);  // an attempt that still goes on tries again within a second
   QCOMPARE(client_->host.lines, QStringList{client_->attempt()});
 
   client_->host.lines.clear();
-  client_->settings.port = server_->serverPort();
+  client_->server.port = server_->serverPort();
   QVERIFY(connectClient());
-  QCOMPARE(client_->host.lines, (QStringList{client_->attempt(), connectedLine()}));
+  QCOMPARE(client_->host.lines, (QStringList{client_->attempt(), connectedText()}));
 }
 
-void TestServerConnection::disconnectAbortsAHostLookup() {
-  client_->settings.hostName = QStringLiteral("localhost");
-  client_->connection.connectToServer();
+void TestGameLinkConnecting::disconnectAbortsAHostLookup() {
+  client_->server.hostName = QStringLiteral("localhost");
+  client_->connectToServer();
   QCOMPARE(client_->socket.state(), QAbstractSocket::HostLookupState);
-  client_->connection.disconnectFromServer();
+  client_->link.disconnectFromServer();
   QCOMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
   QCOMPARE(client_->socket.state(), QAbstractSocket::UnconnectedState);
   QTest::qWait(300);
@@ -355,61 +356,84 @@ void TestServerConnection::disconnectAbortsAHostLookup() {
   QVERIFY(!server_->hasPendingConnections());
 }
 
-void TestServerConnection::connectAgainstAnAttemptStartsAfresh() {
+void TestGameLinkConnecting::connectAgainstAnAttemptStartsAfresh() {
   const FullBacklog backlog;
-  client_->settings.port = backlog.port();
-  client_->connection.connectToServer();
+  client_->server.port = backlog.port();
+  client_->connectToServer();
   const QString first = client_->attempt();
-  client_->settings.port = server_->serverPort();
+  client_->server.port = server_->serverPort();
   QVERIFY(connectClient());
-  QCOMPARE(client_->host.lines, (QStringList{first, client_->attempt(), connectedLine()}));
+  QCOMPARE(client_->host.lines, (QStringList{first, client_->attempt(), connectedText()}));
 }
 
-void TestServerConnection::connectAgainstAClosingConnectionStartsAfresh() {
+void TestGameLinkConnecting::connectAgainstAClosingConnectionStartsAfresh() {
   QVERIFY(connectClient());
-  // The peer reads nothing, so the socket cannot empty itself and keeps closing.
+  // The server reads nothing, so the socket cannot send all and keeps closing.
   QTcpSocket* const peer = server_->nextPendingConnection();
   peer->setReadBufferSize(1);
   client_->socket.write(QByteArray(20000000, 'x'));
-  client_->connection.disconnectFromServer();
+  client_->link.disconnectFromServer();
   QTest::qWait(50);
   QCOMPARE(client_->socket.state(), QAbstractSocket::ClosingState);
   QCOMPARE(client_->host.enabledActions(), QStringLiteral("C--"));
   client_->host.lines.clear();
   QVERIFY(connectClient());
   QCOMPARE(client_->host.lines,
-           (QStringList{disconnectedLine(), client_->attempt(), connectedLine()}));
+           (QStringList{disconnectedText(), client_->attempt(), connectedText()}));
   QTcpSocket* const next = server_->nextPendingConnection();
   client_->socket.write("hello\r\n");
   QTRY_COMPARE(next->bytesAvailable(), qint64{7});
   QCOMPARE(next->readAll(), QByteArray("hello\r\n"));
 }
 
-void TestServerConnection::connectAgainstAConnectionStartsAfresh() {
+void TestGameLinkConnecting::connectAgainstAConnectionStartsAfresh() {
   QVERIFY(connectClient());
   QTcpSocket* const peer = server_->nextPendingConnection();
   client_->host.lines.clear();
   QVERIFY(connectClient());
   QCOMPARE(client_->host.lines,
-           (QStringList{disconnectedLine(), client_->attempt(), connectedLine()}));
+           (QStringList{disconnectedText(), client_->attempt(), connectedText()}));
   QTRY_COMPARE(peer->state(), QAbstractSocket::UnconnectedState);
 }
 
-void TestServerConnection::linesTypedDuringAnAttemptGoOutOnceItSucceeds() {
+void TestGameLinkConnecting::aSocketThatOutlivesItsLinkTellsNothingMore() {
+  // As when a window with a connection is closed: the socket, its child, goes last.
+  RecordingHost host;
+  auto window = std::make_unique<QObject>();
+  QPointer<QTcpSocket> socket;
+  int ends = 0;
+  {
+    GameLink link(*window, host);
+    socket = &link.socket();
+    connect(socket, &QTcpSocket::disconnected, this, [&ends] { ++ends; });
+    link.connectToServer(client_->server);
+    QTRY_COMPARE(socket->state(), QAbstractSocket::ConnectedState);
+  }
+  QVERIFY(socket);
+  QCOMPARE(socket->parent(), window.get());
+  window.reset();
+  QVERIFY(!socket);
+  QCOMPARE(ends, 0);
+  QTRY_VERIFY(server_->hasPendingConnections());
+  QTcpSocket* const peer = server_->nextPendingConnection();
+  QTRY_COMPARE(peer->state(), QAbstractSocket::UnconnectedState);
+}
+
+void TestGameLinkConnecting::linesTypedDuringAnAttemptGoOutOnceItSucceeds() {
   for (const char* name : {"127.0.0.1", "localhost"}) {
-    client_->settings.hostName = QLatin1String(name);
-    client_->connection.connectToServer();
+    client_->server.hostName = QLatin1String(name);
+    client_->connectToServer();
     type(QStringLiteral("look"));
     QTRY_VERIFY(server_->hasPendingConnections());
     QTcpSocket* const peer = server_->nextPendingConnection();
     QTRY_COMPARE(peer->bytesAvailable(), qint64{6});
     QCOMPARE(peer->readAll(), QByteArray("look\r\n"));
-    client_->connection.disconnectFromServer();
+    client_->link.disconnectFromServer();
     QTRY_COMPARE(client_->host.enabledActions(), QStringLiteral("C-P"));
   }
 }
 
-void TestServerConnection::linesTypedDuringAFailingAttemptAreLost_data() {
+void TestGameLinkConnecting::linesTypedDuringAFailingAttemptAreLost_data() {
   QTest::addColumn<QString>("name");
   QTest::addColumn<QString>("line");
   const auto refused = QStringLiteral("<i>Error: Connection refused by the peer</i>");
@@ -419,13 +443,13 @@ void TestServerConnection::linesTypedDuringAFailingAttemptAreLost_data() {
       << "no-such-host.invalid" << QStringLiteral("<i>Error: Host not found</i>");
 }
 
-void TestServerConnection::linesTypedDuringAFailingAttemptAreLost() {
+void TestGameLinkConnecting::linesTypedDuringAFailingAttemptAreLost() {
   QFETCH(QString, name);
   QFETCH(QString, line);
-  client_->settings.hostName = name;
+  client_->server.hostName = name;
   const RefusedPort refused;
-  client_->settings.port = refused.number();
-  client_->connection.connectToServer();
+  client_->server.port = refused.number();
+  client_->connectToServer();
   type(QStringLiteral("lost"));
   QTRY_COMPARE_WITH_TIMEOUT(client_->host.enabledActions(), QStringLiteral("C-P"), 30000);
   QTest::qWait(50);
@@ -434,17 +458,17 @@ void TestServerConnection::linesTypedDuringAFailingAttemptAreLost() {
   expectNothingKept();
 }
 
-void TestServerConnection::linesTypedDuringAnAbortedAttemptAreLost() {
+void TestGameLinkConnecting::linesTypedDuringAnAbortedAttemptAreLost() {
   const FullBacklog backlog;
-  client_->settings.port = backlog.port();
-  client_->connection.connectToServer();
+  client_->server.port = backlog.port();
+  client_->connectToServer();
   type(QStringLiteral("lost"));
-  client_->connection.disconnectFromServer();
+  client_->link.disconnectFromServer();
   type(QStringLiteral("lost as well"));
   expectNothingKept();
 }
 
-void TestServerConnection::theAttemptLine_data() {
+void TestGameLinkConnecting::theAttemptLine_data() {
   QTest::addColumn<QString>("name");
   QTest::addColumn<int>("port");
   QTest::addColumn<QString>("shownName");
@@ -459,7 +483,7 @@ void TestServerConnection::theAttemptLine_data() {
       << QStringLiteral("\u20ac\u6f22.invalid") << 1 << "??.invalid";
   QTest::newRow("a placeholder is only text") << "%1%2.invalid" << 1 << "%1%2.invalid";
   QTest::newRow("a zero ends the name") << QStringLiteral("a") + QChar(0) + u'b' << 1 << "a";
-  // 1023, without the span of 28 that goes before, the tags and the words.
+  // 995 characters, without the tags and the words around the name.
   QTest::newRow("the longest host that fits") << QString(947, u'h') << 5000 << QString(947, u'h');
   QTest::newRow("one longer is cut") << QString(948, u'h') << 5000 << QString(947, u'h');
   QTest::newRow("a longer port leaves less") << QString(5000, u'h') << low << QString(940, u'h');
@@ -467,21 +491,45 @@ void TestServerConnection::theAttemptLine_data() {
       << QString(1000000, u'h') << 5000 << QString(947, u'h');
 }
 
-void TestServerConnection::theAttemptLine() {
+void TestGameLinkConnecting::theAttemptLine() {
   QFETCH(QString, name);
   QFETCH(int, port);
   QFETCH(QString, shownName);
-  client_->settings.hostName = name;
-  client_->settings.port = port;
-  client_->connection.connectToServer();
+  client_->server.hostName = name;
+  client_->server.port = port;
+  client_->connectToServer();
   client_->socket.abort();
   const QString line = client_->host.lines.first();
   QCOMPARE(line, QStringLiteral("<i>Attempting to connect to %1 on port %2...</i>")
                      .arg(shownName, QString::number(port)));
-  QVERIFY(line.size() + QLatin1String("<span style=\"color:#BDBDBD\">").size() <= 1023);
+  QVERIFY(line.size() <= client_->host.room);
 }
 
-void TestServerConnection::thePortIsCutToSixteenBits_data() {
+void TestGameLinkConnecting::theAttemptLineFitsTheRoomThatThereIs_data() {
+  QTest::addColumn<int>("room");
+  QTest::addColumn<int>("shownLetters");
+  QTest::newRow("much room") << 2000 << 200;
+  QTest::newRow("room for all") << 248 << 200;
+  QTest::newRow("room for all but one") << 247 << 199;
+  QTest::newRow("room for one") << 49 << 1;
+  QTest::newRow("room for the words alone") << 48 << 0;
+  QTest::newRow("less room than the words need") << 47 << 0;
+  QTest::newRow("no room") << 0 << 0;
+}
+
+void TestGameLinkConnecting::theAttemptLineFitsTheRoomThatThereIs() {
+  QFETCH(int, room);
+  QFETCH(int, shownLetters);
+  client_->server = {.hostName = QString(200, u'h'), .port = 5000};
+  client_->host.room = room;
+  client_->connectToServer();
+  client_->socket.abort();
+  QCOMPARE(client_->host.lines.first(),
+           QStringLiteral("<i>Attempting to connect to %1 on port 5000...</i>")
+               .arg(QString(shownLetters, u'h')));
+}
+
+void TestGameLinkConnecting::thePortIsCutToSixteenBits_data() {
   QTest::addColumn<int>("offset");
   QTest::newRow("as it is") << 0;
   QTest::newRow("above") << 65536;
@@ -489,12 +537,12 @@ void TestServerConnection::thePortIsCutToSixteenBits_data() {
   QTest::newRow("at the end of int") << std::numeric_limits<int>::min();
 }
 
-void TestServerConnection::thePortIsCutToSixteenBits() {
+void TestGameLinkConnecting::thePortIsCutToSixteenBits() {
   QFETCH(int, offset);
-  client_->settings.port += offset;
+  client_->server.port += offset;
   QVERIFY(connectClient());
-  QCOMPARE(client_->host.lines, (QStringList{client_->attempt(), connectedLine()}));
+  QCOMPARE(client_->host.lines, (QStringList{client_->attempt(), connectedText()}));
 }
 
-KELMORA_TEST_MAIN(TestServerConnection)
-#include "tst_serverconnection.moc"
+KELMORA_TEST_MAIN(TestGameLinkConnecting)
+#include "tst_gamelink_connecting.moc"
