@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "net/LinkHost.h"
+#include "net/Log.h"
 #include "net/StatusLines.h"
 
 namespace kelmora::net {
@@ -22,6 +23,7 @@ GameLink::~GameLink() {
 void GameLink::connectToServer(const Server& server) {
   if (socket_.state() != QAbstractSocket::UnconnectedState)
     abort();
+  qCInfo(connectionLog) << "connecting to" << server.hostName << "port" << server.port;
   host_.appendStatusLine(attemptLine(server.hostName, server.port, host_.statusLineRoom()));
   socket_.connectToHost(server.hostName, static_cast<quint16>(server.port));
   // An attempt can fail inside connectToHost(). Then displaySocketError() has
@@ -33,6 +35,7 @@ void GameLink::connectToServer(const Server& server) {
 
 void GameLink::disconnectFromServer() {
   readArrived();
+  qCInfo(connectionLog) << "disconnecting in" << socket_.state();
   // During an attempt, closing the socket would wait for the attempt's outcome.
   if (socket_.state() == QAbstractSocket::HostLookupState ||
       socket_.state() == QAbstractSocket::ConnectingState)
@@ -47,6 +50,7 @@ void GameLink::disconnectFromServer() {
 void GameLink::displaySocketError(QAbstractSocket::SocketError error) {
   if (askingForData_ && error == QAbstractSocket::SocketTimeoutError)
     return;  // it only says that no data has arrived
+  qCWarning(connectionLog) << error << socket_.errorString() << "in" << socket_.state();
   // Writing to a server that has gone ends the connection. Text that it sent
   // before can still be read now, but not later.
   readRest();
@@ -71,12 +75,14 @@ void GameLink::readSocketData() {
 }
 
 void GameLink::clientConnected() {
+  qCInfo(connectionLog) << "connected to" << socket_.peerAddress() << "port" << socket_.peerPort();
   host_.appendStatusLine(connectedLine());
   host_.setActionEnabled(ConnectionAction::Disconnect, true);
   host_.setActionEnabled(ConnectionAction::ProxySettings, false);
 }
 
 void GameLink::clientDisconnected() {
+  qCInfo(connectionLog) << "disconnected";
   readRest();
   host_.appendStatusLine(disconnectedLine());
   host_.setActionEnabled(ConnectionAction::Connect, true);
@@ -87,9 +93,11 @@ void GameLink::clientDisconnected() {
 SendResult GameLink::sendLine(const QString& line) {
   // When the server has ended the connection, the socket is still open.
   if (!socket_.isWritable() || socket_.state() == QAbstractSocket::UnconnectedState) {
+    qCWarning(connectionLog) << "a line is lost, as there is no connection";
     return SendResult::NotConnected;
   }
   if (socket_.bytesToWrite() >= largestBacklog) {
+    qCWarning(connectionLog) << "a line is lost, as" << socket_.bytesToWrite() << "bytes wait";
     return std::exchange(losingLines_, true) ? SendResult::LossGoesOn : SendResult::LossBegins;
   }
   losingLines_ = false;
@@ -119,6 +127,8 @@ void GameLink::readRest() {
 
 /// Ends the attempt or the connection at once. Lines that wait are not sent.
 void GameLink::abort() {
+  if (socket_.bytesToWrite() > 0)
+    qCWarning(connectionLog) << socket_.bytesToWrite() << "bytes of waiting lines are lost";
   socket_.abort();
 }
 
