@@ -63,5 +63,5 @@ void LiteralWindow::setVariable(const QString& name, const QString& value) {
 }
 
 void LiteralWindow::runActions(const QStringList& commands) {
-  interpreter_.actionQueue().runActions(commands);
+  interpreter_.runActions(commands);
 }

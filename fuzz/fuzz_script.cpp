@@ -86,8 +86,8 @@ class PlainComparison {
   }
 
   void end() {
-    for (const QString& id : engine_.queue.pendingTimers().keys())
-      engine_.queue.unpause(id);
+    for (const QString& id : engine_.timers.byId().keys())
+      engine_.timers.unpause(id);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     fuzz::require(engine_.host.timerParent().children().isEmpty(), "no timer is left over");
   }
@@ -107,7 +107,7 @@ class PlainComparison {
   }
 
   void fire(const QString& id) {
-    ActionTimer* const timer = engine_.queue.pendingTimers().value(id);
+    ActionTimer* const timer = engine_.timers.byId().value(id);
     fuzz::require((timer != nullptr) == plain_.timers.contains(id), "the same timers wait");
     if (!timer)
       return;
@@ -127,11 +127,12 @@ class PlainComparison {
   void requireSame() const {
     fuzz::require(engine_.host.log == plain_.log, "the engine does what plain recursion does");
     fuzz::require(engine_.variables.entries() == plain_.variables, "the variables are the same");
-    const auto& waiting = engine_.queue.pendingTimers();
+    const auto& waiting = engine_.timers.byId();
     fuzz::require(waiting.keys() == plain_.timers.keys(), "the waiting timers are the same");
     for (const ActionTimer* timer : waiting) {
-      fuzz::require(timer->actions == plain_.timers[timer->timerId], "a timer holds the same rest");
-      fuzz::require(timer->interval() == plain_.delays[timer->timerId], "a timer waits as long");
+      fuzz::require(timer->actions() == plain_.timers[timer->timerId()],
+                    "a timer holds the same rest");
+      fuzz::require(timer->interval() == plain_.delays[timer->timerId()], "a timer waits as long");
     }
   }
 

@@ -214,7 +214,7 @@ void MainWidget::parseVitals(const char* line) {
 }
 
 void MainWidget::runActions(const QStringList& actions) {
-  interpreter_.actionQueue().runActions(actions);
+  interpreter_.runActions(actions);
 }
 
 script::Pause MainWidget::interpretAction(QString action) {

@@ -1,14 +1,17 @@
 #include "script/ActionTimer.h"
 
-#include "script/ActionQueue.h"
+#include <utility>
 
-using namespace kelmora;
-using namespace kelmora::script;
+ActionTimer::ActionTimer(QString timerId, QStringList actions, WhenDue whenDue, QObject& parent)
+    : QTimer(&parent),
+      timerId_(std::move(timerId)),
+      actions_(std::move(actions)),
+      whenDue_(std::move(whenDue)) {
+  connect(this, SIGNAL(timeout()), this, SLOT(sendActions()));
+}
 
 void ActionTimer::sendActions() {
   stop();
-  // First, so that the actions may pause under the same id again.
-  owner->pendingTimers_.remove(timerId);
-  owner->runActions(actions);
+  whenDue_(*this);
   deleteLater();
 }

@@ -2,24 +2,26 @@
 
 #include <QStringList>
 #include <QTimer>
+#include <functional>
 
-namespace kelmora::script {
-class ActionQueue;
-}
-
-/// What is left of a list of actions after a pause, and the clock it waits
-/// for. It is waiting, and then known to its owner by its id, or gone.
+/// Holds the rest of a list of actions that a /pause has put off, and hands it
+/// on when the time has come. It does so once and then destroys itself.
 class ActionTimer : public QTimer {
   Q_OBJECT
 
  public:
-  explicit ActionTimer(QObject& parent) : QTimer(&parent) {}
+  using WhenDue = std::function<void(const ActionTimer& timer)>;
 
-  kelmora::script::ActionQueue* owner = nullptr;
-  QStringList actions;
-  QString timerId;
+  ActionTimer(QString timerId, QStringList actions, WhenDue whenDue, QObject& parent);
+
+  [[nodiscard]] const QString& timerId() const { return timerId_; }
+  [[nodiscard]] const QStringList& actions() const { return actions_; }
 
  public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
-  /// Gives the id free, runs the actions and destroys the timer.
   void sendActions();
+
+ private:
+  QString timerId_;
+  QStringList actions_;
+  WhenDue whenDue_;
 };

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 #include "scan/Integer.h"
-#include "script/ActionQueue.h"
+#include "script/Log.h"
 #include "script/Losses.h"
 #include "script/RunBudget.h"
 #include "script/ScriptHost.h"
@@ -16,100 +17,97 @@ namespace kelmora::script {
 
 namespace {
 
-enum class Form { None, One, OneRaw, Two, TextAndMaybeColour };
-enum class Substituted { Nothing, First, Second, Both };
-
-/// The colour of a text that is given none.
+/// The colour of an /echo that names none.
 constexpr auto white = "FFFFFF"_L1;
 
-}  // namespace
-
-struct Commands::Command {
-  QLatin1StringView word;
-  Form form;
-  Substituted substituted;
-  Sequel (Commands::*handler)(const Arguments&);
-  QLatin1StringView error;
-};
-
-struct Commands::Table {
-  using enum Form;
-  using enum Substituted;
-
-  static constexpr std::array rows{
-      Command{"/set"_L1, Two, Second, &Commands::set, "/set takes two arguments"_L1},
-      Command{"/delete"_L1, One, Nothing, &Commands::remove, "/delete takes one argument"_L1},
-      Command{"/variables"_L1, None, Nothing, &Commands::list, {}},
-      Command{"/add"_L1, Two, Second, &Commands::calculate<Operation::Add>,
-              "/add takes two arguments"_L1},
-      Command{"/subtract"_L1, Two, Second, &Commands::calculate<Operation::Subtract>,
-              "/subtract takes two arguments"_L1},
-      Command{"/multiply"_L1, Two, Second, &Commands::calculate<Operation::Multiply>,
-              "/multiply takes two arguments"_L1},
-      Command{"/divide"_L1, Two, Second, &Commands::calculate<Operation::Divide>,
-              "/divide takes two arguments"_L1},
-      Command{"/isequal"_L1, Two, Both, &Commands::compare<Comparison::Equal>,
-              "/isequal takes two arguments"_L1},
-      Command{"/isnotequal"_L1, Two, Both, &Commands::compare<Comparison::NotEqual>,
-              "/isnotequal takes two arguments"_L1},
-      Command{"/islessthan"_L1, Two, Both, &Commands::compare<Comparison::Less>,
-              "/islessthan takes two arguments"_L1},
-      Command{"/isgreaterthan"_L1, Two, Both, &Commands::compare<Comparison::Greater>,
-              "/isgreaterthan takes two arguments"_L1},
-      Command{"/islessthanorequal"_L1, Two, Both, &Commands::compare<Comparison::LessOrEqual>,
-              "/islessthanorequal takes two arguments"_L1},
-      Command{"/isgreaterthanorequal"_L1, Two, Both, &Commands::compare<Comparison::GreaterOrEqual>,
-              "/isgreaterthanorequal takes two arguments"_L1},
-      Command{"/cond"_L1, One, Nothing, &Commands::cond, "/cond takes one argument"_L1},
-      Command{"/condloop"_L1, One, Nothing, &Commands::condLoop, "/condloop takes one argument"_L1},
-      Command{"/repeat"_L1, Two, First, &Commands::repeat, "/repeat takes two arguments"_L1},
-      Command{"/echo"_L1, TextAndMaybeColour, First, &Commands::echo,
-              "/echo takes at least one argument"_L1},
-      Command{"/pause"_L1, Two, Nothing, &Commands::pause, "/pause takes two arguments"_L1},
-      // A quirk of this client: its id alone keeps the blanks behind it.
-      Command{"/unpause"_L1, OneRaw, Nothing, &Commands::unpause, "/unpause takes one argument"_L1},
-  };
-};
-
-std::optional<Sequel> Commands::run(const QString& action) {
-  const qsizetype space = action.indexOf(u' ');
-  const QStringView word = space < 0 ? QStringView(action) : QStringView(action).first(space);
-  const auto command = std::find_if(Table::rows.begin(), Table::rows.end(),
-                                    [&](const Command& row) { return row.word == word; });
-  if (command == Table::rows.end())
-    return std::nullopt;
-  std::optional<Arguments> arguments = split(*command, action);
-  if (!arguments) {
-    host_.printError(command->error);
-    return Sequel();
+std::optional<Arguments> split(ArgumentForm form, const QString& action) {
+  switch (form) {
+    case ArgumentForm::None:
+      return Arguments();
+    case ArgumentForm::One:
+    case ArgumentForm::OneUntrimmed:
+      return splitOneArgument(action);
+    case ArgumentForm::Two:
+      return splitTwoArguments(action);
+    case ArgumentForm::TextAndMaybeColour:
+      break;
   }
-  prepare(*command, *arguments);
-  // With half of its variables replaced a text is another one.
-  if (budget_.overspent())
-    return Sequel();
-  return (this->*command->handler)(*arguments);
-}
-
-std::optional<Commands::Arguments> Commands::split(const Command& command, const QString& action) {
-  if (command.form == Form::None)
-    return Arguments();
-  const bool mayBeOne = command.form == Form::TextAndMaybeColour;
-  std::optional<Arguments> arguments;
-  if (command.form == Form::Two || mayBeOne)
-    arguments = script::splitTwoArguments(action);
-  if (!arguments && command.form != Form::Two) {
-    arguments = script::splitOneArgument(action);
-    if (arguments && mayBeOne)
+  std::optional<Arguments> arguments = splitTwoArguments(action);
+  if (!arguments) {
+    arguments = splitOneArgument(action);
+    if (arguments)
       arguments->second = white;
   }
   return arguments;
 }
 
-void Commands::prepare(const Command& command, Arguments& arguments) {
-  if (arguments.wasCut)
-    losses_.tell(QStringLiteral("Text cut at %1 bytes: ").arg(script::longestArgument),
-                 command.word);
-  if (command.form == Form::OneRaw)
+constexpr std::string_view plain(QLatin1StringView text) {
+  return {text.data(), static_cast<std::size_t>(text.size())};
+}
+
+}  // namespace
+
+struct Commands::Handler {
+  std::string_view word;
+  Sequel (Commands::*run)(const Arguments&);
+};
+
+struct Commands::Handlers {
+  static constexpr std::array all{
+      Handler{"/set", &Commands::set},
+      Handler{"/delete", &Commands::remove},
+      Handler{"/variables", &Commands::list},
+      Handler{"/add", &Commands::calculate<Operation::Add>},
+      Handler{"/subtract", &Commands::calculate<Operation::Subtract>},
+      Handler{"/multiply", &Commands::calculate<Operation::Multiply>},
+      Handler{"/divide", &Commands::calculate<Operation::Divide>},
+      Handler{"/isequal", &Commands::compare<Comparison::Equal>},
+      Handler{"/isnotequal", &Commands::compare<Comparison::NotEqual>},
+      Handler{"/islessthan", &Commands::compare<Comparison::Less>},
+      Handler{"/isgreaterthan", &Commands::compare<Comparison::Greater>},
+      Handler{"/islessthanorequal", &Commands::compare<Comparison::LessOrEqual>},
+      Handler{"/isgreaterthanorequal", &Commands::compare<Comparison::GreaterOrEqual>},
+      Handler{"/cond", &Commands::cond},
+      Handler{"/condloop", &Commands::condLoop},
+      Handler{"/repeat", &Commands::repeat},
+      Handler{"/echo", &Commands::echo},
+      Handler{"/pause", &Commands::pause},
+      Handler{"/unpause", &Commands::unpause},
+  };
+};
+
+std::optional<Sequel> Commands::run(const QString& action) {
+  constexpr auto rows = commandRows();
+  static_assert(std::equal(rows.begin(), rows.end(), Handlers::all.begin(), Handlers::all.end(),
+                           [](const CommandRow& row, const Handler& handler) {
+                             return plain(row.word) == handler.word;
+                           }),
+                "each command has a row and a handler, both in the same order");
+  const qsizetype space = action.indexOf(u' ');
+  const QStringView word = space < 0 ? QStringView(action) : QStringView(action).first(space);
+  const auto command = std::find_if(rows.begin(), rows.end(),
+                                    [&](const CommandRow& row) { return row.word == word; });
+  if (command == rows.end())
+    return std::nullopt;
+  std::optional<Arguments> arguments = split(command->form, action);
+  if (!arguments) {
+    host_.printError(command->error);
+    return Sequel();
+  }
+  prepare(*command, *arguments);
+  // Some variables may not have been replaced: the command would do something
+  // that nobody wrote.
+  if (budget_.overspent())
+    return Sequel();
+  const Handler& handler = Handlers::all.at(command - rows.begin());
+  return (this->*handler.run)(*arguments);
+}
+
+void Commands::prepare(const CommandRow& command, Arguments& arguments) {
+  if (arguments.wasCut &&
+      losses_.tell(QStringLiteral("Text cut at %1 bytes: ").arg(longestArgument), command.word))
+    qCInfo(scriptsLog) << "argument cut, command" << command.word;
+  if (command.form == ArgumentForm::OneUntrimmed)
     return;
   arguments.first = arguments.first.trimmed();
   arguments.second = arguments.second.trimmed();
@@ -119,9 +117,10 @@ void Commands::prepare(const Command& command, Arguments& arguments) {
     substitute(command, arguments.second);
 }
 
-void Commands::substitute(const Command& command, QString& argument) {
-  // One that is broken off has taken more steps than there are.
-  const script::Substitution substitution =
+void Commands::substitute(const CommandRow& command, QString& argument) {
+  // The limit on its work is one step more than is left, so a substitution that
+  // is broken off always overspends the budget and thereby ends the run.
+  const Substitution substitution =
       variables_.substitution(argument, (budget_.left() + 1) * RunBudget::charactersPerStep);
   budget_.spendText(substitution.work());
   argument = substitution.text();
@@ -130,8 +129,9 @@ void Commands::substitute(const Command& command, QString& argument) {
 }
 
 void Commands::tellCut(QLatin1StringView word) {
-  losses_.tell(QStringLiteral("Text cut at %1 characters: ").arg(VariableTable::maximumLength),
-               word);
+  if (losses_.tell(QStringLiteral("Text cut at %1 characters: ").arg(VariableTable::maximumLength),
+                   word))
+    qCInfo(scriptsLog) << "value or text cut, command" << word;
 }
 
 Sequel Commands::set(const Arguments& arguments) {
@@ -147,7 +147,7 @@ Sequel Commands::remove(const Arguments& arguments) {
 
 Sequel Commands::list(const Arguments& /*arguments*/) {
   host_.printInfo(QStringLiteral("Global variables:"));
-  // A copy, in case the host changes them meanwhile.
+  // A copy, because the host may change the variables while it prints.
   const VariableTable::Entries entries = variables_.entries();
   for (auto entry = entries.cbegin(); entry != entries.cend() && !budget_.overspent(); ++entry)
     host_.printInfo(u' ' + entry.key() + QStringLiteral(" : ") + entry.value());
@@ -163,7 +163,7 @@ Sequel Commands::calculate(const Arguments& arguments) {
   const QString value = variables_.value(arguments.first);
   budget_.spendNumber(value.size() + arguments.second.size());
   const auto result = script::calculate(operation, value, arguments.second);
-  // Nothing else grows.
+  // The word is known: only /add, which appends text, makes a value longer.
   if (result && !variables_.set(arguments.first, *result))
     tellCut("/add"_L1);
   return {};
@@ -201,8 +201,7 @@ Sequel Commands::pause(const Arguments& arguments) {
 }
 
 Sequel Commands::unpause(const Arguments& arguments) {
-  queue_.unpause(arguments.first);
-  return {};
+  return Unpause{arguments.first};
 }
 
 }  // namespace kelmora::script

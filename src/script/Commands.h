@@ -1,76 +1,50 @@
 #pragma once
 
 #include <QString>
-#include <chrono>
 #include <optional>
-#include <variant>
 
 #include "script/Arguments.h"
 #include "script/Arithmetic.h"
+#include "script/CommandTable.h"
 #include "script/Comparisons.h"
+#include "script/Sequel.h"
 
 namespace kelmora::script {
 
-class ActionQueue;
 class Losses;
 class RunBudget;
 class ScriptHost;
 class VariableTable;
 
-// What a command leaves for the interpreter to do.
-
-/// Run the rest of the list later.
-struct Pause {
-  std::chrono::milliseconds delay{0};  ///< zero or less is no pause
-  QString timerId = {};
-
-  [[nodiscard]] bool operator==(const Pause&) const = default;
-};
-/// Run the body at once. A pause in this or the next two holds nothing back.
-struct Once {
-  QString body;
-};
-/// Run the body this many times.
-struct Repeat {
-  QString body;
-  int runs;
-};
-/// Run the body while the condition flag is set.
-struct CondLoop {
-  QString body;
-};
-using Sequel = std::variant<std::monostate, Pause, Once, Repeat, CondLoop>;
-
-/// The slash-commands: one table, one row for each.
+/// Runs the slash-commands. CommandTable.h lists them; to add one, write its
+/// row there, and here its function and its entry in the list of handlers.
 class Commands {
  public:
-  /// The condition loop runs its body at most this often, /repeat once less.
+  /// The most rounds of a /condloop and of a /repeat. That they differ by one
+  /// is a quirk kept on purpose.
   static constexpr int condLoopLimit = 513;
   static constexpr int repeatLimit = 512;
 
-  Commands(ScriptHost& host, VariableTable& variables, ActionQueue& queue, RunBudget& budget,
-           Losses& losses)
-      : host_(host), variables_(variables), queue_(queue), budget_(budget), losses_(losses) {}
+  Commands(ScriptHost& host, VariableTable& variables, RunBudget& budget, Losses& losses)
+      : host_(host), variables_(variables), budget_(budget), losses_(losses) {}
 
-  /// Runs the command whose word stands before the action's first space;
-  /// nothing when that is no command's. Words are compared exactly. Errors are
-  /// printed and leave nothing to do.
+  /// Runs the command whose word is the text before the action's first space,
+  /// and returns what is to be done after it. Returns nothing if there is no
+  /// command of exactly that word. A mistake in a command is shown to the
+  /// player, and nothing is left to do.
   [[nodiscard]] std::optional<Sequel> run(const QString& action);
 
-  /// What the latest comparison of any script found.
+  /// The result of the latest comparison in any script.
   [[nodiscard]] bool conditionFlag() const { return conditionFlag_; }
 
  private:
   using Arguments = script::Arguments;
-  struct Command;
-  struct Table;
+  struct Handler;
+  struct Handlers;
 
-  [[nodiscard]] static std::optional<Arguments> split(const Command& command,
-                                                      const QString& action);
-  /// The arguments as the command takes them: trimmed, and their variables
-  /// replaced.
-  void prepare(const Command& command, Arguments& arguments);
-  void substitute(const Command& command, QString& argument);
+  /// Trims the arguments and replaces their variables, as the command's row says.
+  void prepare(const CommandRow& command, Arguments& arguments);
+  void substitute(const CommandRow& command, QString& argument);
   void tellCut(QLatin1StringView word);
 
   Sequel set(const Arguments& arguments);
@@ -89,7 +63,6 @@ class Commands {
 
   ScriptHost& host_;
   VariableTable& variables_;
-  ActionQueue& queue_;
   RunBudget& budget_;
   Losses& losses_;
   bool conditionFlag_ = false;

@@ -4,11 +4,12 @@
 #include <QStringList>
 #include <optional>
 
-#include "script/ActionQueue.h"
 #include "script/Commands.h"
 #include "script/Losses.h"
 #include "script/MeteredHost.h"
+#include "script/PendingTimers.h"
 #include "script/RunBudget.h"
+#include "script/Sequel.h"
 
 namespace kelmora::script {
 
@@ -16,53 +17,55 @@ class AliasLookup;
 class ScriptHost;
 class VariableTable;
 
-/// Understands one action: a slash-command, an alias, or a line for the game
-/// server (written with a doubled slash if it begins with one).
+/// Runs actions. Each is a slash-command, an alias, or a line for the game
+/// server; a line that begins with a slash is written with two of them.
 ///
-/// An alias that comes back to itself by lines of lists alone has no end for
-/// certain: it is stopped where it would begin again, and what stands around it
-/// goes on. One that comes back through a condition or a loop may well end, and
-/// runs until RunBudget says otherwise.
+/// An alias that calls itself through nothing but lists of actions would never
+/// end, since nothing on the way decides anything. It is stopped where it would
+/// begin again, and the actions around it go on. An alias that calls itself
+/// through a condition or a loop may end, so it runs on, within RunBudget.
 class Interpreter {
  public:
-  /// Host, variables and aliases outlive the interpreter.
+  /// Host, variables and aliases must outlive the interpreter.
   Interpreter(ScriptHost& host, VariableTable& variables, const AliasLookup& aliases,
               qint64 steps = RunBudget::stepLimit);
   Q_DISABLE_COPY_MOVE(Interpreter)
 
-  /// Runs one action, and all that it starts, to completion. If the action
-  /// itself is a pause, the result is that pause, and making a timer of it is
-  /// the caller's part; otherwise it has no delay. A pause in the body of a
-  /// condition or loop leaves its id in the result, but no delay.
+  /// Runs the actions in order, up to the first pause, which puts off the rest.
+  /// Aliases and loops among them have run when this returns.
+  void runActions(const QStringList& actions);
+
+  /// Runs one action, and all that it starts, to its end. If the action itself
+  /// is a pause, it is returned, and it is for the caller to make a timer of it.
+  /// Otherwise what is returned has no delay; it has an id if there was a pause
+  /// in the body of a condition or loop, which puts nothing off.
   [[nodiscard]] Pause interpretAction(QString action);
 
-  /// The lists that go with this interpreter.
-  [[nodiscard]] ActionQueue& actionQueue() { return queue_; }
-  /// For an event that starts several runs.
+  [[nodiscard]] PendingTimers& pendingTimers() { return timers_; }
+  /// For an event that starts several runs, see Losses::Event.
   [[nodiscard]] Losses& losses() { return losses_; }
 
  private:
-  friend class ActionQueue;
-  struct Stack;
+  struct Run;
   struct Next;
   enum class Place;
 
-  /// Runs a list as far as its first pause.
-  void runList(const QStringList& actions);
-  void finish(Stack& stack);
-  [[nodiscard]] std::optional<Next> nextOf(Stack& stack);
-  [[nodiscard]] std::optional<QString> bodyOf(Stack& stack);
-  void perform(Stack& stack, const Next& next);
-  void follow(Stack& stack, const Sequel& sequel, Place place);
-  void park(Stack& stack, const Pause& pause);
-  void callOrSend(Stack& stack, const QString& text, Place place);
-  [[nodiscard]] bool endsForSteps(const Stack& stack);
+  void finish(Run& run);
+  /// The next action of the innermost list or loop; nothing if that is over.
+  [[nodiscard]] std::optional<Next> nextOf(Run& run);
+  [[nodiscard]] std::optional<QString> bodyOf(Run& run);
+  void perform(Run& run, const Next& next);
+  void follow(Run& run, const Sequel& sequel, Place place);
+  void pause(Run& run, const Pause& pause, Place place);
+  void callOrSend(Run& run, const QString& text, Place place);
+  /// Whether the run is over because it has used up its budget.
+  [[nodiscard]] bool endsForSteps(const Run& run);
 
   const AliasLookup& aliases_;
   RunBudget budget_;
   MeteredHost host_;
   Losses losses_;
-  ActionQueue queue_;
+  PendingTimers timers_;
   Commands commands_;
 };
 

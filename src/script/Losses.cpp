@@ -6,7 +6,7 @@ namespace kelmora::script {
 
 namespace {
 
-/// Enough to recognise what somebody has written.
+/// The beginning of the first line, enough to recognise the whole.
 QString shortened(const QString& text) {
   constexpr qsizetype longest = 60;
   const qsizetype lineBreak = text.indexOf(u'\n');
@@ -16,11 +16,12 @@ QString shortened(const QString& text) {
 
 }  // namespace
 
-void Losses::tell(const QString& loss, const QString& about) {
+bool Losses::tell(const QString& loss, const QString& about) {
   if (told_.contains(loss))
-    return;
+    return false;
   told_.insert(loss);
   host_.printError(loss + shortened(about));
+  return true;
 }
 
 }  // namespace kelmora::script

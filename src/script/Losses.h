@@ -7,11 +7,12 @@ namespace kelmora::script {
 
 class ScriptHost;
 
-/// Tells the player what a bound has cost, each loss once in an event: a loop
-/// loses the same thing again and again.
+/// Tells the player what was lost because a limit was reached. The same loss is
+/// told once in an event, because a loop may have it again in every round.
 class Losses {
  public:
-  /// Lives as long as an event; those inside it belong to the outermost.
+  /// Marks an event for as long as it lives. An event inside another one counts
+  /// as part of it.
   class Event {
    public:
     explicit Event(Losses& losses) : losses_(losses) {
@@ -25,13 +26,14 @@ class Losses {
     Losses& losses_;
   };
 
-  /// The host outlives this.
+  /// The host must outlive this.
   explicit Losses(ScriptHost& host) : host_(host) {}
   Q_DISABLE_COPY_MOVE(Losses)
 
-  /// An error line made of both, unless one that began with `loss` was there in
-  /// this event. Of what it is about, the start of its first line is shown.
-  void tell(const QString& loss, const QString& about = {});
+  /// Prints an error line of the loss and the beginning of what it is about.
+  /// Does nothing and returns false if the same loss was told in this event,
+  /// whatever it was about.
+  bool tell(const QString& loss, const QString& about = {});
 
  private:
   ScriptHost& host_;

@@ -3,9 +3,9 @@
 #include <QHash>
 #include <functional>
 
-#include "script/ActionQueue.h"
 #include "script/AliasLookup.h"
 #include "script/Interpreter.h"
+#include "script/PendingTimers.h"
 #include "script/ScriptHost.h"
 #include "script/VariableTable.h"
 
@@ -71,9 +71,9 @@ struct ScriptFixture {
   VariableTable variables;
   AliasMap aliases;
   Interpreter interpreter;
-  ActionQueue& queue = interpreter.actionQueue();
+  PendingTimers& timers = interpreter.pendingTimers();
 
-  void run(const QStringList& actions) { queue.runActions(actions); }
+  void run(const QStringList& actions) { interpreter.runActions(actions); }
   /// What the list does to the outside, from here on.
   QStringList logOf(const QStringList& actions) {
     host.log.clear();

@@ -219,7 +219,7 @@ void TestAliases::thePausesOfAnEndlessAliasStay() {
   script.aliases["wait"] = QStringList{"/pause t, 10", "later"};
   QCOMPARE(script.logOf({"k"}), QStringList{"## Endless alias stopped: k"});
   QTRY_COMPARE(script.host.log.last(), "> later");
-  QVERIFY(script.queue.pendingTimers().isEmpty());
+  QVERIFY(script.timers.byId().isEmpty());
 }
 
 KELMORA_TEST_MAIN(TestAliases)

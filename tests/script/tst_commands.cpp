@@ -63,7 +63,7 @@ void TestCommands::refusesAWrongForm() {
   QCOMPARE(script.type(action), Pause());
   QCOMPARE(script.host.log, QStringList{"## " + error});
   QCOMPARE(script.variables.entries(), (Entries{{"a", "1"}}));
-  QVERIFY(script.queue.pendingTimers().isEmpty());
+  QVERIFY(script.timers.byId().isEmpty());
   // The condition flag kept its value.
   QCOMPARE(script.logOf({"/cond still"}), QStringList{"> still"});
 }

@@ -85,9 +85,9 @@ struct Waiting {
 
 Waiting waitingOf(const ScriptFixture& script) {
   Waiting waiting;
-  for (const ActionTimer* timer : script.queue.pendingTimers()) {
-    waiting.actions[timer->timerId] = timer->actions;
-    waiting.delays[timer->timerId] = timer->interval();
+  for (const ActionTimer* timer : script.timers.byId()) {
+    waiting.actions[timer->timerId()] = timer->actions();
+    waiting.delays[timer->timerId()] = timer->interval();
   }
   return waiting;
 }
@@ -132,7 +132,7 @@ void TestEngineComparison::doesWhatPlainRecursionDoes() {
 
     script.run(actions);
     for (const QString& id : fired) {
-      ActionTimer* const timer = script.queue.pendingTimers().value(id);
+      ActionTimer* const timer = script.timers.byId().value(id);
       QVERIFY2(timer != nullptr, qPrintable(QStringLiteral("seed %1").arg(seed)));
       timer->sendActions();
     }

@@ -129,21 +129,21 @@ void TestInterpreter::returnsTheDelayOfAPauseAlone() {
 void TestInterpreter::aPauseTypedAloneMakesNoTimer() {
   ScriptFixture script;
   QCOMPARE(script.type("/pause t, 100"), (Pause{100ms, "t"}));
-  QVERIFY(script.queue.pendingTimers().isEmpty());
+  QVERIFY(script.timers.byId().isEmpty());
   QVERIFY(script.host.log.isEmpty());
 }
 
 void TestInterpreter::aPauseInABodyLeavesItsIdButNoDelay() {
   ScriptFixture script;
   QCOMPARE(script.type("/repeat 2, /pause t, 100"), (Pause{0ms, "t"}));
-  QVERIFY(script.queue.pendingTimers().isEmpty());
+  QVERIFY(script.timers.byId().isEmpty());
 }
 
 void TestInterpreter::aPauseInAnAliasLeavesTheCallerAlone() {
   ScriptFixture script;
   script.aliases["go"] = QStringList{"a", "/pause t, 60000", "b"};
   QCOMPARE(script.type("go"), Pause());
-  QCOMPARE(script.queue.pendingTimers().keys(), QStringList{"t"});
+  QCOMPARE(script.timers.byId().keys(), QStringList{"t"});
   QCOMPARE(script.host.log, QStringList{"> a"});
 }
 

@@ -213,7 +213,7 @@ void TestLoops::pausesInBodiesHoldNothingBack() {
   ScriptFixture script;
   script.aliases["stop"] = QStringList{"/isequal 1, 2", "/repeat 1, /pause t, 100"};
   QCOMPARE(script.logOf(actions), QStringList{"> end"});
-  QVERIFY(script.queue.pendingTimers().isEmpty());
+  QVERIFY(script.timers.byId().isEmpty());
 }
 
 void TestLoops::aPauseInAnAliasThatIsABodyParksTheRestOfThatAlias() {
@@ -221,7 +221,7 @@ void TestLoops::aPauseInAnAliasThatIsABodyParksTheRestOfThatAlias() {
   script.aliases["go"] = QStringList{"x", "/pause t, 30", "y"};
   QCOMPARE(script.logOf({"/repeat 2, go", "end"}),
            (QStringList{"> x", "> x", "## Duplicate timer id: t", "> end"}));
-  QTRY_VERIFY(script.queue.pendingTimers().isEmpty());
+  QTRY_VERIFY(script.timers.byId().isEmpty());
   QTest::qWait(60);
   QCOMPARE(script.host.noted("> y"), QStringList{"> y"});
 }

@@ -112,8 +112,8 @@ void TestRandomScripts::anyLineComesToAnEnd() {
     }
     for (const QString& value : room.variables.entries())
       QVERIFY(value.size() <= VariableTable::maximumLength);
-    for (const QString& id : room.queue.pendingTimers().keys())
-      room.queue.unpause(id);
+    for (const QString& id : room.timers.byId().keys())
+      room.timers.unpause(id);
     QVERIFY(room.host.timerParent().children().isEmpty());
   }
   QVERIFY(lines >= 100'000);

@@ -177,7 +177,7 @@ void TestRunBudget::aFiniteExpansionRunsToItsEnd() {
   VariableTable variables;
   CountDown aliases;
   Interpreter interpreter(host, variables, aliases);
-  interpreter.actionQueue().runActions({QString::number(levels), "end"});
+  interpreter.runActions({QString::number(levels), "end"});
   QCOMPARE(host.log.size(), levels + 2);
   QCOMPARE(host.log.first(), "> 0");
   QCOMPARE(host.log.mid(1, levels), QStringList(levels, "> back"));

@@ -3,15 +3,15 @@
 #include <QPointer>
 #include <QTest>
 
-#include "script/ActionQueue.h"
 #include "script/ActionTimer.h"
+#include "script/PendingTimers.h"
 #include "script/ScriptFixture.h"
 #include "support/ScratchMain.h"
 
 using namespace kelmora;
 using namespace kelmora::script;
 
-class TestActionQueue : public QObject {
+class TestPendingTimers : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
@@ -31,46 +31,46 @@ class TestActionQueue : public QObject {
   void aTimerHasOneSlotAndNoSignals();
   void aTimerIsGoneAfterItFired();
   void aTimerIsStoppedBeforeItsActionsRun();
-  void waitingTimersGoWithTheQueue();
+  void waitingTimersGoWithTheInterpreter();
   void aThousandTimersWaitAndGo();
 };
 
 namespace {
 
 ActionTimer* onlyTimer(ScriptFixture& script) {
-  return script.queue.pendingTimers().size() == 1 ? script.queue.pendingTimers().first() : nullptr;
+  return script.timers.byId().size() == 1 ? script.timers.byId().first() : nullptr;
 }
 
 }  // namespace
 
-void TestActionQueue::aPauseRunsTheRestLater() {
+void TestPendingTimers::aPauseRunsTheRestLater() {
   ScriptFixture script;
   QElapsedTimer clock;
   clock.start();
   QCOMPARE(script.logOf({"a", "/pause t, 100", "b", "c"}), QStringList{"> a"});
-  QCOMPARE(script.queue.pendingTimers().keys(), QStringList{"t"});
+  QCOMPARE(script.timers.byId().keys(), QStringList{"t"});
   QTRY_COMPARE(script.host.log, (QStringList{"> a", "> b", "> c"}));
   // Coarse timers may be a twentieth early.
   QVERIFY2(clock.elapsed() >= 90, qPrintable(QString::number(clock.elapsed())));
-  QVERIFY(script.queue.pendingTimers().isEmpty());
+  QVERIFY(script.timers.byId().isEmpty());
 }
 
-void TestActionQueue::pausesInOneListFollowOneAnother() {
+void TestPendingTimers::pausesInOneListFollowOneAnother() {
   ScriptFixture script;
   QCOMPARE(script.logOf({"a", "/pause t, 10", "b", "/pause u, 300", "c"}), QStringList{"> a"});
   QTRY_COMPARE(script.host.log, (QStringList{"> a", "> b"}));
-  QCOMPARE(script.queue.pendingTimers().keys(), QStringList{"u"});
+  QCOMPARE(script.timers.byId().keys(), QStringList{"u"});
   QTRY_COMPARE(script.host.log, (QStringList{"> a", "> b", "> c"}));
 }
 
-void TestActionQueue::timersFireInTheOrderOfTheirDelays() {
+void TestPendingTimers::timersFireInTheOrderOfTheirDelays() {
   ScriptFixture script;
   script.run({"/pause late, 120", "2"});
   script.run({"/pause early, 20", "1"});
   QTRY_COMPARE(script.host.log, (QStringList{"> 1", "> 2"}));
 }
 
-void TestActionQueue::aSecondPauseOfTheSameIdDropsItsList() {
+void TestPendingTimers::aSecondPauseOfTheSameIdDropsItsList() {
   ScriptFixture script;
   script.run({"/pause t, 40", "first"});
   QPointer<ActionTimer> waiting = onlyTimer(script);
@@ -78,18 +78,18 @@ void TestActionQueue::aSecondPauseOfTheSameIdDropsItsList() {
            (QStringList{"> x", "## Duplicate timer id: t"}));
   QCOMPARE(onlyTimer(script), waiting.data());
   QCOMPARE(waiting->interval(), 40);
-  QTRY_VERIFY(script.queue.pendingTimers().isEmpty());
+  QTRY_VERIFY(script.timers.byId().isEmpty());
   QCOMPARE(script.host.log.last(), "> first");
 }
 
-void TestActionQueue::idsAreCaseSensitive() {
+void TestPendingTimers::idsAreCaseSensitive() {
   ScriptFixture script;
   QCOMPARE(script.logOf({"/pause t, 60000"}), QStringList());
   QCOMPARE(script.logOf({"/pause T, 60000"}), QStringList());
-  QCOMPARE(script.queue.pendingTimers().keys(), (QStringList{"T", "t"}));
+  QCOMPARE(script.timers.byId().keys(), (QStringList{"T", "t"}));
 }
 
-void TestActionQueue::aDelayThatIsNotPositiveIsNoPause_data() {
+void TestPendingTimers::aDelayThatIsNotPositiveIsNoPause_data() {
   QTest::addColumn<QString>("pause");
   QTest::newRow("zero") << "/pause t, 0";
   QTest::newRow("negative") << "/pause t, -5";
@@ -97,71 +97,70 @@ void TestActionQueue::aDelayThatIsNotPositiveIsNoPause_data() {
   QTest::newRow("a variable, which is not replaced") << "/pause t, {n}";
 }
 
-void TestActionQueue::aDelayThatIsNotPositiveIsNoPause() {
+void TestPendingTimers::aDelayThatIsNotPositiveIsNoPause() {
   QFETCH(const QString, pause);
   ScriptFixture script;
   script.variables.set("n", "1000");
   QCOMPARE(script.logOf({"a", pause, "b"}), (QStringList{"> a", "> b"}));
-  QVERIFY(script.queue.pendingTimers().isEmpty());
+  QVERIFY(script.timers.byId().isEmpty());
   // Not even the id of a waiting timer matters then.
   script.run({"/pause t, 60000"});
   QCOMPARE(script.logOf({"a", pause, "b"}), (QStringList{"> a", "> b"}));
 }
 
-void TestActionQueue::aPauseAtTheEndOnlyTakesTheId() {
+void TestPendingTimers::aPauseAtTheEndOnlyTakesTheId() {
   ScriptFixture script;
   QCOMPARE(script.logOf({"a", "/pause t, 10"}), QStringList{"> a"});
-  QVERIFY(onlyTimer(script)->actions.isEmpty());
-  QTRY_VERIFY(script.queue.pendingTimers().isEmpty());
+  QVERIFY(onlyTimer(script)->actions().isEmpty());
+  QTRY_VERIFY(script.timers.byId().isEmpty());
   QCOMPARE(script.host.log, QStringList{"> a"});
 }
 
-void TestActionQueue::theRestMayPauseUnderTheSameId() {
+void TestPendingTimers::theRestMayPauseUnderTheSameId() {
   ScriptFixture script;
   script.run({"/pause t, 10", "a", "/pause t, 10", "b"});
   QTRY_COMPARE(script.host.log, (QStringList{"> a", "> b"}));
 }
 
-void TestActionQueue::unpauseCancels() {
+void TestPendingTimers::unpauseCancels() {
   ScriptFixture script;
   script.run({"a", "/pause t, 20", "b"});
   const QPointer<ActionTimer> timer = onlyTimer(script);
   QCOMPARE(script.logOf({"/unpause t"}), QStringList{"++ Deleted timer: t"});
   QVERIFY(timer.isNull());
-  QVERIFY(script.queue.pendingTimers().isEmpty());
+  QVERIFY(script.timers.byId().isEmpty());
   QCOMPARE(script.logOf({"/unpause t"}), QStringList{"## No such pending timer: t"});
   QTest::qWait(60);
   QVERIFY(!script.host.log.contains("> b"));
 }
 
-void TestActionQueue::unpauseWithinTheRestFindsTheTimerGone() {
+void TestPendingTimers::unpauseWithinTheRestFindsTheTimerGone() {
   ScriptFixture script;
   script.run({"/pause t, 5", "/unpause t", "on"});
   QTRY_COMPARE(script.host.log, (QStringList{"## No such pending timer: t", "> on"}));
 }
 
-void TestActionQueue::unpauseOfAnotherTimerWithinTheRest() {
+void TestPendingTimers::unpauseOfAnotherTimerWithinTheRest() {
   ScriptFixture script;
   script.run({"/pause u, 60000", "never"});
   script.run({"/pause t, 5", "/unpause u", "/pause u, 5", "on"});
   QTRY_COMPARE(script.host.log, (QStringList{"++ Deleted timer: u", "> on"}));
 }
 
-void TestActionQueue::aTimerKnowsWhatItHolds() {
+void TestPendingTimers::aTimerKnowsWhatItHolds() {
   ScriptFixture script;
   script.run({"/pause  t , 60000", "b", " c"});
   ActionTimer* const timer = onlyTimer(script);
   QVERIFY(timer != nullptr);
-  QCOMPARE(timer->owner, &script.queue);
-  QCOMPARE(timer->actions, (QStringList{"b", " c"}));
-  QCOMPARE(timer->timerId, "t");
+  QCOMPARE(timer->actions(), (QStringList{"b", " c"}));
+  QCOMPARE(timer->timerId(), "t");
   QCOMPARE(timer->interval(), 60000);
   QVERIFY(timer->isActive());
   QVERIFY(!timer->isSingleShot());
   QCOMPARE(timer->parent(), &script.host.timerParent());
 }
 
-void TestActionQueue::aTimerHasOneSlotAndNoSignals() {
+void TestPendingTimers::aTimerHasOneSlotAndNoSignals() {
   const QMetaObject& meta = ActionTimer::staticMetaObject;
   QCOMPARE(meta.className(), "ActionTimer");
   QCOMPARE(meta.superClass(), &QTimer::staticMetaObject);
@@ -171,7 +170,7 @@ void TestActionQueue::aTimerHasOneSlotAndNoSignals() {
   QCOMPARE(method.methodSignature(), "sendActions()");
 }
 
-void TestActionQueue::aTimerIsGoneAfterItFired() {
+void TestPendingTimers::aTimerIsGoneAfterItFired() {
   ScriptFixture script;
   script.run({"/pause t, 5", "b"});
   const QPointer<ActionTimer> timer = onlyTimer(script);
@@ -180,7 +179,7 @@ void TestActionQueue::aTimerIsGoneAfterItFired() {
   QCOMPARE(script.host.log, QStringList{"> b"});
 }
 
-void TestActionQueue::aTimerIsStoppedBeforeItsActionsRun() {
+void TestPendingTimers::aTimerIsStoppedBeforeItsActionsRun() {
   ScriptFixture script;
   script.run({"/pause t, 5", "b"});
   const ActionTimer* const timer = onlyTimer(script);
@@ -191,14 +190,14 @@ void TestActionQueue::aTimerIsStoppedBeforeItsActionsRun() {
   QVERIFY(!active);
 }
 
-void TestActionQueue::waitingTimersGoWithTheQueue() {
+void TestPendingTimers::waitingTimersGoWithTheInterpreter() {
   RecordingHost host;
   VariableTable variables;
   AliasMap aliases;
   {
     Interpreter interpreter(host, variables, aliases);
-    interpreter.actionQueue().runActions({"/pause t, 1", "b"});
-    interpreter.actionQueue().runActions({"/pause u, 1", "c"});
+    interpreter.runActions({"/pause t, 1", "b"});
+    interpreter.runActions({"/pause u, 1", "c"});
     QCOMPARE(host.timerParent().children().size(), 2);
   }
   QVERIFY(host.timerParent().children().isEmpty());
@@ -206,18 +205,18 @@ void TestActionQueue::waitingTimersGoWithTheQueue() {
   QVERIFY(host.log.isEmpty());
 }
 
-void TestActionQueue::aThousandTimersWaitAndGo() {
+void TestPendingTimers::aThousandTimersWaitAndGo() {
   ScriptFixture script;
   for (int number = 0; number < 1000; ++number)
     script.run(
         {QStringLiteral("/pause t%1, %2").arg(number).arg(number % 2 == 0 ? 20 : 60000), "x"});
-  QCOMPARE(script.queue.pendingTimers().size(), 1000);
+  QCOMPARE(script.timers.byId().size(), 1000);
   QTRY_COMPARE(script.host.sentCount, 500);
   for (int number = 1; number < 1000; number += 2)
     script.run({QStringLiteral("/unpause t%1").arg(number)});
-  QVERIFY(script.queue.pendingTimers().isEmpty());
+  QVERIFY(script.timers.byId().isEmpty());
   QCOMPARE(script.host.errors(), QStringList());
 }
 
-KELMORA_TEST_MAIN(TestActionQueue)
-#include "tst_actionqueue.moc"
+KELMORA_TEST_MAIN(TestPendingTimers)
+#include "tst_pendingtimers.moc"
