@@ -4,14 +4,14 @@
 
 namespace kelmora::script {
 
-/// How the interpreter asks for aliases, wherever they are kept.
+/// Where the interpreter looks aliases up.
 class AliasLookup {
  public:
   virtual ~AliasLookup() = default;
 
-  /// The commands of the first alias with exactly this name, null where there
-  /// is none. The list is copied before the caller does anything else, so it
-  /// need not outlive the next change of the table.
+  /// The commands of the first alias with exactly this name, null if there is
+  /// none. The caller copies the list at once, so it only has to stay valid
+  /// until the aliases change.
   [[nodiscard]] virtual const QStringList* commandsOf(const QString& name) const = 0;
 };
 

@@ -7,8 +7,8 @@ namespace kelmora::script {
 namespace {
 
 scan::Format compiled(QByteArrayView format) {
-  // Both formats are written below and compile. One byte more than an argument
-  // holds tells that there were more.
+  // value() cannot fail: the two formats below are valid. A field may be one byte
+  // longer than an argument, which shows that the text was too long.
   return scan::Format::compile(format, longestArgument + 1).value();
 }
 

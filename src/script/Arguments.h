@@ -5,28 +5,30 @@
 
 namespace kelmora::script {
 
-/// The arguments of a command, as they stand in the action.
+/// The arguments of a command. Neither is trimmed yet.
 struct Arguments {
   QString first;
   QString second;
-  /// Whether the end of the last one had no room.
+  /// Whether the last argument was longer than `longestArgument`; what was
+  /// beyond that is gone.
   bool wasCut = false;
 };
 
-// Arguments are cut out of the action's Latin-1 bytes and read back as UTF-8, a
-// quirk kept on purpose: ASCII survives, "?" stands for what Latin-1 lacks, and
-// bytes above 127 that are no UTF-8 become U+FFFD. Neither is trimmed.
+// A quirk kept on purpose: the action is turned into Latin-1 bytes, divided, and
+// each argument is read back as UTF-8. ASCII comes out as it was. A character
+// that Latin-1 lacks becomes "?". The other ones become U+FFFD, unless their
+// bytes happen to be valid UTF-8.
 
-/// Bytes that an argument holds.
+/// The most bytes that an argument can have.
 inline constexpr qsizetype longestArgument = 1023;
 
-/// All that follows the command word and its blanks, up to the line's end; cut
-/// where it is longer than an argument. Nothing when that is empty.
+/// Everything between the blanks after the command word and the end of the line,
+/// cut to `longestArgument` bytes. Returns nothing if that is empty.
 [[nodiscard]] std::optional<Arguments> splitOneArgument(const QString& action);
 
-/// What follows the command word, divided at the first comma. Nothing when a
-/// part is empty or the comma is missing, or when the first part is longer than
-/// an argument; the second is cut there.
+/// The same text divided at its first comma, the second part cut to
+/// `longestArgument` bytes. Returns nothing if the comma is missing, if a part is
+/// empty, or if the first part is longer than `longestArgument`.
 [[nodiscard]] std::optional<Arguments> splitTwoArguments(const QString& action);
 
 }  // namespace kelmora::script

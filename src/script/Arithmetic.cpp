@@ -21,7 +21,8 @@ QString wrapped(quint32 sum) {
 }
 
 QString calculateReal(Operation operation, float a, float b) {
-  // Each result is narrowed before it is widened for writing.
+  // The calculation is done in float; only its result becomes a double, which
+  // is what the toolkit writes.
   switch (operation) {
     case Operation::Add:
       return QString::number(double{a + b}, 'g', 6);
@@ -43,7 +44,8 @@ QString calculateWhole(Operation operation, int a, int b) {
     return wrapped(left + right);
   if (operation == Operation::Subtract)
     return wrapped(left - right);
-  // A quirk kept on purpose: products of whole numbers are written as reals.
+  // A quirk kept on purpose: products and quotients of whole numbers are written
+  // with decimals.
   return calculateReal(operation, static_cast<float>(a), static_cast<float>(b));
 }
 
@@ -55,7 +57,7 @@ std::optional<QString> calculate(Operation operation, const QString& value,
   const std::optional<int> wholeB = wholeOf(operand);
   if (wholeA && wholeB)
     return calculateWhole(operation, *wholeA, *wholeB);
-  // Whatever is whole is real, too.
+  // A whole number counts as a real one, too.
   const std::optional<float> a = realOf(value);
   const std::optional<float> b = realOf(operand);
   if (a && b)
@@ -65,7 +67,8 @@ std::optional<QString> calculate(Operation operation, const QString& value,
 
 int loopCount(const QString& count, int limit) {
   const float runs = count.toFloat();
-  // One past the largest 32-bit number; also false for "nan".
+  // The limit is one more than the largest 32-bit number. "nan" fails the test,
+  // too, because it compares as neither larger nor smaller.
   if (!(runs > 0.0F && runs < 2147483648.0F))
     return 0;
   return qMin(static_cast<int>(runs), limit);

@@ -7,18 +7,21 @@ namespace kelmora::script {
 
 enum class Operation { Add, Subtract, Multiply, Divide };
 
-/// The new text of a variable, nothing when it stays as it is.
+/// The text that a variable gets when the operation is applied to its value and
+/// the operand; nothing if the variable keeps its value.
 ///
-/// Two whole numbers of 32 bits are added and subtracted as such, wrapping
-/// around; everything else is single precision. Sums are written in the
-/// shortest form of six digits, products and quotients with six decimals, also
-/// those of whole numbers. Dividing by zero divides by one. Text that is no
-/// number is appended by Add and left alone by the others.
+/// Sums and differences of two 32-bit whole numbers are whole numbers and wrap
+/// around. Everything else is calculated in single precision. Sums and
+/// differences are then written with up to six significant digits, products and
+/// quotients always with six decimals, even those of whole numbers. Division by
+/// zero divides by one instead. If the value or the operand is no number, Add
+/// joins the two texts and the other operations change nothing.
 [[nodiscard]] std::optional<QString> calculate(Operation operation, const QString& value,
                                                const QString& operand);
 
-/// How often a loop of that count runs: truncated toward zero, never negative;
-/// no number, and one outside 32 bits, is none at all.
+/// How often a /repeat with that count runs its body: the count without its
+/// decimals, at most `limit`. Never, if it is negative, no number, or does not
+/// fit 32 bits.
 [[nodiscard]] int loopCount(const QString& count, int limit);
 
 }  // namespace kelmora::script

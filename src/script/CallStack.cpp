@@ -38,14 +38,15 @@ void CallStack::pushList(List list) {
   ++lists_;
 }
 
-// A list whose last action is a condition or loop that calls it again would
-// take memory for every round.
+// Removes lists of which every action has begun. A list whose last action is a
+// condition or loop that calls the same alias again would otherwise leave one
+// finished list behind in every round.
 void CallStack::popFinished() {
   const auto isFinished = [](const Frame& frame) {
     const auto* const list = std::get_if<List>(&frame);
     return list != nullptr && list->next == list->actions.size();
   };
-  // The outermost stays: it tells what the run is about.
+  // The outermost list always stays, so the stack cannot become empty here.
   while (size() > 1 && isFinished(frames_.back()))
     pop();
 }

@@ -7,8 +7,8 @@
 
 namespace kelmora::script {
 
-/// The host as scripts reach it: every line that leaves is counted, for what
-/// it costs here and what it will cost the pane.
+/// Passes everything on to the real host, and charges each line to the run's
+/// budget: for sending it, and for showing it in the pane later.
 class MeteredHost : public ScriptHost {
  public:
   MeteredHost(ScriptHost& host, RunBudget& budget) : host_(host), budget_(budget) {}

@@ -4,25 +4,25 @@
 
 namespace kelmora::script {
 
-/// How much one run may do, from what starts it to its end, including the runs
-/// that start inside it.
+/// Limits how much a run may do. A run is everything that one list of actions,
+/// or one typed line, starts; runs that start inside it share its budget.
 ///
-/// A script runs to its end inside one event, so one that has no end would
-/// lock the window for good. The limit counts what a script does: measured
-/// time would make its effect depend on the machine, and continuing in slices
-/// between events would let other scripts run in the middle of a loop. It lies
-/// far beyond what is written for play. When it is reached the whole run ends
-/// with a single error line, because ending the innermost list only would have
-/// a branching alias reach the limit again and again.
+/// A run goes to its end inside one event of the window, so a script without an
+/// end would lock the window for ever. The limit is a number of steps. A time
+/// limit would make the effect of a script depend on the machine, and running it
+/// in slices between events would let other scripts act in the middle of a loop.
+/// Scripts written for play stay far below the limit. At the limit the whole run
+/// ends, with one error line: if only the innermost list ended, an alias that
+/// calls itself twice would reach the limit again and again.
 ///
-/// A step is about half a microsecond of work or less, so what is no matter of
-/// one step is counted by its size: a run without an end then holds the window
-/// for two or three seconds, whatever it is made of.
+/// A step stands for about half a microsecond of work. What takes longer counts
+/// as more steps, according to its size. Whatever an endless script does, it
+/// holds the window for two or three seconds.
 class RunBudget {
  public:
   static constexpr qint64 stepLimit = 5'000'000;
 
-  /// Lives as long as a run; the outermost begins with a full budget.
+  /// Marks a run for as long as it lives. The outermost one fills the budget.
   class Run {
    public:
     explicit Run(RunBudget& budget) : budget_(budget) {
@@ -44,27 +44,29 @@ class RunBudget {
   [[nodiscard]] qint64 left() const { return left_; }
 
   void spend(qint64 steps) { left_ = steps > left_ ? -1 : left_ - steps; }
-  /// A text that is copied, searched or divided, in UTF-16 units.
+  /// For copying, searching or dividing a text of so many UTF-16 code units.
   void spendText(qint64 characters) { spend(characters / charactersPerStep); }
-  /// A text that is read as a number. A long one takes the toolkit its time.
+  /// For reading a text as a number, which takes the toolkit long if it is long.
   void spendNumber(qint64 characters) {
     if (characters > longNumber)
       spend(characters / digitsPerStep);
   }
-  /// A line that leaves for the server, the pane or both. The pane drops lines
-  /// by their number, so one of more than an argument holds costs it much.
+  /// For a line to the server, to the pane or to both. A very long line counts
+  /// as more: the pane limits how many lines it keeps, but not their length, and
+  /// has to break them all.
   void spendLine(qint64 characters) {
     spend(1 + characters / (characters > longLine ? laidOutPerStep : charactersPerStep));
   }
-  /// A list called in so many others. They stay in memory until it ends, so the
-  /// deeper it stands the more it costs: some hundred thousand fit.
+  /// For calling a list inside so many others. All of them stay in memory until
+  /// it ends, so deep nesting counts as more: it is limited to some hundred
+  /// thousand lists.
   void spendCall(qint64 depth) { spend(1 + depth / levelsPerStep); }
-  /// Texts taken over without copying their characters.
+  /// For taking over so many texts, whose characters are shared and not copied.
   void spendCopies(qint64 texts) { spend(texts / copiesPerStep); }
-  /// True once more was spent than there was.
+  /// Whether more was spent than there was.
   [[nodiscard]] bool overspent() const { return left_ < 0; }
 
-  /// Nothing more is done in this run, nor in those around it.
+  /// Ends this run, and those that it is inside of.
   void end() { ended_ = true; }
   [[nodiscard]] bool ended() const { return ended_; }
 

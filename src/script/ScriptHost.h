@@ -5,8 +5,8 @@ class QString;
 
 namespace kelmora::script {
 
-/// What running a script needs of the window. A call may start further scripts
-/// before it returns; they run to completion inside it.
+/// What scripts need from the window. A call may start further scripts, which
+/// then run to their end before it returns.
 class ScriptHost {
  public:
   virtual ~ScriptHost() = default;
@@ -15,15 +15,15 @@ class ScriptHost {
   /// echoes it in the pane if local echo is on.
   virtual void sendLine(const QString& line) = 0;
 
-  /// One line in the pane's error style, which brings its own "## ".
+  /// Shows one line in the pane's error style, which puts "## " before it.
   virtual void printError(const QString& text) = 0;
-  /// One line in the pane's information style, which brings its own "++ ".
+  /// Shows one line in the pane's information style, which puts "++ " before it.
   virtual void printInfo(const QString& text) = 0;
-  /// One plain line in a colour written as "#" and hex digits. The name is the
-  /// player's own and may be no colour at all.
+  /// Shows one line in a colour, written as "#" and hex digits. The player has
+  /// typed it, so it may be no colour at all.
   virtual void printText(const QString& text, const QString& colourName) = 0;
 
-  /// The parent of waiting timers; it outlives the action queue.
+  /// The parent of the timers of pauses. It must outlive the interpreter.
   [[nodiscard]] virtual QObject& timerParent() = 0;
 };
 

@@ -7,12 +7,14 @@ namespace kelmora::script {
 
 namespace {
 
+/// What a search in the table counts as, in characters read.
 constexpr qint64 lookup = 64;
 
 qsizetype commonLength(const QString& a, const QString& b) {
   return std::mismatch(a.cbegin(), a.cend(), b.cbegin(), b.cend()).first - a.cbegin();
 }
 
+/// A replacement in the new text.
 struct Part {
   qsizetype from;
   qsizetype to;
@@ -58,8 +60,9 @@ void Substitution::findNamesBehind(qsizetype brace) {
   while (end >= 0 && !isOver()) {
     const QString ahead = QString::fromRawData(rest.data(), end);
     work_ += lookup + end;
-    // Any name that `ahead` begins with begins like the last name that does not
-    // come behind it, and is no longer than what the two have in common.
+    // Wanted are the names that `ahead` begins with. The candidate is the last
+    // name that is not greater than `ahead`. No other wanted name can be longer
+    // than the beginning that the two have in common.
     Variable nearest = variables_.upperBound(ahead);
     if (nearest == variables_.cbegin())
       return;
@@ -89,12 +92,13 @@ void Substitution::replace(Variable variable) {
        at = text_.indexOf(braced, from)) {
     result += QStringView(text_).sliced(from, at - from);
     const qsizetype start = result.size();
-    // One character too many tells that there were more.
+    // One character more than is allowed shows that the result was too long.
     result += value.first(std::min(value.size(), limits_.longestText + 1));
     inserted.push_back({start, result.size()});
     from = at + braced.size();
   }
-  // What a text cut at its end named may be gone.
+  // The name was in the text when it was noted, but may have been in an end
+  // that was cut off since.
   if (inserted.empty())
     return;
   result += QStringView(text_).sliced(from);

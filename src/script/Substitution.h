@@ -7,32 +7,34 @@
 
 namespace kelmora::script {
 
-/// One pass over the names of a table in ascending order, each "{name}" in the
-/// text replaced everywhere by its value: what a value brings in, also together
-/// with what stands around it, is replaced by later names and never by earlier
-/// ones. Names may hold braces, or nothing.
+/// Replaces "{name}" in a text by the values of variables. The result is that of
+/// going once through all names in ascending order and replacing each of them
+/// everywhere in the text. A replacement may therefore form another "{name}", by
+/// itself or with the text around it; that one is replaced if its turn comes
+/// later, and stays if it has passed. A name may contain braces or be empty.
 ///
-/// The pass visits the names that stand in the text and no others. They are
-/// looked up in the table behind every opening brace, and once more around what
-/// a value was put into.
+/// There may be thousands of variables, so only those whose names occur in the
+/// text get their turn. They are found by a search behind every opening brace,
+/// repeated around each replacement.
 class Substitution {
  public:
   using Variables = QMap<QString, QString>;
 
   struct Limits {
-    qsizetype longestText;  ///< what has grown longer is cut, in UTF-16 units
-    /// In characters looked at, a lookup of a name counting as 64: the rest is
-    /// broken off. A text of many braces takes its time where names hold some.
+    qsizetype longestText;  ///< in UTF-16 code units; a longer result is cut
+    /// When this is exceeded, the substitution stops where it is. Counted are the
+    /// characters that are read, and 64 for each search in the table. Many braces
+    /// in the text take long if names contain braces, too.
     qint64 work;
   };
 
-  /// No name is longer than that. The variables stay as they are meanwhile.
+  /// No name may be longer than `longestName`.
   Substitution(const Variables& variables, qsizetype longestName, const Limits& limits,
                const QString& text);
 
   [[nodiscard]] const QString& text() const { return text_; }
   [[nodiscard]] bool wasCut() const { return wasCut_; }
-  /// More than the limit where it was broken off.
+  /// Above the limit if the substitution stopped early.
   [[nodiscard]] qint64 work() const { return work_; }
 
  private:
@@ -41,7 +43,7 @@ class Substitution {
     bool operator()(const Variable& a, const Variable& b) const { return a.key() < b.key(); }
   };
 
-  /// Notes the names that stand behind the opening braces of a part of the text.
+  /// Notes the names behind the opening braces in a part of the text.
   void findNames(qsizetype from, qsizetype to);
   void findNamesBehind(qsizetype brace);
   void note(Variable variable);
@@ -54,8 +56,9 @@ class Substitution {
   QString text_;
   bool wasCut_ = false;
   qint64 work_ = 0;
-  /// Names in the text whose turn is still to come.
+  /// The names found in the text whose turn is still to come.
   std::set<Variable, ByName> waiting_;
+  /// The name whose turn it is.
   std::optional<Variable> latest_;
 };
 

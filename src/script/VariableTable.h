@@ -6,21 +6,21 @@
 
 namespace kelmora::script {
 
-/// The variables of all scripts: text values under names of any form, ordered
-/// and compared by UTF-16 code units.
+/// The variables, which all scripts share. Values are texts; any text is a name.
+/// Names are compared and ordered by their UTF-16 code units.
 class VariableTable {
  public:
   using Entries = Substitution::Variables;
 
-  /// Longest value and longest result of a substitution, in UTF-16 units; what
-  /// is longer is cut. A variable that takes itself in twice doubles with every
-  /// command, so a script of thirty lines would otherwise fill any memory. A
-  /// command's argument holds 1023 bytes, so nothing written by hand comes near.
+  /// Values and results of a substitution are cut to this many UTF-16 code
+  /// units. A script can double a variable with one command, so without a limit
+  /// thirty lines would fill any memory. Nothing written by hand comes near,
+  /// because an argument of a command has at most 1023 bytes.
   static constexpr qsizetype maximumLength = 65'536;
 
-  /// Creates or overwrites. False when the value had to be cut.
+  /// Creates or overwrites the variable. Returns false if the value was cut.
   bool set(const QString& name, const QString& value);
-  /// False when there is no such variable.
+  /// Returns false if there is no such variable.
   [[nodiscard]] bool remove(const QString& name) { return entries_.remove(name) > 0; }
   [[nodiscard]] bool contains(const QString& name) const { return entries_.contains(name); }
   /// Empty for a variable that does not exist.
@@ -28,19 +28,20 @@ class VariableTable {
   [[nodiscard]] qsizetype size() const { return entries_.size(); }
 
   [[nodiscard]] const Entries& entries() const { return entries_; }
-  /// These instead of all there were. A value from there may be longer.
+  /// Replaces all variables. Values are taken as they are, even longer ones.
   void load(const Entries& entries);
 
-  /// The text with every "{name}" of a variable replaced by its value, one
-  /// pass over the names in ascending order: what a value brings in is replaced
-  /// by later names, never by earlier ones. Names of no variable stay.
+  /// The text with every "{name}" replaced by the value of that variable. The
+  /// names take their turns once, in ascending order, so a "{name}" inside a value
+  /// is replaced only if its turn comes later. Unknown names stay as they are.
   [[nodiscard]] QString substituteVariables(const QString& text) const;
-  /// The same, broken off after so much work.
+  /// The same, but broken off after so much work, see Substitution::Limits.
   [[nodiscard]] Substitution substitution(const QString& text, qint64 work) const;
 
  private:
   Entries entries_;
-  /// Of all names that were ever there: it saves time, no more.
+  /// No name is longer. It may be too large, because removing a variable does
+  /// not lower it; the search for names then only takes longer.
   qsizetype longestName_ = 0;
 };
 
