@@ -168,12 +168,11 @@ std::optional<Format> Format::compile(QByteArrayView format, qsizetype fieldLimi
 }
 
 Result Format::scan(QByteArrayView input) const {
-  Result result;
+  Result result(fieldCount_);
   Cursor cursor{untilNul(input)};
   for (const Step& step : steps_)
     if (!run(step, cursor, result))
       break;
-  result.complete_ = result.count() == fieldCount_;
   return result;
 }
 
@@ -182,7 +181,7 @@ bool Format::run(const Step& step, Cursor& cursor, Result& result) const {
   const qsizetype limit = step.suppressed ? cursor.rest.size() : fieldLimit_;
   const auto assignText = [&](QByteArrayView field) {
     if (!step.suppressed && !field.isEmpty())
-      result.fields_.append(field.toByteArray());
+      result.append(field.toByteArray());
     return !field.isEmpty();
   };
   switch (step.kind) {
@@ -198,7 +197,7 @@ bool Format::run(const Step& step, Cursor& cursor, Result& result) const {
     case Kind::Number: {
       const std::optional<int> number = cursor.takeNumber();
       if (number && !step.suppressed)
-        result.fields_.append(*number);
+        result.append(*number);
       return number.has_value();
     }
     case Kind::Word:

@@ -6,6 +6,7 @@
 #include <QVarLengthArray>
 #include <bitset>
 #include <optional>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -15,11 +16,17 @@ namespace kelmora::scan {
 /// their bytes, so they outlive the scanned text.
 class Result {
  public:
+  using Field = std::variant<QByteArray, int>;
+
+  /// For a format that assigns so many fields.
+  explicit Result(qsizetype fieldCount) : fieldCount_(fieldCount) {}
+  void append(Field field) { fields_.append(std::move(field)); }
+
   /// How many conversions were assigned before the scan stopped.
   [[nodiscard]] qsizetype count() const { return fields_.size(); }
   /// Whether every assigning conversion of the format got its field. What
   /// stands after the last conversion is not part of the answer.
-  [[nodiscard]] bool complete() const { return complete_; }
+  [[nodiscard]] bool complete() const { return count() == fieldCount_; }
   /// The bytes of a %s or %[^…] field; empty for a %d field and for a field
   /// that was not assigned.
   [[nodiscard]] QByteArray text(qsizetype field) const;
@@ -27,10 +34,8 @@ class Result {
   [[nodiscard]] int number(qsizetype field) const;
 
  private:
-  friend class Format;
-  using Field = std::variant<QByteArray, int>;
+  qsizetype fieldCount_;
   QVarLengthArray<Field, 10> fields_;
-  bool complete_ = false;
 };
 
 /// A scanf format, compiled once and then run over any number of texts.
