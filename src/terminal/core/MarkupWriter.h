@@ -6,9 +6,9 @@
 #include <optional>
 #include <vector>
 
+#include "terminal/core/MarkupFacts.h"
 #include "terminal/core/MarkupReader.h"
 #include "terminal/core/MarkupTags.h"
-#include "terminal/core/SafeMarkup.h"
 
 namespace kelmora::terminal {
 
