@@ -5,6 +5,7 @@
 #include <array>
 #include <memory>
 
+#include "app/ToolbarActions.h"
 #include "automation/core/AliasTable.h"
 #include "automation/core/AutomationFiles.h"
 #include "automation/core/MacroTable.h"
@@ -54,8 +55,6 @@ class MainWidget : public QWidget,
   Q_OBJECT
 
  public:
-  static constexpr int actionCount = 11;
-
   /// The options are kept in the user's own store, unless told otherwise.
   explicit MainWidget(kelmora::settings::StorePlace place = {});
   ~MainWidget() override;
@@ -109,6 +108,7 @@ class MainWidget : public QWidget,
   void createWidgets();
   void createDialogs();
   void layOutWidgets();
+  void connectActions();
   void connectSocket();
   void returnToInputBar();
   [[nodiscard]] const QByteArray& statusSpan() const;
@@ -163,7 +163,7 @@ class MainWidget : public QWidget,
   QToolBar* toolbar_ = nullptr;
   InputWidget* inputBar_ = nullptr;
   OutputWidget* outputPane_ = nullptr;
-  std::array<QAction*, actionCount> actions_{};
+  std::array<QAction*, kelmora::app::toolbarActionCount> actions_{};
   ConfigureWidget* configureDialog_ = nullptr;
   ProxyWidget* proxyDialog_ = nullptr;
   HelpWidget* helpDialog_ = nullptr;

@@ -1,6 +1,7 @@
 // How the window is put together, in the order in which its parts need each
 // other; what it does once it stands is in MainWidget.cpp.
 
+#include <QAction>
 #include <QApplication>
 #include <QGridLayout>
 #include <QScreen>
@@ -109,8 +110,32 @@ void MainWidget::layOutWidgets() {
   grid->addWidget(inputBar_, 2, 0);
   keepExtent(*toolbar_);
   connect(toolbar_, &QToolBar::iconSizeChanged, toolbar_, [this] { keepExtent(*toolbar_); });
-  actions_ = addToolbarActions(*toolbar_, *this);
+  actions_ = addToolbarActions(*toolbar_);
+  connectActions();
   vitalsBars_ = std::make_unique<terminal::VitalsBars>(*toolbar_);
+}
+
+void MainWidget::connectActions() {
+  struct Row {
+    ToolbarAction action;
+    void (MainWidget::*slot)();
+  };
+  static constexpr std::array rows{
+      Row{ToolbarAction::Connect, &MainWidget::connectToServer},
+      Row{ToolbarAction::Disconnect, &MainWidget::disconnectFromServer},
+      Row{ToolbarAction::SaveBuffer, &MainWidget::saveBuffer},
+      Row{ToolbarAction::ExportSettings, &MainWidget::saveSettings},
+      Row{ToolbarAction::ImportSettings, &MainWidget::loadSettings},
+      Row{ToolbarAction::Configure, &MainWidget::configureSettings},
+      Row{ToolbarAction::Proxy, &MainWidget::proxySettings},
+      Row{ToolbarAction::Macros, &MainWidget::editMacros},
+      Row{ToolbarAction::Aliases, &MainWidget::editAliases},
+      Row{ToolbarAction::Triggers, &MainWidget::editTriggers},
+      Row{ToolbarAction::Help, &MainWidget::showHelp},
+  };
+  static_assert(rows.size() == toolbarActionCount);
+  for (const Row& row : rows)
+    connect(actions_.at(static_cast<std::size_t>(row.action)), &QAction::triggered, this, row.slot);
 }
 
 void MainWidget::connectSocket() {

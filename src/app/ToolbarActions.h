@@ -1,8 +1,8 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 
-class MainWidget;
 class QAction;
 class QToolBar;
 
@@ -22,9 +22,10 @@ enum class ToolbarAction {
   Triggers,
   Help,
 };
+inline constexpr std::size_t toolbarActionCount = 11;
 
-/// Fills the toolbar from the table of actions and connects each to its slot
-/// of the window. The actions are children of the toolbar.
-[[nodiscard]] std::array<QAction*, 11> addToolbarActions(QToolBar& toolbar, MainWidget& window);
+/// Fills the toolbar with the actions, in the order of ToolbarAction. They are
+/// children of the toolbar; what they do is for the caller to connect.
+[[nodiscard]] std::array<QAction*, toolbarActionCount> addToolbarActions(QToolBar& toolbar);
 
 }  // namespace kelmora::app
