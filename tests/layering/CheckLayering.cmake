@@ -11,7 +11,7 @@ set(may_link_kelmora_terminal_view kelmora_files kelmora_terminal_core Qt6::Widg
 set(may_link_kelmora_automation kelmora_files kelmora_scan Qt6::Core)
 set(may_link_kelmora_automation_editors kelmora_automation Qt6::Widgets)
 set(may_link_kelmora_dialogs kelmora_settings kelmora_scan Qt6::Network Qt6::Widgets)
-set(may_link_kelmora_script kelmora_scan kelmora_automation Qt6::Core)
+set(may_link_kelmora_script kelmora_scan Qt6::Core)
 
 file(STRINGS ${LINKS} lines)
 list(LENGTH lines count)
@@ -39,7 +39,7 @@ set(may_include_terminal/core terminal/core scan)
 set(may_include_terminal/view terminal/view terminal/core files)
 set(may_include_automation/core automation/core files scan)
 set(may_include_automation/editors automation/editors automation/core)
-set(may_include_script script automation/core scan)
+set(may_include_script script scan)
 set(may_include_dialogs dialogs settings scan)
 foreach(room IN ITEMS scan files settings net terminal/core terminal/view automation/core
                       automation/editors script dialogs)
