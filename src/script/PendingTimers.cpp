@@ -13,7 +13,7 @@ PendingTimers::PendingTimers(ScriptHost& host, RunActions runActions)
 
 PendingTimers::~PendingTimers() {
   if (!timers_.isEmpty())
-    qCInfo(scriptsLog) << timers_.size() << "waiting timers dropped at the end";
+    qCInfo(scriptsLog) << "waiting timers dropped at the end:" << timers_.size();
   qDeleteAll(timers_);
 }
 

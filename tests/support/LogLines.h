@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QLoggingCategory>
+#include <QStringList>
+
+/// Switches one category of the log on and keeps what is written to it, until the
+/// end of the scope. Only one can be in use at a time.
+class LogLines {
+ public:
+  explicit LogLines(const char* category) : category_(category) {
+    QLoggingCategory::setFilterRules(QLatin1String(category) + QStringLiteral("=true"));
+    current_ = this;
+    before_ = qInstallMessageHandler(&keep);
+  }
+  ~LogLines() {
+    qInstallMessageHandler(before_);
+    current_ = nullptr;
+    QLoggingCategory::setFilterRules(QString());
+  }
+  Q_DISABLE_COPY_MOVE(LogLines)
+
+  [[nodiscard]] const QStringList& lines() const { return lines_; }
+
+ private:
+  static void keep(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (qstrcmp(context.category, current_->category_) == 0)
+      current_->lines_ << message;
+    else if (current_->before_)
+      current_->before_(type, context, message);
+  }
+
+  static inline LogLines* current_ = nullptr;
+
+  const char* category_;
+  QtMessageHandler before_ = nullptr;
+  QStringList lines_;
+};
