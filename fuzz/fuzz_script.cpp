@@ -11,7 +11,8 @@ using namespace kelmora::script;
 
 namespace {
 
-/// End a run soon, yet seldom before the plain recursion gives up on it.
+/// Few steps, so that a run ends soon, but enough that the plain interpreter mostly
+/// gives up first.
 constexpr qint64 mostSteps = 6000;
 constexpr int deepestAnswer = 3;
 
@@ -31,7 +32,7 @@ Scenario scenarioOf(const QString& text) {
   scenario.steps.append(Step{Step::Kind::List});
   QStringList* list = &scenario.steps.back().texts;
   for (QString line : text.split(u'\n')) {
-    // The only way to a line break inside an action.
+    // Lines are divided at line breaks, so this byte stands for one in an action.
     line.replace(QChar(1), u'\n');
     const QString rest = line.mid(1);
     if (line.startsWith(u'=')) {
@@ -52,7 +53,7 @@ Scenario scenarioOf(const QString& text) {
   return scenario;
 }
 
-/// The engine and the plain recursion, side by side.
+/// Runs the same steps in the interpreter and in the plain one.
 class PlainComparison {
  public:
   explicit PlainComparison(const Scenario& scenario) {
@@ -61,7 +62,7 @@ class PlainComparison {
     engine_.host.onSend = [this](const QString& line) { answer(line); };
   }
 
-  /// False when the rest is no longer worth doing.
+  /// Returns false if the two can no longer be compared.
   bool take(const Step& step) {
     const qsizetype before = stops();
     switch (step.kind) {
@@ -96,7 +97,8 @@ class PlainComparison {
   [[nodiscard]] bool isWaiting() const { return !plain_.timers.isEmpty(); }
 
  private:
-  /// Some lines make the server, or whoever listens, start another run at once.
+  /// A line that begins with "~" starts another run before sending it returns, as a
+  /// host may do.
   void answer(const QString& line) {
     if (!line.startsWith(u'~') || answers_ == deepestAnswer)
       return;
@@ -125,7 +127,7 @@ class PlainComparison {
   }
 
   void requireSame() const {
-    fuzz::require(engine_.host.log == plain_.log, "the engine does what plain recursion does");
+    fuzz::require(engine_.host.log == plain_.log, "the interpreter does what the plain one does");
     fuzz::require(engine_.variables.entries() == plain_.variables, "the variables are the same");
     const auto& waiting = engine_.timers.byId();
     fuzz::require(waiting.keys() == plain_.timers.keys(), "the waiting timers are the same");
@@ -144,9 +146,10 @@ class PlainComparison {
 
 }  // namespace
 
-/// The input is UTF-8 text. A line that begins with "=" names an alias, whose
-/// commands follow; ">" begins a list to run, as the text's begin does; "!" is a
-/// line typed by itself; "@" names a timer that fires.
+/// The input is UTF-8 text, the first lines of which are a list of actions to run.
+/// A line that begins with "=" names an alias, and the lines after it are its
+/// commands. ">" begins another list to run. "!" is a line typed by itself. "@"
+/// lets the timer of that id fire.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Surroundings<QCoreApplication>::provide();
   const Scenario scenario = scenarioOf(QString::fromUtf8(fuzz::bytesOf(data, size)));

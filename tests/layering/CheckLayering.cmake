@@ -1,7 +1,7 @@
 cmake_policy(SET CMP0057 NEW)
 set(failures "")
 
-# What each library may link, to the letter.
+# The libraries that each library may link; it need not link all of them.
 set(may_link_kelmora_scan Qt6::Core)
 set(may_link_kelmora_files Qt6::Core)
 set(may_link_kelmora_settings kelmora_files kelmora_scan Qt6::Core Qt6::Gui)
@@ -22,7 +22,7 @@ foreach(line IN LISTS lines)
   string(REPLACE " " ";" words "${line}")
   list(POP_FRONT words library)
   foreach(word IN LISTS words)
-    # Private links of a static library show up wrapped.
+    # CMake wraps the private links of a static library.
     string(REGEX REPLACE "^\\$<LINK_ONLY:(.*)>$" "\\1" word "${word}")
     if(NOT word STREQUAL "kelmora_warnings" AND NOT word IN_LIST may_link_${library})
       list(APPEND failures "${library} links ${word}")
@@ -55,7 +55,8 @@ foreach(room IN ITEMS scan files settings net terminal/core terminal/view automa
   endforeach()
 endforeach()
 
-# Only the program itself opens the user's own store.
+# Only the program itself may open the settings of whoever runs it. Tests and
+# tools have to name another place for them.
 file(GLOB_RECURSE files ${SOURCES}/../tests/*.h ${SOURCES}/../tests/*.cpp ${SOURCES}/../fuzz/*.cpp
      ${SOURCES}/../tools/*.cpp ${SOURCES}/../benchmarks/*.cpp)
 foreach(file IN LISTS files)
@@ -65,7 +66,7 @@ foreach(file IN LISTS files)
   endforeach()
 endforeach()
 
-# A program of core rules starts without any window system library.
+# A test program of core rooms needs no library of the window system.
 foreach(program IN LISTS CORE_PROGRAMS)
   execute_process(COMMAND ${READELF} -d ${program} OUTPUT_VARIABLE needed RESULT_VARIABLE result)
   if(NOT result EQUAL 0 OR NOT needed MATCHES "libQt6Core")

@@ -10,14 +10,14 @@
 #include <cstring>
 #include <optional>
 
-/// The rules of scripts once more, written as plainly as they can be told:
-/// lists call actions and actions call lists, on the program's own stack, with
-/// the C library's scanner. For comparison with the engine on small scripts.
+/// A second interpreter to compare the real one with. It is as simple as can be:
+/// functions call themselves where lists and loops are nested, and the C library's
+/// sscanf takes actions apart. It can only run small scripts.
 class PlainScript {
  public:
-  /// Gives up a script that does more than this,
+  /// A script that runs more actions is given up.
   static constexpr int mostActions = 1200;
-  /// or makes longer texts.
+  /// A script that makes longer texts is given up, too.
   static constexpr qsizetype longestText = 1000;
 
   QHash<QString, QStringList> aliases;
@@ -32,7 +32,7 @@ class PlainScript {
     runList(actions, {});
   }
 
-  /// One line as it comes from an input bar that splits nothing.
+  /// One line as it comes from the input bar while splitting is off.
   void type(const QString& line) {
     told_.clear();
     QString id;
@@ -50,7 +50,7 @@ class PlainScript {
     QString second;
   };
 
-  /// One byte more than an argument holds tells that there were more.
+  /// Room for an argument, one byte more that shows that it was too long, and NUL.
   using Field = std::array<char, 1025>;
 
   QString textOf(Field& field, const QString& word) {
@@ -82,7 +82,7 @@ class PlainScript {
     return Two{QString::fromUtf8(first.data()).trimmed(), textOf(second, word).trimmed()};
   }
 
-  /// A loss is told once in an event.
+  /// Tells the same loss only once in an event.
   void tell(const QString& loss, const QString& about) {
     if (!told_.contains(loss))
       log << "## " + loss + about;
@@ -97,7 +97,7 @@ class PlainScript {
     return text;
   }
 
-  /// The aliases whose lists led here, line by line, are `open`.
+  /// `open` are the aliases that led here through lines of lists alone.
   void runList(const QStringList& actions, const QStringList& open) {
     for (qsizetype i = 0; i < actions.size() && !gaveUp && !circle_; ++i) {
       QString id;
@@ -122,7 +122,8 @@ class PlainScript {
       tell("Endless alias stopped: " + text, {});
     } else {
       runList(QStringList(aliases[text]), open + QStringList(text));
-      // Everything up to the call that would have come again is left.
+      // The alias that would have begun again is this one: the lists inside it have
+      // been left, and the actions around it go on.
       if (circle_ == text)
         circle_.reset();
     }

@@ -12,7 +12,7 @@
 using namespace kelmora;
 using namespace kelmora::script;
 
-/// Keeps everything a script does to the outside in one list, in order.
+/// Notes everything that scripts send and print, in order.
 class RecordingHost : public ScriptHost {
  public:
   [[nodiscard]] QObject& timerParent() override { return parent_; }
@@ -28,7 +28,7 @@ class RecordingHost : public ScriptHost {
     note(u'[' + colourName + QStringLiteral("] "), text);
   }
 
-  /// The noted lines that begin so.
+  /// The noted lines with this beginning.
   [[nodiscard]] QStringList noted(const QString& prefix) const {
     QStringList lines;
     for (const QString& line : log)
@@ -40,7 +40,7 @@ class RecordingHost : public ScriptHost {
 
   QStringList log;
   qsizetype sentCount = 0;
-  /// Off for scripts that send millions of lines: errors are kept all the same.
+  /// Switched off for scripts that send millions of lines. Errors are always noted.
   bool keepsLines = true;
   std::function<void(const QString&)> onSend;
 
@@ -53,7 +53,7 @@ class RecordingHost : public ScriptHost {
   QObject parent_;
 };
 
-/// Aliases of a test.
+/// The aliases that a test has set.
 class AliasMap : public AliasLookup, public QHash<QString, QStringList> {
  public:
   [[nodiscard]] const QStringList* commandsOf(const QString& name) const override {
@@ -74,12 +74,12 @@ struct ScriptFixture {
   PendingTimers& timers = interpreter.pendingTimers();
 
   void run(const QStringList& actions) { interpreter.runActions(actions); }
-  /// What the list does to the outside, from here on.
+  /// Runs the list and returns what it has sent and printed.
   QStringList logOf(const QStringList& actions) {
     host.log.clear();
     run(actions);
     return host.log;
   }
-  /// One line as it comes from an input bar that splits nothing.
+  /// One line as it comes from the input bar while splitting is off.
   Pause type(const QString& line) { return interpreter.interpretAction(line); }
 };

@@ -204,7 +204,7 @@ void TestAliases::anEndlessAliasIsNamedOnceInAnEvent() {
   const QString stopped = QStringLiteral("## Endless alias stopped: k");
   QCOMPARE(script.logOf({"k", "k"}), (QStringList{"> x", stopped, "> x"}));
   QCOMPARE(script.logOf({"k"}), (QStringList{"> x", stopped}));
-  // What one read of the server's starts is one event.
+  // All runs that one read from the server starts belong to one event.
   const Losses::Event read(script.interpreter.losses());
   QCOMPARE(script.logOf({"k"}), (QStringList{"> x", stopped}));
   QCOMPARE(script.logOf({"k"}), QStringList{"> x"});

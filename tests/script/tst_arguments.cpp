@@ -25,7 +25,7 @@ class TestArguments : public QObject {
 
 namespace {
 
-// Stands for a split that failed.
+// What the functions below return if the action could not be split.
 const QString refused = QStringLiteral("(refused)");
 
 QString oneOf(const QString& action) {

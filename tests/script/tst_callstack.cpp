@@ -39,7 +39,7 @@ void TestCallStack::finishedListsDoNotPileUp() {
   for (int round = 0; round < 100; ++round) {
     finish(stack);
     stack.call("a", {"/cond a"}, Caller::Other);
-    // The outermost list stays, whatever is left of it.
+    // The outermost list stays, although all of its actions have begun.
     QCOMPARE(stack.size(), 2);
   }
   stack.pop();
@@ -81,7 +81,8 @@ void TestCallStack::onlyLinesOfListsMakeACircle() {
   stack.call("a", {"b"}, Caller::List);
   QVERIFY(stack.isCircle("a", Caller::List));
   QVERIFY(stack.isCircle("b", Caller::List));
-  // What has ended is under way no more, but where it still is.
+  // Once the inner list of "a" has ended, calling "a" is no circle. Its outer list
+  // counts again as soon as it is the innermost one.
   stack.pop();
   QVERIFY(!stack.isCircle("a", Caller::List));
   stack.pop();

@@ -246,7 +246,7 @@ void TestCommands::growingAVariableForEverStaysBounded() {
               "/echo {s}{v}"});
   QCOMPARE(script.variables.value("s").size(), VariableTable::maximumLength);
   QCOMPARE(script.variables.value("v").size(), VariableTable::maximumLength);
-  // What was lost first is told.
+  // Only the first loss of an event is told; /set and /echo cut later.
   QCOMPARE(script.host.errors(), QStringList{"## Text cut at 65536 characters: /add"});
 }
 
@@ -280,7 +280,7 @@ void TestCommands::aCutTextIsToldOnceInAnEvent() {
   QCOMPARE(losses(), QStringList{line});
   script.run({"it"});
   QCOMPARE(losses(), (QStringList{line, line}));
-  // What one read of the server's starts is one event.
+  // All runs that one read from the server starts belong to one event.
   const Losses::Event read(script.interpreter.losses());
   script.run({"it"});
   script.run({"it"});

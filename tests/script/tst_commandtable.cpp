@@ -9,7 +9,7 @@
 using namespace kelmora;
 using namespace kelmora::script;
 
-/// What holds for every row. That each has a handler is seen to by the compiler.
+/// What has to hold for every row. The compiler checks that each has a handler.
 class TestCommandTable : public QObject {
   Q_OBJECT
 
@@ -49,19 +49,19 @@ void TestCommandTable::theErrorFitsTheForm() {
 
 void TestCommandTable::everyRowRuns() {
   for (const CommandRow& row : commandRows()) {
-    // Nothing goes to the server: the command takes it, or says its error.
+    // The line does not go to the server: the command takes it or refuses it.
     ScriptFixture script;
     script.run({row.word, row.word + QStringLiteral(" a"), row.word + QStringLiteral(" a, b")});
     QVERIFY2(script.host.noted(QStringLiteral("> ") + row.word).isEmpty(), row.word.data());
     const bool refusesNone = row.form != ArgumentForm::None;
     QCOMPARE(script.host.errors().contains("## " + row.error), refusesNone);
-    // A longer word is another one.
+    // A longer word is not the command.
     QCOMPARE(script.logOf({row.word + u'x'}), QStringList{"> " + row.word + u'x'});
   }
 }
 
 void TestCommandTable::argumentsAreTakenAsTheRowSays() {
-  // A variable that doubles beyond the limit tells that it was replaced.
+  // If the variable is replaced, the text becomes too long, which is told.
   for (const CommandRow& row : commandRows()) {
     const auto cuts = [&](const QString& arguments) {
       ScriptFixture script;

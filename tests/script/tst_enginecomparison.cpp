@@ -11,7 +11,7 @@ using namespace kelmora::script;
 
 namespace {
 
-/// Writes small scripts full of everything that starts something else.
+/// Writes small random scripts of aliases, conditions, loops and pauses.
 class ScriptWriter {
  public:
   explicit ScriptWriter(quint32 seed) : random_(seed) {}
@@ -116,7 +116,7 @@ void TestEngineComparison::doesWhatPlainRecursionDoes() {
       plain.aliases[name] = writer.list(5);
     script.aliases.insert(plain.aliases);
     const QStringList actions = writer.list(14);
-    // The timers are fired by hand, some time after they were set.
+    // The test fires the timers itself, in random order.
     QStringList fired;
     plain.run(actions);
     for (int round = 0; round < 4 && !plain.gaveUp && !plain.timers.isEmpty(); ++round) {
@@ -146,7 +146,7 @@ void TestEngineComparison::doesWhatPlainRecursionDoes() {
     for (auto timer = waiting.delays.cbegin(); timer != waiting.delays.cend(); ++timer)
       QCOMPARE(*timer, plain.delays[timer.key()]);
   }
-  // The scripts are worth comparing.
+  // Enough of the scripts did something that is worth comparing.
   QVERIFY2(withLoops > wanted / 50, qPrintable(QString::number(withLoops)));
   QVERIFY2(withTimers > wanted / 20, qPrintable(QString::number(withTimers)));
   QVERIFY2(withCircles > wanted / 20, qPrintable(QString::number(withCircles)));

@@ -49,7 +49,8 @@ void TestLoops::setsTheFlag_data() {
   QTest::newRow("greater or equal when equal") << "/isgreaterthanorequal 5, 5.0" << true;
   QTest::newRow("not greater or equal") << "/isgreaterthanorequal 4.9, 5" << false;
   QTest::newRow("no number stands in no order") << "/isgreaterthanorequal nan, nan" << false;
-  // Each command, with a variable on either side and in single precision.
+  // Each command with a variable as its first and as its second argument, and with
+  // numbers that only differ beyond single precision.
   struct Row {
     const char* command;
     bool less;
@@ -89,7 +90,7 @@ void TestLoops::setsTheFlag() {
   script.variables.set("blank", " x ");
   script.variables.set("one", "1");
   script.variables.set("two", "2");
-  // From either state before.
+  // Whether the flag was clear or set before.
   for (const char* before : {"/isequal 0, 1", "/isequal 1, 1"}) {
     QCOMPARE(script.logOf({before, comparison, "/cond set", "end"}),
              flag ? (QStringList{"> set", "> end"}) : QStringList{"> end"});
@@ -166,7 +167,7 @@ void TestLoops::aConditionLoopThatNeverEndsIsStopped() {
   QCOMPARE(script.logOf({"/isequal 1, 1", "/condloop x", "end"}),
            QStringList(513, "> x") << "## /condloop has reached maximum evaluation"
                                    << "> end");
-  // The flag stays as it is.
+  // The flag is still set.
   QCOMPARE(script.logOf({"/cond y"}), QStringList{"> y"});
 }
 

@@ -50,7 +50,7 @@ void TestPendingTimers::aPauseRunsTheRestLater() {
   QCOMPARE(script.logOf({"a", "/pause t, 100", "b", "c"}), QStringList{"> a"});
   QCOMPARE(script.timers.byId().keys(), QStringList{"t"});
   QTRY_COMPARE(script.host.log, (QStringList{"> a", "> b", "> c"}));
-  // Coarse timers may be a twentieth early.
+  // The toolkit's timers may be five per cent early.
   QVERIFY2(clock.elapsed() >= 90, qPrintable(QString::number(clock.elapsed())));
   QVERIFY(script.timers.byId().isEmpty());
 }
@@ -103,7 +103,7 @@ void TestPendingTimers::aDelayThatIsNotPositiveIsNoPause() {
   script.variables.set("n", "1000");
   QCOMPARE(script.logOf({"a", pause, "b"}), (QStringList{"> a", "> b"}));
   QVERIFY(script.timers.byId().isEmpty());
-  // Not even the id of a waiting timer matters then.
+  // Since it is no pause, it may even have the id of a waiting timer.
   script.run({"/pause t, 60000"});
   QCOMPARE(script.logOf({"a", pause, "b"}), (QStringList{"> a", "> b"}));
 }

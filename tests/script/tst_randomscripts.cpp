@@ -9,7 +9,7 @@ using namespace kelmora::script;
 
 namespace {
 
-/// Lines of anything, with a leaning to what means something.
+/// Writes random lines, most of them made of words that mean something.
 class LineWriter {
  public:
   explicit LineWriter(quint32 seed) : random_(seed) {}
@@ -77,7 +77,7 @@ class LineWriter {
                                    "\u20ac"};
     if (random_.bounded(12) != 0)
       return words[random_.bounded(int(words.size()))];
-    // Any code unit, halves of pairs and NUL among them.
+    // Any code unit, even NUL or half of a surrogate pair.
     return QString(
         QChar(static_cast<char16_t>(random_.bounded(random_.bounded(2) == 0 ? 256 : 65536))));
   }

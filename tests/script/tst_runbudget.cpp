@@ -10,7 +10,8 @@ using namespace kelmora::script;
 
 namespace {
 
-/// A chain of aliases: "9" calls "8", and so on; "0" is sent.
+/// A chain of aliases: "9" calls "8", which calls "7", and so on; "0" is no alias
+/// and goes to the server.
 class CountDown : public AliasLookup {
  public:
   [[nodiscard]] const QStringList* commandsOf(const QString& name) const override {
@@ -146,7 +147,8 @@ void TestRunBudget::actionsCost_data() {
 void TestRunBudget::actionsCost() {
   QFETCH(QStringList, actions);
   QFETCH(const int, steps);
-  // A run that is over loses nothing, whatever its last action came to.
+  // The budget is checked before each action, so what the last action costs is only
+  // noticed if another one follows.
   actions << "/set end, 1";
   const auto isEnough = [&](int limit) {
     ScriptFixture script(limit);
@@ -260,7 +262,7 @@ void TestRunBudget::longTextsCountForMore() {
   ScriptFixture script;
   script.host.keepsLines = false;
   script.variables.set("v", QString(VariableTable::maximumLength, u'x'));
-  // Each of these makes a text as long as there may be.
+  // Each of these handles a text of the greatest length.
   for (const char* body :
        {"/echo {v}", "/set w, {v}", "/isequal {v}, 1", "/variables", "/add v, {v}"}) {
     script.host.log.clear();

@@ -224,7 +224,8 @@ void TestVariableTable::whatATextDoesNotNameCostsNothing() {
     const auto little = few.substitution(text, plenty);
     const auto all = many.substitution(text, plenty);
     QCOMPARE(all.text(), little.text());
-    // A longer name reaches a little farther; there is no other difference.
+    // Names are longer in the large table, so a little more of the text is read
+    // behind each brace. Nothing else costs more.
     QVERIFY(all.work() <= 2 * little.work());
     QVERIFY(all.work() < 1000);
   }
@@ -236,7 +237,8 @@ void TestVariableTable::aNameInALongTextCostsThePassesOverIt() {
   table.set("b", "2");
   const QString filling(10'000, u'x');
   constexpr qint64 plenty = 1'000'000;
-  // It is searched for braces, then for each name, and written anew.
+  // The text is read once for its braces, then twice for each name in it: to find
+  // the name, and to write the new text.
   const auto workOf = [&](const QString& text) { return table.substitution(text, plenty).work(); };
   const auto isAbout = [](qint64 work, qint64 expected) {
     return work >= expected && work < expected + 1000;
@@ -244,7 +246,7 @@ void TestVariableTable::aNameInALongTextCostsThePassesOverIt() {
   QVERIFY(isAbout(workOf(filling), 10'000));
   QVERIFY(isAbout(workOf(filling + "{a}"), 30'000));
   QVERIFY(isAbout(workOf("{b}" + filling + "{a}"), 50'000));
-  // A longer value is looked through.
+  // A value that was put in is read for names, too.
   table.set("a", QString(10'000, u'y'));
   QVERIFY(isAbout(workOf("{a}"), 20'000));
 }
@@ -258,7 +260,7 @@ void TestVariableTable::nothingIsReadBehindTheText() {
     const QString start = QString::fromRawData(whole.constData(), length);
     const auto result = table.substitution(start, 1'000'000);
     QCOMPARE(result.text(), whole.first(length));
-    // It was searched for a brace, and no closing one was found.
+    // The text was read once for its braces; there is no closing one.
     QCOMPARE(result.work(), length);
   }
 }
@@ -300,17 +302,17 @@ void TestVariableTable::longNamesTakeTimeByTheirLength() {
   qint64 done = 0;
   while (done < work)
     done += table.substitution(text, work - done).work();
-  // Some 80,000 steps of a run.
+  // That much work counts as some 80,000 of the 5,000,000 steps of a run.
   QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
 }
 
 void TestVariableTable::moreThanTheAllowedWorkIsNotDone() {
-  // Each name brings in the next one, all over the text.
+  // The value of each variable names the next one, at a thousand places.
   VariableTable table;
   for (int number = 100; number < 999; ++number)
     table.set(QString::number(number), QStringLiteral("{%1}").arg(number + 1));
   table.set("999", "end");
-  // Names of braces that begin in many places.
+  // With a name made of braces, many places look as if a name could begin there.
   table.set(QString(200, u'}'), "x");
   const QString text = QStringLiteral("{100}").repeated(1000);
   constexpr qint64 allowed = 1'000'000;
@@ -334,7 +336,7 @@ void TestVariableTable::tellsWhetherItCut() {
   QVERIFY(table.substitution("{a}x", plenty).wasCut());
   QVERIFY(table.substitution("x{a}", plenty).wasCut());
   QVERIFY(table.substitution("{a}{a}", plenty).wasCut());
-  // Where a file had a longer one.
+  // A value that was loaded from a file may be too long.
   table.load({{"a", QString(3 * most, u'x')}, {"b", "{a}"}});
   QVERIFY(table.substitution("{a}", plenty).wasCut());
   QCOMPARE(table.substituteVariables("{a}").size(), most);
