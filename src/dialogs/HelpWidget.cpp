@@ -20,8 +20,9 @@ QFont courierNew(int points, QFont::Weight weight = QFont::Normal) {
   return font;
 }
 
-/// The text engine's time grows with the square of a paragraph's length, so a
-/// line that no licence has is continued in a new one.
+/// The time that the text box needs for a paragraph grows with the square of its
+/// length. So a line that is longer than any of a real licence goes on in a new
+/// paragraph.
 QString inShortParagraphs(const QString& text) {
   QString result;
   result.reserve(text.size() + text.size() / longestParagraph);
@@ -49,7 +50,8 @@ QString licenceText() {
   return inShortParagraphs(QString::fromLatin1(bytes));
 }
 
-/// A label with one link, which is ready for Enter as soon as Tab leads to it.
+/// A label that begins with one link. As soon as the Tab key has reached it, Enter
+/// opens the link.
 class LinkLabel : public QLabel {
  public:
   LinkLabel(const QString& html, QWidget* parent) : QLabel(html, parent) {
@@ -64,11 +66,45 @@ class LinkLabel : public QLabel {
     if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
       QLabel::focusNextPrevChild(true);  // onto the link
   }
-  // The label's own way back never leaves a link that begins the text.
+  // With the toolkit's own version, Shift+Tab never leaves a link at the start of
+  // the text.
   bool focusNextPrevChild(bool next) override {
     return QWidget::focusNextPrevChild(next);  // NOLINT(bugprone-parent-virtual-call)
   }
 };
+
+struct LinkRow {
+  int row;
+  const char* address;
+  const char* words;
+  const char* description;
+};
+
+constexpr LinkRow linkRows[] = {
+    {2, KELMORA_TUTORIAL_URL, QT_TRANSLATE_NOOP("HelpWidget", "Client tutorial"),
+     QT_TRANSLATE_NOOP("HelpWidget", "A guide to using this client")},
+    {3, KELMORA_SITE_URL, QT_TRANSLATE_NOOP("HelpWidget", "Official site"),
+     QT_TRANSLATE_NOOP("HelpWidget", "Kelmora's official website")},
+    {4, KELMORA_WIKI_URL, QT_TRANSLATE_NOOP("HelpWidget", "Official wiki"),
+     QT_TRANSLATE_NOOP("HelpWidget", "Kelmora's community wiki")},
+};
+
+QTextEdit* licenceBox(QWidget* parent) {
+  auto* box = new QTextEdit(parent);
+  box->setReadOnly(true);
+  box->setTabChangesFocus(true);
+  box->setUndoRedoEnabled(false);
+  box->setFont(courierNew(8));
+  box->setPlainText(licenceText());
+  box->moveCursor(QTextCursor::Start);
+  return box;
+}
+
+QLabel* addCentred(QGridLayout& grid, int row, QLabel* label) {
+  label->setAlignment(Qt::AlignCenter);
+  grid.addWidget(label, row, 0);
+  return label;
+}
 
 }  // namespace
 
@@ -76,51 +112,38 @@ HelpWidget::HelpWidget(QWidget& parent) : QDialog(&parent) {
   setWindowTitle(tr("Kelmora Help"));
   setWindowIcon(QIcon(QStringLiteral(":/icons/help.png")));
   resize(initialSize);
-
   auto* grid = new QGridLayout(this);
-  const auto add = [&](int row, QLabel* label) {
-    label->setAlignment(Qt::AlignCenter);
-    grid->addWidget(label, row, 0);
-    return label;
-  };
-  const auto addLabel = [&](int row, const QString& text) {
-    return add(row, new QLabel(text, this));
-  };
-  const auto addLink = [&](int row, const char* address, const QString& words,
-                           const QString& description) {
-    const QString target = QString::fromUtf8(address);
-    const QString html = QStringLiteral("<a href=\"%1\">%2</a> - %3")
-                             .arg(target.toHtmlEscaped(), words, description);
-    add(row, new LinkLabel(html, this))->setToolTip(target);
-  };
-
-  addLabel(0, tr("Kelmora Client v3.9b"))->setFont(courierNew(16, QFont::Bold));
-  addLabel(1, tr("Made by the Kelmora client authors"))->setFont(courierNew(14));
-  addLink(2, KELMORA_TUTORIAL_URL, tr("Client tutorial"), tr("A guide to using this client"));
-  addLink(3, KELMORA_SITE_URL, tr("Official site"), tr("Kelmora's official website"));
-  addLink(4, KELMORA_WIKI_URL, tr("Official wiki"), tr("Kelmora's community wiki"));
-  QLabel* header = addLabel(6, tr("This client has been released under the following licenses:"));
-
-  auto* licences = new QTextEdit(this);
-  licences->setReadOnly(true);
-  licences->setTabChangesFocus(true);
-  licences->setUndoRedoEnabled(false);
-  licences->setFont(courierNew(8));
-  licences->setPlainText(licenceText());
-  licences->moveCursor(QTextCursor::Start);
-  header->setBuddy(licences);
-  grid->addWidget(licences, 7, 0);
-  grid->setRowStretch(7, 1);
-
+  addHead(*grid);
+  addLicences(*grid);
   auto* close = new QPushButton(tr("Close"), this);
   close->setDefault(true);
   connect(close, &QPushButton::clicked, this, &HelpWidget::closeDialog);
   grid->addWidget(close, 9, 0, Qt::AlignHCenter);
-
-  // Rows without a widget keep things apart.
-  const int gap = fontMetrics().height() / 2;
+  // The rows 5 and 8 hold no widget: they keep their neighbours apart.
   for (const int row : {5, 8})
-    grid->setRowMinimumHeight(row, gap);
+    grid->setRowMinimumHeight(row, fontMetrics().height() / 2);
+}
+
+void HelpWidget::addHead(QGridLayout& grid) {
+  addCentred(grid, 0, new QLabel(tr("Kelmora Client v3.9b"), this))
+      ->setFont(courierNew(16, QFont::Bold));
+  addCentred(grid, 1, new QLabel(tr("Made by the Kelmora client authors"), this))
+      ->setFont(courierNew(14));
+  for (const LinkRow& link : linkRows) {
+    const QString target = QString::fromUtf8(link.address);
+    const QString html = QStringLiteral("<a href=\"%1\">%2</a> - %3")
+                             .arg(target.toHtmlEscaped(), tr(link.words), tr(link.description));
+    addCentred(grid, link.row, new LinkLabel(html, this))->setToolTip(target);
+  }
+}
+
+void HelpWidget::addLicences(QGridLayout& grid) {
+  QLabel* header = addCentred(
+      grid, 6, new QLabel(tr("This client has been released under the following licenses:"), this));
+  QTextEdit* licences = licenceBox(this);
+  header->setBuddy(licences);
+  grid.addWidget(licences, 7, 0);
+  grid.setRowStretch(7, 1);
   licences->setFocus();
 }
 

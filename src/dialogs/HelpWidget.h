@@ -2,8 +2,10 @@
 
 #include <QDialog>
 
+class QGridLayout;
+
 /// The client's name, three links to outside help, and the licences of what
-/// the client is made of. Not modal: one can play on beside it.
+/// the client is made of. Not modal: the player can go on playing while it is open.
 class HelpWidget : public QDialog {
   Q_OBJECT
 
@@ -20,4 +22,8 @@ class HelpWidget : public QDialog {
  public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
   // The meta-object's only slot.
   void closeDialog();
+
+ private:
+  void addHead(QGridLayout& grid);
+  void addLicences(QGridLayout& grid);
 };
