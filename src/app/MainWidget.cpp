@@ -4,8 +4,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileDialog>
-#include <QMessageBox>
-#include <QToolBar>
 #include <algorithm>
 
 #include "app/Beeper.h"
@@ -16,9 +14,6 @@
 #include "dialogs/ConfigureWidget.h"
 #include "dialogs/HelpWidget.h"
 #include "dialogs/ProxyWidget.h"
-#include "net/Proxy.h"
-#include "settings/SettingsFile.h"
-#include "settings/UsableValues.h"
 #include "terminal/core/InputSubmission.h"
 #include "terminal/core/SafeMarkup.h"
 #include "terminal/core/Vitals.h"
@@ -31,13 +26,6 @@ using namespace kelmora;
 using namespace kelmora::app;
 
 namespace {
-
-terminal::AnsiTranslator::ColourTexts textsOf(const settings::ColourTexts& colours) {
-  terminal::AnsiTranslator::ColourTexts texts;
-  std::transform(colours.begin(), colours.end(), texts.begin(),
-                 [](const settings::ColourText& colour) { return colour.text(); });
-  return texts;
-}
 
 std::size_t indexOf(net::ConnectionAction action) {
   switch (action) {
@@ -52,17 +40,6 @@ std::size_t indexOf(net::ConnectionAction action) {
 }
 
 }  // namespace
-
-void MainWidget::storeSettings() {
-  // Whether the file took them is not told: the next save tries again.
-  (void)automationFiles_.writeVariables(variableTable_.entries());
-  store_.save(settings_, {.size = size(), .pos = pos()});
-}
-
-void MainWidget::buildColourSpans() {
-  pipeline_.translator().buildColourSpans(textsOf(settings_.normalColour),
-                                          textsOf(settings_.boldColour));
-}
 
 void MainWidget::closeEvent(QCloseEvent* event) {
   storeSettings();
@@ -118,42 +95,6 @@ void MainWidget::saveBuffer() {
     terminal::captureSession(*outputPane_->document(), settings_.normalColour.front().text(), name);
   }
   returnToInputBar();
-}
-
-void MainWidget::saveSettings() {
-  const QString name = QFileDialog::getSaveFileName(this, tr("Export Settings"), {},
-                                                    tr("Kelmora Client Settings (*.settings)"));
-  if (!name.isEmpty() && !settings::exportSettings(settings_, name))
-    QMessageBox::information(
-        this, tr("Export Settings"),
-        tr("There has been a failure exporting settings to the specified file."), QMessageBox::Ok);
-  returnToInputBar();
-}
-
-void MainWidget::loadSettings() {
-  const QString name = QFileDialog::getOpenFileName(this, tr("Import Settings"), {},
-                                                    tr("Kelmora Client Settings (*.settings)"));
-  if (!name.isEmpty()) {
-    if (settings::importSettings(settings_, name))
-      applyImportedSettings();
-    else
-      QMessageBox::information(
-          this, tr("Import Settings"),
-          tr("The specified file does not contain valid settings for this client."),
-          QMessageBox::Ok);
-  }
-  returnToInputBar();
-}
-
-void MainWidget::applyImportedSettings() {
-  if (settings_.useProxyServer)
-    installProxy();
-  buildColourSpans();
-  pipeline_.translator().clearBold();
-  QApplication::setStyle(settings_.interfaceStyle);
-  setToolbarIconSize(settings_.iconSize);
-  setInputFont(settings_.inFont);
-  setOutputFont(settings_.outFont);
 }
 
 void MainWidget::editMacros() {
@@ -322,27 +263,4 @@ const QStringList* MainWidget::commandsOf(const QString& name) const {
 
 void MainWidget::setVariable(const QString& name, const QString& value) {
   variableTable_.set(name, value);
-}
-
-void MainWidget::installProxy() {
-  if (settings_.useProxyServer)
-    net::installProxy({.type = settings_.proxyType,
-                       .hostName = settings_.proxyHostName,
-                       .port = settings_.proxyPortNumber,
-                       .userName = settings_.proxyUserName,
-                       .password = settings_.proxyPassword});
-  else
-    net::installNoProxy();
-}
-
-void MainWidget::setOutputFont(const QFont& font) {
-  outputPane_->setFont(font);
-}
-
-void MainWidget::setInputFont(const QFont& font) {
-  inputBar_->setFont(font);
-}
-
-void MainWidget::setToolbarIconSize(QSize size) {
-  toolbar_->setIconSize(settings::usableIconSize(size));
 }

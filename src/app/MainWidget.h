@@ -68,7 +68,7 @@ class MainWidget : public QWidget,
   [[nodiscard]] kelmora::script::VariableTable& variables() { return variableTable_; }
   /// Writes the variables to their file, then every option and the window's
   /// place to the settings store.
-  void storeSettings() override;
+  void storeSettings();
 
   // Also called by the rooms that this window serves.
   void submitInput() override;
@@ -104,7 +104,7 @@ class MainWidget : public QWidget,
 
  private:
   void loadStoredSettings();
-  void applyImportedSettings();
+  void takeEffect(kelmora::settings::Effect effect);
   void createWidgets();
   void createDialogs();
   void layOutWidgets();
@@ -135,11 +135,7 @@ class MainWidget : public QWidget,
   // TriggerHost
   void setVariable(const QString& name, const QString& value) override;
   // SettingsHost
-  void installProxy() override;
-  void buildColourSpans() override;
-  void setOutputFont(const QFont& font) override;
-  void setInputFont(const QFont& font) override;
-  void setToolbarIconSize(QSize size) override;
+  void applySettings(kelmora::settings::Occasion occasion) override;
   // InputHost
   [[nodiscard]] bool claimsShortcut(QKeyCombination keys) const override;
 

@@ -2,8 +2,8 @@
 // other; what it does once it stands is in MainWidget.cpp.
 
 #include <QAction>
-#include <QApplication>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QScreen>
 #include <QTcpSocket>
 #include <QToolBar>
@@ -45,15 +45,13 @@ MainWidget::MainWidget(settings::StorePlace place) : store_(std::move(place)) {
   setWindowTitle(QStringLiteral("Kelmora - The Official Client"));
   setWindowIcon(QIcon(QStringLiteral(":/icons/mainicon.png")));
   loadStoredSettings();
-  if (settings_.useProxyServer)
-    installProxy();
-  echoEnabled_ = settings_.displayLocalEcho;
-  buildColourSpans();
+  applySettings(settings::Occasion::Loaded);
   script::VariableTable::Entries variables;
   loadAutomationFiles(*this, automationFiles_, macroTable_, triggerTable_, aliasTable_, variables);
   variableTable_.load(variables);
-  QApplication::setStyle(settings_.interfaceStyle);
+  applySettings(settings::Occasion::FilesLoaded);
   createWidgets();
+  applySettings(settings::Occasion::WidgetsMade);
   createDialogs();
   layOutWidgets();
   connectSocket();
@@ -77,13 +75,10 @@ void MainWidget::loadStoredSettings() {
 
 void MainWidget::createWidgets() {
   toolbar_ = new QToolBar(this);
-  toolbar_->setIconSize(settings::usableIconSize(settings_.iconSize));
   inputBar_ = new InputWidget(*this, this);
   inputBar_->setAccessibleName(tr("Input bar"));
-  inputBar_->setFont(settings_.inFont);
   outputPane_ = new OutputWidget(*inputBar_, this);
   outputPane_->setAccessibleName(tr("Game text"));
-  outputPane_->setFont(settings_.outFont);
   QPalette palette = outputPane_->palette();
   palette.setBrush(QPalette::Active, QPalette::Base, Qt::black);
   palette.setBrush(QPalette::Inactive, QPalette::Base, Qt::black);

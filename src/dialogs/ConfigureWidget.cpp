@@ -9,10 +9,10 @@
 #include <QLineEdit>
 
 #include "dialogs/ColourButton.h"
+#include "dialogs/DialogButtons.h"
 #include "dialogs/FontButton.h"
 #include "dialogs/SettingsHost.h"
 #include "dialogs/StyleWidget.h"
-#include "scan/Format.h"
 #include "settings/ServerHosts.h"
 
 using namespace kelmora;
@@ -20,36 +20,32 @@ using namespace kelmora::dialogs;
 
 namespace {
 
-using Slot = void (ConfigureWidget::*)();
+using Record = settings::ClientSettings;
+using Dialog = ConfigureWidget;
+using Slot = void (Dialog::*)();
 
 struct OptionRow {
   const char* label;
-  bool settings::ClientSettings::*option;
+  bool Record::*option;
 };
 
-constexpr std::array<OptionRow, ConfigureWidget::optionCount> optionRows{{
-    {QT_TRANSLATE_NOOP("ConfigureWidget", "Display ANSI color"),
-     &settings::ClientSettings::displayAnsiColor},
-    {QT_TRANSLATE_NOOP("ConfigureWidget", "Enable local echo"),
-     &settings::ClientSettings::displayLocalEcho},
-    {QT_TRANSLATE_NOOP("ConfigureWidget", "Play beeps"), &settings::ClientSettings::playBeeps},
-    {QT_TRANSLATE_NOOP("ConfigureWidget", "Parse html tags"), &settings::ClientSettings::parseHtml},
-    {QT_TRANSLATE_NOOP("ConfigureWidget", "Flush input bar"),
-     &settings::ClientSettings::flushInput},
-    {QT_TRANSLATE_NOOP("ConfigureWidget", "Display clickable URLs"),
-     &settings::ClientSettings::displayURLs},
-    {QT_TRANSLATE_NOOP("ConfigureWidget", "Split input by following string:"),
-     &settings::ClientSettings::splitInput},
-}};
+constexpr OptionRow optionRows[] = {
+    {QT_TRANSLATE_NOOP("ConfigureWidget", "Display ANSI color"), &Record::displayAnsiColor},
+    {QT_TRANSLATE_NOOP("ConfigureWidget", "Enable local echo"), &Record::displayLocalEcho},
+    {QT_TRANSLATE_NOOP("ConfigureWidget", "Play beeps"), &Record::playBeeps},
+    {QT_TRANSLATE_NOOP("ConfigureWidget", "Parse html tags"), &Record::parseHtml},
+    {QT_TRANSLATE_NOOP("ConfigureWidget", "Flush input bar"), &Record::flushInput},
+    {QT_TRANSLATE_NOOP("ConfigureWidget", "Display clickable URLs"), &Record::displayURLs},
+    {QT_TRANSLATE_NOOP("ConfigureWidget", "Split input by following string:"), &Record::splitInput},
+};
 
-/// One of the eight colours; its place in the table is its index in the record.
+/// One of the eight colours; its place in the table is its place in the record.
 struct ColourRow {
   const char* label;
   Slot normalPressed;
   Slot boldPressed;
 };
 
-using Dialog = ConfigureWidget;
 constexpr std::array<ColourRow, std::tuple_size_v<settings::ColourTexts>> colourRows{{
     {QT_TRANSLATE_NOOP("ConfigureWidget", "Black"), &Dialog::blackPressed, &Dialog::blackPressedB},
     {QT_TRANSLATE_NOOP("ConfigureWidget", "Red"), &Dialog::redPressed, &Dialog::redPressedB},
@@ -62,20 +58,26 @@ constexpr std::array<ColourRow, std::tuple_size_v<settings::ColourTexts>> colour
     {QT_TRANSLATE_NOOP("ConfigureWidget", "Cyan"), &Dialog::cyanPressed, &Dialog::cyanPressedB},
     {QT_TRANSLATE_NOOP("ConfigureWidget", "White"), &Dialog::whitePressed, &Dialog::whitePressedB},
 }};
-enum Colour : std::size_t { Black, Red, Green, Yellow, Blue, Magenta, Cyan, White };
+
+/// What an entry of the server list stands for; kept as the entry's data.
+struct Server {
+  QString host;
+  int port;
+
+  friend bool operator==(const Server&, const Server&) = default;
+};
 
 constexpr std::array<int, 4> serverPorts{4023, 5000, 11995, 23};
 constexpr int longestServerHint = 40;  // characters
 constexpr int columnSpacing = 16;      // pixels
 
-QString serverText(const QString& host, int port) {
-  return host + QLatin1Char(' ') + QString::number(port);
+QString textOf(const Server& server) {
+  return server.host + QLatin1Char(' ') + QString::number(server.port);
 }
 
 }  // namespace
 
-ConfigureWidget::ConfigureWidget(QWidget& mainWindow, SettingsHost& host,
-                                 settings::ClientSettings& settings)
+ConfigureWidget::ConfigureWidget(QWidget& mainWindow, SettingsHost& host, Record& settings)
     : QDialog(&mainWindow),
       host_(host),
       settings_(settings),
@@ -85,12 +87,14 @@ ConfigureWidget::ConfigureWidget(QWidget& mainWindow, SettingsHost& host,
   setModal(true);
   auto* grid = new QGridLayout(this);
   grid->setHorizontalSpacing(columnSpacing);
-  // Built column by column, which makes the order of the Tab key.
+  // The Tab key visits the widgets in the order in which they are made here:
+  // column by column.
   addHeaders(*grid);
   addOptions(*grid);
   addColours(*grid);
   addDisplay(*grid);
-  addButtons(*grid);
+  addServers(*grid);
+  addApplyAndCancel(*this, *grid, tr("Apply"), tr("Cancel"));
 }
 
 void ConfigureWidget::addHeaders(QGridLayout& grid) {
@@ -105,15 +109,15 @@ void ConfigureWidget::addHeaders(QGridLayout& grid) {
 
 void ConfigureWidget::addOptions(QGridLayout& grid) {
   int row = 1;
-  for (std::size_t i = 0; i < optionRows.size(); ++i) {
-    optionBoxes_[i] = new QCheckBox(tr(optionRows[i].label), this);
-    grid.addWidget(optionBoxes_[i], row++, 0);
+  for (const OptionRow& option : optionRows) {
+    optionBoxes_.push_back(new QCheckBox(tr(option.label), this));
+    grid.addWidget(optionBoxes_.back(), row++, 0);
   }
   splitString_ = new QLineEdit(this);
   splitString_->setAccessibleName(tr("String to split the input by"));
   grid.addWidget(splitString_, row++, 0);
   grid.addWidget(new QLabel(this), row, 0);
-  grid.setRowStretch(row, 1);  // what a larger window has over
+  grid.setRowStretch(row, 1);  // takes the height that a larger window has over
 }
 
 void ConfigureWidget::addColours(QGridLayout& grid) {
@@ -138,33 +142,25 @@ void ConfigureWidget::addDisplay(QGridLayout& grid) {
   inFont_->setAccessibleName(tr("Font of the input bar"));
   auto* style =
       new QPushButton(QIcon(QStringLiteral(":/icons/style.png")), tr("Interface style"), this);
-  auto* serverLabel = new QLabel(tr("Use the following server:"), this);
-  serverLabel->setAlignment(Qt::AlignCenter);
-  server_ = new QComboBox(this);
-  serverLabel->setBuddy(server_);
-  for (const QString& host :
-       {settings::webDomain(), settings::serverHost(), settings::serverAddress()})
-    for (const int port : serverPorts)
-      server_->addItem(serverText(host, port));
-
   connect(outFont_, &QPushButton::clicked, this, &ConfigureWidget::outFontPressed);
   connect(inFont_, &QPushButton::clicked, this, &ConfigureWidget::inFontPressed);
   connect(style, &QPushButton::clicked, this, &ConfigureWidget::selectStyle);
   grid.addWidget(outFont_, 1, 3);
   grid.addWidget(inFont_, 2, 3);
   grid.addWidget(style, 3, 3);
-  grid.addWidget(serverLabel, 5, 3);
-  grid.addWidget(server_, 6, 3);
 }
 
-void ConfigureWidget::addButtons(QGridLayout& grid) {
-  auto* apply = new QPushButton(tr("Apply"), this);
-  apply->setDefault(true);
-  auto* cancel = new QPushButton(tr("Cancel"), this);
-  connect(apply, &QPushButton::clicked, this, &ConfigureWidget::applySettings);
-  connect(cancel, &QPushButton::clicked, this, &ConfigureWidget::cancelDialog);
-  grid.addWidget(apply, 10, 0, Qt::AlignLeft);
-  grid.addWidget(cancel, 10, 3, Qt::AlignRight);
+void ConfigureWidget::addServers(QGridLayout& grid) {
+  auto* label = new QLabel(tr("Use the following server:"), this);
+  label->setAlignment(Qt::AlignCenter);
+  server_ = new QComboBox(this);
+  label->setBuddy(server_);
+  for (const QString& host :
+       {settings::webDomain(), settings::serverHost(), settings::serverAddress()})
+    for (const int port : serverPorts)
+      server_->addItem(textOf({host, port}), QVariant::fromValue(Server{host, port}));
+  grid.addWidget(label, 5, 3);
+  grid.addWidget(server_, 6, 3);
 }
 
 void ConfigureWidget::showDialog() {
@@ -177,7 +173,7 @@ void ConfigureWidget::showDialog() {
   showColours(boldColours_, settings_.boldColour);
   outFont_->setShownFont(settings_.outFont);
   inFont_->setShownFont(settings_.inFont);
-  for (std::size_t i = 0; i < optionRows.size(); ++i)
+  for (std::size_t i = 0; i < optionBoxes_.size(); ++i)
     optionBoxes_[i]->setChecked(settings_.*optionRows[i].option);
   splitString_->setText(settings_.splitString);
   showServer();
@@ -185,54 +181,47 @@ void ConfigureWidget::showDialog() {
 }
 
 void ConfigureWidget::showServer() {
-  const QString text = serverText(settings_.hostName, settings_.port);
-  server_->setCurrentIndex(server_->findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive));
-  // Seen while no entry is current: the server that stays when none is chosen.
+  const Server stored{settings_.hostName, settings_.port};
+  server_->setCurrentIndex(server_->findData(QVariant::fromValue(stored)));
+  // The list shows this while no entry is chosen: the stored server is none of
+  // the twelve then.
+  const QString text = textOf(stored);
   server_->setPlaceholderText(
       text.size() <= longestServerHint ? text : text.first(longestServerHint - 1) + QChar(0x2026));
 }
 
 void ConfigureWidget::applySettings() {
-  const auto storeColours = [](settings::ColourTexts& texts, const ColourButtons& buttons) {
+  const auto takeColours = [](settings::ColourTexts& texts, const ColourButtons& buttons) {
     for (std::size_t i = 0; i < texts.size(); ++i)
       texts[i].assign(buttons[i]->colour().name().toLatin1());
   };
-  storeColours(settings_.normalColour, normalColours_);
-  storeColours(settings_.boldColour, boldColours_);
-  host_.buildColourSpans();
-  for (std::size_t i = 0; i < optionRows.size(); ++i)
+  takeColours(settings_.normalColour, normalColours_);
+  takeColours(settings_.boldColour, boldColours_);
+  for (std::size_t i = 0; i < optionBoxes_.size(); ++i)
     settings_.*optionRows[i].option = optionBoxes_[i]->isChecked();
   settings_.splitString = splitString_->text();
-  applyFonts();
-  applyServer();
-  host_.storeSettings();
+  settings_.outFont = outFont_->font();
+  settings_.inFont = inFont_->font();
+  takeServer();
+  host_.applySettings(settings::Occasion::GeneralApplied);
   hide();
 }
 
-void ConfigureWidget::applyFonts() {
-  const QFont outFont = outFont_->font();
-  const QFont inFont = inFont_->font();
-  host_.setOutputFont(outFont);
-  host_.setInputFont(inFont);
-  settings_.outFont = outFont;
-  settings_.inFont = inFont;
-}
-
-void ConfigureWidget::applyServer() {
-  static const std::optional<scan::Format> format = scan::Format::compile("%s %d");
-  const scan::Result server = format.value().scan(server_->currentText().toUtf8());
-  // Without a current entry the stored server stays: it is none of the twelve.
-  if (!server.complete())
-    return;
-  settings_.hostName = QString::fromUtf8(server.text(0));
-  settings_.port = server.number(1);
+void ConfigureWidget::takeServer() {
+  const QVariant chosen = server_->currentData();
+  if (!chosen.isValid())
+    return;  // no entry is chosen: the stored server stays
+  const auto server = chosen.value<Server>();
+  settings_.hostName = server.host;
+  settings_.port = server.port;
 }
 
 void ConfigureWidget::cancelDialog() {
   hide();
 }
 
-void ConfigureWidget::chooseColour(ColourButton& button) {
+void ConfigureWidget::chooseColour(const ColourButtons& buttons, Colour which) {
+  ColourButton& button = *buttons.at(static_cast<std::size_t>(which));
   const QColor colour = QColorDialog::getColor(button.colour(), this);
   if (colour.isValid())
     button.setColour(colour);
@@ -243,61 +232,6 @@ void ConfigureWidget::chooseFont(FontButton& button) {
   const QFont font = QFontDialog::getFont(&accepted, button.font(), this);
   if (accepted)
     button.setShownFont(font);
-}
-
-void ConfigureWidget::blackPressed() {
-  chooseColour(*normalColours_[Black]);
-}
-void ConfigureWidget::redPressed() {
-  chooseColour(*normalColours_[Red]);
-}
-void ConfigureWidget::greenPressed() {
-  chooseColour(*normalColours_[Green]);
-}
-void ConfigureWidget::yellowPressed() {
-  chooseColour(*normalColours_[Yellow]);
-}
-void ConfigureWidget::bluePressed() {
-  chooseColour(*normalColours_[Blue]);
-}
-void ConfigureWidget::magentaPressed() {
-  chooseColour(*normalColours_[Magenta]);
-}
-void ConfigureWidget::cyanPressed() {
-  chooseColour(*normalColours_[Cyan]);
-}
-void ConfigureWidget::whitePressed() {
-  chooseColour(*normalColours_[White]);
-}
-void ConfigureWidget::blackPressedB() {
-  chooseColour(*boldColours_[Black]);
-}
-void ConfigureWidget::redPressedB() {
-  chooseColour(*boldColours_[Red]);
-}
-void ConfigureWidget::greenPressedB() {
-  chooseColour(*boldColours_[Green]);
-}
-void ConfigureWidget::yellowPressedB() {
-  chooseColour(*boldColours_[Yellow]);
-}
-void ConfigureWidget::bluePressedB() {
-  chooseColour(*boldColours_[Blue]);
-}
-void ConfigureWidget::magentaPressedB() {
-  chooseColour(*boldColours_[Magenta]);
-}
-void ConfigureWidget::cyanPressedB() {
-  chooseColour(*boldColours_[Cyan]);
-}
-void ConfigureWidget::whitePressedB() {
-  chooseColour(*boldColours_[White]);
-}
-void ConfigureWidget::outFontPressed() {
-  chooseFont(*outFont_);
-}
-void ConfigureWidget::inFontPressed() {
-  chooseFont(*inFont_);
 }
 
 void ConfigureWidget::selectStyle() {

@@ -2,7 +2,7 @@
 
 #include <QDialog>
 #include <array>
-#include <cstddef>
+#include <vector>
 
 #include "settings/ClientSettings.h"
 
@@ -10,7 +10,6 @@ class QCheckBox;
 class QComboBox;
 class QGridLayout;
 class QLineEdit;
-class QPushButton;
 class StyleWidget;
 
 namespace kelmora::dialogs {
@@ -25,8 +24,6 @@ class ConfigureWidget : public QDialog {
   Q_OBJECT
 
  public:
-  static constexpr std::size_t optionCount = 7;
-
   /// A child of the window. Host and record must outlive the dialog's last use.
   ConfigureWidget(QWidget& mainWindow, kelmora::dialogs::SettingsHost& host,
                   kelmora::settings::ClientSettings& settings);
@@ -39,27 +36,28 @@ class ConfigureWidget : public QDialog {
   // stay plain functions.
   void applySettings();
   void cancelDialog();
-  void blackPressed();
-  void redPressed();
-  void greenPressed();
-  void yellowPressed();
-  void bluePressed();
-  void magentaPressed();
-  void cyanPressed();
-  void whitePressed();
-  void blackPressedB();
-  void redPressedB();
-  void greenPressedB();
-  void yellowPressedB();
-  void bluePressedB();
-  void magentaPressedB();
-  void cyanPressedB();
-  void whitePressedB();
-  void outFontPressed();
-  void inFontPressed();
+  void blackPressed() { chooseColour(normalColours_, Colour::Black); }
+  void redPressed() { chooseColour(normalColours_, Colour::Red); }
+  void greenPressed() { chooseColour(normalColours_, Colour::Green); }
+  void yellowPressed() { chooseColour(normalColours_, Colour::Yellow); }
+  void bluePressed() { chooseColour(normalColours_, Colour::Blue); }
+  void magentaPressed() { chooseColour(normalColours_, Colour::Magenta); }
+  void cyanPressed() { chooseColour(normalColours_, Colour::Cyan); }
+  void whitePressed() { chooseColour(normalColours_, Colour::White); }
+  void blackPressedB() { chooseColour(boldColours_, Colour::Black); }
+  void redPressedB() { chooseColour(boldColours_, Colour::Red); }
+  void greenPressedB() { chooseColour(boldColours_, Colour::Green); }
+  void yellowPressedB() { chooseColour(boldColours_, Colour::Yellow); }
+  void bluePressedB() { chooseColour(boldColours_, Colour::Blue); }
+  void magentaPressedB() { chooseColour(boldColours_, Colour::Magenta); }
+  void cyanPressedB() { chooseColour(boldColours_, Colour::Cyan); }
+  void whitePressedB() { chooseColour(boldColours_, Colour::White); }
+  void outFontPressed() { chooseFont(*outFont_); }
+  void inFontPressed() { chooseFont(*inFont_); }
   void selectStyle();
 
  private:
+  using Colour = kelmora::settings::Colour;
   using ColourButtons = std::array<kelmora::dialogs::ColourButton*,
                                    std::tuple_size_v<kelmora::settings::ColourTexts>>;
 
@@ -67,18 +65,17 @@ class ConfigureWidget : public QDialog {
   void addOptions(QGridLayout& grid);
   void addColours(QGridLayout& grid);
   void addDisplay(QGridLayout& grid);
-  void addButtons(QGridLayout& grid);
-  void chooseColour(kelmora::dialogs::ColourButton& button);
+  void addServers(QGridLayout& grid);
+  void chooseColour(const ColourButtons& buttons, Colour colour);
   void chooseFont(kelmora::dialogs::FontButton& button);
-  void applyFonts();
-  void applyServer();
   void showServer();
+  void takeServer();
 
   kelmora::dialogs::SettingsHost& host_;
   kelmora::settings::ClientSettings& settings_;
   StyleWidget& styleDialog_;  // a child of the window
 
-  std::array<QCheckBox*, optionCount> optionBoxes_{};
+  std::vector<QCheckBox*> optionBoxes_;
   QLineEdit* splitString_ = nullptr;
   ColourButtons normalColours_{};
   ColourButtons boldColours_{};

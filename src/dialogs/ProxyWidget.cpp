@@ -7,10 +7,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QNetworkProxy>
-#include <QPushButton>
 #include <algorithm>
-#include <array>
 
+#include "dialogs/DialogButtons.h"
 #include "dialogs/SettingsHost.h"
 #include "settings/ClientSettings.h"
 
@@ -19,113 +18,101 @@ using namespace kelmora::dialogs;
 
 namespace {
 
-struct ProxyKind {
+using Record = settings::ClientSettings;
+
+struct TypeRow {
   const char* name;
   QNetworkProxy::ProxyType type;
 };
 
-// The first is taken for whatever is none of these.
-constexpr std::array<ProxyKind, 4> proxyKinds{{
+// A stored type that is none of these is shown as the first.
+constexpr TypeRow typeRows[] = {
     {"Socks5", QNetworkProxy::Socks5Proxy},
     {"HTTP", QNetworkProxy::HttpProxy},
     {"HTTP Caching", QNetworkProxy::HttpCachingProxy},
     {"FTP Caching", QNetworkProxy::FtpCachingProxy},
-}};
+};
 
-constexpr int fieldWidth = 28;  // characters: most host names fit
-
-QString nameOf(int type) {
-  const auto kind = std::find_if(proxyKinds.begin(), proxyKinds.end(),
-                                 [&](const ProxyKind& k) { return k.type == type; });
-  return QString::fromLatin1((kind != proxyKinds.end() ? *kind : proxyKinds.front()).name);
-}
-
-int typeOf(const QString& name) {
-  const auto kind = std::find_if(proxyKinds.begin(), proxyKinds.end(),
-                                 [&](const ProxyKind& k) { return name == QLatin1String(k.name); });
-  return (kind != proxyKinds.end() ? *kind : proxyKinds.front()).type;
-}
-
-/// Any int, in the one form in which the port's text is read later: no digit
-/// groups, whatever the user's locale writes.
-QIntValidator* integerValidator(QObject* parent) {
-  auto* validator = new QIntValidator(parent);
+/// Takes any int, in the one form in which the port's text is read later: no
+/// digit groups, whatever the user's locale writes.
+void takeIntegers(QLineEdit& edit) {
+  auto* validator = new QIntValidator(&edit);
   QLocale locale = QLocale::c();
   locale.setNumberOptions(QLocale::OmitGroupSeparator | QLocale::RejectGroupSeparator);
   validator->setLocale(locale);
-  return validator;
+  edit.setValidator(validator);
 }
+
+void hideText(QLineEdit& edit) {
+  edit.setEchoMode(QLineEdit::Password);
+}
+
+struct TextRow {
+  const char* label;
+  QString Record::*text;
+  void (*prepare)(QLineEdit& edit) = nullptr;
+};
+
+constexpr TextRow textRows[] = {
+    {QT_TRANSLATE_NOOP("ProxyWidget", "Hostname"), &Record::proxyHostName},
+    {QT_TRANSLATE_NOOP("ProxyWidget", "Port"), &Record::proxyPortNumber, takeIntegers},
+    {QT_TRANSLATE_NOOP("ProxyWidget", "Username"), &Record::proxyUserName},
+    {QT_TRANSLATE_NOOP("ProxyWidget", "Password"), &Record::proxyPassword, hideText},
+};
+
+constexpr int fieldWidth = 28;  // characters: most host names fit
 
 }  // namespace
 
-ProxyWidget::ProxyWidget(QWidget& mainWindow, SettingsHost& host,
-                         settings::ClientSettings& settings)
+ProxyWidget::ProxyWidget(QWidget& mainWindow, SettingsHost& host, Record& settings)
     : QDialog(&mainWindow),
       host_(host),
       settings_(settings),
       useProxy_(new QCheckBox(tr("Use the following proxy server:"), this)),
-      type_(new QComboBox(this)),
-      hostName_(new QLineEdit(this)),
-      port_(new QLineEdit(this)),
-      userName_(new QLineEdit(this)),
-      password_(new QLineEdit(this)) {
+      type_(new QComboBox(this)) {
   setWindowTitle(tr("Proxy Settings"));
   setWindowIcon(QIcon(QStringLiteral(":/icons/proxy.png")));
   setModal(true);
-  for (const ProxyKind& kind : proxyKinds)
-    type_->addItem(QString::fromLatin1(kind.name));
-  port_->setValidator(integerValidator(port_));
-  password_->setEchoMode(QLineEdit::Password);
-
   auto* grid = new QGridLayout(this);
   grid->addWidget(useProxy_, 0, 0);
-  int row = 1;
-  const auto addRow = [&](const QString& text, QWidget* field) {
-    auto* label = new QLabel(text, this);
-    label->setBuddy(field);
-    grid->addWidget(label, row, 0);
-    grid->addWidget(field, row, 1);
-    ++row;
-  };
-  addRow(tr("Proxy type"), type_);
-  addRow(tr("Hostname"), hostName_);
-  addRow(tr("Port"), port_);
-  addRow(tr("Username"), userName_);
-  addRow(tr("Password"), password_);
-
-  auto* apply = new QPushButton(tr("Apply"), this);
-  apply->setDefault(true);
-  auto* cancel = new QPushButton(tr("Cancel"), this);
-  connect(apply, &QPushButton::clicked, this, &ProxyWidget::applySettings);
-  connect(cancel, &QPushButton::clicked, this, &ProxyWidget::cancelDialog);
-  grid->addWidget(apply, row, 0, Qt::AlignLeft);
-  grid->addWidget(cancel, row, 1, Qt::AlignRight);
+  for (const TypeRow& row : typeRows)
+    type_->addItem(QString::fromLatin1(row.name), static_cast<int>(row.type));
+  addField(*grid, tr("Proxy type"), type_);
+  for (const TextRow& row : textRows) {
+    texts_.push_back(new QLineEdit(this));
+    if (row.prepare)
+      row.prepare(*texts_.back());
+    addField(*grid, tr(row.label), texts_.back());
+  }
+  addApplyAndCancel(*this, *grid, tr("Apply"), tr("Cancel"));
   grid->setColumnMinimumWidth(1, fieldWidth * fontMetrics().averageCharWidth());
   grid->setColumnStretch(1, 1);
-  grid->setRowStretch(row + 1, 1);  // what a larger window has over
+  grid->setRowStretch(grid->rowCount(), 1);  // takes the height that a larger window has over
+}
+
+void ProxyWidget::addField(QGridLayout& grid, const QString& label, QWidget* field) {
+  const int row = grid.rowCount();
+  auto* name = new QLabel(label, this);
+  name->setBuddy(field);
+  grid.addWidget(name, row, 0);
+  grid.addWidget(field, row, 1);
 }
 
 void ProxyWidget::showDialog() {
   show();
-  type_->setCurrentIndex(
-      type_->findText(nameOf(settings_.proxyType), Qt::MatchExactly | Qt::MatchCaseSensitive));
-  hostName_->setText(settings_.proxyHostName);
-  port_->setText(settings_.proxyPortNumber);
-  userName_->setText(settings_.proxyUserName);
-  password_->setText(settings_.proxyPassword);
+  type_->setCurrentIndex(std::max(type_->findData(settings_.proxyType), 0));
+  for (std::size_t i = 0; i < texts_.size(); ++i)
+    texts_[i]->setText(settings_.*textRows[i].text);
   useProxy_->setChecked(settings_.useProxyServer);
   useProxy_->setFocus(Qt::OtherFocusReason);
 }
 
 void ProxyWidget::applySettings() {
-  settings_.proxyType = typeOf(type_->currentText());
-  settings_.proxyHostName = hostName_->text();
-  settings_.proxyPortNumber = port_->text();
-  settings_.proxyUserName = userName_->text();
-  settings_.proxyPassword = password_->text();
+  settings_.proxyType = type_->currentData().toInt();
+  for (std::size_t i = 0; i < texts_.size(); ++i)
+    settings_.*textRows[i].text = texts_[i]->text();
   settings_.useProxyServer = useProxy_->isChecked();
-  host_.storeSettings();
-  host_.installProxy();
+  host_.applySettings(settings::Occasion::ProxyApplied);
   hide();
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QDialog>
+#include <vector>
 
 class QCheckBox;
 class QComboBox;
+class QGridLayout;
 class QLineEdit;
 
 namespace kelmora::dialogs {
@@ -14,8 +16,7 @@ namespace kelmora::settings {
 struct ClientSettings;
 }
 
-/// The proxy settings. Apply stores them and makes them the application's
-/// proxy, or makes every connection direct when no proxy is to be used.
+/// The proxy settings.
 class ProxyWidget : public QDialog {
   Q_OBJECT
 
@@ -33,13 +34,12 @@ class ProxyWidget : public QDialog {
   void cancelDialog();
 
  private:
+  void addField(QGridLayout& grid, const QString& label, QWidget* field);
+
   kelmora::dialogs::SettingsHost& host_;
   kelmora::settings::ClientSettings& settings_;
 
   QCheckBox* useProxy_;
   QComboBox* type_;
-  QLineEdit* hostName_;
-  QLineEdit* port_;
-  QLineEdit* userName_;
-  QLineEdit* password_;
+  std::vector<QLineEdit*> texts_;
 };

@@ -1,7 +1,6 @@
 #pragma once
 
-class QFont;
-class QSize;
+#include "settings/Effects.h"
 
 namespace kelmora::dialogs {
 
@@ -10,17 +9,9 @@ class SettingsHost {
  public:
   virtual ~SettingsHost() = default;
 
-  /// New connections go through the proxy of the settings, or are direct ones if
-  /// the settings say that none is to be used.
-  virtual void installProxy() = 0;
-  /// The sixteen colours changed: the next output starts with the new ones.
-  virtual void buildColourSpans() = 0;
-  virtual void setOutputFont(const QFont& font) = 0;
-  virtual void setInputFont(const QFont& font) = 0;
-  /// Pixels, as entered: each length is from 0 to 99.
-  virtual void setToolbarIconSize(QSize size) = 0;
-  /// Writes every option to the user's store.
-  virtual void storeSettings() = 0;
+  /// The record holds what was applied: the window is to do what belongs to
+  /// this occasion (see settings::effectsOf).
+  virtual void applySettings(settings::Occasion occasion) = 0;
 };
 
 }  // namespace kelmora::dialogs

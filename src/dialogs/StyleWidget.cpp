@@ -1,14 +1,13 @@
 #include "dialogs/StyleWidget.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QFocusEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QStyleFactory>
 
+#include "dialogs/DialogButtons.h"
 #include "dialogs/SettingsHost.h"
 #include "settings/ClientSettings.h"
 
@@ -17,12 +16,15 @@ using namespace kelmora::dialogs;
 
 namespace {
 
-/// A length of at most two digits. The mask takes the digits from 1 to 9 only,
-/// so 20 and 40 cannot be entered, and are shown as 2 and 4: a quirk of this
-/// client.
+/// A length in pixels. The mask takes two digits from 1 to 9 and no zero, so that
+/// 20 and 40 cannot be typed and are shown as 2 and 4: a quirk of this client.
 class LengthEdit : public QLineEdit {
  public:
-  explicit LengthEdit(QWidget* parent) : QLineEdit(parent) { setInputMask(QStringLiteral("DD")); }
+  LengthEdit(const QString& name, const QString& toolTip, QWidget* parent) : QLineEdit(parent) {
+    setInputMask(QStringLiteral("DD"));
+    setAccessibleName(name);
+    setToolTip(toolTip);
+  }
 
  protected:
   // A mask leaves the cursor behind the last digit, where no more can be typed.
@@ -43,43 +45,33 @@ StyleWidget::StyleWidget(QWidget& mainWindow, SettingsHost& host,
     : QDialog(&mainWindow),
       host_(host),
       settings_(settings),
-      iconWidth_(new LengthEdit(this)),
-      iconHeight_(new LengthEdit(this)),
+      iconWidth_(new LengthEdit(tr("Icon width"), tr("Icon width in pixels"), this)),
+      iconHeight_(new LengthEdit(tr("Icon height"), tr("Icon height in pixels"), this)),
       style_(new QComboBox(this)) {
   setWindowTitle(tr("Interface Settings"));
   setWindowIcon(QIcon(QStringLiteral(":/icons/style.png")));
   setModal(true);
-  iconWidth_->setAccessibleName(tr("Icon width"));
-  iconWidth_->setToolTip(tr("Icon width in pixels"));
-  iconHeight_->setAccessibleName(tr("Icon height"));
-  iconHeight_->setToolTip(tr("Icon height in pixels"));
-  style_->addItems(QStyleFactory::keys());
-
-  auto* iconLabel = new QLabel(tr("Use the following icon dimensions:"), this);
-  iconLabel->setBuddy(iconWidth_);
-  auto* styleLabel = new QLabel(tr("Use the following interface style:"), this);
-  styleLabel->setBuddy(style_);
-  auto* apply = new QPushButton(tr("Apply"), this);
-  apply->setDefault(true);
-  auto* cancel = new QPushButton(tr("Cancel"), this);
-  connect(apply, &QPushButton::clicked, this, &StyleWidget::applySettings);
-  connect(cancel, &QPushButton::clicked, this, &StyleWidget::cancelDialog);
-
+  for (const QString& name : QStyleFactory::keys())
+    style_->addItem(name, name);
   auto* grid = new QGridLayout(this);
-  grid->addWidget(iconLabel, 0, 0);
+  const auto addLabel = [&](int row, const QString& text, QWidget* field) {
+    auto* label = new QLabel(text, this);
+    label->setBuddy(field);
+    grid->addWidget(label, row, 0);
+  };
+  addLabel(0, tr("Use the following icon dimensions:"), iconWidth_);
   grid->addWidget(iconWidth_, 0, 1);
   grid->addWidget(iconHeight_, 0, 2);
-  grid->addWidget(styleLabel, 1, 0);
+  addLabel(1, tr("Use the following interface style:"), style_);
   grid->addWidget(style_, 1, 1);
-  grid->addWidget(apply, 2, 0, Qt::AlignLeft);
-  grid->addWidget(cancel, 2, 2, Qt::AlignRight);
-  grid->setRowStretch(3, 1);  // what a larger window has over
+  addApplyAndCancel(*this, *grid, tr("Apply"), tr("Cancel"));
+  grid->setRowStretch(grid->rowCount(), 1);  // takes the height that a larger window has over
 }
 
 void StyleWidget::showDialog() {
   show();
-  style_->setCurrentIndex(
-      style_->findText(settings_.interfaceStyle, Qt::MatchExactly | Qt::MatchCaseSensitive));
+  // A stored name that the list does not have leaves it without a chosen entry.
+  style_->setCurrentIndex(style_->findData(settings_.interfaceStyle));
   iconWidth_->setText(QString::number(settings_.iconSize.width()));
   iconHeight_->setText(QString::number(settings_.iconSize.height()));
   iconWidth_->setFocus(Qt::OtherFocusReason);
@@ -87,12 +79,9 @@ void StyleWidget::showDialog() {
 }
 
 void StyleWidget::applySettings() {
-  settings_.interfaceStyle = style_->currentText();
+  settings_.interfaceStyle = style_->currentData().toString();
   settings_.iconSize = {iconWidth_->text().toInt(), iconHeight_->text().toInt()};
-  host_.storeSettings();
-  // A name that the toolkit does not know changes nothing, nor does none.
-  QApplication::setStyle(settings_.interfaceStyle);
-  host_.setToolbarIconSize(settings_.iconSize);
+  host_.applySettings(settings::Occasion::InterfaceApplied);
   hide();
 }
 

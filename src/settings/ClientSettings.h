@@ -39,7 +39,10 @@ class ColourText {
   std::array<char, capacity + 1> buffer_{};
 };
 
-/// The eight ANSI colours, black, red, green, yellow, blue, magenta, cyan, white.
+/// The eight ANSI colours.
+enum class Colour : std::size_t { Black, Red, Green, Yellow, Blue, Magenta, Cyan, White };
+
+/// A text for each of them, in their order.
 using ColourTexts = std::array<ColourText, 8>;
 
 /// Every option that outlives a session. A new record holds the defaults, which

@@ -3,7 +3,6 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QLineEdit>
-#include <QNetworkProxy>
 #include <QPushButton>
 
 #include "PlayWindow.h"
@@ -17,11 +16,7 @@ class TestDialogsFromToolbar : public QObject {
  private Q_SLOTS:
   void opens_data();
   void opens();
-  void cleanup() { QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy); }
   void applyingTheGeneralSettingsReachesTheWindow();
-  void applyingTheProxySettingsInstallsThem_data();
-  void applyingTheProxySettingsInstallsThem();
-  void cancellingTheProxySettingsInstallsNothing();
   void applyingWritesTheVariables_data();
   void applyingWritesTheVariables();
   void anAliasAddedInItsEditorRunsAtOnce();
@@ -82,65 +77,6 @@ void TestDialogsFromToolbar::applyingTheGeneralSettingsReachesTheWindow() {
   QCOMPARE(play.bar->text(), QString());
   QCOMPARE(play.store.value("port").toInt(), 4023);
   QCOMPARE(play.store.value("yellow").toString(), QString("#5e610b"));
-}
-
-void TestDialogsFromToolbar::applyingTheProxySettingsInstallsThem_data() {
-  QTest::addColumn<bool>("used");
-  QTest::addColumn<QString>("type");
-  QTest::addColumn<QString>("port");
-  QTest::addColumn<QNetworkProxy>("installed");
-  const auto row = [](const char* name, const char* type, const char* port, int installedPort,
-                      QNetworkProxy::ProxyType installedType = QNetworkProxy::Socks5Proxy) {
-    QTest::newRow(name) << true << QString(type) << QString(port)
-                        << QNetworkProxy(installedType, "proxy.example",
-                                         static_cast<quint16>(installedPort), "us er",
-                                         "pass;\\word");
-  };
-  row("SOCKS 5", "Socks5", "1080", 1080);
-  row("HTTP", "HTTP", "1080", 1080, QNetworkProxy::HttpProxy);
-  row("HTTP caching", "HTTP Caching", "1080", 1080, QNetworkProxy::HttpCachingProxy);
-  row("FTP caching", "FTP Caching", "1080", 1080, QNetworkProxy::FtpCachingProxy);
-  row("a negative port is cut to 16 bits", "Socks5", "-1", 65535);
-  row("a port above 65535 is cut to 16 bits", "Socks5", "70000", 4464);
-  row("a port beyond an int is 0", "Socks5", "99999999999", 0);
-  row("a port that is no number is 0", "Socks5", "abc", 0);
-  row("no port is 0", "Socks5", "", 0);
-  QTest::newRow("not used, every connection is direct")
-      << false << QString("HTTP") << QString("1080") << QNetworkProxy(QNetworkProxy::NoProxy);
-}
-
-void TestDialogsFromToolbar::applyingTheProxySettingsInstallsThem() {
-  QFETCH(const bool, used);
-  QFETCH(const QString, type);
-  QFETCH(const QString, port);
-  QFETCH(const QNetworkProxy, installed);
-  PlayWindow play(5000);
-  QNetworkProxy::setApplicationProxy(
-      QNetworkProxy(QNetworkProxy::HttpProxy, "before.example", 7, "someone", "else"));
-  play.actions.at(6)->trigger();
-  QDialog* dialog = play.dialogTitled("Proxy Settings");
-  dialog->findChild<QCheckBox*>()->setChecked(used);
-  dialog->findChild<QComboBox*>()->setCurrentText(type);
-  const QStringList texts{"proxy.example", port, "us er", "pass;\\word"};
-  const auto fields = dialog->findChildren<QLineEdit*>();
-  QCOMPARE(fields.size(), texts.size());
-  for (qsizetype i = 0; i < texts.size(); ++i)
-    fields.at(i)->setText(texts.at(i));
-  press(dialog, "Apply");
-  QVERIFY(!dialog->isVisible());
-  QCOMPARE(QNetworkProxy::applicationProxy(), installed);
-}
-
-void TestDialogsFromToolbar::cancellingTheProxySettingsInstallsNothing() {
-  PlayWindow play(5000);
-  const QNetworkProxy before(QNetworkProxy::HttpProxy, "before.example", 7);
-  QNetworkProxy::setApplicationProxy(before);
-  play.actions.at(6)->trigger();
-  QDialog* dialog = play.dialogTitled("Proxy Settings");
-  dialog->findChild<QCheckBox*>()->setChecked(true);
-  press(dialog, "Cancel");
-  QVERIFY(!dialog->isVisible());
-  QCOMPARE(QNetworkProxy::applicationProxy(), before);
 }
 
 void TestDialogsFromToolbar::applyingWritesTheVariables_data() {

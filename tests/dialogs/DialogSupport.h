@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
+#include <QComboBox>
 #include <QDialog>
 #include <QGridLayout>
 #include <QMetaMethod>
@@ -12,6 +13,7 @@
 #include <QTimer>
 #include <QTranslator>
 #include <functional>
+#include <memory>
 
 #include "dialogs/SettingsHost.h"
 #include "settings/ClientSettings.h"
@@ -20,32 +22,43 @@ using namespace kelmora;
 using namespace kelmora::dialogs;
 using namespace kelmora::settings;
 
-/// Stands for the window: records what a dialog asks for, in order.
+/// Stands in for the main window: notes what a dialog asks it to do, in order.
 class RecordingHost : public SettingsHost {
  public:
-  void installProxy() override { record(QStringLiteral("proxy")); }
-  void buildColourSpans() override { record(QStringLiteral("spans")); }
-  void setOutputFont(const QFont& font) override {
-    record(QStringLiteral("output font ") + font.toString());
-  }
-  void setInputFont(const QFont& font) override {
-    record(QStringLiteral("input font ") + font.toString());
-  }
-  void setToolbarIconSize(QSize size) override {
-    record(QStringLiteral("icons %1x%2").arg(size.width()).arg(size.height()));
-  }
-  void storeSettings() override { record(QStringLiteral("store")); }
-
-  QStringList calls;
-  /// Looks at the world while a call is being made.
-  std::function<void(const QString& call)> onCall;
-
- private:
-  void record(const QString& call) {
-    calls << call;
+  void applySettings(Occasion occasion) override {
+    calls << occasion;
     if (onCall)
-      onCall(call);
+      onCall();
   }
+
+  QList<Occasion> calls;
+  /// Looks at the dialog and the record while a call is being made.
+  std::function<void()> onCall;
+};
+
+/// A settings dialog with all that it needs: base of a test class, which calls
+/// create() before each test function.
+template <typename Dialog>
+class SettingsDialogTest {
+ protected:
+  void create() {
+    settings_ = ClientSettings();
+    host_.calls.clear();
+    host_.onCall = nullptr;
+    window_ = std::make_unique<QWidget>();
+    window_->resize(800, 800);
+    window_->show();
+    dialog_ = new Dialog(*window_, host_, settings_);
+  }
+  void show() {
+    dialog_->showDialog();
+    QVERIFY(QTest::qWaitForWindowActive(dialog_));
+  }
+
+  ClientSettings settings_;
+  RecordingHost host_;
+  std::unique_ptr<QWidget> window_;
+  Dialog* dialog_ = nullptr;
 };
 
 inline QGridLayout* gridOf(const QWidget& dialog) {
@@ -66,6 +79,21 @@ inline QPushButton* button(const QWidget& dialog, const char* text) {
   return nullptr;
 }
 
+inline QStringList itemTexts(const QComboBox& box) {
+  QStringList texts;
+  for (int i = 0; i < box.count(); ++i)
+    texts << box.itemText(i);
+  return texts;
+}
+
+/// The title, and the icon of that name among the resources.
+inline void compareHead(const QDialog& dialog, const QString& title, const QString& icon) {
+  const QIcon expected(QStringLiteral(":/icons/%1.png").arg(icon));
+  QCOMPARE(dialog.windowTitle(), title);
+  QVERIFY(!dialog.windowIcon().isNull());
+  QCOMPARE(dialog.windowIcon().pixmap(32).toImage(), expected.pixmap(32).toImage());
+}
+
 inline void click(QWidget* widget) {
   QTest::mouseClick(widget, Qt::LeftButton);
 }
@@ -79,7 +107,8 @@ inline QStringList slotsOf(const QMetaObject& type) {
   return names;
 }
 
-/// "row,column Class" of every item, each in one cell of its own.
+/// "row,column" of every item, sorted; and "a span" for an item that fills more
+/// than one cell.
 inline QStringList placesIn(const QWidget& dialog) {
   const QGridLayout* grid = gridOf(dialog);
   QStringList places;
@@ -117,7 +146,15 @@ inline QList<QWidget*> tabOrder(const QWidget& dialog) {
   return order;
 }
 
-/// Says every text of a dialog in another language, as long as it lives.
+/// What a screen reader calls each of them.
+inline QStringList spokenNames(const QWidget& dialog) {
+  QStringList names;
+  for (QWidget* widget : tabOrder(dialog))
+    names << spokenName(widget);
+  return names;
+}
+
+/// As long as it lives, every text of a dialog comes in another language.
 class Foreign : public QTranslator {
  public:
   explicit Foreign(const char* dialog) : dialog_(dialog) {
@@ -133,8 +170,8 @@ class Foreign : public QTranslator {
   QByteArray dialog_;
 };
 
-/// The texts of all buttons, check boxes among them, in the order of their
-/// making.
+/// The texts of all buttons and check boxes, in the order in which they were
+/// made.
 inline QStringList buttonTexts(const QWidget& dialog) {
   QStringList texts;
   for (const QAbstractButton* each : dialog.findChildren<QAbstractButton*>())

@@ -78,7 +78,7 @@ QString colourText(const ColourTexts& colours, int index) {
 
 }  // namespace
 
-class TestConfigureWidget : public QObject {
+class TestConfigureWidget : public QObject, private SettingsDialogTest<ConfigureWidget> {
   Q_OBJECT
 
  private Q_SLOTS:
@@ -112,7 +112,7 @@ class TestConfigureWidget : public QObject {
   void aCancelledFontStays();
   void theStyleButtonOpensTheStyleDialog();
 
-  void applyGoesInOrder();
+  void theRecordIsCompleteWhenTheWindowIsTold();
   void applyUntouchedChangesOnlyTheColoursLetters();
   void applyStoresTheChosenServer_data();
   void applyStoresTheChosenServer();
@@ -131,15 +131,6 @@ class TestConfigureWidget : public QObject {
   QPushButton* colour(int i, int column) const { return at<QPushButton>(*dialog_, i + 1, column); }
   QLineEdit* splitString() const { return at<QLineEdit>(*dialog_, 8, 0); }
   QComboBox* server() const { return at<QComboBox>(*dialog_, 6, 3); }
-  void show() {
-    dialog_->showDialog();
-    QVERIFY(QTest::qWaitForWindowActive(dialog_));
-  }
-
-  ClientSettings settings_;
-  RecordingHost host_;
-  std::unique_ptr<QWidget> window_;
-  ConfigureWidget* dialog_ = nullptr;
 };
 
 void TestConfigureWidget::initTestCase() {
@@ -147,13 +138,7 @@ void TestConfigureWidget::initTestCase() {
 }
 
 void TestConfigureWidget::init() {
-  settings_ = ClientSettings();
-  host_.calls.clear();
-  host_.onCall = nullptr;
-  window_ = std::make_unique<QWidget>();
-  window_->resize(800, 800);
-  window_->show();
-  dialog_ = new ConfigureWidget(*window_, host_, settings_);
+  create();
 }
 
 void TestConfigureWidget::cleanup() {
@@ -161,10 +146,7 @@ void TestConfigureWidget::cleanup() {
 }
 
 void TestConfigureWidget::hasItsTitleAndIconAndIsModal() {
-  QCOMPARE(dialog_->windowTitle(), QString("General Settings"));
-  QVERIFY(!dialog_->windowIcon().isNull());
-  QCOMPARE(dialog_->windowIcon().pixmap(32).toImage(),
-           QIcon(":/icons/configure.png").pixmap(32).toImage());
+  compareHead(*dialog_, "General Settings", "configure");
   QVERIFY(dialog_->isModal());
   QCOMPARE(dialog_->parentWidget(), window_.get());
 }
@@ -231,10 +213,7 @@ void TestConfigureWidget::offersTwelveServers() {
   for (const QString& host :
        {settings::webDomain(), settings::serverHost(), settings::serverAddress()})
     expected << host + " 4023" << host + " 5000" << host + " 11995" << host + " 23";
-  QStringList offered;
-  for (int i = 0; i < server()->count(); ++i)
-    offered << server()->itemText(i);
-  QCOMPARE(offered, expected);
+  QCOMPARE(itemTexts(*server()), expected);
   QVERIFY(!server()->isEditable());
 }
 
@@ -455,8 +434,7 @@ void TestConfigureWidget::aFontIsChosenInItsDialog() {
   const QStringList stored{before.outFont.toString(), before.inFont.toString()};
   QCOMPARE(fonts[place], taken);
   QCOMPARE(fonts[1 - place], stored[1 - place]);
-  QVERIFY(host_.calls.contains("output font " + fonts[0]));
-  QVERIFY(host_.calls.contains("input font " + fonts[1]));
+  QCOMPARE(host_.calls, QList{Occasion::GeneralApplied});
 }
 
 void TestConfigureWidget::aCancelledFontStays() {
@@ -484,10 +462,10 @@ void TestConfigureWidget::theStyleButtonOpensTheStyleDialog() {
   QCOMPARE(at<QLineEdit>(*styleDialog, 0, 1)->text(), QString("37"));
   QVERIFY(dialog_->isVisible());
   click(button(*styleDialog, "Apply"));
-  QCOMPARE(host_.calls, QStringList({"store", "icons 37x46"}));
+  QCOMPARE(host_.calls, QList{Occasion::InterfaceApplied});
 }
 
-void TestConfigureWidget::applyGoesInOrder() {
+void TestConfigureWidget::theRecordIsCompleteWhenTheWindowIsTold() {
   show();
   option(4)->click();
   splitString()->setText("&&");
@@ -496,27 +474,18 @@ void TestConfigureWidget::applyGoesInOrder() {
   colour(7, 2)->setPalette(QPalette(QColor("#040506")));
   button(*dialog_, "Output Window")->setFont(QFont("DejaVu Serif", 11));
   button(*dialog_, "Input Bar")->setFont(QFont("DejaVu Serif", 12));
-  const ClientSettings before = settings_;
-  // How far the record has come at each call.
-  QStringList progress;
-  host_.onCall = [&](const QString& call) {
-    QStringList done{call.section(' ', 0, 0)};
-    if (settings_.normalColour[0] == ColourText("#010203") &&
-        settings_.boldColour[7] == ColourText("#040506"))
-      done << "colours";
-    if (settings_.flushInput != before.flushInput && settings_.splitString == "&&")
-      done << "options";
-    if (settings_.outFont != before.outFont && settings_.inFont != before.inFont)
-      done << "fonts";
-    if (settings_.port == 11995)
-      done << "server";
-    if (!dialog_->isVisible())
-      done << "hidden";
-    progress << done.join(' ');
+  host_.onCall = [&] {
+    QCOMPARE(settings_.normalColour[0], ColourText("#010203"));
+    QCOMPARE(settings_.boldColour[7], ColourText("#040506"));
+    QVERIFY(settings_.flushInput);
+    QCOMPARE(settings_.splitString, QString("&&"));
+    QCOMPARE(settings_.outFont.pointSize(), 11);
+    QCOMPARE(settings_.inFont.pointSize(), 12);
+    QCOMPARE(settings_.port, 11995);
+    QVERIFY(dialog_->isVisible());
   };
   click(button(*dialog_, "Apply"));
-  QCOMPARE(progress, QStringList({"spans colours", "output colours options",
-                                  "input colours options", "store colours options fonts server"}));
+  QCOMPARE(host_.calls, QList{Occasion::GeneralApplied});
   QVERIFY(!dialog_->isVisible());
 }
 
@@ -531,7 +500,7 @@ void TestConfigureWidget::applyUntouchedChangesOnlyTheColoursLetters() {
   QCOMPARE(settings_.outFont.toString(), expected.outFont.toString());
   QCOMPARE(settings_.inFont.toString(), expected.inFont.toString());
   QCOMPARE(settings_, expected);
-  QCOMPARE(host_.calls.size(), 4);
+  QCOMPARE(host_.calls, QList{Occasion::GeneralApplied});
 }
 
 void TestConfigureWidget::applyStoresTheChosenServer_data() {
@@ -565,7 +534,7 @@ void TestConfigureWidget::anUnmatchedServerStays() {
   QCOMPARE(settings_.hostName, QString("play.example.net"));
   QCOMPARE(settings_.port, 4000);
   QCOMPARE(settings_.splitString, QString("/"));
-  QCOMPARE(host_.calls.last(), QString("store"));
+  QCOMPARE(host_.calls, QList{Occasion::GeneralApplied});
   QVERIFY(!dialog_->isVisible());
 }
 
@@ -592,7 +561,7 @@ void TestConfigureWidget::cancelStoresNothing() {
     dialog_->close();
   QVERIFY(!dialog_->isVisible());
   QCOMPARE(settings_, before);
-  QCOMPARE(host_.calls, QStringList());
+  QCOMPARE(host_.calls, QList<Occasion>());
 }
 
 void TestConfigureWidget::aSecondShowReloadsEverything() {
@@ -646,11 +615,8 @@ void TestConfigureWidget::tabFollowsTheColumns() {
 
 void TestConfigureWidget::everyControlHasItsOwnSpokenName() {
   show();
-  QStringList names;
-  for (QWidget* widget : tabOrder(*dialog_)) {
-    names << spokenName(widget);
-    QVERIFY2(!names.last().isEmpty(), widget->metaObject()->className());
-  }
+  QStringList names = spokenNames(*dialog_);
+  QVERIFY2(!names.contains(QString()), qPrintable(names.join('|')));
   QCOMPARE(names.removeDuplicates(), 0);
   QCOMPARE(spokenName(server()), QString("Use the following server:"));
 }

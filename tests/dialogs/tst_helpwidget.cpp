@@ -9,6 +9,7 @@
 
 #include "DialogSupport.h"
 #include "dialogs/HelpWidget.h"
+#include "support/FileText.h"
 #include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
 
@@ -20,9 +21,7 @@ namespace {
 constexpr const char* licenceFile = "licenses.txt";
 
 void writeLicences(const QByteArray& bytes) {
-  QFile file(licenceFile);
-  QVERIFY(file.open(QIODevice::WriteOnly));
-  QCOMPARE(file.write(bytes), qint64(bytes.size()));
+  writeFile(licenceFile, bytes);
 }
 
 }  // namespace
@@ -98,10 +97,7 @@ void TestHelpWidget::cleanupTestCase() {
 
 void TestHelpWidget::hasItsTitleIconAndSizeAndIsNotModal() {
   create();
-  QCOMPARE(dialog_->windowTitle(), QString("Kelmora Help"));
-  QVERIFY(!dialog_->windowIcon().isNull());
-  QCOMPARE(dialog_->windowIcon().pixmap(32).toImage(),
-           QIcon(":/icons/help.png").pixmap(32).toImage());
+  compareHead(*dialog_, "Kelmora Help", "help");
   QCOMPARE(dialog_->size(), QSize(575, 400));
   QVERIFY(!dialog_->isModal());
   QVERIFY(!dialog_->isVisible());

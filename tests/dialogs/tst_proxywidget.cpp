@@ -12,7 +12,7 @@ using namespace kelmora;
 using namespace kelmora::dialogs;
 using namespace kelmora::settings;
 
-class TestProxyWidget : public QObject {
+class TestProxyWidget : public QObject, private SettingsDialogTest<ProxyWidget> {
   Q_OBJECT
 
  private Q_SLOTS:
@@ -34,10 +34,10 @@ class TestProxyWidget : public QObject {
   void storesTheFieldsAsTyped();
   void aPortIsTypedAsAnInteger_data();
   void aPortIsTypedAsAnInteger();
-  void applyUncheckedKeepsTheFields();
-  void applyGoesInOrder();
-  void cancelStoresAndInstallsNothing_data();
-  void cancelStoresAndInstallsNothing();
+  void uncheckedTheFieldsStay();
+  void theRecordIsCompleteWhenTheWindowIsTold();
+  void cancelStoresNothing_data();
+  void cancelStoresNothing();
 
   void enterApplies_data();
   void enterApplies();
@@ -48,24 +48,10 @@ class TestProxyWidget : public QObject {
   QCheckBox* useProxy() const { return at<QCheckBox>(*dialog_, 0, 0); }
   QComboBox* type() const { return at<QComboBox>(*dialog_, 1, 1); }
   QLineEdit* field(int row) const { return at<QLineEdit>(*dialog_, row, 1); }
-  void show() {
-    dialog_->showDialog();
-    QVERIFY(QTest::qWaitForWindowActive(dialog_));
-  }
-
-  ClientSettings settings_;
-  RecordingHost host_;
-  std::unique_ptr<QWidget> window_;
-  ProxyWidget* dialog_ = nullptr;
 };
 
 void TestProxyWidget::init() {
-  settings_ = ClientSettings();
-  host_.calls.clear();
-  host_.onCall = nullptr;
-  window_ = std::make_unique<QWidget>();
-  window_->show();
-  dialog_ = new ProxyWidget(*window_, host_, settings_);
+  create();
 }
 
 void TestProxyWidget::cleanup() {
@@ -73,10 +59,7 @@ void TestProxyWidget::cleanup() {
 }
 
 void TestProxyWidget::hasItsTitleAndIconAndIsModal() {
-  QCOMPARE(dialog_->windowTitle(), QString("Proxy Settings"));
-  QCOMPARE(dialog_->windowIcon().pixmap(32).toImage(),
-           QIcon(":/icons/proxy.png").pixmap(32).toImage());
-  QVERIFY(!dialog_->windowIcon().isNull());
+  compareHead(*dialog_, "Proxy Settings", "proxy");
   QVERIFY(dialog_->isModal());
   QVERIFY(!dialog_->isVisible());
 }
@@ -90,10 +73,7 @@ void TestProxyWidget::everyWidgetStandsInItsPlace() {
     QCOMPARE(at<QLabel>(*dialog_, row, 0)->text(), labels[row - 1]);
     QVERIFY(row == 1 ? static_cast<QWidget*>(type()) : field(row));
   }
-  QStringList types;
-  for (int i = 0; i < type()->count(); ++i)
-    types << type()->itemText(i);
-  QCOMPARE(types, QStringList({"Socks5", "HTTP", "HTTP Caching", "FTP Caching"}));
+  QCOMPARE(itemTexts(*type()), QStringList({"Socks5", "HTTP", "HTTP Caching", "FTP Caching"}));
   QCOMPARE(at<QPushButton>(*dialog_, 6, 0)->text(), QString("Apply"));
   QCOMPARE(at<QPushButton>(*dialog_, 6, 1)->text(), QString("Cancel"));
   QCOMPARE(placesIn(*dialog_), QStringList({"0,0", "1,0", "1,1", "2,0", "2,1", "3,0", "3,1", "4,0",
@@ -164,7 +144,6 @@ void TestProxyWidget::storesTheChosenType_data() {
 void TestProxyWidget::storesTheChosenType() {
   QFETCH(const int, index);
   QFETCH(const int, type);
-  settings_.useProxyServer = true;
   show();
   this->type()->setFocus();
   QTest::keyClick(this->type(), Qt::Key_Home);
@@ -190,7 +169,7 @@ void TestProxyWidget::showsTheRecord() {
   const ClientSettings before = settings_;
   click(button(*dialog_, "Apply"));
   QCOMPARE(settings_, before);
-  QCOMPARE(host_.calls, QStringList({"store", "proxy"}));
+  QCOMPARE(host_.calls, QList{Occasion::ProxyApplied});
 }
 
 void TestProxyWidget::storesTheFieldsAsTyped() {
@@ -245,7 +224,7 @@ void TestProxyWidget::aPortIsTypedAsAnInteger() {
   QCOMPARE(settings_.proxyPortNumber, text);
 }
 
-void TestProxyWidget::applyUncheckedKeepsTheFields() {
+void TestProxyWidget::uncheckedTheFieldsStay() {
   settings_.useProxyServer = true;
   settings_.proxyHostName = "proxy.example";
   show();
@@ -254,18 +233,16 @@ void TestProxyWidget::applyUncheckedKeepsTheFields() {
   click(button(*dialog_, "Apply"));
   QVERIFY(!settings_.useProxyServer);
   QCOMPARE(settings_.proxyHostName, QString("proxy.example"));
-  QCOMPARE(host_.calls, QStringList({"store", "proxy"}));
+  QCOMPARE(host_.calls, QList{Occasion::ProxyApplied});
 }
 
-void TestProxyWidget::applyGoesInOrder() {
+void TestProxyWidget::theRecordIsCompleteWhenTheWindowIsTold() {
   show();
   type()->setCurrentIndex(3);
   field(2)->setText("h");
   field(5)->setText("p");
   useProxy()->setChecked(true);
-  int seen = 0;
-  host_.onCall = [&](const QString&) {
-    ++seen;
+  host_.onCall = [&] {
     QCOMPARE(settings_.proxyType, 5);
     QCOMPARE(settings_.proxyHostName, QString("h"));
     QCOMPARE(settings_.proxyPassword, QString("p"));
@@ -273,18 +250,17 @@ void TestProxyWidget::applyGoesInOrder() {
     QVERIFY(dialog_->isVisible());
   };
   click(button(*dialog_, "Apply"));
-  QCOMPARE(seen, 2);
-  QCOMPARE(host_.calls, QStringList({"store", "proxy"}));
+  QCOMPARE(host_.calls, QList{Occasion::ProxyApplied});
   QVERIFY(!dialog_->isVisible());
 }
 
-void TestProxyWidget::cancelStoresAndInstallsNothing_data() {
+void TestProxyWidget::cancelStoresNothing_data() {
   QTest::addColumn<bool>("byEscape");
   QTest::newRow("by the button") << false;
   QTest::newRow("by Escape") << true;
 }
 
-void TestProxyWidget::cancelStoresAndInstallsNothing() {
+void TestProxyWidget::cancelStoresNothing() {
   QFETCH(const bool, byEscape);
   const ClientSettings before = settings_;
   show();
@@ -298,7 +274,7 @@ void TestProxyWidget::cancelStoresAndInstallsNothing() {
     click(button(*dialog_, "Cancel"));
   QVERIFY(!dialog_->isVisible());
   QCOMPARE(settings_, before);
-  QCOMPARE(host_.calls, QStringList());
+  QCOMPARE(host_.calls, QList<Occasion>());
   show();
   QVERIFY(!useProxy()->isChecked());
   QCOMPARE(type()->currentIndex(), 0);
@@ -331,11 +307,9 @@ void TestProxyWidget::tabFollowsTheRows() {
 
 void TestProxyWidget::everyControlHasItsOwnSpokenName() {
   show();
-  QStringList names;
-  for (QWidget* widget : tabOrder(*dialog_))
-    names << spokenName(widget);
-  QCOMPARE(names, QStringList({"Use the following proxy server:", "Proxy type", "Hostname", "Port",
-                               "Username", "Password", "Apply", "Cancel"}));
+  QCOMPARE(spokenNames(*dialog_),
+           QStringList({"Use the following proxy server:", "Proxy type", "Hostname", "Port",
+                        "Username", "Password", "Apply", "Cancel"}));
 }
 
 KELMORA_GUI_TEST_MAIN(TestProxyWidget)

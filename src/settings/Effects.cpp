@@ -1,0 +1,26 @@
+#include "settings/Effects.h"
+
+namespace kelmora::settings {
+
+std::vector<Effect> effectsOf(Occasion occasion) {
+  using enum Effect;
+  switch (occasion) {
+    case Occasion::Loaded:
+      return {UsedProxy, StartEcho, Colours};
+    case Occasion::FilesLoaded:
+      return {WidgetStyle};
+    case Occasion::WidgetsMade:
+      return {IconSize, InputFont, OutputFont};
+    case Occasion::Imported:
+      return {UsedProxy, Colours, BoldOff, WidgetStyle, IconSize, InputFont, OutputFont};
+    case Occasion::GeneralApplied:
+      return {Colours, OutputFont, InputFont, Save};
+    case Occasion::ProxyApplied:
+      return {Save, ProxyOrNone};
+    case Occasion::InterfaceApplied:
+      return {Save, WidgetStyle, IconSize};
+  }
+  return {};
+}
+
+}  // namespace kelmora::settings
