@@ -1,6 +1,7 @@
 #include "settings/SettingsFields.h"
 
 #include <QStringConverter>
+#include <algorithm>
 
 #include "settings/ServerHosts.h"
 #include "settings/UsableValues.h"
@@ -11,63 +12,65 @@ namespace {
 
 using Record = ClientSettings;
 
-SettingsField colour(const char* key, ColourTexts Record::*palette, std::size_t index,
+SettingsField colour(const char* key, ColourTexts Record::*palette, Colour which,
                      const char* text) {
-  constexpr int firstColour = 20;
-  const auto place = static_cast<int>(index) + (palette == &Record::boldColour ? 8 : 0);
-  return {key, key, ColourMember{palette, index}, QString::fromLatin1(text), firstColour + place};
+  return {key, ColourMember{palette, which}, QString::fromLatin1(text), ExportSection::Colours};
 }
 
-const std::array<SettingsField, 36>& table() {
+const auto& table() {
+  using enum ExportSection;
+  using enum Colour;
+  constexpr auto nullWhenEmpty = ExportForm::NullWhenEmpty;
   constexpr auto normal = &Record::normalColour;
   constexpr auto bold = &Record::boldColour;
-  static const std::array<SettingsField, 36> rows{{
-      {"outfont", "outFont", &Record::outFont, QStringLiteral("Courier,10,-1,5,50,0,0,0,0,0"), 1},
-      {"infont", "inFont", &Record::inFont, QStringLiteral("Courier,8,-1,5,50,0,0,0,0,0"), 2},
-      {"displayAnsiColor", "displayAnsiColor", &Record::displayAnsiColor, 1, 4},
-      {"displayLocalEcho", "displayLocalEcho", &Record::displayLocalEcho, 1, 5},
-      {"playBeeps", "playBeeps", &Record::playBeeps, 1, 6},
-      {"parseHtml", "parseHtml", &Record::parseHtml, 0, 7},
-      {"flushInput", "flushInput", &Record::flushInput, 0, 8},
-      {"displayURLs", "displayURLs", &Record::displayURLs, 1, 17},
-      {"splitInput", "splitInput", &Record::splitInput, 1, 18},
-      {"splitString", "splitString", &Record::splitString, QStringLiteral(";"), 19,
-       ExportForm::NullWhenEmpty},
-      {"hostName", "hostName", &Record::hostName, serverHost(), 9},
-      {"port", "port", &Record::port, defaultPort, 10},
-      {"useProxyServer", "useProxyServer", &Record::useProxyServer, 0, 11},
-      {"proxyHostName", "proxyHostName", &Record::proxyHostName, QString(), 13,
-       ExportForm::NullWhenEmpty},
-      {"proxyPortNumber", "proxyPortNumber", &Record::proxyPortNumber, QString(), 14,
-       ExportForm::Number},
-      {"proxyUserName", "proxyUserName", &Record::proxyUserName, QString(), 15,
-       ExportForm::NullWhenEmpty},
-      {"proxyPassword", "proxyPassword", &Record::proxyPassword, QString(), 16,
-       ExportForm::NullWhenEmpty},
-      {"proxyType", "proxyType", &Record::proxyType, 1, 12},
-      {"interfaceStyle", "interfaceStyle", &Record::interfaceStyle, QStringLiteral("Plastique"), 0},
-      {"iconSize", "iconSize", &Record::iconSize, defaultIconSize, 3},
-      colour("black", normal, 0, "#000000"),
-      colour("red", normal, 1, "#660000"),
-      colour("green", normal, 2, "#006600"),
-      colour("yellow", normal, 3, "#5E610B"),
-      colour("blue", normal, 4, "#000099"),
-      colour("magenta", normal, 5, "#990066"),
-      colour("cyan", normal, 6, "#008080"),
-      colour("white", normal, 7, "#BDBDBD"),
-      colour("blackB", bold, 0, "#666666"),
-      colour("redB", bold, 1, "#FF0000"),
-      colour("greenB", bold, 2, "#00FF00"),
-      colour("yellowB", bold, 3, "#FFFF00"),
-      colour("blueB", bold, 4, "#2E2EFE"),
-      colour("magentaB", bold, 5, "#FF00FF"),
-      colour("cyanB", bold, 6, "#00FFFF"),
-      colour("whiteB", bold, 7, "#FFFFFF"),
-  }};
+  static const auto rows = std::to_array<SettingsField>({
+      {"outfont", &Record::outFont, QStringLiteral("Courier,10,-1,5,50,0,0,0,0,0"), Fonts,
+       ExportForm::Plain, "outFont"},
+      {"infont", &Record::inFont, QStringLiteral("Courier,8,-1,5,50,0,0,0,0,0"), Fonts,
+       ExportForm::Plain, "inFont"},
+      {"displayAnsiColor", &Record::displayAnsiColor, 1, Display},
+      {"displayLocalEcho", &Record::displayLocalEcho, 1, Display},
+      {"playBeeps", &Record::playBeeps, 1, Display},
+      {"parseHtml", &Record::parseHtml, 0, Display},
+      {"flushInput", &Record::flushInput, 0, Display},
+      {"displayURLs", &Record::displayURLs, 1, LinksAndSplitting},
+      {"splitInput", &Record::splitInput, 1, LinksAndSplitting},
+      {"splitString", &Record::splitString, QStringLiteral(";"), LinksAndSplitting, nullWhenEmpty},
+      {"hostName", &Record::hostName, serverHost(), Server},
+      {"port", &Record::port, defaultPort, Server},
+      {"useProxyServer", &Record::useProxyServer, 0, Server},
+      {"proxyHostName", &Record::proxyHostName, QString(), ProxyAccess, nullWhenEmpty},
+      {"proxyPortNumber", &Record::proxyPortNumber, QString(), ProxyAccess, ExportForm::Number},
+      {"proxyUserName", &Record::proxyUserName, QString(), ProxyAccess, nullWhenEmpty},
+      {"proxyPassword", &Record::proxyPassword, QString(), ProxyAccess, nullWhenEmpty},
+      {"proxyType", &Record::proxyType, 1, ProxyType},
+      {"interfaceStyle", &Record::interfaceStyle, QStringLiteral("Plastique"), Style},
+      {"iconSize", &Record::iconSize, defaultIconSize, Icons},
+      colour("black", normal, Black, "#000000"),
+      colour("red", normal, Red, "#660000"),
+      colour("green", normal, Green, "#006600"),
+      colour("yellow", normal, Yellow, "#5E610B"),
+      colour("blue", normal, Blue, "#000099"),
+      colour("magenta", normal, Magenta, "#990066"),
+      colour("cyan", normal, Cyan, "#008080"),
+      colour("white", normal, White, "#BDBDBD"),
+      colour("blackB", bold, Black, "#666666"),
+      colour("redB", bold, Red, "#FF0000"),
+      colour("greenB", bold, Green, "#00FF00"),
+      colour("yellowB", bold, Yellow, "#FFFF00"),
+      colour("blueB", bold, Blue, "#2E2EFE"),
+      colour("magentaB", bold, Magenta, "#FF00FF"),
+      colour("cyanB", bold, Cyan, "#00FFFF"),
+      colour("whiteB", bold, White, "#FFFFFF"),
+  });
   return rows;
 }
 
-// One conversion per kind of field, each way.
+auto& colourOf(auto& record, const ColourMember& member) {
+  return (record.*member.palette).at(static_cast<std::size_t>(member.colour));
+}
+
+// How a field of each kind is read from its stored form, and how it is written.
 struct Assign {
   Record& record;
   const QVariant& stored;
@@ -75,15 +78,15 @@ struct Assign {
   void operator()(QFont Record::*m) const { record.*m = fontFromText(stored.toString()); }
   void operator()(QSize Record::*m) const { record.*m = stored.toSize(); }
   void operator()(bool Record::*m) const { record.*m = stored.toInt() != 0; }
-  // Escapes in a file can name half a surrogate pair, which is no text and could
-  // not be written again.
+  // A store can name half of a surrogate pair by an escape. That is no text and
+  // could not be written again, so it becomes the replacement character.
   void operator()(QString Record::*m) const {
     const QByteArray written = QStringEncoder(QStringEncoder::Utf8)(stored.toString());
     record.*m = QString::fromUtf8(written);
   }
   void operator()(int Record::*m) const { record.*m = stored.toInt(); }
   void operator()(const ColourMember& m) const {
-    (record.*m.palette)[m.index].assign(stored.toString().toLatin1());
+    colourOf(record, m).assign(stored.toString().toLatin1());
   }
 };
 
@@ -96,7 +99,7 @@ struct Stored {
   QVariant operator()(QString Record::*m) const { return record.*m; }
   QVariant operator()(int Record::*m) const { return record.*m; }
   QVariant operator()(const ColourMember& m) const {
-    return QString::fromLatin1((record.*m.palette)[m.index].text());
+    return QString::fromLatin1(colourOf(record, m).text());
   }
 };
 
@@ -104,6 +107,15 @@ struct Stored {
 
 std::span<const SettingsField> fields() {
   return table();
+}
+
+std::vector<const SettingsField*> fieldsInExportOrder() {
+  std::vector<const SettingsField*> ordered;
+  for (const SettingsField& field : fields())
+    ordered.push_back(&field);
+  std::stable_sort(ordered.begin(), ordered.end(),
+                   [](const auto* a, const auto* b) { return a->section < b->section; });
+  return ordered;
 }
 
 void assign(ClientSettings& record, const SettingsField& field, const QVariant& stored) {

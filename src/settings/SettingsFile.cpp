@@ -128,13 +128,8 @@ bool prepare(QFile& file) {
 }
 
 QByteArray exportedFile(const ClientSettings& record) {
-  std::vector<const SettingsField*> inOrder;
-  for (const SettingsField& field : fields())
-    inOrder.push_back(&field);
-  std::sort(inOrder.begin(), inOrder.end(),
-            [](const auto* a, const auto* b) { return a->exportPlace < b->exportPlace; });
   QByteArray text;
-  for (const SettingsField* field : inOrder)
+  for (const SettingsField* field : fieldsInExportOrder())
     text += exportedLines(record, *field);
   return text;
 }
