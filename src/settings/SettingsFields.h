@@ -13,6 +13,8 @@ namespace kelmora::settings {
 struct ColourMember {
   ColourTexts ClientSettings::*palette;
   Colour colour;
+
+  friend bool operator==(const ColourMember&, const ColourMember&) = default;
 };
 
 /// The member of the record that a field stands for. Its type decides how the
@@ -43,7 +45,7 @@ enum class ExportSection {
 enum class ExportForm {
   Plain,
   NullWhenEmpty,  ///< an empty text is "(null)": a line must not end behind its key
-  Number,         ///< the integer that the text begins with; 0 stands for the empty text
+  Number,         ///< written as an integer, 0 where it is none; read as text, empty for 0
 };
 
 /// One row of the table that the store and the export file share.

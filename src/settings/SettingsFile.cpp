@@ -3,9 +3,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
-#include <algorithm>
-#include <vector>
+#include <optional>
 
+#include "files/Log.h"
 #include "files/TextFile.h"
 #include "scan/Format.h"
 #include "scan/Integer.h"
@@ -17,15 +17,16 @@ namespace kelmora::settings {
 
 namespace {
 
-/// Bytes; a settings file has some two thousand. What is longer is none, and
-/// nobody is made to wait for it.
+/// In bytes. A settings file has some two thousand; what is far longer is none,
+/// and the player is not made to wait for it.
 constexpr qint64 longestFile = 1024 * 1024;
 constexpr QByteArrayView emptyText = "(null)";
 constexpr auto widthSuffix = ".width";
 constexpr auto heightSuffix = ".height";
 
-// Quirk: the name goes through 8 bits and back as UTF-8, so a name outside
-// ASCII is another file, for both directions alike.
+// Quirk: the name is made Latin-1 and read as UTF-8 again, so that a name with
+// letters outside ASCII leads to a file of another name. Export and import agree
+// on that other name.
 QString asFileName(const QString& chosen) {
   return QString::fromUtf8(chosen.toLatin1());
 }
@@ -105,18 +106,52 @@ QVariant importedValue(const ClientSettings& record, const ExportKey& key,
   return importedText(*key.field, value);
 }
 
-bool takeOver(ClientSettings& record, const QByteArray& name, const QByteArray& value) {
-  const auto key = exportKeys().constFind(name);
+/// Takes one line over into the record. Answers why it is refused, if it is.
+std::optional<const char*> refusalOf(QByteArrayView line, ClientSettings& record) {
+  static const auto keyAndValue = scan::Format::compile("%s %s");
+  const scan::Result words = keyAndValue->scan(line);
+  if (!words.complete())
+    return "it is no key with a value";
+  const auto key = exportKeys().constFind(words.text(0));
   if (key == exportKeys().cend())
-    return false;
-  assign(record, *key->field, importedValue(record, *key, value));
-  return true;
+    return "its key is not known";
+  assign(record, *key->field, importedValue(record, *key, words.text(1)));
+  return std::nullopt;
 }
 
-/// Whether the file is ready for a password. A new one is made for its owner
-/// alone. An old one is narrowed where the system lets us: a disk may have no
-/// permissions, and the file may be another's. One that is protected against
-/// writing is left as it is.
+struct RefusedLine {
+  int number;  ///< 1 for the first
+  const char* why;
+};
+
+/// Takes over line after line, and stops at the first that is refused.
+std::optional<RefusedLine> takeLines(QByteArrayView content, ClientSettings& record) {
+  int number = 1;
+  for (qsizetype start = 0; start < content.size(); ++number) {
+    qsizetype end = content.indexOf('\n', start);
+    if (end < 0)
+      end = content.size();
+    if (content.size() > longestFile && end >= longestFile)
+      return RefusedLine{number, "the file is longer than a megabyte"};
+    if (const auto why = refusalOf(content.sliced(start, end - start), record))
+      return RefusedLine{number, *why};
+    start = end + 1;
+  }
+  return std::nullopt;
+}
+
+/// Opens a file to read it; a missing one is created.
+bool openToRead(QFile& file) {
+  // A folder has no lines, and a pipe may never send one.
+  if (const QFileInfo info(file); info.exists() && !info.isFile())
+    return false;
+  return file.open(QIODevice::ReadOnly) || file.open(QIODevice::ReadWrite);
+}
+
+/// Makes the file ready to hold a password. A new one is created so that its
+/// owner alone can read it. An old one is given those permissions where that is
+/// possible: some disks know none, and another user's file keeps its own. False,
+/// and nothing changed, where the file is protected against writing.
 bool prepare(QFile& file) {
   constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
   if (!QFileInfo(file).isFile())
@@ -134,43 +169,43 @@ QByteArray exportedFile(const ClientSettings& record) {
   return text;
 }
 
-}  // namespace
-
-bool exportSettings(const ClientSettings& record, const QString& fileName) {
-  QFile file(asFileName(fileName));
+bool replaceFile(QFile& file, const QByteArray& content) {
   const QFileInfo before(file);
   const bool isNew = !before.exists();
   if ((!isNew && !before.isFile()) || !prepare(file))
     return false;
   file.close();
-  if (files::replace(file.fileName(), exportedFile(record), files::Access::OwnerOnly))
-    return true;
-  if (isNew)
+  const bool written = files::replace(file.fileName(), content, files::Access::OwnerOnly);
+  if (!written && isNew)
     file.remove();
-  return false;
+  return written;
+}
+
+}  // namespace
+
+bool exportSettings(const ClientSettings& record, const QString& fileName) {
+  QFile file(asFileName(fileName));
+  const bool written = replaceFile(file, exportedFile(record));
+  if (!written)
+    qCWarning(files::filesLog) << "settings were not exported to" << file.fileName();
+  return written;
 }
 
 bool importSettings(ClientSettings& record, const QString& fileName) {
-  static const auto keyAndValue = scan::Format::compile("%s %s");
   QFile file(asFileName(fileName));
-  // A folder has no lines, and a pipe may never send one.
-  if (const QFileInfo info(file); info.exists() && !info.isFile())
+  if (!openToRead(file)) {
+    qCWarning(files::filesLog) << "no settings were imported: cannot open" << file.fileName();
     return false;
-  if (!file.open(QIODevice::ReadOnly) && !file.open(QIODevice::ReadWrite))
-    return false;
-  const QByteArray content = file.read(longestFile + 1);
-  for (qsizetype start = 0; start < content.size();) {
-    qsizetype end = content.indexOf('\n', start);
-    if (end < 0)
-      end = content.size();
-    const auto line = QByteArrayView(content).sliced(start, end - start);
-    const scan::Result words = keyAndValue->scan(line);
-    const bool isWithin = content.size() <= longestFile || end < longestFile;
-    if (!isWithin || !words.complete() || !takeOver(record, words.text(0), words.text(1)))
-      return false;
-    start = end + 1;
   }
-  return true;
+  const QByteArray content = file.read(longestFile + 1);
+  if (file.error() != QFileDevice::NoError)
+    qCWarning(files::filesLog) << "the import read a part only of" << file.fileName();
+  const auto refused = takeLines(content, record);
+  // The line itself is not told: a password may stand in it.
+  if (refused)
+    qCWarning(files::filesLog) << "the import stopped at line" << refused->number << "of"
+                               << file.fileName() << "because" << refused->why;
+  return !refused;
 }
 
 }  // namespace kelmora::settings

@@ -16,6 +16,7 @@
 #include <unistd.h>
 #endif
 
+#include "files/Log.h"
 #include "files/TextFile.h"
 #include "settings/SettingsFields.h"
 
@@ -29,15 +30,13 @@ constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 constexpr QLatin1String organisation("Dunmere Works");
 constexpr QLatin1String application("Kelmora Client v3.9b");
 
-using settings::StorePlace;
-
 QSettings opened(const StorePlace& place) {
   return place.iniFile.isEmpty() ? QSettings(organisation, application)
                                  : QSettings(place.iniFile, QSettings::IniFormat);
 }
 
-/// The options in the form in which the store holds them, the window's place
-/// among them.
+/// All that a save writes: the options and the window's place, in the form in
+/// which the store holds them.
 using Values = std::vector<std::pair<QLatin1String, QVariant>>;
 
 Values valuesOf(const ClientSettings& record, const WindowPlace& place) {
@@ -51,10 +50,12 @@ Values valuesOf(const ClientSettings& record, const WindowPlace& place) {
 class Store {
  public:
   explicit Store(const StorePlace& place) : settings_(opened(place)) {
-    // Where no file can be put beside the old one, writing it in place is
+    // By default the toolkit writes a new file and gives it the old one's name.
+    // Where the folder takes no new file, it may write into the old one: that is
     // better than losing the options.
     settings_.setAtomicSyncRequired(false);
-    // The toolkit looks at a part of the store when something in it is asked for.
+    // The toolkit reads a part of the store only when something in it is asked
+    // for. Errors are known only after all of it has been.
     (void)settings_.allKeys();
     hasUnread_ = settings_.status() != QSettings::NoError;
     settings_.beginGroup(QStringLiteral("Global Settings"));
@@ -63,9 +64,12 @@ class Store {
   [[nodiscard]] QVariant value(QLatin1String key, const QVariant& fallback) const {
     return settings_.value(key, fallback);
   }
-  void set(const Values& values) {
+  /// False when the toolkit says that it could not write them.
+  bool set(const Values& values) {
     for (const auto& [key, value] : values)
       settings_.setValue(key, value);
+    settings_.sync();
+    return settings_.status() != QSettings::AccessError;
   }
   /// Whether the toolkit has passed over something that it could not read.
   [[nodiscard]] bool hasUnread() const { return hasUnread_; }
@@ -75,8 +79,8 @@ class Store {
   bool hasUnread_ = false;
 };
 
-/// The file that the toolkit takes apart when it opens the store; empty where
-/// the store is none.
+/// The file that the toolkit reads when it opens the store; empty where the
+/// store is not a file.
 QString fileOf(const StorePlace& place) {
 #if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
   if (place.iniFile.isEmpty())
@@ -87,18 +91,18 @@ QString fileOf(const StorePlace& place) {
 }
 
 constexpr qint64 longestStore = qint64{1024} * 1024;  // bytes; ours has some two thousand
-constexpr qsizetype mostZeros = 10'000;
+constexpr qsizetype mostZeros = 10'000;               // zero bytes, also those written as escapes
 
 enum class Condition {
   Readable,  ///< or missing
-  Refused,   ///< a file, but not one that may be opened
+  Refused,   ///< a file that is too long, has too many zeros, or cannot be opened
   NoFile,    ///< a folder, a pipe, a device
 };
 
-// The toolkit reads a store as soon as it is named. It would wait at a pipe for
-// good, and it takes nested values apart by recursion, so that some hundred
-// kilobytes of them end the stack. No such value is ours; each level of one
-// takes three zeros or more.
+// Some files must not be given to the toolkit at all. At a pipe it would wait for
+// ever. A value within a value it reads by recursion, so that some hundred
+// kilobytes of such nesting overflow the stack. We never store such values; each
+// level of nesting has at least three zero bytes, so counting zeros finds them.
 Condition conditionOf(const QString& storePath) {
   const QFileInfo info(storePath);
   if (!info.exists())
@@ -113,7 +117,8 @@ Condition conditionOf(const QString& storePath) {
   return zeros <= mostZeros ? Condition::Readable : Condition::Refused;
 }
 
-/// Whether nothing unread stands where the store is to be written.
+/// Moves a store that was refused out of the way. False when something that was
+/// not read still stands where the store is to be written.
 bool makeWay(const QString& storePath) {
   switch (conditionOf(storePath)) {
     case Condition::Readable:
@@ -133,10 +138,11 @@ qsizetype lengthOf(const Values& values) {
       [](qsizetype sum, const auto& entry) { return sum + entry.second.toString().size(); });
 }
 
-/// Whether the next load will open the store once these values are in it; one
-/// that is no file is always opened.
+/// Whether the next load will read the store once these values are in it. A store
+/// that is not a file is always read.
 bool canComeBack(const QString& storePath, const Values& values) {
-  // Each zero takes a character or more, so that no usual store needs a trial.
+  // A zero byte takes at least one character, so that a store with few characters
+  // cannot have too many zeros. Only a long one is written out for a trial.
   if (storePath.isEmpty() || QFileInfo(storePath).size() + lengthOf(values) <= mostZeros)
     return true;
   QTemporaryFile trial(storePath + QStringLiteral(".XXXXXX"));
@@ -144,16 +150,17 @@ bool canComeBack(const QString& storePath, const Values& values) {
   if (!trial.open() || (old.open(QIODevice::ReadOnly) && trial.write(old.readAll()) < 0))
     return false;
   trial.close();
-  Store(StorePlace{trial.fileName()}).set(values);
-  return conditionOf(trial.fileName()) == Condition::Readable;
+  return Store(StorePlace{trial.fileName()}).set(values) &&
+         conditionOf(trial.fileName()) == Condition::Readable;
 }
 
 #ifdef Q_OS_UNIX
 
-// A client that is killed while it saves leaves the toolkit's lock behind, and
-// the next save would wait for it for half a minute. Whether anybody still
-// holds it is for the system to say. In the instant before the holder has told
-// the system, two clients may both go on; the later one's file stands then.
+// A client that is killed while it saves leaves the toolkit's lock file behind,
+// and the next save would wait for half a minute for it to go. A living client
+// has locked that file with the system too, so the system tells whether the lock
+// file is abandoned. Between making the file and locking it a living client looks
+// like a killed one: two may then save at once, and the later file stays.
 void removeAbandonedLock(const QString& storePath) {
   const QByteArray path = QFile::encodeName(storePath + QStringLiteral(".lock"));
   const int lock = ::open(path.constData(), O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
@@ -173,23 +180,24 @@ void makeOwnFolder(const QString& path) {
   QDir().mkdir(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
 }
 
-// The toolkit gives a rewritten file the permissions of the old one, from its
-// first byte on; so it is enough that an old one is there and is private. A
-// password must never stand in a file that others can open.
+// A password must never stand in a file that others can open. The toolkit gives
+// the file that it writes the permissions of the one that it replaces, from the
+// first byte on. So a private file is put there first, where there is none.
 void makePrivate(const QString& path) {
   makeOwnFolder(QFileInfo(path).path());
   if (QFileInfo(path).isFile()) {
     if (QFile::setPermissions(path, ownerOnly))
       return;
-    QFile::remove(path);  // not ours: it gives way to one that is
+    QFile::remove(path);  // another user's file: one of our own takes its place
   }
   QFile created(path);
   (void)created.open(QIODevice::ReadWrite, ownerOnly);  // a folder in its place stays as it is
 }
 
-// The toolkit does not look whether the file it has written reached the disk
-// before it puts it in the old one's place; so the disk is asked first. Where no
-// file can be made, none will take the old one's place.
+// The toolkit gives the new file the old one's name without a look at whether all
+// of it reached the disk, so that a full disk would cost the options. Therefore a
+// trial file of that size is written first. Where the folder takes no trial file,
+// the toolkit cannot replace the old file either, and the save goes on.
 bool diskHasRoom(const QString& storePath, const Values& values) {
   constexpr qint64 someOptions = qint64{64} * 1024;
   constexpr qint64 longestCharacter = 6;  // bytes, as an escape
@@ -207,12 +215,17 @@ SettingsStore::SettingsStore(StorePlace place) : place_(std::move(place)) {}
 
 WindowPlace SettingsStore::load(ClientSettings& record) {
   const WindowPlace fallback;
-  if (conditionOf(fileOf(place_)) != Condition::Readable) {
+  const QString file = fileOf(place_);
+  if (conditionOf(file) != Condition::Readable) {
+    qCWarning(files::filesLog) << "the settings are the defaults, because this cannot be opened, is"
+                               << "too long or nested too deep, or is no file:" << file;
     record = ClientSettings();
     return fallback;
   }
   const Store store(place_);
   unread_ = store.hasUnread();
+  if (unread_)
+    qCWarning(files::filesLog) << "some lines of the settings make no sense in" << file;
   const WindowPlace place{store.value(sizeKey, fallback.size).toSize(),
                           store.value(posKey, fallback.pos).toPoint()};
   for (const SettingsField& field : fields())
@@ -221,12 +234,19 @@ WindowPlace SettingsStore::load(ClientSettings& record) {
 }
 
 void SettingsStore::save(const ClientSettings& record, const WindowPlace& place) {
+  if (const auto why = failureOfSave(record, place))
+    qCWarning(files::filesLog) << "the settings were not saved to" << fileOf(place_) << "because"
+                               << *why;
+}
+
+std::optional<const char*> SettingsStore::failureOfSave(const ClientSettings& record,
+                                                        const WindowPlace& place) {
   const QString file = fileOf(place_);
   if (!makeWay(file))
-    return;
+    return "something else stands there and cannot be moved";
   Store store(place_);
   if ((unread_ || store.hasUnread()) && !files::keepBeside(file, files::Access::OwnerOnly))
-    return;
+    return "there are lines in it that make no sense, and no copy of them can be kept";
   unread_ = false;
   const Values values = valuesOf(record, place);
 #ifdef Q_OS_UNIX
@@ -235,11 +255,14 @@ void SettingsStore::save(const ClientSettings& record, const WindowPlace& place)
     makePrivate(file);
     removeAbandonedLock(file);
     if (!diskHasRoom(file, values))
-      return;
+      return "the disk has no room";
   }
 #endif
-  if (canComeBack(file, values))
-    store.set(values);
+  if (!canComeBack(file, values))
+    return "the next start would refuse to read them";
+  if (!store.set(values))
+    return "the toolkit cannot write there";
+  return std::nullopt;
 }
 
 }  // namespace kelmora::settings

@@ -3,8 +3,8 @@
 #include <set>
 #include <string>
 
+#include "ChangedRecord.h"
 #include "settings/ServerHosts.h"
-#include "settings/SettingsFields.h"
 #include "support/ScratchMain.h"
 
 using namespace kelmora;
@@ -34,6 +34,7 @@ class TestClientSettings : public QObject {
   void aNewRecordHoldsTheDefaults();
   void theFieldsStandInTheOrderOfTheStore();
   void noFieldIsNamedTwice();
+  void everyRowHasAMemberOfItsOwn();
   void theExportHasEveryFieldOnce();
   void aDefaultIsInTheStoredForm();
   void aFieldGoesOutAsItCameIn_data();
@@ -46,47 +47,47 @@ class TestClientSettings : public QObject {
 void TestClientSettings::everyOptionHasItsKeyAndDefault_data() {
   QTest::addColumn<QByteArray>("key");
   QTest::addColumn<QByteArray>("exportKey");
-  QTest::addColumn<int>("kind");
+  QTest::addColumn<FieldMember>("member");
   QTest::addColumn<QVariant>("expected");
-  const auto row = [](const char* key, const char* exportKey, FieldKind kind,
+  using Record = ClientSettings;
+  const auto row = [](const char* key, const char* exportKey, const FieldMember& member,
                       const QVariant& expected) {
-    QTest::addRow("%s", key) << QByteArray(key) << QByteArray(exportKey) << static_cast<int>(kind)
-                             << expected;
+    QTest::addRow("%s", key) << QByteArray(key) << QByteArray(exportKey) << member << expected;
   };
-  const auto same = [&row](const char* key, FieldKind kind, const QVariant& expected) {
-    row(key, key, kind, expected);
+  const auto same = [&row](const char* key, const FieldMember& member, const QVariant& expected) {
+    row(key, key, member, expected);
   };
-  row("outfont", "outFont", FieldKind::Font, QStringLiteral("Courier,10,-1,5,50,0,0,0,0,0"));
-  row("infont", "inFont", FieldKind::Font, QStringLiteral("Courier,8,-1,5,50,0,0,0,0,0"));
-  same("iconSize", FieldKind::Size, QSize(48, 48));
-  same("displayAnsiColor", FieldKind::Flag, 1);
-  same("displayLocalEcho", FieldKind::Flag, 1);
-  same("playBeeps", FieldKind::Flag, 1);
-  same("parseHtml", FieldKind::Flag, 0);
-  same("flushInput", FieldKind::Flag, 0);
-  same("useProxyServer", FieldKind::Flag, 0);
-  same("displayURLs", FieldKind::Flag, 1);
-  same("splitInput", FieldKind::Flag, 1);
-  same("splitString", FieldKind::Text, QStringLiteral(";"));
-  same("hostName", FieldKind::Text, settings::serverHost());
-  same("port", FieldKind::Integer, 5000);
-  same("proxyType", FieldKind::Integer, 1);
-  same("proxyHostName", FieldKind::Text, QString());
-  same("proxyPortNumber", FieldKind::Text, QString());
-  same("proxyUserName", FieldKind::Text, QString());
-  same("proxyPassword", FieldKind::Text, QString());
-  same("interfaceStyle", FieldKind::Text, QStringLiteral("Plastique"));
+  row("outfont", "outFont", &Record::outFont, QStringLiteral("Courier,10,-1,5,50,0,0,0,0,0"));
+  row("infont", "inFont", &Record::inFont, QStringLiteral("Courier,8,-1,5,50,0,0,0,0,0"));
+  same("iconSize", &Record::iconSize, QSize(48, 48));
+  same("displayAnsiColor", &Record::displayAnsiColor, 1);
+  same("displayLocalEcho", &Record::displayLocalEcho, 1);
+  same("playBeeps", &Record::playBeeps, 1);
+  same("parseHtml", &Record::parseHtml, 0);
+  same("flushInput", &Record::flushInput, 0);
+  same("useProxyServer", &Record::useProxyServer, 0);
+  same("displayURLs", &Record::displayURLs, 1);
+  same("splitInput", &Record::splitInput, 1);
+  same("splitString", &Record::splitString, QStringLiteral(";"));
+  same("hostName", &Record::hostName, settings::serverHost());
+  same("port", &Record::port, 5000);
+  same("proxyType", &Record::proxyType, 1);
+  same("proxyHostName", &Record::proxyHostName, QString());
+  same("proxyPortNumber", &Record::proxyPortNumber, QString());
+  same("proxyUserName", &Record::proxyUserName, QString());
+  same("proxyPassword", &Record::proxyPassword, QString());
+  same("interfaceStyle", &Record::interfaceStyle, QStringLiteral("Plastique"));
 }
 
 void TestClientSettings::everyOptionHasItsKeyAndDefault() {
   QFETCH(QByteArray, key);
   QFETCH(QByteArray, exportKey);
-  QFETCH(int, kind);
+  QFETCH(FieldMember, member);
   QFETCH(QVariant, expected);
   const SettingsField* const field = find(key);
   QVERIFY(field != nullptr);
   QCOMPARE(QByteArray(field->exportKey), exportKey);
-  QCOMPARE(static_cast<int>(field->kind()), kind);
+  QVERIFY(field->member == member);
   QCOMPARE(field->defaultValue, expected);
 }
 
@@ -206,6 +207,19 @@ void TestClientSettings::noFieldIsNamedTwice() {
   QCOMPARE(exported.size(), fields().size());
 }
 
+void TestClientSettings::everyRowHasAMemberOfItsOwn() {
+  const ClientSettings defaults;
+  for (const SettingsField& changed : fields()) {
+    ClientSettings record;
+    settings::assign(record, changed, changedValue(changed, 0));
+    for (const SettingsField& field : fields()) {
+      const bool differs =
+          settings::storedValue(record, field) != settings::storedValue(defaults, field);
+      QVERIFY2(differs == (&field == &changed), changed.storeKey);
+    }
+  }
+}
+
 void TestClientSettings::theExportHasEveryFieldOnce() {
   // Which stands where is told by the lines of an export (tst_settingsfile).
   std::set<const SettingsField*> exported;
@@ -216,9 +230,12 @@ void TestClientSettings::theExportHasEveryFieldOnce() {
 
 void TestClientSettings::aDefaultIsInTheStoredForm() {
   const ClientSettings record;
-  for (const SettingsField& field : fields())
+  for (const SettingsField& field : fields()) {
+    const QVariant stored = settings::storedValue(record, field);
+    QVERIFY2(stored.typeId() == field.defaultValue.typeId(), field.storeKey);
     if (field.kind() != FieldKind::Font)  // whose text depends on the toolkit's release
-      QVERIFY2(settings::storedValue(record, field) == field.defaultValue, field.storeKey);
+      QVERIFY2(stored == field.defaultValue, field.storeKey);
+  }
 }
 
 void TestClientSettings::aFieldGoesOutAsItCameIn_data() {

@@ -14,10 +14,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "settings/SettingsFields.h"
+#include "ChangedRecord.h"
+#include "FileModes.h"
 #include "settings/SettingsStore.h"
 #include "support/FileText.h"
 #include "support/InChild.h"
+#include "support/LogLines.h"
 #include "support/ScratchMain.h"
 #include "support/SizeLimit.h"
 
@@ -43,12 +45,6 @@ WindowPlace load(ClientSettings& record) {
 }
 void save(const ClientSettings& record, const WindowPlace& place) {
   SettingsStore({file()}).save(record, place);
-}
-
-/// Permission bits, 0 where there is nothing.
-mode_t modeOf(const QString& path) {
-  struct stat info {};
-  return ::stat(QFile::encodeName(path).constData(), &info) == 0 ? info.st_mode & 0777 : 0;
 }
 
 /// The toolkit keeps what it read and wrote for as long as the file has the same
@@ -87,17 +83,6 @@ QStringList storedKeys() {
   return reader.allKeys();
 }
 
-/// The whole process creates files as widely as it is told to.
-class NoUmask {
- public:
-  NoUmask() : before_(::umask(0)) {}
-  ~NoUmask() { ::umask(before_); }
-  Q_DISABLE_COPY_MOVE(NoUmask)
-
- private:
-  mode_t before_;
-};
-
 /// Looks at every file of the folder, over and over, as a neighbour could.
 class Watcher : public QThread {
  public:
@@ -113,7 +98,8 @@ class Watcher : public QThread {
     while (!stop_) {
       const auto names = QDir(folder()).entryList(QDir::Files | QDir::Hidden);
       for (const QString& name : names) {
-        if (!name.endsWith(QStringLiteral(".lock")) && (modeOf(folder() + u'/' + name) & 077) != 0)
+        const int mode = modeOf(folder() + u'/' + name);
+        if (!name.endsWith(QStringLiteral(".lock")) && mode >= 0 && (mode & 077) != 0)
           wide_ = true;
       }
       ++looks_;
@@ -176,6 +162,12 @@ class TestSettingsStore : public QObject {
   void theLockOfAKilledClientHoldsUpNoSave();
   void aLockThatIsTakenAwayLeavesNothingOpen();
   void theLockOfALivingClientIsRespected();
+
+  void whatWasNotReadIsLogged_data();
+  void whatWasNotReadIsLogged();
+  void aSaveThatFailsIsLogged_data();
+  void aSaveThatFailsIsLogged();
+  void whatWentWellIsNotLogged();
 };
 
 void TestSettingsStore::cleanup() {
@@ -226,7 +218,6 @@ void TestSettingsStore::aSaveHoldsEveryKeyAndNoOther() {
   QStringList expected = {QStringLiteral("size"), QStringLiteral("pos")};
   for (const SettingsField& field : settings::fields())
     expected << QString::fromLatin1(field.storeKey);
-  QCOMPARE(expected.size(), 38);
   QStringList keys = storedKeys();
   keys.sort();
   expected.sort();
@@ -257,33 +248,15 @@ void TestSettingsStore::aSaveHoldsThePlainForms() {
 void TestSettingsStore::keysOfOthersSurviveASave() {
   QVERIFY(writeGroup("ofTomorrow=1\n"));
   save(ClientSettings(), WindowPlace());
-  QCOMPARE(storedKeys().size(), 39);
+  QVERIFY(storedKeys().contains("ofTomorrow"));
 }
 
 void TestSettingsStore::aChangedRecordComesBackWhole() {
-  ClientSettings record;
-  record.outFont = QFont(QStringLiteral("Two Words"), 17, QFont::Bold, true);
-  record.inFont = QFont(QStringLiteral("Other"), 9);
+  ClientSettings record = changedRecord();
+  record.outFont.setFamily(QStringLiteral("Two Words"));
   record.inFont.setPixelSize(23);
-  record.iconSize = QSize(16, 99);
-  for (bool ClientSettings::*flag :
-       {&ClientSettings::displayAnsiColor, &ClientSettings::displayLocalEcho,
-        &ClientSettings::playBeeps, &ClientSettings::parseHtml, &ClientSettings::flushInput,
-        &ClientSettings::useProxyServer, &ClientSettings::displayURLs, &ClientSettings::splitInput})
-    record.*flag = !(record.*flag);
   record.splitString = QStringLiteral("  ");
-  record.hostName = QStringLiteral("mud.example");
   record.port = std::numeric_limits<int>::min();
-  record.proxyType = 5;
-  record.proxyHostName = QStringLiteral("proxy.example");
-  record.proxyPortNumber = QStringLiteral("8080");
-  record.proxyUserName = QStringLiteral("user");
-  record.proxyPassword = QStringLiteral("pass");
-  record.interfaceStyle = QString();
-  for (std::size_t i = 0; i < 8; ++i) {
-    record.normalColour[i].assign("#10000" + QByteArray::number(static_cast<int>(i)));
-    record.boldColour[i].assign("#20000" + QByteArray::number(static_cast<int>(i)));
-  }
   const WindowPlace place{QSize(321, 123), QPoint(-40, 3000)};
   save(record, place);
   QVERIFY(makeTheToolkitReadAgain());
@@ -379,7 +352,7 @@ void TestSettingsStore::loadWritesNothing() {
   const QByteArray before = "[Global%20Settings]\nport=4023\nred=#toolongtexthere\n";
   QVERIFY(write(before));
   QVERIFY(QFile::setPermissions(file(), QFile::ReadOwner | QFile::ReadOther));
-  const mode_t mode = modeOf(file());
+  const int mode = modeOf(file());
   ClientSettings record;
   QCOMPARE(load(record), WindowPlace());
   QCOMPARE(record.port, 4023);
@@ -390,10 +363,7 @@ void TestSettingsStore::loadWritesNothing() {
 }
 
 void TestSettingsStore::oneMissingKeyIsItsDefault() {
-  ClientSettings changed;
-  for (const SettingsField& field : settings::fields())
-    if (field.kind() == FieldKind::Flag)
-      settings::assign(changed, field, field.defaultValue.toInt() == 0 ? 1 : 0);
+  const ClientSettings changed = changedRecord();
   for (const SettingsField& missing : settings::fields()) {
     save(changed, WindowPlace());
     {
@@ -441,7 +411,7 @@ void TestSettingsStore::aStoreThatIsNoneYieldsTheDefaults() {
 
 void TestSettingsStore::aFolderInPlaceOfTheStoreIsLeftAlone() {
   QVERIFY(QDir().mkpath(file() + QStringLiteral("/inner")));
-  const mode_t before = modeOf(file());
+  const int before = modeOf(file());
   ClientSettings record;
   QCOMPARE(load(record), WindowPlace());
   QCOMPARE(record, ClientSettings());
@@ -728,7 +698,7 @@ void TestSettingsStore::anExistingFolderKeepsItsPermissions() {
   QVERIFY(QDir().mkpath(folder()));
   QCOMPARE(::chmod(QFile::encodeName(folder()).constData(), 0755), 0);
   save(ClientSettings(), WindowPlace());
-  QCOMPARE(modeOf(folder()), mode_t{0755});
+  QCOMPARE(modeOf(folder()), 0755);
   QCOMPARE(modeOf(file()), fileMode);
 }
 
@@ -838,6 +808,69 @@ void TestSettingsStore::theLockOfALivingClientIsRespected() {
   QCOMPARE(::waitpid(saver, &status, 0), saver);
   QCOMPARE(status, 0);
   QVERIFY(content().contains("hostName="));
+}
+
+void TestSettingsStore::whatWasNotReadIsLogged_data() {
+  QTest::addColumn<QByteArray>("bytes");
+  QTest::addColumn<QString>("said");
+  QTest::newRow("a line that is none")
+      << QByteArray("[Global%20Settings]\nhello\n") << "some lines of the settings make no sense";
+  QTest::newRow("two megabytes") << QByteArray(2'000'000, 'k') << "the settings are the defaults";
+}
+
+void TestSettingsStore::whatWasNotReadIsLogged() {
+  QFETCH(const QByteArray, bytes);
+  QFETCH(const QString, said);
+  QVERIFY(write(bytes));
+  const LogLines log("kelmora.files");
+  ClientSettings record;
+  QCOMPARE(load(record), WindowPlace());
+  QCOMPARE(log.lines().size(), 1);
+  QVERIFY2(log.lines().first().startsWith(said), qPrintable(log.lines().first()));
+  QVERIFY(log.lines().first().contains(file()));
+}
+
+void TestSettingsStore::aSaveThatFailsIsLogged_data() {
+  QTest::addColumn<std::function<void()>>("prepare");
+  QTest::addColumn<QString>("host");
+  QTest::addColumn<QString>("why");
+  using Prepare = std::function<void()>;
+  QTest::newRow("a folder stands there")
+      << Prepare([] { QVERIFY(QDir().mkpath(file())); }) << "localhost"
+      << "something else stands there and cannot be moved";
+  QTest::newRow("they are too long")
+      << Prepare([] {}) << QString(2'000'000, u'k') << "the next start would refuse to read them";
+  QTest::newRow("a folder stands where the store's folder should be")
+      << Prepare([] {
+           QVERIFY(QDir().mkpath(configFolder()));
+           QFile inTheWay(folder());
+           QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+         })
+      << "localhost"
+      << "the toolkit cannot write there";
+}
+
+void TestSettingsStore::aSaveThatFailsIsLogged() {
+  QFETCH(const std::function<void()>, prepare);
+  QFETCH(const QString, host);
+  QFETCH(const QString, why);
+  prepare();
+  ClientSettings record;
+  record.hostName = host;
+  record.proxyPassword = "secret";
+  const LogLines log("kelmora.files");
+  save(record, {});
+  QCOMPARE(log.lines(),
+           QStringList{"the settings were not saved to \"" + file() + "\" because " + why});
+}
+
+void TestSettingsStore::whatWentWellIsNotLogged() {
+  const LogLines log("kelmora.files");
+  ClientSettings record;
+  QCOMPARE(load(record), WindowPlace());
+  save(record, {});
+  QCOMPARE(load(record), WindowPlace());
+  QCOMPARE(log.lines(), QStringList());
 }
 
 KELMORA_VALUE_TEST_MAIN(TestSettingsStore)
