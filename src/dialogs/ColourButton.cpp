@@ -8,9 +8,10 @@ namespace kelmora::dialogs {
 
 namespace {
 
-constexpr int frameWidth = 3;  // pixels left to the style's own frame
-constexpr int focusInset = 2;
+constexpr int frameWidth = 3;  // pixels, left to the style's own frame
+constexpr int focusInset = 2;  // pixels between the frame and what shows the focus
 
+// The relative luminance of the same guidelines, from 0 (black) to 1 (white).
 double linear(double channel) {
   return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
 }
@@ -23,7 +24,8 @@ double luminance(const QColor& colour) {
 }  // namespace
 
 QColor readableOn(const QColor& background) {
-  // Where both contrast equally, by the usual definition of contrast.
+  // At this luminance black and white stand out equally well. The measure is the
+  // contrast ratio of the Web Content Accessibility Guidelines.
   constexpr double middle = 0.1791;
   return luminance(background) > middle ? Qt::black : Qt::white;
 }
@@ -33,7 +35,7 @@ QColor ColourButton::colour() const {
 }
 
 void ColourButton::setColour(const QColor& colour) {
-  QPalette changed;  // every other role stays the theme's
+  QPalette changed;  // sets the Button role alone; the others follow the theme
   changed.setColor(QPalette::Button, colour);
   setPalette(changed);
   setToolTip(colour.name());
@@ -41,8 +43,9 @@ void ColourButton::setColour(const QColor& colour) {
 }
 
 void ColourButton::paintEvent(QPaintEvent* /*event*/) {
-  // Styles shade the Button role, or ignore it, as they please. So the frame
-  // keeps the theme's colours, and the colour itself is laid into it unshaded.
+  // Some styles shade the Button role, others ignore it. So the style draws the
+  // frame in the colours of the theme, and the button's colour is painted into it
+  // exactly as it is.
   QStyleOptionButton option;
   initStyleOption(&option);
   if (const QWidget* parent = parentWidget())

@@ -7,7 +7,7 @@ namespace kelmora::dialogs {
 /// Black or white, whichever is easier to read on the background.
 [[nodiscard]] QColor readableOn(const QColor& background);
 
-/// A button that shows a colour, which is the Button role of its palette.
+/// A button that shows a colour, and holds it as the Button role of its palette.
 class ColourButton : public QPushButton {
  public:
   using QPushButton::QPushButton;

@@ -24,7 +24,8 @@ class ConfigureWidget : public QDialog {
   Q_OBJECT
 
  public:
-  /// A child of the window. Host and record must outlive the dialog's last use.
+  /// Makes the dialog a child of the window. Host and record must exist for as long
+  /// as the dialog can be used.
   ConfigureWidget(QWidget& mainWindow, kelmora::dialogs::SettingsHost& host,
                   kelmora::settings::ClientSettings& settings);
 
@@ -32,8 +33,8 @@ class ConfigureWidget : public QDialog {
   void showDialog();
 
  public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
-  // The meta-object's slot table is these twenty-one, in this order; helpers
-  // stay plain functions.
+  // The meta-object lists these slots and no others, in this order. Helpers are
+  // plain functions.
   void applySettings();
   void cancelDialog();
   void blackPressed() { chooseColour(normalColours_, Colour::Black); }

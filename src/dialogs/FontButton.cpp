@@ -8,11 +8,12 @@ namespace kelmora::dialogs {
 
 namespace {
 
+// What a label can be read in. A font has its size in points or in pixels.
 constexpr qreal smallestPoints = 7;
 constexpr qreal largestPoints = 14;
 constexpr int smallestPixels = 9;
 constexpr int largestPixels = 19;
-constexpr QSize largestButton{280, 48};  // pixels; also for wide spacings
+constexpr QSize largestButton{280, 48};  // pixels; wide spacings widen a label too
 
 QFont labelFont(QFont font) {
   if (font.pixelSize() > 0)

@@ -4,9 +4,9 @@
 
 namespace kelmora::dialogs {
 
-/// A button that shows a font, which is its own. A font too large or too small
-/// for a label is drawn in the nearest readable size, so that the dialog keeps
-/// its shape; the tool tip tells the true size.
+/// A button that shows a font by its label, and holds it as its own font. A font
+/// that is too large or too small for a label is drawn in the nearest readable
+/// size, so that the dialog keeps its shape; the tool tip tells the true size.
 class FontButton : public QPushButton {
  public:
   using QPushButton::QPushButton;

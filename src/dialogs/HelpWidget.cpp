@@ -10,9 +10,9 @@
 
 namespace {
 
-constexpr QSize initialSize{575, 400};
+constexpr QSize initialSize{575, 400};        // pixels
 constexpr qsizetype longestParagraph = 4096;  // characters
-constexpr char endOfLicences = '\xff';        // a quirk of this client: it ends the text
+constexpr char endOfLicences = '\xff';        // a quirk of this client: this byte ends the text
 
 QFont courierNew(int points, QFont::Weight weight = QFont::Normal) {
   QFont font(QStringLiteral("Courier New"), points, weight);
@@ -41,7 +41,7 @@ QString inShortParagraphs(const QString& text) {
 QString licenceText() {
   const QString path = QStringLiteral("licenses.txt");
   QFile file(path);
-  // Opening a pipe would wait for its other end.
+  // Opening a pipe would wait until somebody opens its other end.
   if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text))
     return QString();
   QByteArray bytes = file.read(HelpWidget::largestLicenceText);
@@ -64,7 +64,7 @@ class LinkLabel : public QLabel {
   void focusInEvent(QFocusEvent* event) override {
     QLabel::focusInEvent(event);
     if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
-      QLabel::focusNextPrevChild(true);  // onto the link
+      QLabel::focusNextPrevChild(true);  // selects the link
   }
   // With the toolkit's own version, Shift+Tab never leaves a link at the start of
   // the text.

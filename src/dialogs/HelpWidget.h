@@ -10,17 +10,17 @@ class HelpWidget : public QDialog {
   Q_OBJECT
 
  public:
-  /// A licence file is read up to here, in bytes: many times the size of a
-  /// real one, and still shown at once.
+  /// So many bytes of the licence file are read at most: many times the size of a
+  /// real one, and still few enough to be shown without a wait.
   static constexpr qint64 largestLicenceText = qint64{1024} * 1024;
 
-  /// Reads "licenses.txt" in the working directory, as Latin-1 up to the first
-  /// byte 255; without the file the box of licences stays empty. A line of
-  /// more than 4096 characters is shown in several.
+  /// Reads the licences from "licenses.txt" in the working directory, as Latin-1
+  /// and up to the first byte of value 255. Without that file no licence is shown.
+  /// A line of more than 4096 characters is shown as several.
   explicit HelpWidget(QWidget& parent);
 
  public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
-  // The meta-object's only slot.
+  // The only slot in the meta-object. Helpers are plain functions.
   void closeDialog();
 
  private:

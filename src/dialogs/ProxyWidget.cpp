@@ -33,8 +33,8 @@ constexpr TypeRow typeRows[] = {
     {"FTP Caching", QNetworkProxy::FtpCachingProxy},
 };
 
-/// Takes any int, in the one form in which the port's text is read later: no
-/// digit groups, whatever the user's locale writes.
+/// Takes any int. Digits are not grouped, whatever is usual in the user's language:
+/// a port typed as "8,080" would later be read as 0.
 void takeIntegers(QLineEdit& edit) {
   auto* validator = new QIntValidator(&edit);
   QLocale locale = QLocale::c();

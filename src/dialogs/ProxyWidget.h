@@ -21,7 +21,8 @@ class ProxyWidget : public QDialog {
   Q_OBJECT
 
  public:
-  /// A child of the window. Host and record must outlive the dialog's last use.
+  /// Makes the dialog a child of the window. Host and record must exist for as long
+  /// as the dialog can be used.
   ProxyWidget(QWidget& mainWindow, kelmora::dialogs::SettingsHost& host,
               kelmora::settings::ClientSettings& settings);
 
@@ -29,7 +30,8 @@ class ProxyWidget : public QDialog {
   void showDialog();
 
  public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
-  // The meta-object's slot table is these two, in this order.
+  // The meta-object lists these slots and no others, in this order. Helpers are
+  // plain functions.
   void applySettings();
   void cancelDialog();
 

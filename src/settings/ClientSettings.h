@@ -11,11 +11,11 @@
 
 namespace kelmora::settings {
 
-/// One colour as text, "#rrggbb": a zero-terminated buffer of eight bytes.
-/// The text is not checked for form, only for length.
+/// One colour as text, such as "#5E610B", in eight bytes with a zero at the end.
+/// Its length is limited, but any text is taken: it need not look like a colour.
 class ColourText {
  public:
-  static constexpr std::size_t capacity = 7;
+  static constexpr std::size_t capacity = 7;  // characters
 
   constexpr ColourText() = default;
   explicit ColourText(QByteArrayView text) { assign(text); }
@@ -30,7 +30,7 @@ class ColourText {
 
   [[nodiscard]] QByteArray text() const { return QByteArray(buffer_.data()); }
 
-  /// The zero-terminated text; valid as long as this object.
+  /// The text with a zero at its end; valid as long as this object.
   [[nodiscard]] const char* data() const { return buffer_.data(); }
 
   friend bool operator==(const ColourText&, const ColourText&) = default;
@@ -65,12 +65,12 @@ struct ClientSettings {
   bool splitInput = false;
   QString splitString;
   QString hostName;
-  int port = 0;       ///< kept whole; the connection uses its low 16 bits
+  int port = 0;       ///< any int; the connection uses its low 16 bits
   int proxyType = 0;  ///< a QNetworkProxy::ProxyType value, as stored
   QString proxyHostName;
-  QString proxyPortNumber;  ///< text as typed, also when it is no number
+  QString proxyPortNumber;  ///< as typed, which need not be a number
   QString proxyUserName;
-  QString proxyPassword;   ///< plain text
+  QString proxyPassword;   ///< not encrypted
   QString interfaceStyle;  ///< a widget style name, possibly unknown to the toolkit
   ColourTexts normalColour;
   ColourTexts boldColour;

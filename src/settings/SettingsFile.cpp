@@ -64,7 +64,7 @@ QString importedText(const SettingsField& field, const QByteArray& value) {
   return QString::fromLatin1(value);
 }
 
-/// Which part of a field a key of the file names.
+/// What a key of the file names: a whole field, or one length of a size.
 enum class Part { Whole, Width, Height };
 
 struct ExportKey {
@@ -89,7 +89,7 @@ const QHash<QByteArray, ExportKey>& exportKeys() {
   return keys;
 }
 
-/// The value as the store would hold it.
+/// The value of a line in the form in which the store would hold it.
 QVariant importedValue(const ClientSettings& record, const ExportKey& key,
                        const QByteArray& value) {
   if (key.part != Part::Whole) {

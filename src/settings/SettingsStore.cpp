@@ -46,7 +46,7 @@ Values valuesOf(const ClientSettings& record, const WindowPlace& place) {
   return values;
 }
 
-/// The store, inside the one group that holds everything.
+/// The toolkit's store, at the one group that holds all our keys.
 class Store {
  public:
   explicit Store(const StorePlace& place) : settings_(opened(place)) {
@@ -196,11 +196,11 @@ void makePrivate(const QString& path) {
 
 // The toolkit gives the new file the old one's name without a look at whether all
 // of it reached the disk, so that a full disk would cost the options. Therefore a
-// trial file of that size is written first. Where the folder takes no trial file,
-// the toolkit cannot replace the old file either, and the save goes on.
+// trial file of that size is written first. A folder that takes no trial file takes
+// no new store either: the toolkit will then write into the old one.
 bool diskHasRoom(const QString& storePath, const Values& values) {
   constexpr qint64 someOptions = qint64{64} * 1024;
-  constexpr qint64 longestCharacter = 6;  // bytes, as an escape
+  constexpr qint64 longestCharacter = 6;  // bytes, where it is written as an escape
   const qint64 room =
       2 * QFileInfo(storePath).size() + longestCharacter * lengthOf(values) + someOptions;
   QTemporaryFile trial(storePath + QStringLiteral(".XXXXXX"));

@@ -6,15 +6,15 @@ namespace kelmora::settings {
 
 namespace {
 
-// Spacings of a sane font are a few pixels or a percentage; far larger ones
-// overflow the text layout's fixed-point numbers.
+// In pixels or per cent, as the font says. Larger spacings overflow the
+// fixed-point numbers of the toolkit's text layout; sensible ones are far smaller.
 constexpr qreal widestSpacing = 400;
 
 bool isUsableSpacing(qreal spacing) {
   return spacing >= -widestSpacing && spacing <= widestSpacing;  // false for NaN
 }
 
-// Computed wide: a stored position may stand at the very edge of int.
+// In 64 bits: a stored position can be the largest or the smallest int.
 bool overlap(qint64 start, qint64 length, qint64 otherStart, qint64 otherLength) {
   return start < otherStart + otherLength && otherStart < start + length;
 }

@@ -65,7 +65,7 @@ inline QGridLayout* gridOf(const QWidget& dialog) {
   return qobject_cast<QGridLayout*>(dialog.layout());
 }
 
-/// What stands in a cell; null where nothing does or it is no such widget.
+/// The widget in a cell; null where there is none, or one of another class.
 template <typename Widget = QWidget>
 Widget* at(const QWidget& dialog, int row, int column) {
   QLayoutItem* item = gridOf(dialog)->itemAtPosition(row, column);
@@ -135,7 +135,8 @@ inline QString spokenName(QWidget* widget) {
   return (labels.isEmpty() ? accessible : labels.first().first)->text(QAccessible::Name);
 }
 
-/// The widgets that Tab leads through, from the present focus once around.
+/// The widgets in the order in which Tab reaches them, from the one with the focus
+/// once around.
 inline QList<QWidget*> tabOrder(const QWidget& dialog) {
   QList<QWidget*> order;
   for (QWidget* focus = dialog.focusWidget(); focus && !order.contains(focus);

@@ -12,7 +12,8 @@ using namespace kelmora::dialogs;
 
 namespace {
 
-/// The usual contrast ratio of two colours, from 1 to 21.
+/// The contrast ratio of two colours, from 1 to 21, as the Web Content
+/// Accessibility Guidelines define it.
 double contrast(const QColor& one, const QColor& other) {
   const auto luminance = [](const QColor& colour) {
     const auto linear = [](double channel) {

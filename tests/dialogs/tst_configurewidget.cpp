@@ -361,7 +361,7 @@ void TestConfigureWidget::aColourIsChosenInItsDialog() {
   click(chosen);
   QVERIFY(answer.given());
   QCOMPARE(offered, old);
-  QCOMPARE(title, QColorDialog().windowTitle());  // none of the client's own
+  QCOMPARE(title, QColorDialog().windowTitle());  // the toolkit's own title
   QCOMPARE(parent, dialog_);
   for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
     QCOMPARE(chosen->palette().color(group, QPalette::Button), next);
@@ -423,7 +423,7 @@ void TestConfigureWidget::aFontIsChosenInItsDialog() {
   click(chosen);
   QVERIFY(answer.given());
   QCOMPARE(offered, (place == 0 ? before.outFont : before.inFont).family());
-  QCOMPARE(title, QFontDialog().windowTitle());  // none of the client's own
+  QCOMPARE(title, QFontDialog().windowTitle());  // the toolkit's own title
   QCOMPARE(parent, dialog_);
   QVERIFY(taken != old);
   QCOMPARE(chosen->font().toString(), taken);

@@ -175,7 +175,7 @@ void TestHelpWidget::aLinkOpensTheBrowser() {
   QCOMPARE(match.captured(1), address.toHtmlEscaped());
   QCOMPARE(label->toolTip(), address);
 
-  // By mouse, a little into the centred text; then by the keyboard.
+  // First by the mouse, a few pixels into the centred text, then by the keyboard.
   const int textWidth = label->fontMetrics().horizontalAdvance(words + description);
   QTest::mouseClick(label, Qt::LeftButton, {},
                     QPoint((label->width() - textWidth) / 2 + 10, label->height() / 2));

@@ -156,7 +156,7 @@ void TestProxyWidget::storesTheChosenType() {
 void TestProxyWidget::showsTheRecord() {
   settings_.useProxyServer = true;
   settings_.proxyHostName = "proxy.example";
-  settings_.proxyPortNumber = "abc";  // as it may stand in the store
+  settings_.proxyPortNumber = "abc";  // no port, but the store takes any text
   settings_.proxyUserName = "someone";
   settings_.proxyPassword = "secret word";
   show();
@@ -165,7 +165,7 @@ void TestProxyWidget::showsTheRecord() {
   QCOMPARE(field(3)->text(), QString("abc"));
   QCOMPARE(field(4)->text(), QString("someone"));
   QCOMPARE(field(5)->text(), QString("secret word"));
-  // Untouched, it is applied as it was.
+  // Apply without an edit changes nothing.
   const ClientSettings before = settings_;
   click(button(*dialog_, "Apply"));
   QCOMPARE(settings_, before);

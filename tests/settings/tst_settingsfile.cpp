@@ -29,7 +29,7 @@ void write(const QByteArray& bytes) {
   writeFile(fileName, bytes);
 }
 
-/// What an export by a user without special rights comes to.
+/// Exports as a user without special rights; the result is one of InChild.h.
 int exportAsOrdinaryUser() {
   return inChild([] {
     if (!becomeOrdinaryUser())
@@ -42,7 +42,7 @@ int exportAsOrdinaryUser() {
 
 }  // namespace
 
-/// The options as a file to carry elsewhere, and back.
+/// Writing the options to a file that can be carried elsewhere, and reading it.
 class TestSettingsFile : public QObject {
   Q_OBJECT
 
@@ -252,8 +252,8 @@ void TestSettingsFile::unchangedSettingsComeBackWhole() {
   other.splitString = "changed";
   other.proxyPortNumber = "99";
   QVERIFY(settings::importSettings(other, fileName));
-  // Fonts are compared by their text: one read from a text of the old form
-  // keeps what the text did not say.
+  // Fonts are compared by their texts. The defaults are texts of an old, shorter
+  // form, which leave out some of what a font has.
   QCOMPARE(other.inFont.toString(), record.inFont.toString());
   QCOMPARE(other.outFont.toString(), record.outFont.toString());
   other.inFont = record.inFont;
@@ -324,7 +324,7 @@ void TestSettingsFile::anOldFileIsNarrowedBeforeItIsWritten() {
   const NoUmask noUmask;
   write("an older password");
   QCOMPARE(modeOf(fileName), 0666);
-  // What still leads to the old file shows what became of it.
+  // A second name of the old file shows what became of that file.
   QCOMPARE(::link(QFile::encodeName(fileName).constData(), "other name"), 0);
   QVERIFY(settings::exportSettings(ClientSettings(), fileName));
   QCOMPARE(modeOf(fileName), 0600);

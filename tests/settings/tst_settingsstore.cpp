@@ -47,8 +47,9 @@ void save(const ClientSettings& record, const WindowPlace& place) {
   SettingsStore({file()}).save(record, place);
 }
 
-/// The toolkit keeps what it read and wrote for as long as the file has the same
-/// size and time. The next start of the client has no such copy.
+/// The toolkit keeps a copy of the store in memory until the file has another size
+/// or time. A new start of the client has no such copy, so a test that stands for
+/// one gives the file another time.
 [[nodiscard]] bool makeTheToolkitReadAgain() {
   static qint64 seconds = 0;
   QFile touched(file());
@@ -83,7 +84,7 @@ QStringList storedKeys() {
   return reader.allKeys();
 }
 
-/// Looks at every file of the folder, over and over, as a neighbour could.
+/// A thread that looks all the time for a file of the folder that others can read.
 class Watcher : public QThread {
  public:
   ~Watcher() override {
@@ -189,7 +190,7 @@ void TestSettingsStore::theUsersOwnStoreIsTheNativeOne() {
   ClientSettings loaded;
   QCOMPARE(SettingsStore({}).load(loaded), place);
   QCOMPARE(loaded, record);
-  // What would end the toolkit's reader is refused there, too.
+  // A file that is too long is refused there, too.
   QFile file(native);
   QVERIFY(file.open(QIODevice::WriteOnly));
   file.write("[Global%20Settings]\nport=4024\nhostName=" + QByteArray(2'000'000, 'k'));
@@ -449,7 +450,7 @@ void TestSettingsStore::aStoreThatIsNoneOfOursYieldsTheDefaultsAndGivesWay() {
   ClientSettings loaded;
   QCOMPARE(load(loaded), WindowPlace());
   QCOMPARE(loaded.port, 11995);
-  // What was refused is kept beside, and the next of its kind beside that.
+  // The refused store is kept as .bak, and the next one as .bak2.
   QVERIFY(contentOf(file() + ".bak") == refused);
   QCOMPARE(modeOf(file() + ".bak"), fileMode);
   QVERIFY(write("again" + refused));
@@ -591,7 +592,7 @@ void TestSettingsStore::nothingIsWrittenThatTheNextLoadRefuses() {
   QCOMPARE(load(loaded), WindowPlace());
   QCOMPARE(loaded.port, isWritten ? 4024 : 4023);
   QCOMPARE(loaded.hostName == text, isWritten);
-  // Nothing of it stays in the way.
+  // The save that failed left nothing behind that hinders the next one.
   record.hostName.clear();
   save(record, WindowPlace());
   QVERIFY(makeTheToolkitReadAgain());
@@ -635,7 +636,7 @@ void TestSettingsStore::aPipeInPlaceOfTheStoreYieldsTheDefaults() {
 
 void TestSettingsStore::anUnreadableStoreYieldsTheDefaults() {
   QVERIFY(writeGroup("port=4023\n"));
-  // The owner of everything reads everything, so this test is somebody else.
+  // The superuser can read any file, so this test becomes an ordinary user.
   const bool root = ::geteuid() == 0;
   const uid_t nobody = 65534;
   if (root) {
@@ -659,7 +660,7 @@ void TestSettingsStore::anUnreadableStoreYieldsTheDefaults() {
   QCOMPARE(place, WindowPlace());
   QCOMPARE(record, ClientSettings());
   QCOMPARE(loadedPlace, WindowPlace());
-  QCOMPARE(loaded, changed);  // a save mends it
+  QCOMPARE(loaded, changed);  // the save put a readable store in its place
   QCOMPARE(contentOf(file() + ".bak"), QByteArray("[Global%20Settings]\nport=4023\n"));
   QCOMPARE(modeOf(file()), fileMode);
 }
