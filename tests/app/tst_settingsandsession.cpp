@@ -5,6 +5,7 @@
 #include <QStyleFactory>
 
 #include "PlayWindow.h"
+#include "settings/SettingsFile.h"
 #include "support/FileDialogs.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
@@ -31,7 +32,7 @@ class TestSettingsAndSession : public QObject {
   void theCaptureChangesNothingItself();
   void theBarHasTheFocusAfterwards_data();
   void theBarHasTheFocusAfterwards();
-  void theExportIsAFileOfThirtySevenLines();
+  void theExportIsAFileOfTheSettings();
   void anExportThatFailsSaysSo();
   void anImportRefreshesTheWindow();
   void anImportEndsBold();
@@ -212,14 +213,14 @@ void TestSettingsAndSession::theBarHasTheFocusAfterwards() {
   QCOMPARE(play.window->focusWidget(), play.bar);
 }
 
-void TestSettingsAndSession::theExportIsAFileOfThirtySevenLines() {
+void TestSettingsAndSession::theExportIsAFileOfTheSettings() {
   PlayWindow play(4023);
   Answers answers("my.settings");
   play.actions.at(3)->trigger();
   QCOMPARE(answers.seen, QStringList{"Export Settings | Kelmora Client Settings (*.settings)"});
-  const QByteArray content = contentOf("my.settings");
-  QCOMPARE(content.count('\n'), 37);
-  QVERIFY(content.contains("\nport 4023\n"));
+  QVERIFY(settings::exportSettings(play.window->settings(), "expected.settings"));
+  QCOMPARE(contentOf("my.settings"), contentOf("expected.settings"));
+  QVERIFY(contentOf("my.settings").contains("\nport 4023\n"));
 }
 
 void TestSettingsAndSession::anExportThatFailsSaysSo() {

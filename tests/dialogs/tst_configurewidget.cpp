@@ -18,6 +18,22 @@ using namespace kelmora::settings;
 
 namespace {
 
+using Record = ClientSettings;
+
+/// The check boxes, from the first row below the header down.
+constexpr std::pair<const char*, bool Record::*> options[] = {
+    {"Display ANSI color", &Record::displayAnsiColor},
+    {"Enable local echo", &Record::displayLocalEcho},
+    {"Play beeps", &Record::playBeeps},
+    {"Parse html tags", &Record::parseHtml},
+    {"Flush input bar", &Record::flushInput},
+    {"Display clickable URLs", &Record::displayURLs},
+    {"Split input by following string:", &Record::splitInput},
+};
+constexpr int optionCount = static_cast<int>(std::size(options));
+constexpr int splitStringRow = 1 + optionCount;
+constexpr int buttonsRow = splitStringRow + 2;
+
 struct Cell {
   int row;
   int column;
@@ -25,21 +41,14 @@ struct Cell {
   const char* text;
 };
 
-constexpr Cell cells[] = {
+constexpr Cell cellsBesideTheOptions[] = {
     {0, 0, "QLabel", "Settings"},
     {0, 1, "QLabel", "Normal Colors"},
     {0, 2, "QLabel", "Bold Colors"},
     {0, 3, "QLabel", "Display"},
-    {1, 0, "QCheckBox", "Display ANSI color"},
-    {2, 0, "QCheckBox", "Enable local echo"},
-    {3, 0, "QCheckBox", "Play beeps"},
-    {4, 0, "QCheckBox", "Parse html tags"},
-    {5, 0, "QCheckBox", "Flush input bar"},
-    {6, 0, "QCheckBox", "Display clickable URLs"},
-    {7, 0, "QCheckBox", "Split input by following string:"},
-    {8, 0, "QLineEdit", ""},
-    {9, 0, "QLabel", ""},
-    {10, 0, "QPushButton", "Apply"},
+    {splitStringRow, 0, "QLineEdit", ""},
+    {splitStringRow + 1, 0, "QLabel", ""},
+    {buttonsRow, 0, "QPushButton", "Apply"},
     {1, 1, "QPushButton", "Black"},
     {2, 1, "QPushButton", "Red"},
     {3, 1, "QPushButton", "Green"},
@@ -61,8 +70,24 @@ constexpr Cell cells[] = {
     {3, 3, "QPushButton", "Interface style"},
     {5, 3, "QLabel", "Use the following server:"},
     {6, 3, "QComboBox", ""},
-    {10, 3, "QPushButton", "Cancel"},
+    {buttonsRow, 3, "QPushButton", "Cancel"},
 };
+
+QList<Cell> allCells() {
+  QList<Cell> cells(std::begin(cellsBesideTheOptions), std::end(cellsBesideTheOptions));
+  int row = 1;
+  for (const auto& option : options)
+    cells << Cell{row++, 0, "QCheckBox", option.first};
+  return cells;
+}
+
+/// Whether each of them is on, in their order.
+QList<bool> optionsOf(const Record& record) {
+  QList<bool> values;
+  for (const auto& option : options)
+    values << record.*option.second;
+  return values;
+}
 
 constexpr const char* colourNames[] = {"black", "red",     "green", "yellow",
                                        "blue",  "magenta", "cyan",  "white"};
@@ -129,7 +154,7 @@ class TestConfigureWidget : public QObject, private SettingsDialogTest<Configure
  private:
   QCheckBox* option(int i) const { return at<QCheckBox>(*dialog_, i + 1, 0); }
   QPushButton* colour(int i, int column) const { return at<QPushButton>(*dialog_, i + 1, column); }
-  QLineEdit* splitString() const { return at<QLineEdit>(*dialog_, 8, 0); }
+  QLineEdit* splitString() const { return at<QLineEdit>(*dialog_, splitStringRow, 0); }
   QComboBox* server() const { return at<QComboBox>(*dialog_, 6, 3); }
 };
 
@@ -156,7 +181,7 @@ void TestConfigureWidget::everyWidgetStandsInItsPlace_data() {
   QTest::addColumn<int>("column");
   QTest::addColumn<QByteArray>("type");
   QTest::addColumn<QString>("text");
-  for (const Cell& cell : cells)
+  for (const Cell& cell : allCells())
     QTest::addRow("%s \"%s\" in row %d, column %d", cell.type, cell.text, cell.row, cell.column)
         << cell.row << cell.column << QByteArray(cell.type) << QString::fromLatin1(cell.text);
 }
@@ -174,7 +199,7 @@ void TestConfigureWidget::everyWidgetStandsInItsPlace() {
 
 void TestConfigureWidget::nothingElseStandsInTheGrid() {
   QStringList expected;
-  for (const Cell& cell : cells)
+  for (const Cell& cell : allCells())
     expected << QStringLiteral("%1,%2").arg(cell.row).arg(cell.column);
   expected.sort();
   QCOMPARE(placesIn(*dialog_), expected);
@@ -242,9 +267,8 @@ void TestConfigureWidget::showsTheRecord() {
   }
   QCOMPARE(button(*dialog_, "Output Window")->font().toString(), settings_.outFont.toString());
   QCOMPARE(button(*dialog_, "Input Bar")->font().toString(), settings_.inFont.toString());
-  const QList<bool> expected{false, true, true, true, false, true, true};
-  for (int i = 0; i < 7; ++i)
-    QCOMPARE(option(i)->isChecked(), expected[i]);
+  for (int i = 0; i < optionCount; ++i)
+    QCOMPARE(option(i)->isChecked(), optionsOf(settings_)[i]);
   QCOMPARE(splitString()->text(), QString("||"));
 }
 
@@ -306,29 +330,23 @@ void TestConfigureWidget::selectsTheStoredServer() {
 
 void TestConfigureWidget::anOptionIsTakenOverOnApply_data() {
   QTest::addColumn<int>("index");
-  for (int i = 0; i < 7; ++i)
-    QTest::addRow("%s", cells[i + 4].text) << i;
+  for (int i = 0; i < optionCount; ++i)
+    QTest::addRow("%s", options[i].first) << i;
 }
 
 void TestConfigureWidget::anOptionIsTakenOverOnApply() {
   QFETCH(const int, index);
-  const auto options = [&] {
-    return QList<bool>{settings_.displayAnsiColor, settings_.displayLocalEcho,
-                       settings_.playBeeps,        settings_.parseHtml,
-                       settings_.flushInput,       settings_.displayURLs,
-                       settings_.splitInput};
-  };
-  const QList<bool> before = options();
+  const QList<bool> before = optionsOf(settings_);
   for (const bool twice : {false, true}) {
     show();
     option(index)->setFocus();
     QTest::keyClick(option(index), Qt::Key_Space);
-    QCOMPARE(options()[index], twice ? !before[index] : before[index]);
+    QCOMPARE(optionsOf(settings_)[index], twice ? !before[index] : before[index]);
     click(button(*dialog_, "Apply"));
     QList<bool> expected = before;
     if (!twice)
       expected[index] = !expected[index];
-    QCOMPARE(options(), expected);
+    QCOMPARE(optionsOf(settings_), expected);
   }
 }
 
@@ -467,7 +485,7 @@ void TestConfigureWidget::theStyleButtonOpensTheStyleDialog() {
 
 void TestConfigureWidget::theRecordIsCompleteWhenTheWindowIsTold() {
   show();
-  option(4)->click();
+  option(0)->click();
   splitString()->setText("&&");
   server()->setCurrentIndex(10);
   colour(0, 1)->setPalette(QPalette(QColor("#010203")));
@@ -477,7 +495,7 @@ void TestConfigureWidget::theRecordIsCompleteWhenTheWindowIsTold() {
   host_.onCall = [&] {
     QCOMPARE(settings_.normalColour[0], ColourText("#010203"));
     QCOMPARE(settings_.boldColour[7], ColourText("#040506"));
-    QVERIFY(settings_.flushInput);
+    QVERIFY(!settings_.displayAnsiColor);
     QCOMPARE(settings_.splitString, QString("&&"));
     QCOMPARE(settings_.outFont.pointSize(), 11);
     QCOMPARE(settings_.inFont.pointSize(), 12);
@@ -549,7 +567,7 @@ void TestConfigureWidget::cancelStoresNothing() {
   QFETCH(const int, way);
   const ClientSettings before = settings_;
   show();
-  for (int i = 0; i < 7; ++i)
+  for (int i = 0; i < optionCount; ++i)
     option(i)->click();
   splitString()->setText("changed");
   server()->setCurrentIndex(0);
@@ -566,7 +584,7 @@ void TestConfigureWidget::cancelStoresNothing() {
 
 void TestConfigureWidget::aSecondShowReloadsEverything() {
   show();
-  for (int i = 0; i < 7; ++i)
+  for (int i = 0; i < optionCount; ++i)
     option(i)->click();
   for (int i = 0; i < 8; ++i)
     for (const int column : {1, 2})
@@ -585,8 +603,8 @@ void TestConfigureWidget::aSecondShowReloadsEverything() {
   QCOMPARE(server()->currentIndex(), 5);
   QCOMPARE(button(*dialog_, "Output Window")->font().toString(), settings_.outFont.toString());
   QCOMPARE(dialog_->focusWidget(), option(0));
-  QVERIFY(option(0)->isChecked());
-  QVERIFY(!option(3)->isChecked());
+  for (int i = 0; i < optionCount; ++i)
+    QCOMPARE(option(i)->isChecked(), optionsOf(settings_)[i]);
 }
 
 void TestConfigureWidget::enterAppliesFromATextField() {
@@ -602,14 +620,14 @@ void TestConfigureWidget::enterAppliesFromATextField() {
 void TestConfigureWidget::tabFollowsTheColumns() {
   show();
   QList<QWidget*> expected;
-  for (int i = 1; i <= 8; ++i)
-    expected << at(*dialog_, i, 0);
+  for (int row = 1; row <= splitStringRow; ++row)
+    expected << at(*dialog_, row, 0);
   for (const int column : {1, 2})
     for (int i = 0; i < 8; ++i)
       expected << colour(i, column);
   for (const int row : {1, 2, 3, 6})
     expected << at(*dialog_, row, 3);
-  expected << at(*dialog_, 10, 0) << at(*dialog_, 10, 3);
+  expected << at(*dialog_, buttonsRow, 0) << at(*dialog_, buttonsRow, 3);
   QCOMPARE(tabOrder(*dialog_), expected);
 }
 
