@@ -134,8 +134,8 @@ class MainWidget : public QWidget,
   [[nodiscard]] const QStringList* commandsOf(const QString& name) const override;
   // TriggerHost
   void setVariable(const QString& name, const QString& value) override;
-  // SettingsHost
-  void applySettings(kelmora::settings::Occasion occasion) override;
+  // SettingsHost; the constructor calls it, too, so nobody is to override it.
+  void applySettings(kelmora::settings::Occasion occasion) final;
   // InputHost
   [[nodiscard]] bool claimsShortcut(QKeyCombination keys) const override;
 

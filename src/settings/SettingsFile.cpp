@@ -19,7 +19,7 @@ namespace {
 
 /// In bytes. A settings file has some two thousand; what is far longer is none,
 /// and the player is not made to wait for it.
-constexpr qint64 longestFile = 1024 * 1024;
+constexpr qint64 longestFile = qint64{1024} * 1024;
 constexpr QByteArrayView emptyText = "(null)";
 constexpr auto widthSuffix = ".width";
 constexpr auto heightSuffix = ".height";

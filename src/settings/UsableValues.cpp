@@ -59,7 +59,7 @@ QFont usableFont(QFont font) {
 QFont fontFromText(const QString& text) {
   QFont font;
   (void)font.fromString(text);  // which leaves the font alone where it cannot read the text
-  return usableFont(std::move(font));
+  return usableFont(font);
 }
 
 }  // namespace kelmora::settings
