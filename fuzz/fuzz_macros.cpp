@@ -9,9 +9,9 @@ namespace {
 
 QList<Block> blocksIn(const QByteArray& bytes, bool& success) {
   QList<Block> blocks;
-  success = blockfile::read(bytes, blockfile::macros, [&](Block&& block) {
-              blocks.append(std::move(block));
-            }) != blockfile::Reading::Stopped;
+  const Reading reading = blockfile::read(bytes, blockfile::macros,
+                                          [&](Block&& block) { blocks.append(std::move(block)); });
+  success = reading.isSuccess();
   return blocks;
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "automation/core/AutomationFiles.h"
+#include "support/LogLines.h"
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
 #include "support/SizeLimit.h"
@@ -77,6 +78,7 @@ class TestAutomationFiles : public QObject {
   void whereNothingCanBeKeptNothingIsWritten();
   void eachFileRemembersForItself();
   void macrosAreNotKeptBeside();
+  void whereALoadEndsIsLogged();
 
   void macroKeysAreReadByName_data();
   void macroKeysAreReadByName();
@@ -313,6 +315,25 @@ void TestAutomationFiles::macrosAreNotKeptBeside() {
   QVERIFY(!AutomationFiles::writeMacros(macros));
   QCOMPARE(contentsOf(u"macros.txt"_s), "");
   QCOMPARE(namesHere(), QStringList{u"macros.txt"_s});
+}
+
+void TestAutomationFiles::whereALoadEndsIsLogged() {
+  QVERIFY(put(u"macros.txt"_s, "macro Key_F1\n/macro\n\nsecret\n"));
+  QVERIFY(put(u"triggers.txt"_s, "\ntrigger \"secret\"\nsecret\n"));
+  QVERIFY(put(u"aliases.txt"_s, "\nalias \"a\"\nx\n/alias\n"));
+  QVERIFY(put(u"variables.txt"_s, "secret\n"));
+  const LogLines log("kelmora.files");
+  MacroTable macros;
+  QVERIFY(!AutomationFiles::loadMacros(macros));
+  Session session;
+  QVERIFY(session.load(0));
+  QVERIFY(session.load(1));
+  QVERIFY(!session.load(2));
+  QCOMPARE(log.lines(),
+           (QStringList{
+               u"./macros.txt, line 4: the line makes no sense, the rest is left out"_s,
+               u"./triggers.txt, line 2: the block that begins here has no end and is left out"_s,
+               u"./variables.txt, line 1: the line makes no sense, the rest is left out"_s}));
 }
 
 void TestAutomationFiles::macroKeysAreReadByName_data() {
