@@ -9,11 +9,10 @@ StepTable::StepTable(const NeedleAutomaton& automaton) {
   const NeedleTree& tree = automaton.tree();
   for (quint32 node = 1; node < tree.size(); ++node)
     columns_[static_cast<unsigned char>(tree.label(node))] = 1;
-  for (quint8& column : columns_)
+  for (quint16& column : columns_)
     if (column != 0)
-      column = static_cast<quint8>(columnCount_++);
-  // Where needles hold all 256 bytes, the last column's number does not fit.
-  if (columnCount_ > 256 || tree.size() * columnCount_ > mostSteps)
+      column = static_cast<quint16>(columnCount_++);
+  if (tree.size() * columnCount_ > mostSteps)
     return;
   steps_.assign(tree.size() * columnCount_, 0);
   for (quint32 state = 0; state < tree.size(); ++state)

@@ -31,8 +31,8 @@ class StepTable {
 
   void addRow(const NeedleAutomaton& automaton, quint32 state);
 
-  std::vector<quint32> steps_;            // row by row: a state, with matchBit where it is a match
-  std::array<quint8, 256> columns_ = {};  // of each byte
+  std::vector<quint32> steps_;             // row by row: a state, with matchBit where it is a match
+  std::array<quint16, 256> columns_ = {};  // of each byte
   std::size_t columnCount_ = 1;
 };
 
