@@ -95,7 +95,7 @@ class EditorOf : public AnyEditor {
   }
   void append(const AnyEntry& entry) override { table_.append(entryOf_(entry)); }
   void removeAt(qsizetype position) override { table_.removeAt(position); }
-  void clear() override { table_.clear(); }
+  void clear() override { table_ = Table(); }
 
  private:
   std::function<QString(const Entry&)> labelOf_;

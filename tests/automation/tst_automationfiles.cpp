@@ -119,7 +119,7 @@ void TestAutomationFiles::missingFilesAreCreatedEmpty() {
   QVERIFY(AutomationFiles().loadTriggers(triggers));
   QVERIFY(AutomationFiles().loadAliases(aliases));
   QVERIFY(AutomationFiles().loadVariables(variables));
-  QVERIFY(macros.isEmpty() && triggers.isEmpty() && aliases.isEmpty() && variables.isEmpty());
+  QCOMPARE(macros.size() + triggers.size() + aliases.size() + variables.size(), 0);
   const QStringList names{u"aliases.txt"_s, u"macros.txt"_s, u"triggers.txt"_s, u"variables.txt"_s};
   QCOMPARE(QDir().entryList(QDir::Files), names);
   for (const QString& name : names)
@@ -134,7 +134,7 @@ void TestAutomationFiles::theFilesStandInTheWorkingDirectory() {
   AliasTable aliases;
   QVERIFY(AutomationFiles().loadAliases(aliases));
   QCOMPARE(aliases.entries(), QList<AliasEntry>{{.name = u"there"_s}});
-  aliases.clear();
+  aliases = AliasTable();
   QVERIFY(AutomationFiles().writeAliases(aliases));
   QVERIFY(QDir::setCurrent(u".."_s));
   QCOMPARE(contentsOf(u"aliases.txt"_s), "\nalias \"here\"\n/alias\n");
@@ -152,7 +152,7 @@ void TestAutomationFiles::foldersInTheirPlacesFail() {
   QVERIFY(!AutomationFiles().loadTriggers(triggers));
   QVERIFY(!AutomationFiles().loadAliases(aliases));
   QVERIFY(!AutomationFiles().loadVariables(variables));
-  QVERIFY(macros.isEmpty() && triggers.isEmpty() && aliases.isEmpty() && variables.isEmpty());
+  QCOMPARE(macros.size() + triggers.size() + aliases.size() + variables.size(), 0);
 }
 
 void TestAutomationFiles::aTableKeepsWhatStoodBeforeABadLine() {
@@ -170,7 +170,7 @@ void TestAutomationFiles::aTableKeepsWhatStoodBeforeABadLine() {
   QVERIFY(!AutomationFiles().loadVariables(variables));
   QCOMPARE(macros.entries(), (QList<MacroEntry>{{.key = Qt::Key_F1, .commands = {u"x"_s}}}));
   QCOMPARE(triggers.entries(), (QList<TriggerEntry>{{.pattern = u"a"_s, .commands = {u"x"_s}}}));
-  QVERIFY(aliases.isEmpty());
+  QCOMPARE(aliases.size(), 0);
   QCOMPARE(variables, (Variables{{u"hp"_s, u"10"_s}}));
 }
 
