@@ -31,8 +31,8 @@ inline std::optional<QString> rewritten(const QString& command, const BlockForma
     line.chop(1);
   if (line == '/' + format.keyword.toByteArray())
     return std::nullopt;
-  return format.body == BlockFormat::Body::Utf8 ? QString::fromUtf8(line)
-                                                : QString::fromLatin1(line);
+  return format.commands == BlockFormat::Encoding::Utf8 ? QString::fromUtf8(line)
+                                                        : QString::fromLatin1(line);
 }
 
 /// What blocks read from a file are after they were written and read again;

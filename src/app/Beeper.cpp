@@ -13,8 +13,4 @@ void Beeper::beep() {
   effect_->play();
 }
 
-bool Beeper::isLoaded() const {
-  return effect_ != nullptr && effect_->isLoaded();
-}
-
 }  // namespace kelmora::app

@@ -16,9 +16,6 @@ class Beeper {
   /// Plays the beep from its start.
   void beep();
 
-  /// Whether the sound is ready to be heard.
-  [[nodiscard]] bool isLoaded() const;
-
  private:
   QObject& owner_;
   QSoundEffect* effect_ = nullptr;

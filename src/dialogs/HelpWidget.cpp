@@ -1,12 +1,12 @@
 #include "dialogs/HelpWidget.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QFocusEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QTextEdit>
+
+#include "files/Files.h"
 
 namespace {
 
@@ -39,12 +39,12 @@ QString inShortParagraphs(const QString& text) {
 }
 
 QString licenceText() {
-  const QString path = QStringLiteral("licenses.txt");
-  QFile file(path);
-  // Opening a pipe would wait until somebody opens its other end.
-  if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text))
+  const auto file =
+      kelmora::files::read(QStringLiteral("licenses.txt"), HelpWidget::largestLicenceText);
+  if (!file)
     return QString();
-  QByteArray bytes = file.read(HelpWidget::largestLicenceText);
+  QByteArray bytes = file->bytes;
+  bytes.replace('\r', "");  // part of the end of a line in other systems' files
   if (const qsizetype end = bytes.indexOf(endOfLicences); end >= 0)
     bytes.truncate(end);
   return inShortParagraphs(QString::fromLatin1(bytes));

@@ -33,7 +33,7 @@ int Result::number(qsizetype field) const {
   return value ? *value : 0;
 }
 
-/// Reads a format text step by step.
+/// Turns the text of a format into steps.
 struct Format::Compiler {
   QByteArrayView rest;
   std::vector<Step> steps = {};
@@ -76,7 +76,7 @@ struct Format::Compiler {
   }
 
   bool addSet(bool suppressed) {
-    // A "]" that comes first is a member, not the end.
+    // A "]" in the first place is a member of the set and does not end it.
     const qsizetype end = rest.indexOf(']', 1);
     if (end < 1 || rest.first(end).contains('-'))
       return false;
@@ -101,7 +101,7 @@ struct Format::Compiler {
   }
 };
 
-/// What is left of the input.
+/// The part of the scanned text that is still to be read.
 struct Format::Cursor {
   QByteArrayView rest;
 
@@ -141,7 +141,7 @@ struct Format::Cursor {
     return sum.toInt();
   }
 
-  /// Takes the bytes before the first that ends the field; empty is a failure.
+  /// Takes the bytes up to the first that ends the field, but no more than the limit.
   template <typename Ends>
   QByteArrayView takeUntil(Ends ends, qsizetype limit) {
     const auto last = rest.begin() + std::min(limit, rest.size());
@@ -177,7 +177,7 @@ Result Format::scan(QByteArrayView input) const {
 }
 
 bool Format::run(const Step& step, Cursor& cursor, Result& result) const {
-  // What is thrown away needs no limit.
+  // A field that is thrown away takes no memory, so it is read to its end.
   const qsizetype limit = step.suppressed ? cursor.rest.size() : fieldLimit_;
   const auto assignText = [&](QByteArrayView field) {
     if (!step.suppressed && !field.isEmpty())
@@ -191,7 +191,7 @@ bool Format::run(const Step& step, Cursor& cursor, Result& result) const {
       cursor.skipWhiteSpace();
       return true;
     case Kind::Percent:
-      // A quirk of scanf: "%%" skips blanks as other conversions do.
+      // A quirk of scanf: "%%" skips blanks first, as other conversions do.
       cursor.skipWhiteSpace();
       return cursor.take('%');
     case Kind::Number: {

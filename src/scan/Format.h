@@ -12,54 +12,55 @@
 
 namespace kelmora::scan {
 
-/// What one scan assigned, in the order of the conversions. The fields own
-/// their bytes, so they outlive the scanned text.
+/// The fields that one scan has filled, in the order of the format's conversions.
+/// It holds copies of the bytes, so the scanned text need not outlive it.
 class Result {
  public:
   using Field = std::variant<QByteArray, int>;
 
-  /// For a format that assigns so many fields.
+  /// Empty; `fieldCount` is the number of fields that the format can fill.
   explicit Result(qsizetype fieldCount) : fieldCount_(fieldCount) {}
   void append(Field field) { fields_.append(std::move(field)); }
 
-  /// How many conversions were assigned before the scan stopped.
+  /// The number of fields that were filled before the scan stopped.
   [[nodiscard]] qsizetype count() const { return fields_.size(); }
-  /// Whether every assigning conversion of the format got its field. What
-  /// stands after the last conversion is not part of the answer.
+  /// Whether all fields of the format were filled. Text of the format behind its last
+  /// field may still be missing in the scanned text.
   [[nodiscard]] bool complete() const { return count() == fieldCount_; }
-  /// The bytes of a %s or %[^…] field; empty for a %d field and for a field
-  /// that was not assigned.
+  /// The bytes of a %s or %[^…] field. Empty for a %d field, and for a field that was
+  /// not filled.
   [[nodiscard]] QByteArray text(qsizetype field) const;
-  /// The value of a %d field; 0 for any other and for one not assigned.
+  /// The value of a %d field. 0 for any other field, and for one that was not filled.
   [[nodiscard]] int number(qsizetype field) const;
 
  private:
-  qsizetype fieldCount_;
   QVarLengthArray<Field, 10> fields_;
+  qsizetype fieldCount_;
 };
 
-/// A scanf format, compiled once and then run over any number of texts.
+/// A format as the C library's sscanf takes it, compiled once for any number of
+/// texts.
 ///
-/// It knows literal bytes, runs of white space, %d, %s, %[^…], each of the
-/// three suppressed by "*", and %%. Scanning assigns what the C library's
-/// sscanf would assign; it takes time linear in the text and stores no field
-/// longer than its limit.
+/// It may hold literal bytes, white space, %%, and the conversions %d, %s and %[^…],
+/// also as %*d, %*s and %*[^…], which fill no field. A scan fills the same fields as
+/// sscanf would if each %s and %[^…] had the format's field limit as its width. It
+/// takes time in proportion to the text.
 class Format {
  public:
-  /// A text field holds at most this many bytes; what is left of a longer word
-  /// stays in the input for the next step.
+  /// In bytes. The rest of a longer word is left in the text for the next conversion,
+  /// as with sscanf and a width.
   static constexpr qsizetype defaultFieldLimit = 1023;
 
-  /// Nothing when the format holds a conversion not named above, a width, a
-  /// set with "-" in it (a range in one library, three bytes in the next), or
-  /// when fieldLimit is below 1. A format ends at its first NUL byte.
+  /// Compiles the format, which ends at its first NUL byte. Nothing where it holds any
+  /// other conversion, a width, or a set with "-" in it, which some C libraries take
+  /// for a range and others for a byte; also where fieldLimit is below 1.
   [[nodiscard]] static std::optional<Format> compile(QByteArrayView format,
                                                      qsizetype fieldLimit = defaultFieldLimit);
 
-  /// The text ends at its first NUL byte.
+  /// Scans a text, which ends at its first NUL byte.
   [[nodiscard]] Result scan(QByteArrayView input) const;
 
-  /// How many fields a complete scan assigns.
+  /// The number of fields that a complete scan fills.
   [[nodiscard]] qsizetype fieldCount() const { return fieldCount_; }
 
  private:
@@ -68,7 +69,7 @@ class Format {
     Kind kind;
     bool suppressed = false;
     QByteArray literal = {};      // of Literal
-    std::bitset<256> stops = {};  // of UntilOneOf
+    std::bitset<256> stops = {};  // of UntilOneOf: the bytes that end the field
   };
   struct Compiler;
   struct Cursor;

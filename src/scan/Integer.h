@@ -4,7 +4,8 @@
 
 namespace kelmora::scan {
 
-/// The six blanks of the C locale; bytes above 127 never count.
+/// White space in the C locale: blank, tab, line feed, vertical tab, form feed and
+/// carriage return. No byte above 127 counts.
 [[nodiscard]] constexpr bool isSpace(char byte) {
   return byte == ' ' || (byte >= '\t' && byte <= '\r');
 }
@@ -13,9 +14,10 @@ namespace kelmora::scan {
   return byte >= '0' && byte <= '9';
 }
 
-/// Decimal digits, summed one at a time as a C library with 64-bit longs does
-/// it: clamped at 64 bits, of which the low 32 are kept in the end. So a count
-/// that is far too large is -1, and one far too small is 0.
+/// A whole number, made of decimal digits one by one, as a C library with 64-bit
+/// longs makes it: the sum stops at the ends of the signed 64-bit range, and its low
+/// 32 bits are the result. So a number that is far too large becomes -1, and one that
+/// is far too small becomes 0.
 class DecimalSum {
  public:
   enum class Sign { Plus, Minus };
@@ -29,8 +31,9 @@ class DecimalSum {
   quint64 magnitude_ = 0;
 };
 
-/// The number at the start of a text, as atoi reads it: blanks, a sign, digits;
-/// 0 where there are none. The text ends at its first NUL byte.
+/// The number at the start of a text, as atoi reads it: any white space, then perhaps
+/// a sign, then the digits. 0 where there are no digits. The text ends at its first
+/// NUL byte.
 [[nodiscard]] int toInt(QByteArrayView text);
 
 }  // namespace kelmora::scan

@@ -1,12 +1,11 @@
 #include "settings/SettingsFile.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QHash>
 #include <optional>
 
+#include "files/Files.h"
 #include "files/Log.h"
-#include "files/TextFile.h"
 #include "scan/Format.h"
 #include "scan/Integer.h"
 #include "settings/ClientSettings.h"
@@ -125,27 +124,19 @@ struct RefusedLine {
 };
 
 /// Takes over line after line, and stops at the first that is refused.
-std::optional<RefusedLine> takeLines(QByteArrayView content, ClientSettings& record) {
+std::optional<RefusedLine> takeLines(const files::Contents& file, ClientSettings& record) {
+  const QByteArrayView content = file.wholeLines();
   int number = 1;
   for (qsizetype start = 0; start < content.size(); ++number) {
     qsizetype end = content.indexOf('\n', start);
     if (end < 0)
       end = content.size();
-    if (content.size() > longestFile && end >= longestFile)
-      return RefusedLine{number, "the file is longer than a megabyte"};
     if (const auto why = refusalOf(content.sliced(start, end - start), record))
       return RefusedLine{number, *why};
     start = end + 1;
   }
-  return std::nullopt;
-}
-
-/// Opens a file to read it; a missing one is created.
-bool openToRead(QFile& file) {
-  // A folder has no lines, and a pipe may never send one.
-  if (const QFileInfo info(file); info.exists() && !info.isFile())
-    return false;
-  return file.open(QIODevice::ReadOnly) || file.open(QIODevice::ReadWrite);
+  return file.whole ? std::nullopt
+                    : std::optional(RefusedLine{number, "the file was not read from there on"});
 }
 
 /// Makes the file ready to hold a password. A new one is created so that its
@@ -154,7 +145,7 @@ bool openToRead(QFile& file) {
 /// and nothing changed, where the file is protected against writing.
 bool prepare(QFile& file) {
   constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
-  if (!QFileInfo(file).isFile())
+  if (files::kindOf(file.fileName()) != files::Kind::Ordinary)
     return file.open(QIODevice::ReadWrite, ownerOnly);
   if (!file.open(QIODevice::Append | QIODevice::ExistingOnly))
     return false;
@@ -170,9 +161,9 @@ QByteArray exportedFile(const ClientSettings& record) {
 }
 
 bool replaceFile(QFile& file, const QByteArray& content) {
-  const QFileInfo before(file);
-  const bool isNew = !before.exists();
-  if ((!isNew && !before.isFile()) || !prepare(file))
+  const files::Kind before = files::kindOf(file.fileName());
+  const bool isNew = before == files::Kind::Missing;
+  if (before == files::Kind::Other || !prepare(file))
     return false;
   file.close();
   const bool written = files::replace(file.fileName(), content, files::Access::OwnerOnly);
@@ -192,19 +183,17 @@ bool exportSettings(const ClientSettings& record, const QString& fileName) {
 }
 
 bool importSettings(ClientSettings& record, const QString& fileName) {
-  QFile file(asFileName(fileName));
-  if (!openToRead(file)) {
-    qCWarning(files::filesLog) << "no settings were imported: cannot open" << file.fileName();
+  const QString path = asFileName(fileName);
+  const auto file = files::readOrCreate(path, longestFile);
+  if (!file) {
+    qCWarning(files::filesLog) << "no settings were imported: cannot open" << path;
     return false;
   }
-  const QByteArray content = file.read(longestFile + 1);
-  if (file.error() != QFileDevice::NoError)
-    qCWarning(files::filesLog) << "the import read a part only of" << file.fileName();
-  const auto refused = takeLines(content, record);
+  const auto refused = takeLines(*file, record);
   // The line itself is not told: a password may stand in it.
   if (refused)
-    qCWarning(files::filesLog) << "the import stopped at line" << refused->number << "of"
-                               << file.fileName() << "because" << refused->why;
+    qCWarning(files::filesLog) << "the import stopped at line" << refused->number << "of" << path
+                               << "because" << refused->why;
   return !refused;
 }
 

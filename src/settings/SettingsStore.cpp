@@ -16,8 +16,8 @@
 #include <unistd.h>
 #endif
 
+#include "files/Files.h"
 #include "files/Log.h"
-#include "files/TextFile.h"
 #include "settings/SettingsFields.h"
 
 namespace kelmora::settings {
@@ -104,15 +104,18 @@ enum class Condition {
 // kilobytes of such nesting overflow the stack. We never store such values; each
 // level of nesting has at least three zero bytes, so counting zeros finds them.
 Condition conditionOf(const QString& storePath) {
-  const QFileInfo info(storePath);
-  if (!info.exists())
-    return Condition::Readable;
-  if (!info.isFile())
-    return Condition::NoFile;
-  QFile file(storePath);
-  if (info.size() > longestStore || !file.open(QIODevice::ReadOnly))
+  switch (files::kindOf(storePath)) {
+    case files::Kind::Missing:
+      return Condition::Readable;
+    case files::Kind::Other:
+      return Condition::NoFile;
+    case files::Kind::Ordinary:
+      break;
+  }
+  const auto file = files::read(storePath, longestStore);
+  if (!file || !file->whole)
     return Condition::Refused;
-  const QByteArray content = file.read(longestStore);
+  const QByteArray& content = file->bytes;
   const qsizetype zeros = content.count('\0') + content.count("\\0") + content.count("\\x0");
   return zeros <= mostZeros ? Condition::Readable : Condition::Refused;
 }
@@ -146,8 +149,8 @@ bool canComeBack(const QString& storePath, const Values& values) {
   if (storePath.isEmpty() || QFileInfo(storePath).size() + lengthOf(values) <= mostZeros)
     return true;
   QTemporaryFile trial(storePath + QStringLiteral(".XXXXXX"));
-  QFile old(storePath);
-  if (!trial.open() || (old.open(QIODevice::ReadOnly) && trial.write(old.readAll()) < 0))
+  const auto old = files::read(storePath, longestStore);
+  if (!trial.open() || (old && trial.write(old->bytes) < 0))
     return false;
   trial.close();
   return Store(StorePlace{trial.fileName()}).set(values) &&
@@ -185,7 +188,7 @@ void makeOwnFolder(const QString& path) {
 // first byte on. So a private file is put there first, where there is none.
 void makePrivate(const QString& path) {
   makeOwnFolder(QFileInfo(path).path());
-  if (QFileInfo(path).isFile()) {
+  if (files::kindOf(path) == files::Kind::Ordinary) {
     if (QFile::setPermissions(path, ownerOnly))
       return;
     QFile::remove(path);  // another user's file: one of our own takes its place

@@ -6,6 +6,7 @@
 #include <QLibraryInfo>
 #include <QMediaDevices>
 #include <QPixmap>
+#include <QSoundEffect>
 #include <QTest>
 #include <QVersionNumber>
 
@@ -101,13 +102,16 @@ void TestStartup::courierIsOfFixedPitch() {
 void TestStartup::theBeepCanBeLoadedAndPlayed() {
   QObject owner;
   Beeper beeper(owner);
-  QVERIFY(!beeper.isLoaded());
+  QVERIFY(!owner.findChild<QSoundEffect*>());
   beeper.beep();
+  const auto* sound = owner.findChild<QSoundEffect*>();
+  QVERIFY(sound);
   if (QLibraryInfo::version() >= QVersionNumber(6, 5) &&
       QMediaDevices::defaultAudioOutput().isNull())
     QSKIP("newer releases load no sound without a device to play it on");
-  QTRY_VERIFY(beeper.isLoaded());
+  QTRY_VERIFY(sound->isLoaded());
   beeper.beep();
+  QCOMPARE(owner.findChildren<QSoundEffect*>().size(), 1);
 }
 
 KELMORA_GUI_TEST_MAIN(TestStartup)

@@ -39,8 +39,8 @@ inline QString readShapeByTheLibraries(const BlockFormat& format, QByteArray tex
       blocks.append(block);
       insideBlock = false;
     } else if (insideBlock) {
-      block.commands += format.body == BlockFormat::Body::Utf8 ? QString::fromUtf8(line)
-                                                               : QString::fromLatin1(line);
+      block.commands += format.commands == BlockFormat::Encoding::Utf8 ? QString::fromUtf8(line)
+                                                                       : QString::fromLatin1(line);
     } else if (std::sscanf(line.constData(), header, field.data()) == 1) {
       block = {.label = QString::fromLatin1(field.constData()), .commands = {}};
       insideBlock = true;

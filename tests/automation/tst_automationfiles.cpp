@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "automation/core/AutomationFiles.h"
+#include "support/LogLines.h"
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
 #include "support/SizeLimit.h"
@@ -77,6 +78,7 @@ class TestAutomationFiles : public QObject {
   void whereNothingCanBeKeptNothingIsWritten();
   void eachFileRemembersForItself();
   void macrosAreNotKeptBeside();
+  void whereALoadEndsIsLogged();
 
   void macroKeysAreReadByName_data();
   void macroKeysAreReadByName();
@@ -117,7 +119,7 @@ void TestAutomationFiles::missingFilesAreCreatedEmpty() {
   QVERIFY(AutomationFiles().loadTriggers(triggers));
   QVERIFY(AutomationFiles().loadAliases(aliases));
   QVERIFY(AutomationFiles().loadVariables(variables));
-  QVERIFY(macros.isEmpty() && triggers.isEmpty() && aliases.isEmpty() && variables.isEmpty());
+  QCOMPARE(macros.size() + triggers.size() + aliases.size() + variables.size(), 0);
   const QStringList names{u"aliases.txt"_s, u"macros.txt"_s, u"triggers.txt"_s, u"variables.txt"_s};
   QCOMPARE(QDir().entryList(QDir::Files), names);
   for (const QString& name : names)
@@ -132,7 +134,7 @@ void TestAutomationFiles::theFilesStandInTheWorkingDirectory() {
   AliasTable aliases;
   QVERIFY(AutomationFiles().loadAliases(aliases));
   QCOMPARE(aliases.entries(), QList<AliasEntry>{{.name = u"there"_s}});
-  aliases.clear();
+  aliases = AliasTable();
   QVERIFY(AutomationFiles().writeAliases(aliases));
   QVERIFY(QDir::setCurrent(u".."_s));
   QCOMPARE(contentsOf(u"aliases.txt"_s), "\nalias \"here\"\n/alias\n");
@@ -150,7 +152,7 @@ void TestAutomationFiles::foldersInTheirPlacesFail() {
   QVERIFY(!AutomationFiles().loadTriggers(triggers));
   QVERIFY(!AutomationFiles().loadAliases(aliases));
   QVERIFY(!AutomationFiles().loadVariables(variables));
-  QVERIFY(macros.isEmpty() && triggers.isEmpty() && aliases.isEmpty() && variables.isEmpty());
+  QCOMPARE(macros.size() + triggers.size() + aliases.size() + variables.size(), 0);
 }
 
 void TestAutomationFiles::aTableKeepsWhatStoodBeforeABadLine() {
@@ -168,7 +170,7 @@ void TestAutomationFiles::aTableKeepsWhatStoodBeforeABadLine() {
   QVERIFY(!AutomationFiles().loadVariables(variables));
   QCOMPARE(macros.entries(), (QList<MacroEntry>{{.key = Qt::Key_F1, .commands = {u"x"_s}}}));
   QCOMPARE(triggers.entries(), (QList<TriggerEntry>{{.pattern = u"a"_s, .commands = {u"x"_s}}}));
-  QVERIFY(aliases.isEmpty());
+  QCOMPARE(aliases.size(), 0);
   QCOMPARE(variables, (Variables{{u"hp"_s, u"10"_s}}));
 }
 
@@ -313,6 +315,25 @@ void TestAutomationFiles::macrosAreNotKeptBeside() {
   QVERIFY(!AutomationFiles::writeMacros(macros));
   QCOMPARE(contentsOf(u"macros.txt"_s), "");
   QCOMPARE(namesHere(), QStringList{u"macros.txt"_s});
+}
+
+void TestAutomationFiles::whereALoadEndsIsLogged() {
+  QVERIFY(put(u"macros.txt"_s, "macro Key_F1\n/macro\n\nsecret\n"));
+  QVERIFY(put(u"triggers.txt"_s, "\ntrigger \"secret\"\nsecret\n"));
+  QVERIFY(put(u"aliases.txt"_s, "\nalias \"a\"\nx\n/alias\n"));
+  QVERIFY(put(u"variables.txt"_s, "secret\n"));
+  const LogLines log("kelmora.files");
+  MacroTable macros;
+  QVERIFY(!AutomationFiles::loadMacros(macros));
+  Session session;
+  QVERIFY(session.load(0));
+  QVERIFY(session.load(1));
+  QVERIFY(!session.load(2));
+  QCOMPARE(log.lines(),
+           (QStringList{
+               u"./macros.txt, line 4: the line makes no sense, the rest is left out"_s,
+               u"./triggers.txt, line 2: the block that begins here has no end and is left out"_s,
+               u"./variables.txt, line 1: the line makes no sense, the rest is left out"_s}));
 }
 
 void TestAutomationFiles::macroKeysAreReadByName_data() {

@@ -17,7 +17,7 @@ QString readShape(const BlockFormat& format, QByteArrayView text) {
   QList<Block> blocks;
   const auto reading =
       blockfile::read(text, format, [&](Block&& block) { blocks.append(std::move(block)); });
-  return shape(blocks, reading != blockfile::Reading::Stopped);
+  return shape(blocks, reading.isSuccess());
 }
 
 QByteArray repeated(QByteArrayView piece, qsizetype times) {
@@ -36,6 +36,8 @@ class TestBlockFile : public QObject {
  private Q_SLOTS:
   void reading_data();
   void reading();
+  void theLineThatEndsTheReadingIsNamed_data();
+  void theLineThatEndsTheReadingIsNamed();
   void writing_data();
   void writing();
   void roundTrip_data();
@@ -171,6 +173,29 @@ void TestBlockFile::reading() {
   QFETCH(QByteArray, text);
   QFETCH(QString, expected);
   QCOMPARE(readShape(*format, text), expected);
+}
+
+void TestBlockFile::theLineThatEndsTheReadingIsNamed_data() {
+  QTest::addColumn<QByteArray>("text");
+  QTest::addColumn<Reading::End>("end");
+  QTest::addColumn<qsizetype>("line");
+  const auto row = [](const char* name, const QByteArray& text, Reading::End end, qsizetype line) {
+    QTest::newRow(name) << text << end << line;
+  };
+  row("a bad first line", "hello", Reading::End::BadLine, 1);
+  row("a bad line behind a block", "\nalias \"a\"\r\n\nx\n/alias\n\nhello\n\n",
+      Reading::End::BadLine, 7);
+  row("the header of an open block", "alias \"a\"\n/alias\nalias \"b\"\nx\n/aliases\n",
+      Reading::End::OpenBlock, 3);
+}
+
+void TestBlockFile::theLineThatEndsTheReadingIsNamed() {
+  QFETCH(QByteArray, text);
+  QFETCH(Reading::End, end);
+  QFETCH(qsizetype, line);
+  const Reading reading = blockfile::read(text, blockfile::aliases, [](Block&&) {});
+  QCOMPARE(reading.end, end);
+  QCOMPARE(reading.line, line);
 }
 
 void TestBlockFile::writing_data() {

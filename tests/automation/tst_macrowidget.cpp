@@ -1,5 +1,7 @@
+// What the macro editor has of its own: keys in place of labels. What it shares with
+// the other editors is tested in tst_editors.
+
 #include <QApplication>
-#include <QGridLayout>
 #include <QTest>
 
 #include "EditorDriver.h"
@@ -16,7 +18,6 @@ namespace {
 const QString file = QStringLiteral("macros.txt");
 const QString browsing = QStringLiteral("edit list add delete close");
 const QString browsingNothing = QStringLiteral("list add delete close");
-const QString editing = QStringLiteral("commands save cancel close");
 
 /// Presses keys in the capture dialog when it comes up, then its button.
 class KeyAnswer {
@@ -48,13 +49,7 @@ class TestMacroWidget : public QObject {
   void init();
   void cleanup();
 
-  void declaresItsSevenSlotsInOrder();
-  void looksAsLaidOut();
   void openingListsTheKeyNames();
-  void openingWithAnEmptyTableLeavesNothingToEdit();
-  void savingStoresTheCommandsAndEmptiesTheFile();
-  void savingUntouchedAddsAnEmptyCommand();
-  void cancelRestoresTheStoredText();
 
   void addBindsTheCapturedKey_data();
   void addBindsTheCapturedKey();
@@ -62,11 +57,6 @@ class TestMacroWidget : public QObject {
   void withoutAKeyNothingIsAdded();
   void aBoundKeyIsRefused();
   void eachUseStartsWithoutAKey();
-
-  void deleteAsksAndEmptiesTheFile();
-  void noKeepsTheMacro();
-  void deletingFromAnEmptyTableAsksAndDoesNothing();
-  void closeSavesNothing();
 
  private:
   void open(const QList<MacroEntry>& entries);
@@ -102,28 +92,6 @@ void TestMacroWidget::open(const QList<MacroEntry>& entries) {
   QVERIFY(QTest::qWaitForWindowActive(editor_.get()));
 }
 
-void TestMacroWidget::declaresItsSevenSlotsInOrder() {
-  QCOMPARE(slotsOf(MacroWidget::staticMetaObject),
-           QStringList({"selectionChanged(int)", "addMacro()", "deleteMacro()", "editMacro()",
-                        "saveMacro()", "cancelMacro()", "closeDialog()"}));
-  QCOMPARE(MacroWidget::staticMetaObject.superClass()->className(), "QDialog");
-}
-
-void TestMacroWidget::looksAsLaidOut() {
-  open({});
-  QCOMPARE(editor_->windowTitle(), QStringLiteral("Macros"));
-  QVERIFY(!editor_->windowIcon().isNull());
-  QCOMPARE(editor_->windowIcon().pixmap(32).toImage(),
-           QIcon(":/icons/macros.png").pixmap(32).toImage());
-  QVERIFY(editor_->isModal());
-  QVERIFY2(!controls_->label, "a macro's key cannot be edited");
-  const auto* grid = qobject_cast<QGridLayout*>(editor_->layout());
-  QVERIFY(grid);
-  QCOMPARE(grid->rowCount(), 4);
-  QCOMPARE(controls_->list->accessibleName(), QStringLiteral("Macros"));
-  QVERIFY(controls_->commands->geometry().bottom() < controls_->edit->y());
-}
-
 void TestMacroWidget::openingListsTheKeyNames() {
   open({{Qt::Key_F5, {"north"}}, {Qt::Key_Insert, {}}, {65, {}}, {-23, {}}});
   QCOMPARE(controls_->items(),
@@ -131,42 +99,6 @@ void TestMacroWidget::openingListsTheKeyNames() {
   QCOMPARE(controls_->commands->toPlainText(), QStringLiteral("north\n"));
   QCOMPARE(controls_->enabled(), browsing);
   QCOMPARE(controls_->focused(), QStringLiteral("list"));
-}
-
-void TestMacroWidget::openingWithAnEmptyTableLeavesNothingToEdit() {
-  open({});
-  QCOMPARE(controls_->enabled(), browsingNothing);
-}
-
-void TestMacroWidget::savingStoresTheCommandsAndEmptiesTheFile() {
-  open({{Qt::Key_F5, {}}, {Qt::Key_F6, {"south"}}});
-  click(controls_->edit);
-  QCOMPARE(controls_->enabled(), editing);
-  QCOMPARE(controls_->focused(), QStringLiteral("commands"));
-  retype(controls_->commands, "north\nlook");
-  click(controls_->save);
-  QCOMPARE(table_->entries(),
-           QList<MacroEntry>({{Qt::Key_F5, {"north", "look"}}, {Qt::Key_F6, {"south"}}}));
-  QCOMPARE(controls_->enabled(), browsing);
-  QCOMPARE(contentsOf(file), QByteArray(""));
-  QVERIFY(QFile::exists(file));
-}
-
-void TestMacroWidget::savingUntouchedAddsAnEmptyCommand() {
-  open({{65, {"a", "b"}}});
-  click(controls_->edit);
-  click(controls_->save);
-  QCOMPARE(table_->entries().at(0).commands, QStringList({"a", "b", ""}));
-}
-
-void TestMacroWidget::cancelRestoresTheStoredText() {
-  open({{65, {"a"}}});
-  click(controls_->edit);
-  retype(controls_->commands, "other");
-  click(controls_->cancel);
-  QCOMPARE(controls_->commands->toPlainText(), QStringLiteral("a\n"));
-  QCOMPARE(controls_->enabled(), browsing);
-  QVERIFY(!contentsOf(file).isEmpty());
 }
 
 void TestMacroWidget::addBindsTheCapturedKey_data() {
@@ -241,44 +173,6 @@ void TestMacroWidget::eachUseStartsWithoutAKey() {
   click(controls_->add);
   QVERIFY(answer.asked());
   QCOMPARE(table_->size(), 1);
-}
-
-void TestMacroWidget::deleteAsksAndEmptiesTheFile() {
-  open({{65, {}}, {66, {}}, {67, {"c"}}});
-  BoxAnswer answer(QMessageBox::Yes);
-  click(controls_->remove);
-  QCOMPARE(answer.said(), BoxAnswer::question("Delete Macro", "Really delete this macro?"));
-  QCOMPARE(controls_->items(), QStringList({"B", "C"}));
-  QCOMPARE(controls_->list->currentIndex(), 1);
-  QCOMPARE(controls_->commands->toPlainText(), QStringLiteral("c\n"));
-  QCOMPARE(contentsOf(file), QByteArray(""));
-}
-
-void TestMacroWidget::noKeepsTheMacro() {
-  open({{65, {}}});
-  BoxAnswer answer(QMessageBox::No);
-  click(controls_->remove);
-  QVERIFY(!answer.said().isEmpty());
-  QCOMPARE(table_->size(), 1);
-  QVERIFY(!contentsOf(file).isEmpty());
-}
-
-void TestMacroWidget::deletingFromAnEmptyTableAsksAndDoesNothing() {
-  open({});
-  BoxAnswer answer(QMessageBox::Yes);
-  click(controls_->remove);
-  QVERIFY(!answer.said().isEmpty());
-  QVERIFY(!contentsOf(file).isEmpty());
-}
-
-void TestMacroWidget::closeSavesNothing() {
-  open({{65, {"a"}}});
-  click(controls_->edit);
-  retype(controls_->commands, "other");
-  click(controls_->close);
-  QVERIFY(editor_->isHidden());
-  QCOMPARE(table_->entries(), QList<MacroEntry>({{65, {"a"}}}));
-  QVERIFY(!contentsOf(file).isEmpty());
 }
 
 KELMORA_GUI_TEST_MAIN(TestMacroWidget)

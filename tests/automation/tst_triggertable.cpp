@@ -76,7 +76,6 @@ class TestTriggerTable : public QObject {
 
 void TestTriggerTable::anEmptyTableFiresNothing() {
   TriggerTable table;
-  QVERIFY(table.isEmpty());
   QCOMPARE(logOf(table, "any line"), QStringList());
   QCOMPARE(logOf(table, ""), QStringList());
 }
@@ -157,7 +156,7 @@ void TestTriggerTable::editsTakeEffectOnTheNextLine() {
   table.removeAt(0);
   QCOMPARE(logOf(table, "abc"), QStringList("run 2"));
   QCOMPARE(table.entries(), QList<TriggerEntry>({{"b", {"2"}}}));
-  table.clear();
+  table.removeAt(0);
   QCOMPARE(logOf(table, "abc"), QStringList());
 }
 
@@ -173,7 +172,7 @@ void TestTriggerTable::aPositionOutsideTheTableChangesNothing() {
 
 void TestTriggerTable::aHostMayChangeTheTable_data() {
   QTest::addColumn<QString>("change");
-  for (const char* change : {"clear", "remove", "append", "pattern", "commands"})
+  for (const char* change : {"replace", "remove", "append", "pattern", "commands"})
     QTest::addRow("the line is finished with the table as it stood: %s", change) << change;
 }
 
@@ -182,8 +181,8 @@ void TestTriggerTable::aHostMayChangeTheTable() {
   TriggerTable table = tableOf({{"a", {"1"}}, {"{*}", {"2"}}, {"b", {"3"}}});
   RecordingHost host;
   host.onRun = [&](const QStringList&) {
-    if (change == "clear")
-      table.clear();
+    if (change == "replace")
+      table = {};
     else if (change == "remove")
       table.removeAt(0);
     else if (change == "append")
@@ -285,7 +284,7 @@ void TestTriggerTable::randomTablesFireAsTheCLibraryHasIt() {
       table.append({random.pattern(), {QString::number(count)}});
     for (int count = 0; count < linesPerTable; ++count) {
       const QString near =
-          table.isEmpty()
+          table.size() == 0
               ? random.pattern()
               : table.entries().at(random.below(static_cast<int>(table.size()))).pattern;
       const QByteArray line = random.line(near);

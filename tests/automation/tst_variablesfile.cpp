@@ -23,7 +23,7 @@ QString shape(const Variables& variables, bool success) {
 }
 
 QString readShape(QByteArrayView text, Variables variables = {}) {
-  const bool success = variablesfile::read(text, variables);
+  const bool success = variablesfile::read(text, variables).isSuccess();
   return shape(variables, success);
 }
 
@@ -60,6 +60,7 @@ class TestVariablesFile : public QObject {
   void reading_data();
   void reading();
   void aVariableTheTableHoldsIsASecondDefinition();
+  void theBadLineIsNamed();
   void writing_data();
   void writing();
   void roundTrip_data();
@@ -123,6 +124,16 @@ void TestVariablesFile::reading() {
 void TestVariablesFile::aVariableTheTableHoldsIsASecondDefinition() {
   QCOMPARE(readShape("variable a \"2\"\nvariable b \"9\"\nvariable c \"3\"\n", {{u"b"_s, u"1"_s}}),
            u"a=2;b=1!"_s);
+}
+
+void TestVariablesFile::theBadLineIsNamed() {
+  const auto lineOf = [](QByteArrayView text) {
+    Variables variables;
+    return variablesfile::read(text, variables).line;
+  };
+  QCOMPARE(lineOf("hello"), 1);
+  QCOMPARE(lineOf("\nvariable a \"1\"\r\n\nhello\nand more\n"), 4);
+  QCOMPARE(lineOf("variable a \"1\"\nvariable a \"2\"\n"), 2);
 }
 
 void TestVariablesFile::writing_data() {

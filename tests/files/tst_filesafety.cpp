@@ -9,7 +9,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-#include "files/TextFile.h"
+#include "files/Files.h"
 #include "support/InChild.h"
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
@@ -71,7 +71,9 @@ void TestFileSafety::cleanup() {
 void TestFileSafety::aPipeIsLeftAlone() {
   QCOMPARE(mkfifo("table.txt", 0600), 0);
   // Whoever opens it waits for the other end, which never comes.
+  QCOMPARE(files::kindOf(path), files::Kind::Other);
   QVERIFY(!files::read(path));
+  QVERIFY(!files::readOrCreate(path));
   QVERIFY(!files::replace(path, "x"));
   QVERIFY(!files::keepBeside(path));
   QVERIFY(!files::openAndEmpty(path));
@@ -90,7 +92,7 @@ void TestFileSafety::theNullDeviceIsAnEmptyFile() {
   QFETCH(QString, target);
   QVERIFY(QFile::link(u"/dev/null"_s, u"second"_s));
   QVERIFY(QFile::link(target, path));
-  const auto read = files::read(path);
+  const auto read = files::readOrCreate(path);
   QVERIFY(read);
   QVERIFY(read->whole);
   QCOMPARE(read->bytes, QByteArray());
@@ -113,13 +115,13 @@ void TestFileSafety::aDeviceBehindALinkIsLeftAlone() {
   const int result = inChild([&] {
     if (!becomeOrdinaryUser())
       return cannotTry;
-    return !files::read(device) && !files::replace(device, "x") ? asWished : notAsWished;
+    return !files::readOrCreate(device) && !files::replace(device, "x") ? asWished : notAsWished;
   });
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");
   QCOMPARE(result, asWished);
   QVERIFY(QFile::link(device, path));
-  QVERIFY(!files::read(path));
+  QVERIFY(!files::readOrCreate(path));
   QVERIFY(!files::openAndEmpty(path));
   QVERIFY(QFileInfo(path).isSymLink());
   struct stat status = {};
@@ -134,7 +136,7 @@ void TestFileSafety::aFileWithoutReadPermissionCannotBeRead() {
   const int result = inChild([] {
     if (!becomeOrdinaryUser())
       return cannotTry;
-    return files::read(path) ? notAsWished : asWished;
+    return files::read(path) || files::readOrCreate(path) ? notAsWished : asWished;
   });
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");
@@ -146,8 +148,9 @@ void TestFileSafety::aMissingFileOfALockedFolderCannotBeRead() {
   const int result = inChild([] {
     if (!becomeOrdinaryUser())
       return cannotTry;
-    return files::read(path) || files::replace(path, "x") || files::openAndEmpty(path) ? notAsWished
-                                                                                       : asWished;
+    return files::readOrCreate(path) || files::replace(path, "x") || files::openAndEmpty(path)
+               ? notAsWished
+               : asWished;
   });
   QCOMPARE(chmod(".", 0755), 0);
   if (result == cannotTry)
@@ -316,7 +319,7 @@ void TestFileSafety::aKillLeavesTheOldFileOrTheNew() {
 
 void TestFileSafety::aReadErrorIsNoEnd() {
   // Its first page is never there, so that opening succeeds and reading fails.
-  const auto read = files::read(u"/proc/self/mem"_s);
+  const auto read = files::readOrCreate(u"/proc/self/mem"_s);
   QVERIFY(read);
   QVERIFY(!read->whole);
   QCOMPARE(read->bytes, QByteArray());

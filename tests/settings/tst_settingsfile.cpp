@@ -490,7 +490,7 @@ void TestSettingsFile::aRefusedImportIsLoggedWithItsLine_data() {
   QTest::newRow("more than a megabyte")
       << QByteArray("port 4000\n").repeated(200'000)
       << "the import stopped at line 104858 of \"client.settings\" because "
-         "the file is longer than a megabyte";
+         "the file was not read from there on";
 }
 
 void TestSettingsFile::aRefusedImportIsLoggedWithItsLine() {
@@ -500,7 +500,8 @@ void TestSettingsFile::aRefusedImportIsLoggedWithItsLine() {
   const LogLines log("kelmora.files");
   ClientSettings record;
   QVERIFY(!settings::importSettings(record, fileName));
-  QCOMPARE(log.lines(), QStringList{said});  // and not what stands in the line
+  QCOMPARE(log.lines().last(), said);
+  QVERIFY(!log.lines().join('|').contains("secret"));
 }
 
 void TestSettingsFile::aFailedExportIsLogged() {

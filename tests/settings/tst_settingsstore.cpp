@@ -826,9 +826,9 @@ void TestSettingsStore::whatWasNotReadIsLogged() {
   const LogLines log("kelmora.files");
   ClientSettings record;
   QCOMPARE(load(record), WindowPlace());
-  QCOMPARE(log.lines().size(), 1);
-  QVERIFY2(log.lines().first().startsWith(said), qPrintable(log.lines().first()));
-  QVERIFY(log.lines().first().contains(file()));
+  QVERIFY(!log.lines().isEmpty());
+  QVERIFY2(log.lines().last().startsWith(said), qPrintable(log.lines().last()));
+  QVERIFY(log.lines().last().contains(file()));
 }
 
 void TestSettingsStore::aSaveThatFailsIsLogged_data() {
@@ -861,8 +861,9 @@ void TestSettingsStore::aSaveThatFailsIsLogged() {
   record.proxyPassword = "secret";
   const LogLines log("kelmora.files");
   save(record, {});
-  QCOMPARE(log.lines(),
-           QStringList{"the settings were not saved to \"" + file() + "\" because " + why});
+  QVERIFY(!log.lines().isEmpty());
+  QCOMPARE(log.lines().last(), "the settings were not saved to \"" + file() + "\" because " + why);
+  QVERIFY(!log.lines().join('|').contains("secret"));
 }
 
 void TestSettingsStore::whatWentWellIsNotLogged() {

@@ -1,28 +1,50 @@
 #include "automation/core/AutomationFiles.h"
 
-#include <functional>
 #include <utility>
 
 #include "automation/core/BlockFile.h"
 #include "automation/core/KeyNames.h"
 #include "automation/core/VariablesFile.h"
-#include "files/TextFile.h"
+#include "files/Files.h"
+#include "files/Log.h"
 
 namespace kelmora::automation {
 
 namespace {
 
-using blockfile::Reading;
+/// What of a file got into its table.
+struct Load {
+  bool isSuccess;  ///< as the player is told
+  bool isWhole;
+};
 
-/// A file that cannot be read at all, or is too long, stops the reading as a
-/// line that makes no sense does.
-Reading readBlocks(QLatin1String path, const BlockFormat& format,
-                   const std::function<void(Block&&)>& take) {
-  const auto file = files::read(path);
+void logStop(QLatin1String path, const Reading& reading) {
+  const char* const reason = reading.end == Reading::End::BadLine
+                                 ? "the line makes no sense, the rest is left out"
+                                 : "the block that begins here has no end and is left out";
+  qCWarning(files::filesLog).noquote().nospace()
+      << path << ", line " << reading.line << ": " << reason;
+}
+
+template <typename Read>
+Load load(QLatin1String path, Read read) {
+  const auto file = files::readOrCreate(path);
   if (!file)
-    return Reading::Stopped;
-  const Reading reading = blockfile::read(file->bytes, format, take);
-  return file->whole ? reading : Reading::Stopped;
+    return {.isSuccess = false, .isWhole = false};
+  const Reading reading = read(file->wholeLines());
+  if (reading.end != Reading::End::Whole)
+    logStop(path, reading);
+  return {.isSuccess = file->whole && reading.isSuccess(),
+          .isWhole = file->whole && reading.end == Reading::End::Whole};
+}
+
+template <typename Table>
+Load loadBlocks(QLatin1String path, const BlockFormat& format, Table& table) {
+  return load(path, [&](QByteArrayView text) {
+    return blockfile::read(text, format, [&](Block&& block) {
+      table.append({std::move(block.label), std::move(block.commands)});
+    });
+  });
 }
 
 template <typename Entry>
@@ -36,9 +58,9 @@ QByteArray blocksOf(const BlockFormat& format, const QList<Entry>& entries, QStr
 }  // namespace
 
 bool AutomationFiles::TableFile::write(QByteArrayView bytes) {
-  if (unread && !files::keepBeside(path))
+  if (isUnread && !files::keepBeside(path))
     return false;
-  unread = false;
+  isUnread = false;
   return files::replace(path, bytes);
 }
 
@@ -46,30 +68,28 @@ bool AutomationFiles::loadMacros(MacroTable& table) {
   const auto take = [&](Block&& block) {
     table.append({keyNameToCode(block.label), std::move(block.commands)});
   };
-  return readBlocks(macrosPath, blockfile::macros, take) != Reading::Stopped;
+  return load(macrosPath,
+              [&](QByteArrayView text) { return blockfile::read(text, blockfile::macros, take); })
+      .isSuccess;
 }
 
 bool AutomationFiles::loadTriggers(TriggerTable& table) {
-  const Reading reading = readBlocks(triggers_.path, blockfile::triggers, [&](Block&& block) {
-    table.append({std::move(block.label), std::move(block.commands)});
-  });
-  triggers_.unread = reading != Reading::Whole;
-  return reading != Reading::Stopped;
+  const Load result = loadBlocks(triggers_.path, blockfile::triggers, table);
+  triggers_.isUnread = !result.isWhole;
+  return result.isSuccess;
 }
 
 bool AutomationFiles::loadAliases(AliasTable& table) {
-  const Reading reading = readBlocks(aliases_.path, blockfile::aliases, [&](Block&& block) {
-    table.append({std::move(block.label), std::move(block.commands)});
-  });
-  aliases_.unread = reading != Reading::Whole;
-  return reading != Reading::Stopped;
+  const Load result = loadBlocks(aliases_.path, blockfile::aliases, table);
+  aliases_.isUnread = !result.isWhole;
+  return result.isSuccess;
 }
 
 bool AutomationFiles::loadVariables(QMap<QString, QString>& variables) {
-  const auto file = files::read(variables_.path);
-  const bool success = file && variablesfile::read(file->bytes, variables) && file->whole;
-  variables_.unread = !success;
-  return success;
+  const Load result = load(
+      variables_.path, [&](QByteArrayView text) { return variablesfile::read(text, variables); });
+  variables_.isUnread = !result.isWhole;
+  return result.isSuccess;
 }
 
 bool AutomationFiles::writeTriggers(const TriggerTable& table) {
@@ -84,8 +104,9 @@ bool AutomationFiles::writeVariables(const QMap<QString, QString>& variables) {
   return variables_.write(variablesfile::toText(variables));
 }
 
-// A quirk kept on purpose: the question is asked the wrong way round, so that
-// the blocks go nowhere in either case and the answer is the opposite.
+// The quirk comes from a test that is the wrong way round. Where the file can be
+// opened, opening has emptied it, and nothing more is done; where it cannot, the
+// macros are written to nowhere.
 bool AutomationFiles::writeMacros(const MacroTable& /*table*/) {
   return !files::openAndEmpty(macrosPath);
 }

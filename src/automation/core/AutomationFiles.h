@@ -17,40 +17,41 @@ inline constexpr QLatin1String aliasesPath("./aliases.txt");
 inline constexpr QLatin1String variablesPath("./variables.txt");
 
 /// The four files of the player's automation, in the working directory of the
-/// process. Text in them is Latin-1.
+/// process. Their text is Latin-1.
 ///
-/// It remembers which of them it could not read to the end: before such a file
-/// is written for the first time, it is kept beside as NAME.bak, or NAME.bak2
-/// and so on (textfile::keepBeside).
+/// An object of this class remembers which of the files it could not read to the
+/// end. Before it writes over such a file for the first time, it keeps a copy
+/// beside it (files::keepBeside).
 class AutomationFiles {
  public:
-  // Each adds the entries of its file at the end of the table; a file that is
-  // missing is created empty, which is a success. False when the file can be
-  // neither read nor created, and when a line of it makes no sense; the entries
-  // before that line are in the table then. A block without an end, the last
-  // one of a file, is dropped without a word.
+  // Each load adds the entries of its file at the end of the table. A missing file
+  // is created empty, and the load succeeds. It fails when the file can be neither
+  // read nor created, when the file is too long, and at a line that makes no sense;
+  // the entries before that line are in the table then. A last block without an end
+  // line is dropped, and the load succeeds all the same.
   [[nodiscard]] static bool loadMacros(MacroTable& table);
   [[nodiscard]] bool loadTriggers(TriggerTable& table);
   [[nodiscard]] bool loadAliases(AliasTable& table);
-  /// A second definition of a variable is a line that makes no sense.
+  /// A line that defines a variable for the second time makes no sense either.
   [[nodiscard]] bool loadVariables(QMap<QString, QString>& variables);
 
-  // Each puts its table in place of the file as a whole. False when that could
-  // not be done, or what the old file holds could not be kept; it stands then.
+  // Each replaces its whole file by the table. False, and the old file unchanged,
+  // when that is not possible, or when a copy of the old file had to be kept and
+  // could not be made.
   [[nodiscard]] bool writeTriggers(const TriggerTable& table);
   [[nodiscard]] bool writeAliases(const AliasTable& table);
   [[nodiscard]] bool writeVariables(const QMap<QString, QString>& variables);
 
-  /// Macros are not kept: this empties the file, whatever is in it, and is then
-  /// false; it is true when the file could not be opened.
+  /// A quirk kept on purpose: macros are never written. This empties the file and
+  /// returns false; it returns true where the file could not even be opened.
   [[nodiscard]] static bool writeMacros(const MacroTable& table);
 
  private:
-  /// One of them.
+  /// One of the files that are written.
   struct TableFile {
     QLatin1String path;
-    /// Something stands in it that is in no table.
-    bool unread = false;
+    /// Whether the file holds something that did not get into the table.
+    bool isUnread = false;
 
     [[nodiscard]] bool write(QByteArrayView bytes);
   };

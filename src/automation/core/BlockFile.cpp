@@ -13,22 +13,25 @@ namespace {
 
 scan::Format headerOf(const BlockFormat& format) {
   const bool quoted = format.label == BlockFormat::Label::Quoted;
-  // The line itself bounds the label; cutting it would damage a table that
-  // was only loaded and saved again.
+  // A label is no longer than its line. It is not cut any shorter, since loading
+  // and saving a table must not change it.
   constexpr qsizetype noLimit = std::numeric_limits<qsizetype>::max();
   return scan::Format::compile(format.keyword.toByteArray() + (quoted ? " \"%[^\"]\"" : " %s"),
                                noLimit)
       .value();
 }
 
-QString decoded(QByteArrayView line, BlockFormat::Body body) {
-  // A quirk kept on purpose: what is written as Latin-1 is read as UTF-8 in
-  // some files, so that only ASCII comes back.
-  return body == BlockFormat::Body::Utf8 ? QString::fromUtf8(line) : QString::fromLatin1(line);
+QString decoded(QByteArrayView line, BlockFormat::Encoding encoding) {
+  // A quirk kept on purpose: commands are written as Latin-1 everywhere, but the
+  // commands of triggers are read as UTF-8, so that only ASCII comes back from
+  // their file.
+  return encoding == BlockFormat::Encoding::Utf8 ? QString::fromUtf8(line)
+                                                 : QString::fromLatin1(line);
 }
 
-/// A header is one line of the file. Other breaks than these end none there, and
-/// a table that was only loaded and saved must not change.
+/// Drops the line breaks that would end the header line early. Other kinds of line
+/// break end no line of a file and stay, since loading and saving a table must not
+/// change it.
 QByteArray onOneLine(QString label) {
   return label
       .removeIf([](QChar character) {
@@ -48,19 +51,23 @@ Reading read(QByteArrayView text, const BlockFormat& format,
   const QByteArray endWord = '/' + format.keyword.toByteArray();
   TextLines lines(text);
   std::optional<Block> block;
+  qsizetype headerLine = 0;
   while (const std::optional<QByteArrayView> line = lines.next()) {
     if (block && *line == endWord) {
       take(std::move(*block));
       block.reset();
     } else if (block) {
-      block->commands.append(decoded(*line, format.body));
+      block->commands.append(decoded(*line, format.commands));
     } else if (const scan::Result found = header.scan(*line); found.complete()) {
       block.emplace(Block{.label = QString::fromLatin1(found.text(0))});
+      headerLine = lines.number();
     } else if (!line->isEmpty()) {
-      return Reading::Stopped;
+      return {Reading::End::BadLine, lines.number()};
     }
   }
-  return block ? Reading::OpenBlock : Reading::Whole;
+  if (block)
+    return {Reading::End::OpenBlock, headerLine};
+  return {};
 }
 
 void append(QByteArray& text, const BlockFormat& format, const QString& label,

@@ -6,51 +6,48 @@
 #include <QStringList>
 #include <functional>
 
+#include "automation/core/Reading.h"
+
 namespace kelmora::automation {
 
-/// One block of a file: what its header names, then its body line by line.
+/// One block of a file, which becomes one entry of a table.
 struct Block {
-  QString label = {};
+  QString label = {};  ///< what the header line names: a key, a pattern or an alias
   QStringList commands = {};
 };
 
-/// How one kind of block file is spelled. A block is an empty line, a header
-/// of the keyword and the label, the commands, and "/" with the keyword.
+/// How the blocks of one kind of file are spelled. A block is an empty line, a
+/// header line of the keyword and the label, a line for each command, and an end
+/// line of "/" and the keyword.
 struct BlockFormat {
   enum class Label { Word, Quoted };
-  enum class Body { Latin1, Utf8 };
+  enum class Encoding { Latin1, Utf8 };
 
   QByteArrayView keyword;
   Label label;
-  /// How a command read from the file is decoded; all text is written as
-  /// Latin-1, and labels are read so.
-  Body body;
+  /// How commands are read. Labels are always read as Latin-1, and both are
+  /// written as Latin-1 in every file.
+  Encoding commands;
 };
 
 namespace blockfile {
 
-inline constexpr BlockFormat macros{"macro", BlockFormat::Label::Word, BlockFormat::Body::Latin1};
+inline constexpr BlockFormat macros{"macro", BlockFormat::Label::Word,
+                                    BlockFormat::Encoding::Latin1};
 inline constexpr BlockFormat triggers{"trigger", BlockFormat::Label::Quoted,
-                                      BlockFormat::Body::Utf8};
+                                      BlockFormat::Encoding::Utf8};
 inline constexpr BlockFormat aliases{"alias", BlockFormat::Label::Quoted,
-                                     BlockFormat::Body::Latin1};
+                                     BlockFormat::Encoding::Latin1};
 
-/// What came of reading a text.
-enum class Reading {
-  Whole,
-  OpenBlock,  ///< the last block has no end and was dropped
-  Stopped,    ///< at a line that makes no sense
-};
-
-/// Hands over each block whose end was met, in order. Stops at the first line
-/// outside a block that is neither empty nor a header: what comes after it is
-/// not looked at.
+/// Hands over the blocks that have an end line, in their order. The first line
+/// between blocks that is neither empty nor a header line is a bad one: the
+/// reading stops there and leaves the rest of the text alone.
 [[nodiscard]] Reading read(QByteArrayView text, const BlockFormat& format,
                            const std::function<void(Block&&)>& take);
 
-/// Writes one block at the end of the text; a character outside Latin-1
-/// becomes "?", and line breaks in the label are dropped. Apart from that label
-/// and commands are written as they are, whether or not they can be read back.
+/// Adds one block at the end of the text. Characters outside Latin-1 become "?",
+/// and line breaks in the label are dropped. Otherwise label and commands are
+/// written as they are, even where they will not be read back the same.
 void append(QByteArray& text, const BlockFormat& format, const QString& label,
             const QStringList& commands);
 

@@ -5,7 +5,8 @@
 
 namespace kelmora::automation {
 
-/// One key bound to commands. The key is Qt's key code without modifier bits.
+/// A key and the commands to run when it is pressed. The key is the toolkit's key
+/// code without modifier bits.
 struct MacroEntry {
   qint32 key = 0;
   QStringList commands = {};
@@ -13,8 +14,8 @@ struct MacroEntry {
   friend bool operator==(const MacroEntry&, const MacroEntry&) = default;
 };
 
-/// Commands to run for every line of server text that the pattern matches: plain
-/// text, or a template with 1 to 10 wildcards written "{*}".
+/// A pattern, and the commands to run for every line of server text that it matches.
+/// TriggerPattern tells what a pattern is.
 struct TriggerEntry {
   QString pattern = {};
   QStringList commands = {};
@@ -22,7 +23,7 @@ struct TriggerEntry {
   friend bool operator==(const TriggerEntry&, const TriggerEntry&) = default;
 };
 
-/// Commands to run in place of an action that is exactly the name.
+/// A name, and the commands to run in place of an action that is exactly this name.
 struct AliasEntry {
   QString name = {};
   QStringList commands = {};

@@ -13,7 +13,7 @@ struct NamedKey {
   QLatin1StringView name;
 };
 
-// The keypad is known by the keys it sends while Num Lock is off.
+// The keys of the keypad are named by the codes that they send without Num Lock.
 constexpr std::array<NamedKey, 22> namedKeys{{
     {Qt::Key_F1, QLatin1StringView("Key_F1")},
     {Qt::Key_F2, QLatin1StringView("Key_F2")},
@@ -56,7 +56,7 @@ int keyNameToCode(QStringView name) {
     return key->code;
   if (name.isEmpty() || name.front() > QChar(0xFF))
     return 0;
-  // A quirk kept on purpose: the character passes through a signed byte.
+  // A quirk kept on purpose: the character is taken as a signed byte.
   return static_cast<qint8>(name.front().unicode());
 }
 

@@ -5,13 +5,15 @@
 
 namespace kelmora::automation {
 
-/// The name a key is listed and stored under: one of 22 names for the function
-/// keys and the keypad, for any other code the one character of its low 16 bits.
+/// The name under which a key is listed and stored. Function keys and the keys of
+/// the keypad have one of 22 names; the name of any other key is the one character
+/// whose value is the low 16 bits of its code.
 [[nodiscard]] QString keyCodeToName(int code);
 
-/// The key code of a name, the 22 names compared exactly. Of any other text the
-/// first character decides: up to 127 it is the code, from 128 to 255 the code
-/// less 256 (so é, 233, is -23), and 0 above. An empty name gives 0.
+/// The code of the key with that name. Where the text is none of the 22 names to the
+/// letter, only its first character counts: up to 127 its value is the code; from
+/// 128 to 255 the code is 256 less, so that "é", 233, is -23; above 255, and for an
+/// empty text, the code is 0.
 [[nodiscard]] int keyNameToCode(QStringView name);
 
 }  // namespace kelmora::automation

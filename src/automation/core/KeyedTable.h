@@ -8,23 +8,23 @@
 
 namespace kelmora::automation {
 
-/// An ordered list of entries, duplicates and all, that finds the first entry
-/// of a key without walking the list. `Key` is the entry's member looked for.
+/// A list of entries that finds the first entry with a key by an index, without a
+/// walk along the list. Several entries may have the same key. `Key` is the member
+/// of an entry that holds its key.
 ///
-/// Positions are those of `entries()`; an operation on a position outside the
-/// table does nothing.
+/// Positions are those in `entries()`. An operation on a position outside the table
+/// does nothing.
 template <typename Entry, auto Key>
 class KeyedTable {
  public:
   using KeyType = std::remove_cvref_t<decltype(std::declval<Entry>().*Key)>;
 
   [[nodiscard]] const QList<Entry>& entries() const { return entries_; }
-  [[nodiscard]] bool isEmpty() const { return entries_.isEmpty(); }
   [[nodiscard]] qsizetype size() const { return entries_.size(); }
 
-  /// The commands of the first entry with that key; null when there is none.
-  /// They belong to the table and are good until it changes: whoever runs them
-  /// keeps a copy of the list.
+  /// The commands of the first entry with that key; null where there is none. The
+  /// pointer is valid until the table changes. Commands can change it, so whoever
+  /// runs them takes a copy first.
   [[nodiscard]] const QStringList* commandsOf(const KeyType& key) const {
     const auto first = first_.constFind(key);
     return first == first_.cend() ? nullptr : &entries_.at(*first).commands;
@@ -45,11 +45,6 @@ class KeyedTable {
   void setCommands(qsizetype position, QStringList commands) {
     if (contains(position))
       entries_[position].commands = std::move(commands);
-  }
-
-  void clear() {
-    entries_.clear();
-    first_.clear();
   }
 
  protected:
@@ -79,7 +74,7 @@ class KeyedTable {
   }
 
   QList<Entry> entries_;
-  QHash<KeyType, qsizetype> first_;
+  QHash<KeyType, qsizetype> first_;  // the position of the first entry with a key
 };
 
 }  // namespace kelmora::automation

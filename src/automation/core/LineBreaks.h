@@ -4,8 +4,8 @@
 
 namespace kelmora::automation {
 
-/// The text on one line: without line feeds, carriage returns, vertical tabs,
-/// form feeds, and the three breaks that Unicode has of its own.
+/// The text without any line breaks: line feeds, vertical tabs, form feeds, carriage
+/// returns, and the three that Unicode adds (U+0085, U+2028 and U+2029).
 [[nodiscard]] inline QString withoutLineBreaks(QString text) {
   const auto isLineBreak = [](QChar character) {
     return (character >= u'\n' && character <= u'\r') || character == QChar::LineSeparator ||

@@ -5,8 +5,8 @@
 
 namespace kelmora::automation {
 
-/// The player's macros in their order. A file may bind a key twice: the first
-/// macro wins. An entry keeps its key for life.
+/// The player's macros in their order. A file may bind a key twice; then the first
+/// macro is found. The key of an entry never changes.
 class MacroTable : public KeyedTable<MacroEntry, &MacroEntry::key> {};
 
 }  // namespace kelmora::automation

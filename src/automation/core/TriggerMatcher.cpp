@@ -7,22 +7,22 @@ namespace kelmora::automation {
 
 namespace {
 
-/// A needle this long tells patterns apart well enough; the few that share one
-/// are tried in full.
-constexpr qsizetype needleLength = 32;
-/// Bounds the search to a few tens of megabytes; the triggers beyond it
-/// are tried one by one.
-constexpr qsizetype needleBytes = 1 << 20;
+/// A needle is the first bytes of a pattern's required ones. So many bytes tell
+/// patterns apart well enough; where some share a needle, all of them are tried.
+constexpr qsizetype longestNeedle = 32;
+/// The most bytes of all needles together, so that the search takes no more than
+/// some tens of megabytes of memory. Triggers beyond that are tried for every line.
+constexpr qsizetype mostNeedleBytes = 1 << 20;
 
 }  // namespace
 
-/// Which patterns the search stands for and which are always tried.
+/// Which patterns are looked for by a needle, and which are always tried.
 struct TriggerMatcher::Plan {
   std::vector<TriggerPattern> patterns = {};
   std::vector<QByteArray> needles = {};
   std::vector<quint32> positions = {};
   std::vector<quint32> always = {};
-  qsizetype bytes = 0;
+  qsizetype needleBytes = 0;
 
   explicit Plan(const QList<TriggerEntry>& entries) {
     patterns.reserve(static_cast<std::size_t>(entries.size()));
@@ -32,12 +32,12 @@ struct TriggerMatcher::Plan {
 
   void add(TriggerPattern pattern) {
     const auto position = static_cast<quint32>(patterns.size());
-    const QByteArray needle = pattern.requiredBytes().left(needleLength);
+    const QByteArray needle = pattern.requiredBytes().left(longestNeedle);
     if (pattern.canMatch()) {
-      if (needle.isEmpty() || bytes + needle.size() > needleBytes) {
+      if (needle.isEmpty() || needleBytes + needle.size() > mostNeedleBytes) {
         always.push_back(position);
       } else {
-        bytes += needle.size();
+        needleBytes += needle.size();
         needles.push_back(needle);
         positions.push_back(position);
       }

@@ -9,14 +9,15 @@
 
 namespace kelmora::automation {
 
-/// The patterns of a whole trigger table, compiled together: one search over
-/// the line names the few patterns worth trying. Never changes once built.
+/// The patterns of a whole trigger table, compiled together. One search through a
+/// line, for a piece of each pattern that every matching line must hold, tells the
+/// few patterns that are worth trying. It never changes once it is built.
 class TriggerMatcher {
  public:
   explicit TriggerMatcher(const QList<TriggerEntry>& entries);
 
-  /// The positions of the entries that the line may match, ascending; every
-  /// entry that it does match is among them.
+  /// The positions of the entries that may match the line, in ascending order. All
+  /// entries that do match it are among them.
   [[nodiscard]] std::vector<quint32> candidates(const TriggerLine& line) const;
 
   [[nodiscard]] const TriggerPattern& pattern(quint32 position) const {
@@ -29,8 +30,8 @@ class TriggerMatcher {
 
   std::vector<TriggerPattern> patterns_;
   ByteSearch search_;
-  std::vector<quint32> positions_;  // of each needle of the search
-  std::vector<quint32> always_;     // those that no needle stands for, ascending
+  std::vector<quint32> positions_;  // the entry of each needle of the search
+  std::vector<quint32> always_;     // the entries without a needle, ascending
 };
 
 }  // namespace kelmora::automation

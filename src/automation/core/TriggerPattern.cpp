@@ -10,13 +10,15 @@ namespace kelmora::automation {
 namespace {
 
 constexpr QLatin1StringView wildcard("{*}");
+constexpr qsizetype mostWildcards = 10;
 
-/// Bytes of a captured word that are kept. The scan itself takes words whole:
-/// what is left of one would be taken for the next.
+/// So many bytes of a captured word are kept. The scan itself has no limit: what is
+/// left of a word that was cut there would be taken for the next word.
 constexpr qsizetype longestWord = 1023;
 constexpr qsizetype noLimit = std::numeric_limits<qsizetype>::max();
 
-/// Keeps the two longest of the byte runs it is shown, the first of equals.
+/// Collects runs of bytes and keeps the two longest of them. Of runs that are equally
+/// long the earlier is kept.
 class LongestRuns {
  public:
   void add(char byte) { run_ += byte; }
@@ -36,8 +38,9 @@ class LongestRuns {
   QByteArray second_;
 };
 
-/// What stands before a wildcard is read byte by byte, but a blank stands for
-/// any run of blanks, and blanks may stand before a per cent sign.
+/// The text before a wildcard must stand in the line byte for byte, with two
+/// exceptions that end a run: a blank of the pattern may be any number of blanks in
+/// the line, and blanks may stand in front of a per cent sign.
 void addRunsBeforeWildcard(const QByteArray& literal, LongestRuns& runs) {
   for (const char byte : literal) {
     if (scan::isSpace(byte) || byte == '%')
@@ -48,7 +51,8 @@ void addRunsBeforeWildcard(const QByteArray& literal, LongestRuns& runs) {
   runs.end();
 }
 
-/// The tail is compared as text, in which only ASCII is the same as bytes.
+/// The tail is compared as text. So only its ASCII characters are sure to be the
+/// same bytes in the line.
 void addRunsOfTail(const QByteArray& tail, LongestRuns& runs) {
   for (const char byte : tail) {
     if (static_cast<unsigned char>(byte) < 0x80)
@@ -59,7 +63,7 @@ void addRunsOfTail(const QByteArray& tail, LongestRuns& runs) {
   runs.end();
 }
 
-/// The standard library's search, since the toolkit's looks at every byte.
+/// Uses the standard library's search, which is much faster than the toolkit's.
 bool occurs(const QByteArray& run, const QByteArray& line) {
   const auto view = [](const QByteArray& bytes) {
     return std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size()));
@@ -77,7 +81,7 @@ const QString& TriggerLine::text() const {
 
 TriggerPattern::TriggerPattern(const QString& pattern) {
   const qsizetype count = pattern.count(wildcard);
-  if (count >= 1 && count <= maximumWildcards) {
+  if (count >= 1 && count <= mostWildcards) {
     wildcards_ = count;
     compileTemplate(pattern);
   } else {
@@ -91,13 +95,14 @@ void TriggerPattern::compileTemplate(const QString& pattern) {
   converted.replace(wildcard, QLatin1StringView("%s"));
   const QByteArray format = converted.toLatin1();
 
-  // A quirk kept on purpose: the tail is looked for as bytes, so that a "%s"
-  // of the player's own, behind the last wildcard, is taken for one.
+  // A quirk kept on purpose: the last "%s" is looked for in the finished format. So a
+  // "%s" that the player wrote behind the last wildcard counts as that wildcard.
   tail_ = format.sliced(format.lastIndexOf("%s") + 2);
-  // A quirk kept on purpose: no line passes a tail with a per cent sign in it.
+  // A quirk kept on purpose: no line matches a tail with a per cent sign in it.
   if (tail_.contains('%'))
     return;
-  // A NUL character ends the format, maybe before a wildcard.
+  // A NUL character ends the format. A wildcard behind it can take no word, and so
+  // the template cannot match.
   format_ = scan::Format::compile(format, noLimit);
   if (format_ && format_->fieldCount() != wildcards_)
     format_.reset();
@@ -114,8 +119,9 @@ void TriggerPattern::compileTemplate(const QString& pattern) {
 std::optional<QStringList> TriggerPattern::matches(const TriggerLine& line) const {
   if (!isTemplate())
     return occurs(required_, line.bytes()) ? std::optional(QStringList()) : std::nullopt;
-  // Templates of one kind share their longest run, so it tells them from other
-  // lines only; a second look is far cheaper than a scan.
+  // Many templates that differ in a word or two have the same longest run, and all of
+  // them get here when a line holds it. Looking for the second longest run rules most
+  // of them out at far less cost than a scan.
   if (!format_ || !occurs(alsoRequired_, line.bytes()))
     return std::nullopt;
   const scan::Result fields = format_->scan(line.bytes());
@@ -136,8 +142,10 @@ bool TriggerPattern::tailFits(const TriggerLine& line, const QByteArray& lastByt
   const QLatin1StringView tail(tail_);
   const QString& text = line.text();
   const qsizetype place = text.size() - tail.size() - lastWord.size();
-  // The word is looked for from the line's end, wherever the scan took it from.
-  // Looking first at the one place where it would do bounds that search.
+  // The rule is to look for the last place of the word in the line, wherever the
+  // scan took it from; behind that place there must be the tail and nothing else. So
+  // only one place will do, and it is looked at first: that is cheap, and most lines
+  // fail there.
   return place >= 0 && text.endsWith(tail) &&
          QStringView(text).sliced(place).startsWith(lastWord) &&
          text.lastIndexOf(lastWord) == place;

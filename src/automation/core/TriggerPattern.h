@@ -10,8 +10,9 @@
 
 namespace kelmora::automation {
 
-/// One line of server text on its way past the triggers: its bytes, and the
-/// same decoded as UTF-8 once somebody asks. NUL bytes are characters of both.
+/// One line of server text to be held against the triggers: its bytes, and the same
+/// as text, which is decoded from UTF-8 when it is first asked for. Both may hold NUL
+/// characters.
 class TriggerLine {
  public:
   explicit TriggerLine(QByteArray bytes) : bytes_(std::move(bytes)) {}
@@ -26,38 +27,36 @@ class TriggerLine {
 
 /// A trigger's pattern, compiled once.
 ///
-/// With 1 to 10 wildcards "{*}" it is a template, which reads the line from its
-/// start as a scanf format does, each wildcard taking one word. With none, or
-/// with more than ten, it is plain text, found anywhere in the line, the
-/// wildcards standing for themselves. Characters outside Latin-1 are looked
-/// for as "?".
+/// With 1 to 10 wildcards "{*}" it is a template: it is held against the line from
+/// the line's start on, as scanf holds a format against its input, and each wildcard
+/// takes one word. With no wildcard, or more than ten, it is plain text, which is
+/// found anywhere in the line; "{*}" then stands for itself. A character outside
+/// Latin-1 is looked for as "?".
 class TriggerPattern {
  public:
-  static constexpr qsizetype maximumWildcards = 10;
-
   explicit TriggerPattern(const QString& pattern);
 
-  /// The captured words, one for each wildcard (so none for plain text); nothing
-  /// when the line does not match. A word is matched whole, however long, and
-  /// handed over cut at 1023 bytes and decoded as UTF-8.
+  /// The words that the wildcards took, an empty list for plain text; nothing where
+  /// the line does not match. A word of any length is matched as a whole, but only
+  /// its first 1023 bytes are returned, decoded from UTF-8.
   [[nodiscard]] std::optional<QStringList> matches(const TriggerLine& line) const;
 
-  [[nodiscard]] bool isTemplate() const { return wildcards_ > 0; }
   /// False for a template that no line can match.
   [[nodiscard]] bool canMatch() const { return !isTemplate() || format_.has_value(); }
-  /// The longest run of bytes known to stand in every line that matches; all of
-  /// a plain pattern. Empty where there is none.
+  /// Bytes that stand in every line that matches: all of a plain pattern, and the
+  /// longest such run of a template. Empty where a template has none.
   [[nodiscard]] const QByteArray& requiredBytes() const { return required_; }
 
  private:
+  [[nodiscard]] bool isTemplate() const { return wildcards_ > 0; }
   void compileTemplate(const QString& pattern);
   [[nodiscard]] bool tailFits(const TriggerLine& line, const QByteArray& lastBytes) const;
 
   qsizetype wildcards_ = 0;             // 0 for plain text
   std::optional<scan::Format> format_;  // of a template that can match
-  QByteArray tail_;                     // Latin-1; what must follow the last word
+  QByteArray tail_;  // Latin-1; what must follow the last word up to the line's end
   QByteArray required_;
-  QByteArray alsoRequired_;  // the second longest such run of a template
+  QByteArray alsoRequired_;  // of a template, the second longest such run
 };
 
 }  // namespace kelmora::automation

@@ -30,11 +30,6 @@ void TriggerTable::setCommands(qsizetype position, QStringList commands) {
     entries_[position].commands = std::move(commands);
 }
 
-void TriggerTable::clear() {
-  entries_.clear();
-  matcher_.reset();
-}
-
 bool TriggerTable::contains(qsizetype position) const {
   return position >= 0 && position < entries_.size();
 }
@@ -48,7 +43,7 @@ void TriggerTable::check(const QByteArray& line, TriggerHost& host) {
   const std::vector<quint32> candidates = matcher_->candidates(text);
   if (candidates.empty())
     return;
-  // Held here, for the host may change the table under this loop.
+  // Copies, since the host may change the table in the middle of this loop.
   const std::shared_ptr<const TriggerMatcher> matcher = matcher_;
   const QList<TriggerEntry> entries = entries_;
   for (const quint32 position : candidates) {

@@ -10,8 +10,8 @@ namespace kelmora::automation {
 
 namespace {
 
-// The line itself bounds name and value; cutting them would damage variables
-// that were only loaded and saved again.
+// Name and value are no longer than their line. They are not cut any shorter,
+// since loading and saving the variables must not change them.
 const scan::Format& lineFormat() {
   static const scan::Format format =
       scan::Format::compile("variable %s \"%[^\"]\"", std::numeric_limits<qsizetype>::max())
@@ -23,20 +23,21 @@ const scan::Format& lineFormat() {
 
 namespace variablesfile {
 
-bool read(QByteArrayView text, QMap<QString, QString>& variables) {
+Reading read(QByteArrayView text, QMap<QString, QString>& variables) {
   TextLines lines(text);
+  const auto badLine = [&] { return Reading{Reading::End::BadLine, lines.number()}; };
   while (const std::optional<QByteArrayView> line = lines.next()) {
     const scan::Result found = lineFormat().scan(*line);
     if (found.complete()) {
       const QString name = QString::fromLatin1(found.text(0));
       if (variables.contains(name))
-        return false;
+        return badLine();
       variables.insert(name, QString::fromLatin1(found.text(1)));
     } else if (!line->isEmpty()) {
-      return false;
+      return badLine();
     }
   }
-  return true;
+  return {};
 }
 
 QByteArray toText(const QMap<QString, QString>& variables) {

@@ -5,18 +5,20 @@
 #include <QMap>
 #include <QString>
 
+#include "automation/core/Reading.h"
+
 namespace kelmora::automation {
 
 namespace variablesfile {
 
-/// Adds each variable of the text, read as Latin-1. False at the first line
-/// that is neither empty nor a variable, or that names a variable the map
-/// already holds: what comes after it is not looked at.
-[[nodiscard]] bool read(QByteArrayView text, QMap<QString, QString>& variables);
+/// Adds the variables of the text, which is Latin-1. The first line that is neither
+/// empty nor defines a variable is a bad one, and so is one that defines a variable
+/// of the map a second time: the reading stops there and leaves the rest alone.
+[[nodiscard]] Reading read(QByteArrayView text, QMap<QString, QString>& variables);
 
-/// An empty line and a line per variable, in the order of the map, as Latin-1
-/// with "?" for any other character. Names and values are written as they are,
-/// whether or not they can be read back.
+/// An empty line and a line for each variable, in the order of the map. The text
+/// is Latin-1, and other characters become "?". Otherwise names and values are
+/// written as they are, even where they will not be read back the same.
 [[nodiscard]] QByteArray toText(const QMap<QString, QString>& variables);
 
 }  // namespace variablesfile

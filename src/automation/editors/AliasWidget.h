@@ -1,10 +1,14 @@
 #pragma once
 
 #include "automation/core/AliasTable.h"
+#include "automation/core/AutomationFiles.h"
 #include "automation/editors/TableEditorWidget.h"
 
 /// Lists, adds, deletes and edits aliases.
-class AliasWidget : public kelmora::automation::TableEditorWidget<kelmora::automation::AliasTable> {
+class AliasWidget
+    : public kelmora::automation::LabelEditorWidget<kelmora::automation::AliasTable,
+                                                    &kelmora::automation::AliasEntry::name,
+                                                    &kelmora::automation::AliasTable::rename> {
   Q_OBJECT
 
  public:
@@ -12,16 +16,11 @@ class AliasWidget : public kelmora::automation::TableEditorWidget<kelmora::autom
               QWidget* parent);
 
  public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
-  void selectionChanged(int index);
-  void addAlias();
-  void deleteAlias();
-  void editAlias();
-  void saveAlias();
-  void cancelAlias();
-  void closeDialog();
-
- private:
-  [[nodiscard]] QString labelAt(qsizetype position) const override;
-  void setLabelAt(qsizetype position, const QString& label) override;
-  void writeFile() override;
+  void selectionChanged(int index) { showEntry(index); }
+  void addAlias() { addEntry(); }
+  void deleteAlias() { deleteEntry(); }
+  void editAlias() { editEntry(); }
+  void saveAlias() { saveEntry(); }
+  void cancelAlias() { cancelEntry(); }
+  void closeDialog() { close(); }
 };

@@ -5,22 +5,25 @@
 
 namespace kelmora::automation {
 
-/// What a message box says.
+/// The title and the text of a message box.
 struct Notice {
   QString title;
   QString text;
 };
 
-/// The field of an editor whose entries can be renamed.
+/// The words for labels that the player types: a trigger's pattern, an alias's name.
 struct LabelField {
-  QString name;   ///< for who cannot see the field
-  QString usage;  ///< shown as its tool tip
-  Notice emptyRefusal;
+  QString name;   ///< of the field, for screen readers
+  QString usage;  ///< the field's tool tip
+  /// The label of a new entry, until the player gives it another one.
+  QString placeholder;
+  Notice placeholderTaken;  ///< shown where an entry still has the placeholder
+  Notice emptyRefused;      ///< shown where a label is to be saved empty
 };
 
-/// Every word by which one editor differs from the others, translated.
+/// All the words in which one editor differs from the others, translated.
 struct EditorTexts {
-  QString title;  ///< also the name of the list, for who cannot see it
+  QString title;  ///< of the window, and the name of its list for screen readers
   QString iconPath;
 
   QString editButton;
@@ -30,9 +33,9 @@ struct EditorTexts {
   QString deleteButton;
   QString closeButton;
 
-  QString commandsName;   ///< for who cannot see the field
-  QString commandsUsage;  ///< shown as its tool tip
-  std::optional<LabelField> labelField = {};
+  QString commandsName;                       ///< of the field of commands, for screen readers
+  QString commandsUsage;                      ///< the tool tip of that field
+  std::optional<LabelField> labelField = {};  ///< none where labels cannot be changed
 
   Notice deleteQuestion;
 };

@@ -34,22 +34,24 @@ QFont fixedPitchFont(const QFont& like) {
   return font;
 }
 
-/// What can only be read for now still has to be read with ease; many a style
-/// draws disabled text hardly darker than the paper.
+/// A disabled field shows commands that the player wants to read, but in many
+/// styles disabled text is hardly darker than the background. So it gets a colour
+/// of its own, two thirds of the way from the background to that of usual text.
 void keepLegible(QWidget& field, const QPalette& surroundings) {
-  const QColor ink = surroundings.color(QPalette::Active, QPalette::Text);
-  const QColor paper = surroundings.color(QPalette::Disabled, QPalette::Base);
+  const QColor text = surroundings.color(QPalette::Active, QPalette::Text);
+  const QColor background = surroundings.color(QPalette::Disabled, QPalette::Base);
   const auto mixed = [](float a, float b) { return 0.65F * a + 0.35F * b; };
   QPalette palette;
-  palette.setColor(
-      QPalette::Disabled, QPalette::Text,
-      QColor::fromRgbF(mixed(ink.redF(), paper.redF()), mixed(ink.greenF(), paper.greenF()),
-                       mixed(ink.blueF(), paper.blueF())));
+  palette.setColor(QPalette::Disabled, QPalette::Text,
+                   QColor::fromRgbF(mixed(text.redF(), background.redF()),
+                                    mixed(text.greenF(), background.greenF()),
+                                    mixed(text.blueF(), background.blueF())));
   field.setPalette(palette);
 }
 
-/// A line editor takes a pasted line break as a character like any other, which
-/// nothing that the player types could ever match.
+/// A line edit keeps pasted line breaks as characters of its text. No line from the
+/// server and nothing that the player types holds one, so they would make a label
+/// that never matches.
 void dropLineBreaks(QLineEdit& field) {
   const QString text = field.text();
   const QString kept = withoutLineBreaks(text);
@@ -77,7 +79,7 @@ EditorWidget::EditorWidget(EditorTexts texts, QWidget* parent)
   createControls();
   layOutControls();
   nameControls();
-  dressFields();
+  setFieldColours();
   setState(State::Browsing);
 }
 
@@ -87,11 +89,12 @@ void EditorWidget::showEditor() {
   show();
 }
 
-// Made in reading order, which the Tab key then follows.
+// The Tab key follows the order in which the controls are made, so they are made
+// in the order in which they are read.
 void EditorWidget::createControls() {
   const auto makeButton = [this](const QString& text) {
     auto* button = new QPushButton(text, this);
-    // Enter in a field must not press the next best button.
+    // Otherwise Enter in a field would press one of the buttons.
     button->setAutoDefault(false);
     return button;
   };
@@ -102,8 +105,8 @@ void EditorWidget::createControls() {
   commands_->setTabChangesFocus(true);
   if (texts_.labelField) {
     label_ = new QLineEdit(this);
-    // A label from the file may be longer than a line editor usually takes;
-    // saving must not cut it.
+    // Line edits cut longer text at 32767 characters. A label from the file may be
+    // longer, and saving must not change it.
     label_->setMaxLength(std::numeric_limits<int>::max());
     connect(label_, &QLineEdit::textEdited, this, [this] { dropLineBreaks(*label_); });
   }
@@ -111,8 +114,8 @@ void EditorWidget::createControls() {
   saveButton_ = makeButton(texts_.saveButton);
   cancelButton_ = makeButton(texts_.cancelButton);
   list_ = new QComboBox(this);
-  // Measuring every label would make thousands of entries slow to show, and
-  // one long pattern would make the dialog as wide.
+  // The list does not measure its labels: with thousands of entries that would
+  // take long, and one long pattern would make the whole dialog as wide.
   list_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   list_->setMinimumContentsLength(12);
   if (auto* view = qobject_cast<QListView*>(list_->view()))
@@ -149,7 +152,7 @@ void EditorWidget::nameControls() {
   }
 }
 
-void EditorWidget::dressFields() {
+void EditorWidget::setFieldColours() {
   keepLegible(*commands_, palette());
   if (label_)
     keepLegible(*label_, palette());
@@ -170,8 +173,8 @@ void EditorWidget::setState(State state) {
     deleteButton_->setEnabled(!editing);
     editButton_->setEnabled(!editing && list_->currentIndex() >= 0);
   };
-  // The focus moves before the control that has it is disabled, which would
-  // send it to whatever comes next.
+  // The focus is moved first, before its control is disabled: the toolkit would
+  // move it to the next control on its own.
   if (editing) {
     setEditable();
     commands_->setFocus();
@@ -183,8 +186,8 @@ void EditorWidget::setState(State state) {
   }
 }
 
-// Added at one go, so that the list is complete when the first entry is
-// selected, and ten thousand entries cost two selections.
+// All labels are added in one call. So the list is complete when its first entry is
+// selected, and even ten thousand entries cause only two changes of the selection.
 void EditorWidget::listEntries() {
   QStringList labels;
   labels.reserve(entryCount());
@@ -220,14 +223,14 @@ void EditorWidget::editEntry() {
 void EditorWidget::saveEntry() {
   const QString label = label_ ? withoutLineBreaks(label_->text()) : QString();
   if (label_ && label.isEmpty()) {
-    refuse(texts_.labelField->emptyRefusal);
+    refuse(texts_.labelField->emptyRefused);
     return;
   }
   setState(State::Browsing);
   const int position = list_->currentIndex();
   if (isEntry(position)) {
-    // A quirk kept on purpose: the line break that the field shows after the
-    // last command makes one more, empty command.
+    // A quirk kept on purpose: the field shows a line break behind the last
+    // command, too, so that saving adds an empty command.
     setCommandsAt(position, commands_->toPlainText().split(u'\n'));
     if (label_ && label_->text() != labelAt(position)) {
       setLabelAt(position, label);
@@ -278,8 +281,8 @@ void EditorWidget::showAppended() {
 
 void EditorWidget::setLabelAt(qsizetype /*position*/, const QString& /*label*/) {}
 
-// Without default buttons Enter would not even press the button that has the
-// focus.
+// Since no button is a default button, Enter would not press the button that has
+// the focus either.
 void EditorWidget::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     if (auto* button = qobject_cast<QPushButton*>(focusWidget()))
@@ -289,11 +292,11 @@ void EditorWidget::keyPressEvent(QKeyEvent* event) {
   QDialog::keyPressEvent(event);
 }
 
-// The desktop may turn dark while the program runs.
+// The player may switch the desktop to dark colours while the program runs.
 void EditorWidget::changeEvent(QEvent* event) {
   QDialog::changeEvent(event);
   if (event->type() == QEvent::PaletteChange)
-    dressFields();
+    setFieldColours();
 }
 
 }  // namespace kelmora::automation

@@ -13,18 +13,18 @@ class QPlainTextEdit;
 
 namespace kelmora::automation {
 
-/// What the editors of the automation tables have in common: a list of the
-/// entries, which is browsed, and one entry, which is edited. Item i of the
-/// list is entry i of the table. Every change reaches the table and its file at
-/// once.
+/// What the three editors of the automation tables have in common. In one state
+/// the player chooses from the list of entries; in the other the player edits the
+/// chosen entry, and the list waits. Item i of the list is entry i of the table.
+/// Every change reaches the table and its file at once.
 ///
-/// It declares no slots and has no meta-object of its own: those belong to the
-/// final classes, each of which has its own words for the same seven slots.
+/// This class declares no slots and has no meta-object of its own. Each final class
+/// declares the same seven slots under names of its own.
 class EditorWidget : public QDialog {
  public:
-  /// Lists the table afresh, first entry selected, and shows the dialog, which
-  /// blocks the other windows but not the caller. An edit that an earlier
-  /// closing left open is dropped.
+  /// Lists the table anew, with the first entry selected, and shows the dialog. The
+  /// dialog blocks the other windows, but this function returns at once. Where the
+  /// dialog was closed in the middle of an edit, that edit is dropped.
   void showEditor();
 
  protected:
@@ -53,29 +53,32 @@ class EditorWidget : public QDialog {
     connect(closeButton_, &QPushButton::clicked, editor, to.closeDialog);
   }
 
-  // The table. Positions handed over are those of entries.
+  // Access to the table. The positions are always those of entries.
   [[nodiscard]] virtual qsizetype entryCount() const = 0;
   [[nodiscard]] virtual QString labelAt(qsizetype position) const = 0;
   [[nodiscard]] virtual QStringList commandsAt(qsizetype position) const = 0;
   virtual void setCommandsAt(qsizetype position, QStringList commands) = 0;
-  /// Called only where there is a label field.
+  /// Only called in editors with a label field.
   virtual void setLabelAt(qsizetype position, const QString& label);
   virtual void removeAt(qsizetype position) = 0;
-  /// Rewrites the table's file; a failure is nobody's concern.
+  /// Writes the table to its file. The player is not told where that fails.
   virtual void writeFile() = 0;
 
-  // What the slots do.
+  // What the final class's slots do.
   void showEntry(int position);
   void editEntry();
   void saveEntry();
   void cancelEntry();
   void deleteEntry();
 
-  // What an addition is made of.
+  // The parts of adding an entry, which each final class does in its own way.
   [[nodiscard]] bool hasLabel(const QString& label) const;
   void refuse(const Notice& notice);
-  /// Lists the entry that the table has got at its end, and selects it.
+  /// Lists and selects the entry that was added at the end of the table, and writes
+  /// the file.
   void showAppended();
+  /// Only for editors with a label field.
+  [[nodiscard]] const LabelField& labelField() const { return *texts_.labelField; }
 
   void keyPressEvent(QKeyEvent* event) override;
   void changeEvent(QEvent* event) override;
@@ -86,13 +89,13 @@ class EditorWidget : public QDialog {
   void createControls();
   void layOutControls();
   void nameControls();
-  void dressFields();
+  void setFieldColours();
   void setState(State state);
   void listEntries();
   [[nodiscard]] bool isEntry(int position) const;
 
   const EditorTexts texts_;
-  // Children of the dialog. The label field is null where labels are fixed.
+  // Children of the dialog. The label field is null where labels cannot be changed.
   QPlainTextEdit* commands_ = nullptr;
   QLineEdit* label_ = nullptr;
   QPushButton* editButton_ = nullptr;

@@ -8,7 +8,7 @@ using namespace kelmora;
 using namespace kelmora::automation;
 
 KeyPressInput::KeyPressInput(QWidget* parent) : QLineEdit(parent) {
-  // The mouse could drop or paste text.
+  // So that the mouse can neither drop nor paste text here.
   setReadOnly(true);
   setContextMenuPolicy(Qt::NoContextMenu);
 }
@@ -24,7 +24,7 @@ bool KeyPressInput::event(QEvent* event) {
       event->accept();
       return true;
     case QEvent::KeyPress:
-      // Past the toolkit, which would move the focus with Tab.
+      // Handled here, since the toolkit would move the focus at a Tab.
       keyPressEvent(static_cast<QKeyEvent*>(event));
       return true;
     case QEvent::InputMethod:

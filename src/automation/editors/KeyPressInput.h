@@ -2,8 +2,8 @@
 
 #include <QLineEdit>
 
-/// Shows the name of the last key pressed in it, and nothing else: no key
-/// types, moves the focus or reaches the dialog around it.
+/// Shows the name of the key that was pressed last. A key has no other effect here:
+/// it types nothing, does not move the focus and does not reach the dialog.
 class KeyPressInput : public QLineEdit {
   Q_OBJECT
 
@@ -12,8 +12,8 @@ class KeyPressInput : public QLineEdit {
 
   explicit KeyPressInput(QWidget* parent);
 
-  /// The key code without modifiers of the last key pressed; noKey before the
-  /// first one and where that key cannot be bound.
+  /// The code of the key that was pressed last, without modifiers. noKey where none
+  /// was pressed yet, and where the last one cannot be bound.
   [[nodiscard]] qint32 capturedKey() const { return capturedKey_; }
   /// Empties the field and forgets the key.
   void reset();

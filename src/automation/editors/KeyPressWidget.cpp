@@ -17,7 +17,8 @@ KeyPressWidget::KeyPressWidget(QWidget* parent)
   input_->setToolTip(tr("Shows the key that was pressed last; that one is bound"));
   input_->setMinimumWidth(220);
   auto* okay = new QPushButton(tr("Okay"), this);
-  // Enter is a key to be captured, so no button may look as if Enter pressed it.
+  // Enter is captured like any other key, so the button must not look as if Enter
+  // pressed it.
   okay->setAutoDefault(false);
   connect(okay, &QPushButton::clicked, this, &KeyPressWidget::submitKey);
 

@@ -4,16 +4,16 @@
 
 class KeyPressInput;
 
-/// Asks for the key of a new macro.
+/// Asks the player for the key of a new macro.
 class KeyPressWidget : public QDialog {
   Q_OBJECT
 
  public:
   explicit KeyPressWidget(QWidget* parent);
 
-  /// Shows the dialog until it is closed. The key code without modifiers, or
-  /// KeyPressInput::noKey when it was closed without a key or not with its
-  /// button.
+  /// Shows the dialog and waits until it is closed. Returns the code of the key,
+  /// without modifiers. KeyPressInput::noKey where no key that can be bound was
+  /// pressed last, and where the dialog was closed by other means than its button.
   [[nodiscard]] qint32 captureKey();
 
  public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)

@@ -28,15 +28,13 @@ EditorTexts texts() {
 }  // namespace
 
 MacroWidget::MacroWidget(MacroTable& table, AutomationFiles& files, QWidget* parent)
-    : TableEditorWidget(texts(), table, files, parent), keyPress_(new KeyPressWidget(this)) {
+    : TableEditorWidget(
+          texts(), table, [&table, &files] { (void)files.writeMacros(table); }, parent),
+      keyPress_(new KeyPressWidget(this)) {
   connectSlots<MacroWidget>(
       this, {&MacroWidget::selectionChanged, &MacroWidget::addMacro, &MacroWidget::deleteMacro,
              &MacroWidget::editMacro, &MacroWidget::saveMacro, &MacroWidget::cancelMacro,
              &MacroWidget::closeDialog});
-}
-
-void MacroWidget::selectionChanged(int index) {
-  showEntry(index);
 }
 
 void MacroWidget::addMacro() {
@@ -51,30 +49,6 @@ void MacroWidget::addMacro() {
   showAppended();
 }
 
-void MacroWidget::deleteMacro() {
-  deleteEntry();
-}
-
-void MacroWidget::editMacro() {
-  editEntry();
-}
-
-void MacroWidget::saveMacro() {
-  saveEntry();
-}
-
-void MacroWidget::cancelMacro() {
-  cancelEntry();
-}
-
-void MacroWidget::closeDialog() {
-  close();
-}
-
 QString MacroWidget::labelAt(qsizetype position) const {
   return keyCodeToName(table().entries().at(position).key);
-}
-
-void MacroWidget::writeFile() {
-  (void)files().writeMacros(table());
 }

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "automation/core/AutomationFiles.h"
 #include "automation/core/MacroTable.h"
 #include "automation/editors/TableEditorWidget.h"
 
 class KeyPressWidget;
 
-/// Lists, adds, deletes and edits macros. A key is bound for good: another one
-/// takes a new macro.
+/// Lists, adds, deletes and edits macros. The key of a macro cannot be changed; for
+/// another key the player adds another macro.
 class MacroWidget : public kelmora::automation::TableEditorWidget<kelmora::automation::MacroTable> {
   Q_OBJECT
 
@@ -15,17 +16,16 @@ class MacroWidget : public kelmora::automation::TableEditorWidget<kelmora::autom
               QWidget* parent);
 
  public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
-  void selectionChanged(int index);
+  void selectionChanged(int index) { showEntry(index); }
   void addMacro();
-  void deleteMacro();
-  void editMacro();
-  void saveMacro();
-  void cancelMacro();
-  void closeDialog();
+  void deleteMacro() { deleteEntry(); }
+  void editMacro() { editEntry(); }
+  void saveMacro() { saveEntry(); }
+  void cancelMacro() { cancelEntry(); }
+  void closeDialog() { close(); }
 
  private:
   [[nodiscard]] QString labelAt(qsizetype position) const override;
-  void writeFile() override;
 
   KeyPressWidget* keyPress_;  // child of the dialog
 };

@@ -1,22 +1,23 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
 #include <utility>
 
-#include "automation/core/AutomationFiles.h"
 #include "automation/editors/EditorWidget.h"
 
 namespace kelmora::automation {
 
-/// An editor of one kind of table. The table and its file outlive it.
+/// An editor of one kind of table.
 template <typename Table>
 class TableEditorWidget : public EditorWidget {
  protected:
-  TableEditorWidget(EditorTexts texts, Table& table, AutomationFiles& files, QWidget* parent)
-      : EditorWidget(std::move(texts), parent), table_(table), files_(files) {}
+  /// The table, and what `writeTable` refers to, must outlive the editor.
+  TableEditorWidget(EditorTexts texts, Table& table, std::function<void()> writeTable,
+                    QWidget* parent)
+      : EditorWidget(std::move(texts), parent), table_(table), writeTable_(std::move(writeTable)) {}
 
   [[nodiscard]] Table& table() const { return table_; }
-  [[nodiscard]] AutomationFiles& files() const { return files_; }
 
   [[nodiscard]] qsizetype entryCount() const override { return table_.size(); }
   [[nodiscard]] QStringList commandsAt(qsizetype position) const override {
@@ -26,10 +27,37 @@ class TableEditorWidget : public EditorWidget {
     table_.setCommands(position, std::move(commands));
   }
   void removeAt(qsizetype position) override { table_.removeAt(position); }
+  void writeFile() override { writeTable_(); }
 
  private:
   Table& table_;
-  AutomationFiles& files_;
+  std::function<void()> writeTable_;
+};
+
+/// An editor of a table whose labels the player types. `Label` is the member of an
+/// entry that holds its label, `SetLabel` the table's function that changes it.
+template <typename Table, auto Label, auto SetLabel>
+class LabelEditorWidget : public TableEditorWidget<Table> {
+ protected:
+  using TableEditorWidget<Table>::TableEditorWidget;
+
+  [[nodiscard]] QString labelAt(qsizetype position) const override {
+    return this->table().entries().at(position).*Label;
+  }
+  void setLabelAt(qsizetype position, const QString& label) override {
+    (this->table().*SetLabel)(position, label);
+  }
+
+  /// Adds an entry with the placeholder as its label and no commands.
+  void addEntry() {
+    const LabelField& field = this->labelField();
+    if (this->hasLabel(field.placeholder)) {
+      this->refuse(field.placeholderTaken);
+      return;
+    }
+    this->table().append({field.placeholder});
+    this->showAppended();
+  }
 };
 
 }  // namespace kelmora::automation

@@ -22,7 +22,11 @@ EditorTexts texts() {
           LabelField{.name = TriggerWidget::tr("Pattern"),
                      .usage = TriggerWidget::tr("Text to find anywhere in a line; or, with {*} for "
                                                 "each word to catch, the line from its start"),
-                     .emptyRefusal = {TriggerWidget::tr("Save Trigger"),
+                     .placeholder = TriggerWidget::tr("<Enter your trigger pattern here>"),
+                     .placeholderTaken = {TriggerWidget::tr("Add Trigger"),
+                                          TriggerWidget::tr(
+                                              "A trigger has already been bound to that pattern.")},
+                     .emptyRefused = {TriggerWidget::tr("Save Trigger"),
                                       TriggerWidget::tr("Invalid trigger pattern specified.")}},
       .deleteQuestion = {TriggerWidget::tr("Delete Trigger"),
                          TriggerWidget::tr("Really delete this trigger?")}};
@@ -31,55 +35,10 @@ EditorTexts texts() {
 }  // namespace
 
 TriggerWidget::TriggerWidget(TriggerTable& table, AutomationFiles& files, QWidget* parent)
-    : TableEditorWidget(texts(), table, files, parent) {
+    : LabelEditorWidget(
+          texts(), table, [&table, &files] { (void)files.writeTriggers(table); }, parent) {
   connectSlots<TriggerWidget>(this, {&TriggerWidget::selectionChanged, &TriggerWidget::addTrigger,
                                      &TriggerWidget::deleteTrigger, &TriggerWidget::editTrigger,
                                      &TriggerWidget::saveTrigger, &TriggerWidget::cancelTrigger,
                                      &TriggerWidget::closeDialog});
-}
-
-void TriggerWidget::selectionChanged(int index) {
-  showEntry(index);
-}
-
-void TriggerWidget::addTrigger() {
-  const QString pattern = tr("<Enter your trigger pattern here>");
-  if (hasLabel(pattern)) {
-    refuse({tr("Add Trigger"), tr("A trigger has already been bound to that pattern.")});
-    return;
-  }
-  table().append({.pattern = pattern});
-  showAppended();
-}
-
-void TriggerWidget::deleteTrigger() {
-  deleteEntry();
-}
-
-void TriggerWidget::editTrigger() {
-  editEntry();
-}
-
-void TriggerWidget::saveTrigger() {
-  saveEntry();
-}
-
-void TriggerWidget::cancelTrigger() {
-  cancelEntry();
-}
-
-void TriggerWidget::closeDialog() {
-  close();
-}
-
-QString TriggerWidget::labelAt(qsizetype position) const {
-  return table().entries().at(position).pattern;
-}
-
-void TriggerWidget::setLabelAt(qsizetype position, const QString& label) {
-  table().setPattern(position, label);
-}
-
-void TriggerWidget::writeFile() {
-  (void)files().writeTriggers(table());
 }

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "automation/core/AutomationFiles.h"
 #include "automation/core/TriggerTable.h"
 #include "automation/editors/TableEditorWidget.h"
 
 /// Lists, adds, deletes and edits triggers.
 class TriggerWidget
-    : public kelmora::automation::TableEditorWidget<kelmora::automation::TriggerTable> {
+    : public kelmora::automation::LabelEditorWidget<
+          kelmora::automation::TriggerTable, &kelmora::automation::TriggerEntry::pattern,
+          &kelmora::automation::TriggerTable::setPattern> {
   Q_OBJECT
 
  public:
@@ -13,16 +16,11 @@ class TriggerWidget
                 kelmora::automation::AutomationFiles& files, QWidget* parent);
 
  public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers)
-  void selectionChanged(int index);
-  void addTrigger();
-  void deleteTrigger();
-  void editTrigger();
-  void saveTrigger();
-  void cancelTrigger();
-  void closeDialog();
-
- private:
-  [[nodiscard]] QString labelAt(qsizetype position) const override;
-  void setLabelAt(qsizetype position, const QString& label) override;
-  void writeFile() override;
+  void selectionChanged(int index) { showEntry(index); }
+  void addTrigger() { addEntry(); }
+  void deleteTrigger() { deleteEntry(); }
+  void editTrigger() { editEntry(); }
+  void saveTrigger() { saveEntry(); }
+  void cancelTrigger() { cancelEntry(); }
+  void closeDialog() { close(); }
 };

@@ -1,6 +1,6 @@
 #include "terminal/view/SessionCapture.h"
 
-#include "files/TextFile.h"
+#include "files/Files.h"
 #include "terminal/view/DocumentHtml.h"
 
 namespace kelmora::terminal {

@@ -1,7 +1,9 @@
 #include <QFileInfo>
+#include <functional>
 #include <memory>
 
-#include "files/TextFile.h"
+#include "files/Files.h"
+#include "support/LogLines.h"
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
 
@@ -16,19 +18,25 @@ const QString path = u"./table.txt"_s;
 
 }  // namespace
 
-class TestTextFile : public QObject {
+Q_DECLARE_METATYPE(std::function<bool(const QString&)>)
+
+class TestFiles : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
   void init();
   void cleanup();
 
+  void thePathsKindIsTold();
   void aFileIsReadByteForByte();
+  void readingAloneCreatesNothing();
   void aMissingFileIsCreatedEmpty();
   void aMissingFileOfAMissingFolderCannotBeRead();
   void aFolderInTheFilesPlaceIsNeitherReadNorReplaced();
   void aFileThatIsTooLongIsReadInPart_data();
   void aFileThatIsTooLongIsReadInPart();
+  void noMoreIsReadThanAsked_data();
+  void noMoreIsReadThanAsked();
   void aFileIsReplacedByteForByte();
   void aReplacedFileKeepsItsPermissions_data();
   void aReplacedFileKeepsItsPermissions();
@@ -45,32 +53,57 @@ class TestTextFile : public QObject {
   void whatIsNoFileIsNotKept();
   void aFileIsMovedToTheFirstFreeName();
   void aFileIsEmptied();
+  void whatFailsIsLogged_data();
+  void whatFailsIsLogged();
+  void whatIsKeptIsLogged();
 
  private:
   std::unique_ptr<OwnFolder> folder_;
 };
 
-void TestTextFile::init() {
+void TestFiles::init() {
   folder_ = std::make_unique<OwnFolder>();
   QVERIFY(folder_->isValid());
 }
 
-void TestTextFile::cleanup() {
+void TestFiles::cleanup() {
   folder_.reset();
 }
 
-void TestTextFile::aFileIsReadByteForByte() {
+void TestFiles::thePathsKindIsTold() {
+  QVERIFY(put(u"file"_s, "x"));
+  QVERIFY(QDir().mkdir(u"folder"_s));
+  for (const char* target : {"file", "folder", "nothing"})
+    QVERIFY(QFile::link(QString::fromLatin1(target), u"link to "_s + QLatin1String(target)));
+  QCOMPARE(files::kindOf(u"nothing"_s), files::Kind::Missing);
+  QCOMPARE(files::kindOf(u"file"_s), files::Kind::Ordinary);
+  QCOMPARE(files::kindOf(u"folder"_s), files::Kind::Other);
+  QCOMPARE(files::kindOf(u"link to nothing"_s), files::Kind::Missing);
+  QCOMPARE(files::kindOf(u"link to file"_s), files::Kind::Ordinary);
+  QCOMPARE(files::kindOf(u"link to folder"_s), files::Kind::Other);
+}
+
+void TestFiles::aFileIsReadByteForByte() {
   const QByteArray bytes = "a\r\n\0\xE9\xFF\n\n x"_ba;
   QVERIFY(put(path, bytes));
-  const auto read = files::read(path);
-  QVERIFY(read);
-  QVERIFY(read->whole);
-  QCOMPARE(read->bytes, bytes);
+  for (const auto& read : {files::read(path), files::readOrCreate(path)}) {
+    QVERIFY(read);
+    QVERIFY(read->whole);
+    QCOMPARE(read->bytes, bytes);
+    QCOMPARE(read->wholeLines(), bytes);
+  }
   QCOMPARE(contentsOf(path), bytes);
 }
 
-void TestTextFile::aMissingFileIsCreatedEmpty() {
-  const auto read = files::read(path);
+void TestFiles::readingAloneCreatesNothing() {
+  QVERIFY(!files::read(path));
+  QVERIFY(QFile::link(u"nothing"_s, u"link"_s));
+  QVERIFY(!files::read(u"link"_s));
+  QCOMPARE(namesHere(), QStringList{u"link"_s});
+}
+
+void TestFiles::aMissingFileIsCreatedEmpty() {
+  const auto read = files::readOrCreate(path);
   QVERIFY(read);
   QVERIFY(read->whole);
   QCOMPARE(read->bytes, QByteArray());
@@ -78,23 +111,24 @@ void TestTextFile::aMissingFileIsCreatedEmpty() {
   QVERIFY(!contentsOf(path).isNull());
 }
 
-void TestTextFile::aMissingFileOfAMissingFolderCannotBeRead() {
-  QVERIFY(!files::read(u"./nowhere/table.txt"_s));
+void TestFiles::aMissingFileOfAMissingFolderCannotBeRead() {
+  QVERIFY(!files::readOrCreate(u"./nowhere/table.txt"_s));
   QVERIFY(!files::replace(u"./nowhere/table.txt"_s, "x"));
   QVERIFY(!files::openAndEmpty(u"./nowhere/table.txt"_s));
   QCOMPARE(namesHere(), QStringList());
 }
 
-void TestTextFile::aFolderInTheFilesPlaceIsNeitherReadNorReplaced() {
+void TestFiles::aFolderInTheFilesPlaceIsNeitherReadNorReplaced() {
   QVERIFY(QDir().mkdir(path));
   QVERIFY(!files::read(path));
+  QVERIFY(!files::readOrCreate(path));
   QVERIFY(!files::replace(path, "x"));
   QVERIFY(!files::openAndEmpty(path));
   QVERIFY(QFileInfo(path).isDir());
   QCOMPARE(namesHere(), QStringList{u"table.txt"_s});
 }
 
-void TestTextFile::aFileThatIsTooLongIsReadInPart_data() {
+void TestFiles::aFileThatIsTooLongIsReadInPart_data() {
   QTest::addColumn<qint64>("size");
   QTest::addColumn<bool>("whole");
   QTest::addColumn<qsizetype>("length");
@@ -103,20 +137,51 @@ void TestTextFile::aFileThatIsTooLongIsReadInPart_data() {
   QTest::newRow("of a longer one the whole lines") << longest + 1 << false << qsizetype{4};
 }
 
-void TestTextFile::aFileThatIsTooLongIsReadInPart() {
+void TestFiles::aFileThatIsTooLongIsReadInPart() {
   QFETCH(qint64, size);
   QFETCH(bool, whole);
   QFETCH(qsizetype, length);
   QVERIFY(put(path, "a\nb\nc"));
   QVERIFY(QFile::resize(path, size));  // NULs that take no room on the disk
-  const auto read = files::read(path);
+  const auto read = files::readOrCreate(path);
   QVERIFY(read);
   QCOMPARE(read->whole, whole);
-  QCOMPARE(read->bytes.size(), length);
-  QVERIFY(read->bytes.startsWith("a\nb\n"));
+  QCOMPARE(read->wholeLines().size(), length);
+  QVERIFY(read->wholeLines().startsWith("a\nb\n"));
 }
 
-void TestTextFile::aFileIsReplacedByteForByte() {
+void TestFiles::noMoreIsReadThanAsked_data() {
+  QTest::addColumn<qint64>("most");
+  QTest::addColumn<QByteArray>("bytes");
+  QTest::addColumn<QByteArray>("lines");
+  QTest::addColumn<bool>("whole");
+  QTest::newRow("a byte more than there is") << qint64{6} << "a\nb\nc"_ba
+                                             << "a\nb\nc"_ba << true;
+  QTest::newRow("as much as there is") << qint64{5} << "a\nb\nc"_ba
+                                       << "a\nb\nc"_ba << true;
+  QTest::newRow("up to the end of a line") << qint64{4} << "a\nb\n"_ba
+                                           << "a\nb\n"_ba << false;
+  QTest::newRow("within a line") << qint64{3} << "a\nb"_ba
+                                 << "a\n"_ba << false;
+  QTest::newRow("within the first line") << qint64{1} << "a"_ba
+                                         << ""_ba << false;
+}
+
+void TestFiles::noMoreIsReadThanAsked() {
+  QFETCH(qint64, most);
+  QFETCH(QByteArray, bytes);
+  QFETCH(QByteArray, lines);
+  QFETCH(bool, whole);
+  QVERIFY(put(path, "a\nb\nc"));
+  for (const auto& read : {files::read(path, most), files::readOrCreate(path, most)}) {
+    QVERIFY(read);
+    QCOMPARE(read->bytes, bytes);
+    QCOMPARE(read->wholeLines(), lines);
+    QCOMPARE(read->whole, whole);
+  }
+}
+
+void TestFiles::aFileIsReplacedByteForByte() {
   for (const QByteArray& bytes : {"long \0\xE9\r\n text"_ba, "short"_ba, ""_ba, "again"_ba}) {
     QVERIFY(files::replace(path, bytes));
     QCOMPARE(contentsOf(path), bytes);
@@ -124,7 +189,7 @@ void TestTextFile::aFileIsReplacedByteForByte() {
   }
 }
 
-void TestTextFile::aReplacedFileKeepsItsPermissions_data() {
+void TestFiles::aReplacedFileKeepsItsPermissions_data() {
   QTest::addColumn<QFile::Permissions>("permissions");
   using P = QFileDevice::Permission;
   const QFile::Permissions owner = P::ReadOwner | P::WriteOwner | P::ReadUser | P::WriteUser;
@@ -134,7 +199,7 @@ void TestTextFile::aReplacedFileKeepsItsPermissions_data() {
                                  P::WriteOther);
 }
 
-void TestTextFile::aReplacedFileKeepsItsPermissions() {
+void TestFiles::aReplacedFileKeepsItsPermissions() {
   QFETCH(QFile::Permissions, permissions);
   QVERIFY(put(path, "old"));
   QVERIFY(QFile::setPermissions(path, permissions));
@@ -143,13 +208,13 @@ void TestTextFile::aReplacedFileKeepsItsPermissions() {
   QCOMPARE(QFile::permissions(path), permissions);
 }
 
-void TestTextFile::aReplacedFileIsTheOwnersAloneWhereThatIsAsked_data() {
+void TestFiles::aReplacedFileIsTheOwnersAloneWhereThatIsAsked_data() {
   QTest::addColumn<bool>("exists");
   QTest::newRow("a new file") << false;
   QTest::newRow("a file that everybody could read") << true;
 }
 
-void TestTextFile::aReplacedFileIsTheOwnersAloneWhereThatIsAsked() {
+void TestFiles::aReplacedFileIsTheOwnersAloneWhereThatIsAsked() {
   QFETCH(const bool, exists);
   using P = QFileDevice::Permission;
   const QFile::Permissions owner = P::ReadOwner | P::WriteOwner | P::ReadUser | P::WriteUser;
@@ -162,7 +227,7 @@ void TestTextFile::aReplacedFileIsTheOwnersAloneWhereThatIsAsked() {
   QCOMPARE(QFile::permissions(path), owner);
 }
 
-void TestTextFile::aLinkStaysALink_data() {
+void TestFiles::aLinkStaysALink_data() {
   QTest::addColumn<QString>("target");
   QTest::addColumn<bool>("exists");
   QTest::newRow("to a file beside it") << u"kept.txt"_s << true;
@@ -171,7 +236,7 @@ void TestTextFile::aLinkStaysALink_data() {
   QTest::newRow("to a file that is missing") << u"folder/missing.txt"_s << false;
 }
 
-void TestTextFile::aLinkStaysALink() {
+void TestFiles::aLinkStaysALink() {
   QFETCH(QString, target);
   QFETCH(bool, exists);
   QVERIFY(QDir().mkdir(u"folder"_s));
@@ -180,7 +245,7 @@ void TestTextFile::aLinkStaysALink() {
     QVERIFY(put(target, "old"));
   QVERIFY(QFile::link(target, path));
 
-  const auto read = files::read(path);
+  const auto read = files::readOrCreate(path);
   QVERIFY(read);
   QCOMPARE(read->bytes, exists ? "old"_ba : ""_ba);
   QVERIFY(files::replace(path, "new"));
@@ -188,7 +253,7 @@ void TestTextFile::aLinkStaysALink() {
   QCOMPARE(contentsOf(target), "new");
 }
 
-void TestTextFile::aCopyIsKeptUnderTheFirstFreeName() {
+void TestFiles::aCopyIsKeptUnderTheFirstFreeName() {
   const QByteArray bytes = "a\r\n\0\xE9 x"_ba;
   QVERIFY(put(path, bytes));
   QVERIFY(files::keepBeside(path));
@@ -210,7 +275,7 @@ void TestTextFile::aCopyIsKeptUnderTheFirstFreeName() {
   QCOMPARE(namesHere().size(), 6);
 }
 
-void TestTextFile::aKeptCopyHasThePermissions_data() {
+void TestFiles::aKeptCopyHasThePermissions_data() {
   QTest::addColumn<QFile::Permissions>("permissions");
   QTest::addColumn<files::Access>("access");
   QTest::addColumn<QFile::Permissions>("kept");
@@ -224,7 +289,7 @@ void TestTextFile::aKeptCopyHasThePermissions_data() {
       << wide << files::Access::OwnerOnly << owner;
 }
 
-void TestTextFile::aKeptCopyHasThePermissions() {
+void TestFiles::aKeptCopyHasThePermissions() {
   QFETCH(QFile::Permissions, permissions);
   QFETCH(files::Access, access);
   QFETCH(QFile::Permissions, kept);
@@ -235,7 +300,7 @@ void TestTextFile::aKeptCopyHasThePermissions() {
   QCOMPARE(QFile::permissions(path), permissions);
 }
 
-void TestTextFile::theLongestFileIsCopied() {
+void TestFiles::theLongestFileIsCopied() {
   QVERIFY(put(path, "a\nb\nc"));
   QVERIFY(QFile::resize(path, files::largestFile));
   QVERIFY(files::keepBeside(path));
@@ -243,7 +308,7 @@ void TestTextFile::theLongestFileIsCopied() {
   QCOMPARE(QFileInfo(path + u".bak"_s).size(), files::largestFile);
 }
 
-void TestTextFile::aFileTooLongToBeCopiedIsMoved() {
+void TestFiles::aFileTooLongToBeCopiedIsMoved() {
   QVERIFY(put(path, "a\nb\nc"));
   QVERIFY(QFile::resize(path, files::largestFile + 1));
   QVERIFY(files::keepBeside(path));
@@ -251,7 +316,7 @@ void TestTextFile::aFileTooLongToBeCopiedIsMoved() {
   QCOMPARE(QFileInfo(path + u".bak"_s).size(), files::largestFile + 1);
 }
 
-void TestTextFile::whatALinkLeadsToIsCopied() {
+void TestFiles::whatALinkLeadsToIsCopied() {
   QVERIFY(put(u"kept.txt"_s, "old"));
   QVERIFY(QFile::link(u"kept.txt"_s, path));
   QVERIFY(files::keepBeside(path));
@@ -261,7 +326,7 @@ void TestTextFile::whatALinkLeadsToIsCopied() {
   QCOMPARE(contentsOf(path + u".bak"_s), "old");
 }
 
-void TestTextFile::whatIsNoFileIsNotKept() {
+void TestFiles::whatIsNoFileIsNotKept() {
   QVERIFY(files::keepBeside(path));
   QVERIFY(!files::moveBeside(path));
   QCOMPARE(namesHere(), QStringList());
@@ -270,7 +335,7 @@ void TestTextFile::whatIsNoFileIsNotKept() {
   QCOMPARE(namesHere(), QStringList{u"table.txt"_s});
 }
 
-void TestTextFile::aFileIsMovedToTheFirstFreeName() {
+void TestFiles::aFileIsMovedToTheFirstFreeName() {
   QVERIFY(put(path, "first"));
   QVERIFY(files::moveBeside(path));
   QCOMPARE(namesHere(), QStringList{u"table.txt.bak"_s});
@@ -281,7 +346,7 @@ void TestTextFile::aFileIsMovedToTheFirstFreeName() {
   QCOMPARE(namesHere().size(), 2);
 }
 
-void TestTextFile::aFileIsEmptied() {
+void TestFiles::aFileIsEmptied() {
   QVERIFY(put(path, "old"));
   QVERIFY(files::openAndEmpty(path));
   QCOMPARE(contentsOf(path), QByteArray(""));
@@ -289,5 +354,60 @@ void TestTextFile::aFileIsEmptied() {
   QCOMPARE(namesHere(), (QStringList{u"new.txt"_s, u"table.txt"_s}));
 }
 
-KELMORA_TEST_MAIN(TestTextFile)
-#include "tst_textfile.moc"
+void TestFiles::whatFailsIsLogged_data() {
+  using Act = std::function<bool(const QString&)>;
+  QTest::addColumn<QString>("path");
+  QTest::addColumn<Act>("act");
+  QTest::addColumn<QString>("beginning");
+  const QString missing = u"nowhere/table.txt"_s;
+  const QString folder = u"folder"_s;
+  const QString file = u"file"_s;
+  const auto row = [](const char* name, const QString& place, const Act& act,
+                      const QString& beginning) {
+    QTest::newRow(name) << place << act << beginning + u' ' + place + u": "_s;
+  };
+  const Act read = [](const QString& place) { return files::read(place).has_value(); };
+  const Act create = [](const QString& place) { return files::readOrCreate(place).has_value(); };
+  const Act readOneByte = [](const QString& place) {
+    return files::read(place, 1).value_or(files::Contents{.bytes = {}, .whole = false}).whole;
+  };
+  const Act replace = [](const QString& place) { return files::replace(place, "x"); };
+  const Act keep = [](const QString& place) { return files::keepBeside(place); };
+  row("reading a file that is missing", missing, read, u"cannot read"_s);
+  row("creating a file in a folder that is missing", missing, create, u"cannot read or create"_s);
+  row("replacing a file of a folder that is missing", missing, replace, u"cannot replace"_s);
+  row("emptying a file of a folder that is missing", missing, &files::openAndEmpty,
+      u"cannot write to"_s);
+  row("moving a file that is missing", missing, &files::moveBeside, u"cannot move aside"_s);
+  row("reading a folder", folder, read, u"left alone:"_s);
+  row("replacing a folder", folder, replace, u"left alone:"_s);
+  row("keeping a folder", folder, keep, u"cannot keep"_s);
+  row("reading a file that is too long", file, readOneByte, u"not read to its end:"_s);
+}
+
+void TestFiles::whatFailsIsLogged() {
+  using Act = std::function<bool(const QString&)>;
+  QFETCH(QString, path);
+  QFETCH(Act, act);
+  QFETCH(QString, beginning);
+  QVERIFY(QDir().mkdir(u"folder"_s));
+  QVERIFY(put(u"file"_s, "secret"));
+  const LogLines log("kelmora.files");
+  QVERIFY(!act(path));
+  QCOMPARE(log.lines().size(), 1);
+  QVERIFY2(log.lines().first().startsWith(beginning), qPrintable(log.lines().first()));
+  QVERIFY2(log.lines().first().size() > beginning.size(), "no reason is told");
+  QVERIFY(!log.lines().first().contains(u"secret"_s));
+}
+
+void TestFiles::whatIsKeptIsLogged() {
+  const LogLines log("kelmora.files");
+  QVERIFY(put(path, "x"));
+  QVERIFY(files::keepBeside(path));
+  QVERIFY(files::moveBeside(path));
+  QCOMPARE(log.lines(), (QStringList{u"./table.txt was copied to ./table.txt.bak"_s,
+                                     u"./table.txt was moved to ./table.txt.bak2"_s}));
+}
+
+KELMORA_TEST_MAIN(TestFiles)
+#include "tst_files.moc"
