@@ -175,10 +175,11 @@ QString ofScreens(TwoLayouts& two) {
   const QImage found = screen(two.found);
   if (found == pictureOf(*two.found.viewport()))
     return {};
-  // In later releases of the toolkit the edge of a letter that hangs over is cut
-  // where only what is beside it is painted; what stays of an older picture is
-  // more than that.
-  constexpr int edge = QT_VERSION < QT_VERSION_CHECK(6, 5, 0) ? 0 : 4;
+  // A partial paint draws only the lines that meet it, so a letter that stands out
+  // of the line beside is cut there, in the toolkit's layout too but at other
+  // heights. Which letters do so is a matter of the fonts that are installed. What
+  // stays of an older picture is more than that.
+  constexpr qint64 edge = 4;
   if (pixelsThatDiffer(expected, found) <= edge)
     return {};
   const QString told = pictureDifference(expected, found);
