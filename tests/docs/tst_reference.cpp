@@ -91,6 +91,7 @@ class TestReference : public QObject {
   void classes();
   void toolbar();
   void bars();
+  void logCategories();
   void quirksAreHeldByTestsThatExist();
   void everyLinkLeadsSomewhere();
 };
@@ -378,6 +379,20 @@ void TestReference::bars() {
     inCode << row + QStringList{'`' + bar->styleSheet() + '`'};
   }
   QCOMPARE(page("window.md").checkedTable("## Layout"), inCode);
+}
+
+void TestReference::logCategories() {
+  QStringList inPage;
+  for (const QStringList& row : Markdown(inTree("docs/reference.md")).checkedTable("## The log"))
+    inPage << codeIn(row.at(0));
+  QStringList inCode;
+  static const QRegularExpression category(
+      QStringLiteral("Q_LOGGING_CATEGORY\\(\\w+,\\s*\"([^\"]+)\""));
+  for (const QString& path : filesIn("src", "*.cpp"))
+    for (auto match = category.globalMatch(textOf(path)); match.hasNext();)
+      inCode << match.next().captured(1);
+  inCode.sort();
+  QCOMPARE(inPage, inCode);
 }
 
 void TestReference::quirksAreHeldByTestsThatExist() {
