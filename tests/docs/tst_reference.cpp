@@ -26,6 +26,7 @@
 #include "dialogs/StyleWidget.h"
 #include "script/ActionTimer.h"
 #include "script/Arithmetic.h"
+#include "script/CommandTable.h"
 #include "settings/ServerHosts.h"
 #include "settings/SettingsFields.h"
 #include "settings/SettingsFile.h"
@@ -78,6 +79,7 @@ class TestReference : public QObject {
 
  private Q_SLOTS:
   void init();
+  void commands();
   void scriptMessages();
   void arithmetic();
   void triggers();
@@ -99,6 +101,50 @@ class TestReference : public QObject {
 void TestReference::init() {
   // A page that was moved would leave nothing to compare.
   QVERIFY(!Markdown(inTree("docs/reference.md")).lines().isEmpty());
+}
+
+namespace {
+
+QString formOf(const script::CommandRow& command) {
+  switch (command.form) {
+    case script::ArgumentForm::None:
+      return QStringLiteral("none");
+    case script::ArgumentForm::One:
+      return QStringLiteral("one");
+    case script::ArgumentForm::OneUntrimmed:
+      return QStringLiteral("one, as it stands");
+    case script::ArgumentForm::Two:
+      return QStringLiteral("two");
+    case script::ArgumentForm::TextAndMaybeColour:
+      break;
+  }
+  return QStringLiteral("text and maybe a colour");
+}
+
+QString substitutedOf(const script::CommandRow& command) {
+  switch (command.substituted) {
+    case script::Substituted::Nothing:
+      return QStringLiteral("none");
+    case script::Substituted::First:
+      return QStringLiteral("the first");
+    case script::Substituted::Second:
+      return QStringLiteral("the second");
+    case script::Substituted::Both:
+      break;
+  }
+  return QStringLiteral("both");
+}
+
+}  // namespace
+
+void TestReference::commands() {
+  QList<QStringList> inCode;
+  for (const script::CommandRow& command : script::commandRows())
+    inCode << QStringList{command.word, formOf(command), substitutedOf(command), command.error};
+  QList<QStringList> inPage;
+  for (const QStringList& row : page("scripting.md").checkedTable("## Commands"))
+    inPage << QStringList{codeIn(row.at(0)), row.at(1), row.at(2), codeIn(row.at(4))};
+  QCOMPARE(inPage, inCode);
 }
 
 void TestReference::scriptMessages() {
