@@ -19,7 +19,7 @@ class Markdown {
   [[nodiscard]] QStringList anchors() const;
   /// Where the links lead that do not leave the tree.
   [[nodiscard]] QStringList localLinks() const;
-  [[nodiscard]] const QStringList& lines() const { return lines_; }
+  [[nodiscard]] QStringList lines() const { return lines_; }
 
  private:
   QStringList lines_;

@@ -1,84 +1,30 @@
-#include <QAction>
-#include <QApplication>
-#include <QDirIterator>
+#include <QGuiApplication>
 #include <QMetaEnum>
-#include <QMetaMethod>
-#include <QProgressBar>
 #include <QRegularExpression>
-#include <QSet>
-#include <QToolBar>
 #include <algorithm>
 
 #include "Markdown.h"
-#include "app/MainWidget.h"
+#include "Tree.h"
 #include "automation/core/AutomationFiles.h"
 #include "automation/core/BlockFile.h"
 #include "automation/core/KeyNames.h"
 #include "automation/core/TriggerPattern.h"
-#include "automation/editors/AliasWidget.h"
-#include "automation/editors/KeyPressInput.h"
-#include "automation/editors/KeyPressWidget.h"
-#include "automation/editors/MacroWidget.h"
-#include "automation/editors/TriggerWidget.h"
-#include "dialogs/ConfigureWidget.h"
-#include "dialogs/HelpWidget.h"
-#include "dialogs/ProxyWidget.h"
-#include "dialogs/StyleWidget.h"
-#include "script/ActionTimer.h"
 #include "script/Arithmetic.h"
 #include "script/CommandTable.h"
+#include "settings/Effects.h"
 #include "settings/ServerHosts.h"
 #include "settings/SettingsFields.h"
 #include "settings/SettingsFile.h"
 #include "support/FileText.h"
-#include "support/OwnStore.h"
 #include "support/ScratchMain.h"
-#include "support/Settled.h"
-#include "terminal/view/InputWidget.h"
-#include "terminal/view/OutputWidget.h"
 
 using namespace kelmora;
 
-namespace {
-
-QString inTree(const QString& path) {
-  return QStringLiteral(KELMORA_TREE) + '/' + path;
-}
-
-Markdown page(const QString& name) {
-  return Markdown(inTree("docs/reference/" + name));
-}
-
-/// All files below a folder of the tree whose names match.
-QStringList filesIn(const QString& folder, const QString& names) {
-  QStringList paths;
-  for (QDirIterator files(inTree(folder), {names}, QDir::Files, QDirIterator::Subdirectories);
-       files.hasNext();)
-    paths << files.next();
-  paths.sort();
-  return paths;
-}
-
-QString textOf(const QString& path) {
-  return QString::fromUtf8(contentOf(path));
-}
-
-QStringList ownMethods(const QMetaObject& meta) {
-  QStringList methods;
-  for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-    methods << QString::fromLatin1(meta.method(i).methodSignature());
-  return methods;
-}
-
-}  // namespace
-
-/// The tables and examples of the reference against the program, and its links
-/// and names of tests against the tree.
+/// The tables and examples of the reference that tell of rules and files.
 class TestReference : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void init();
   void commands();
   void scriptMessages();
   void arithmetic();
@@ -87,21 +33,9 @@ class TestReference : public QObject {
   void automationFiles_data();
   void automationFiles();
   void settings();
+  void effects();
   void exportedFile();
-  void connectionErrors();
-  void slotsOfTheWindow();
-  void classes();
-  void toolbar();
-  void bars();
-  void logCategories();
-  void quirksAreHeldByTestsThatExist();
-  void everyLinkLeadsSomewhere();
 };
-
-void TestReference::init() {
-  // A page that was moved would leave nothing to compare.
-  QVERIFY(!Markdown(inTree("docs/reference.md")).lines().isEmpty());
-}
 
 namespace {
 
@@ -308,6 +242,57 @@ void TestReference::settings() {
   QCOMPARE(inPage, inCode);
 }
 
+namespace {
+
+QString nameOf(settings::Effect effect) {
+  switch (effect) {
+    case settings::Effect::UsedProxy:
+      return QStringLiteral("the proxy, if one is used");
+    case settings::Effect::ProxyOrNone:
+      return QStringLiteral("the proxy, or none");
+    case settings::Effect::StartEcho:
+      return QStringLiteral("the second switch of the [echo](connection.md#lines-to-the-game)");
+    case settings::Effect::Colours:
+      return QStringLiteral("the colours");
+    case settings::Effect::BoldOff:
+      return QStringLiteral("bold ends");
+    case settings::Effect::WidgetStyle:
+      return QStringLiteral("the style");
+    case settings::Effect::IconSize:
+      return QStringLiteral("the size of the icons");
+    case settings::Effect::InputFont:
+      return QStringLiteral("the font of the input bar");
+    case settings::Effect::OutputFont:
+      return QStringLiteral("the font of the pane");
+    case settings::Effect::Save:
+      break;
+  }
+  return QStringLiteral("a save");
+}
+
+}  // namespace
+
+void TestReference::effects() {
+  using enum settings::Occasion;
+  const std::pair<settings::Occasion, const char*> occasions[] = {
+      {Loaded, "start: the options have been read"},
+      {FilesLoaded, "start: the automation files have been read"},
+      {WidgetsMade, "start: the widgets have been made"},
+      {Imported, "an import that succeeded"},
+      {GeneralApplied, "Apply in the general settings"},
+      {ProxyApplied, "Apply in the proxy settings"},
+      {InterfaceApplied, "Apply in the interface settings"},
+  };
+  QList<QStringList> inCode;
+  for (const auto& [occasion, words] : occasions) {
+    QStringList names;
+    for (const settings::Effect effect : settings::effectsOf(occasion))
+      names << nameOf(effect);
+    inCode << QStringList{words, names.join("; ")};
+  }
+  QCOMPARE(page("files.md").checkedTable("### When an option takes effect"), inCode);
+}
+
 void TestReference::exportedFile() {
   QVERIFY(settings::exportSettings(settings::ClientSettings(), "default.settings"));
   QString expected = page("files.md").block("kelmora.settings");
@@ -320,169 +305,5 @@ void TestReference::exportedFile() {
   QCOMPARE(textOf("default.settings"), expected);
 }
 
-void TestReference::connectionErrors() {
-  const auto rows = page("connection.md").checkedTable("## States");
-  QVERIFY(!rows.isEmpty());
-  const auto errors = QMetaEnum::fromType<QAbstractSocket::SocketError>();
-  for (const QStringList& row : rows) {
-    const OwnStore store;
-    MainWidget window(store.place());
-    const QByteArray name = codeIn(row.at(0)).toLatin1();
-    const int error =
-        name.isEmpty() ? QAbstractSocket::NetworkError : errors.keyToValue(name.constData());
-    QVERIFY2(name.isEmpty() || error >= 0, qPrintable(row.join('|')));
-    window.displaySocketError(static_cast<QAbstractSocket::SocketError>(error));
-    const QString line = codeIn(row.at(1)).replace("NUMBER", QString::number(error));
-    QCOMPARE(settled(*window.findChild<OutputWidget*>()).toPlainText(), line);
-  }
-}
-
-void TestReference::slotsOfTheWindow() {
-  QStringList inPage;
-  for (const QStringList& row : page("window.md").checkedTable("## Slots of MainWidget")) {
-    QCOMPARE(row.at(0).toInt(), int(inPage.size()));
-    inPage << codeIn(row.at(1));
-  }
-  QCOMPARE(inPage, ownMethods(MainWidget::staticMetaObject));
-}
-
-void TestReference::classes() {
-  QMap<QString, const QMetaObject*> inCode;
-  for (const QMetaObject* meta :
-       {&MainWidget::staticMetaObject, &OutputWidget::staticMetaObject,
-        &InputWidget::staticMetaObject, &ConfigureWidget::staticMetaObject,
-        &ProxyWidget::staticMetaObject, &StyleWidget::staticMetaObject,
-        &HelpWidget::staticMetaObject, &MacroWidget::staticMetaObject,
-        &TriggerWidget::staticMetaObject, &AliasWidget::staticMetaObject,
-        &KeyPressWidget::staticMetaObject, &KeyPressInput::staticMetaObject,
-        &ActionTimer::staticMetaObject})
-    inCode.insert(meta->className(), meta);
-
-  // All there are: a class with slots says Q_OBJECT, and one that shows outside
-  // is in no namespace.
-  QSet<QString> declared;
-  static const QRegularExpression declaration(QStringLiteral("^class (\\w+)[^;{]*\\{\\s*Q_OBJECT"),
-                                              QRegularExpression::MultilineOption);
-  static const QRegularExpression endOfNamespace(QStringLiteral("// namespace [\\w:]+\\s*$"));
-  for (const QString& path : filesIn("src", "*.h")) {
-    const QString text = textOf(path);
-    const auto match = declaration.match(text);
-    if (match.hasMatch() && !text.contains(endOfNamespace))
-      declared << match.captured(1);
-  }
-  const QStringList names = inCode.keys();
-  QCOMPARE(QSet<QString>(names.begin(), names.end()), declared);
-
-  QStringList inPage;
-  for (const QStringList& row : page("window.md").checkedTable("## Classes")) {
-    const QString name = codeIn(row.at(0));
-    inPage << name;
-    QVERIFY2(inCode.contains(name), qPrintable(name));
-    const QMetaObject& meta = *inCode.value(name);
-    QCOMPARE(codeIn(row.at(1)), QString::fromLatin1(meta.superClass()->className()));
-    if (name != "MainWidget")
-      QCOMPARE(codesIn(row.at(2)), ownMethods(meta));
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-      QCOMPARE(meta.method(i).methodType(), QMetaMethod::Slot);
-  }
-  inPage.sort();
-  QCOMPARE(inPage, names);
-}
-
-void TestReference::toolbar() {
-  const OwnStore store;
-  MainWidget window(store.place());
-  const auto rows = page("window.md").checkedTable("## Toolbar");
-  QList<QStringList> inCode;
-  for (const QAction* action : window.findChild<QToolBar*>()->actions()) {
-    if (action->isSeparator()) {
-      inCode.last().last() = "line";
-      continue;
-    }
-    QCOMPARE(action->statusTip(), action->text());
-    inCode << QStringList{'`' + action->text() + '`', '`' + action->shortcut().toString() + '`',
-                          action->isEnabled() ? "enabled" : "disabled", ""};
-    const QStringList row = rows.value(inCode.size() - 1);
-    const QIcon icon(QStringLiteral(":/icons/%1.png").arg(codeIn(row.value(0))));
-    QCOMPARE(action->icon().pixmap(48).toImage(), icon.pixmap(48).toImage());
-    const QByteArray slot = codeIn(row.value(3)).toLatin1();
-    QVERIFY2(MainWidget::staticMetaObject.indexOfSlot(slot.constData()) >= 0, slot.constData());
-  }
-  QList<QStringList> inPage;
-  for (const QStringList& row : rows)
-    inPage << QStringList{row.at(1), row.at(2), row.at(4), row.at(5)};
-  QCOMPARE(inPage, inCode);
-}
-
-void TestReference::bars() {
-  const OwnStore store;
-  MainWidget window(store.place());
-  QList<QStringList> inCode;
-  for (const QProgressBar* bar : window.findChild<QToolBar*>()->findChildren<QProgressBar*>()) {
-    QStringList row{bar->accessibleName().toLower(), '`' + bar->objectName() + '`'};
-    for (const int length : {bar->x(), bar->y(), bar->width(), bar->height()})
-      row << QString::number(length);
-    inCode << row + QStringList{'`' + bar->styleSheet() + '`'};
-  }
-  QCOMPARE(page("window.md").checkedTable("## Layout"), inCode);
-}
-
-void TestReference::logCategories() {
-  QStringList inPage;
-  for (const QStringList& row : Markdown(inTree("docs/reference.md")).checkedTable("## The log"))
-    inPage << codeIn(row.at(0));
-  QStringList inCode;
-  static const QRegularExpression category(
-      QStringLiteral("Q_LOGGING_CATEGORY\\(\\w+,\\s*\"([^\"]+)\""));
-  for (const QString& path : filesIn("src", "*.cpp"))
-    for (auto match = category.globalMatch(textOf(path)); match.hasNext();)
-      inCode << match.next().captured(1);
-  inCode.sort();
-  QCOMPARE(inPage, inCode);
-}
-
-void TestReference::quirksAreHeldByTestsThatExist() {
-  const Markdown quirks = page("quirks.md");
-  qsizetype count = 0;
-  QMap<QString, QString> sources;
-  for (const QString& path : filesIn("tests", "tst_*.cpp"))
-    sources[QFileInfo(path).completeBaseName()] = path;
-  for (const QString& line : quirks.lines()) {
-    const QStringList cells = line.split('|');
-    const QStringList test = codeIn(cells.value(2)).split("::");
-    if (test.size() != 2)
-      continue;
-    ++count;
-    const QString path = sources.value(test.at(0));
-    QVERIFY2(!path.isEmpty(), qPrintable(line));
-    const QString source = textOf(path);
-    QVERIFY2(source.contains("::" + test.at(1) + "() {"), qPrintable(line));
-    const QString row = codeIn(cells.value(3));
-    QVERIFY2(row.isEmpty() || source.contains('"' + row + '"'), qPrintable(line));
-    // A file that is in no list is not run.
-    const QString list = textOf(QFileInfo(path).path() + "/CMakeLists.txt");
-    QVERIFY2(list.contains(QRegularExpression("\\b" + test.at(0) + "\\b")), qPrintable(line));
-  }
-  QVERIFY2(count > 50, qPrintable(QString::number(count)));
-}
-
-void TestReference::everyLinkLeadsSomewhere() {
-  QStringList pages = filesIn("docs", "*.md") + filesIn(".github", "*.md");
-  for (const QFileInfo& file : QDir(inTree("")).entryInfoList({"*.md"}, QDir::Files))
-    pages << file.filePath();
-  QStringList lost;
-  for (const QString& path : pages) {
-    for (const QString& link : Markdown(path).localLinks()) {
-      const QString file = link.section('#', 0, 0);
-      const QString target = file.isEmpty() ? path : QFileInfo(path).path() + '/' + file;
-      const QString anchor = link.section('#', 1);
-      if (!QFileInfo::exists(target) ||
-          (!anchor.isEmpty() && !Markdown(target).anchors().contains(anchor)))
-        lost << QFileInfo(path).fileName() + ": " + link;
-    }
-  }
-  QCOMPARE(lost.join('\n'), QString());
-}
-
-KELMORA_GUI_TEST_MAIN(TestReference)
+KELMORA_VALUE_TEST_MAIN(TestReference)
 #include "tst_reference.moc"
