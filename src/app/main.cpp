@@ -1,7 +1,9 @@
 #include <QApplication>
 #include <QPixmap>
+#include <cstdio>
 
 #include "app/ApplicationFonts.h"
+#include "app/CommandLine.h"
 #include "app/MainWidget.h"
 #include "app/StartSplash.h"
 
@@ -9,11 +11,20 @@ using namespace kelmora;
 using namespace kelmora::app;
 
 int main(int argc, char** argv) {
+  // Before the application object, which needs a display.
+  QStringList arguments;
+  for (int i = 1; i < argc; ++i)
+    arguments << QString::fromLocal8Bit(argv[i]);
+  if (const auto answer = answerTo(arguments)) {
+    std::fputs(qPrintable(answer->text), answer->exitCode == 0 ? stdout : stderr);
+    return answer->exitCode;
+  }
+
   const QApplication application(argc, argv);
 
   StartSplash splash(QPixmap(QStringLiteral(":/icons/splash.png")));
   splash.show();
-  splash.showMessage(QStringLiteral("Kelmora Client v3.9b"), Qt::AlignLeft, Qt::black);
+  splash.showMessage(QStringLiteral("Kelmora Client v" KELMORA_VERSION), Qt::AlignLeft, Qt::black);
   installApplicationFonts();
   QApplication::processEvents();
 

@@ -125,8 +125,8 @@ HelpWidget::HelpWidget(QWidget& parent) : QDialog(&parent) {
 }
 
 void HelpWidget::addHead(QGridLayout& grid) {
-  addCentred(grid, 0, new QLabel(tr("Kelmora Client v3.9b"), this))
-      ->setFont(courierNew(16, QFont::Bold));
+  const QString nameAndVersion = tr("Kelmora Client v%1").arg(QStringLiteral(KELMORA_VERSION));
+  addCentred(grid, 0, new QLabel(nameAndVersion, this))->setFont(courierNew(16, QFont::Bold));
   addCentred(grid, 1, new QLabel(tr("Made by the Kelmora client authors"), this))
       ->setFont(courierNew(14));
   for (const LinkRow& link : linkRows) {

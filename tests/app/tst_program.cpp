@@ -18,7 +18,10 @@ class TestProgram : public QObject {
   void startsBehindItsSplash();
   void theEventLoopsExitCodeIsTheProgramsOwn_data();
   void theEventLoopsExitCodeIsTheProgramsOwn();
-  void argumentsChangeNothing();
+  void argumentsThatAreNoOptionsOfOursChangeNothing_data();
+  void argumentsThatAreNoOptionsOfOursChangeNothing();
+  void answersWithoutADisplay_data();
+  void answersWithoutADisplay();
   void closingTheWindowSavesEveryOption();
 
  private:
@@ -83,9 +86,51 @@ void TestProgram::theEventLoopsExitCodeIsTheProgramsOwn() {
   QCOMPARE(exitCode_, exitCode);
 }
 
-void TestProgram::argumentsChangeNothing() {
-  QCOMPARE(run("close", {"--help", "-v", "kelmora.example", "4023"}), usualStart_);
+void TestProgram::argumentsThatAreNoOptionsOfOursChangeNothing_data() {
+  QTest::addColumn<QStringList>("arguments");
+  QTest::newRow("words") << QStringList{"kelmora.example", "4023"};
+  QTest::newRow("options of the toolkit")
+      << QStringList{"-style", "fusion", "--platform", "offscreen"};
+  QTest::newRow("ours behind two dashes alone") << QStringList{"--", "--help", "-v"};
+}
+
+void TestProgram::argumentsThatAreNoOptionsOfOursChangeNothing() {
+  QFETCH(const QStringList, arguments);
+  QCOMPARE(run("close", arguments), usualStart_);
   QCOMPARE(exitCode_, 0);
+}
+
+void TestProgram::answersWithoutADisplay_data() {
+  QTest::addColumn<QString>("argument");
+  QTest::addColumn<int>("exitCode");
+  QTest::addColumn<QString>("output");
+  QTest::addColumn<QString>("errors");
+  QTest::newRow("--version") << "--version" << 0 << "kelmora 3.9b\n"
+                             << "";
+  QTest::newRow("--help") << "--help" << 0 << "Usage: kelmora [options]\n"
+                          << "";
+  QTest::newRow("an unknown option") << "--port" << 2 << ""
+                                     << "kelmora: Unknown option 'port'.\n";
+}
+
+void TestProgram::answersWithoutADisplay() {
+  QFETCH(const QString, argument);
+  QFETCH(const int, exitCode);
+  QFETCH(const QString, output);
+  QFETCH(const QString, errors);
+  QProcess program;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+    environment.remove(name);
+  program.setProcessEnvironment(environment);
+  program.start(KELMORA_PROGRAM, {argument});
+  QVERIFY(program.waitForFinished(30000));
+  QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+  QCOMPARE(program.exitCode(), exitCode);
+  const QString printed = program.readAllStandardOutput();
+  QCOMPARE(printed.left(printed.indexOf('\n') + 1), output);
+  const QString complained = program.readAllStandardError();
+  QCOMPARE(complained.left(complained.indexOf('\n') + 1), errors);
 }
 
 void TestProgram::closingTheWindowSavesEveryOption() {

@@ -96,7 +96,8 @@ class TestDemoServer : public QObject {
   void listensOnThisComputerOnly();
   void aPortInUseIsRefusedWithAReason();
   void theProgramTellsItsPort();
-  void theProgramRefusesWhatIsNoPort();
+  void theProgramAnswersItsArguments_data();
+  void theProgramAnswersItsArguments();
   void everyResponseArrivesInOnePiece();
   void playersSeeEachOther();
   void fightsGoOnByThemselves();
@@ -159,15 +160,37 @@ void TestDemoServer::theProgramTellsItsPort() {
   QVERIFY(program.waitForFinished(20000));
 }
 
-void TestDemoServer::theProgramRefusesWhatIsNoPort() {
-  for (const char* port : {"65536", "-1", "five", ""}) {
-    QProcess program;
-    program.start(QStringLiteral(KELMORA_DEMO_PROGRAM),
-                  {QStringLiteral("--port"), QString::fromLatin1(port)});
-    QVERIFY(program.waitForFinished(20000));
-    QCOMPARE(program.exitCode(), 1);
-    QVERIFY(program.readAllStandardError().startsWith("kelmora-demo: a port is a number"));
-  }
+void TestDemoServer::theProgramAnswersItsArguments_data() {
+  QTest::addColumn<QStringList>("arguments");
+  QTest::addColumn<int>("exitCode");
+  QTest::addColumn<QString>("beginning");
+  const QString port = "kelmora-demo: a port is a number from 0 to 65535\n";
+  QTest::newRow("--version") << QStringList{"--version"} << 0 << "kelmora-demo 3.9b\n";
+  QTest::newRow("-v") << QStringList{"-v"} << 0 << "kelmora-demo 3.9b\n";
+  QTest::newRow("--help") << QStringList{"--help"} << 0 << "Usage: ";
+  QTest::newRow("-h") << QStringList{"-h"} << 0 << "Usage: ";
+  QTest::newRow("an unknown option")
+      << QStringList{"--host", "x"} << 2 << "kelmora-demo: Unknown option 'host'.\n";
+  QTest::newRow("a word") << QStringList{"5000"} << 2 << "kelmora-demo: '5000' is no option\n";
+  QTest::newRow("a port beyond the last") << QStringList{"--port", "65536"} << 2 << port;
+  QTest::newRow("a negative port") << QStringList{"--port", "-1"} << 2 << port;
+  QTest::newRow("a port in letters") << QStringList{"--port", "five"} << 2 << port;
+  QTest::newRow("an empty port") << QStringList{"--port", ""} << 2 << port;
+}
+
+void TestDemoServer::theProgramAnswersItsArguments() {
+  QFETCH(const QStringList, arguments);
+  QFETCH(const int, exitCode);
+  QFETCH(const QString, beginning);
+  QProcess program;
+  program.start(QStringLiteral(KELMORA_DEMO_PROGRAM), arguments);
+  QVERIFY(program.waitForFinished(20000));
+  QCOMPARE(program.exitCode(), exitCode);
+  // An answer that was asked for goes to one end, a complaint to the other.
+  const QString output = QString::fromUtf8(program.readAllStandardOutput());
+  const QString errors = QString::fromUtf8(program.readAllStandardError());
+  QCOMPARE((exitCode == 0 ? output : errors).left(beginning.size()), beginning);
+  QCOMPARE(exitCode == 0 ? errors : output, QString());
 }
 
 void TestDemoServer::everyResponseArrivesInOnePiece() {

@@ -185,6 +185,8 @@ void TestGameLinkConnecting::anErrorThatEndsNothingKeepsTheConnection() {
   client_->link.displaySocketError(QAbstractSocket::SocketTimeoutError);
   QCOMPARE(client_->socket.state(), QAbstractSocket::ConnectedState);
   QCOMPARE(client_->host.lines.last(), QString("<i>Error: Socket error 5</i>"));
+  // Connect follows the error, though there is a connection.
+  QCOMPARE(client_->host.enabledActions(), QString("CD-"));
 }
 
 void TestGameLinkConnecting::afterAFailedAttemptTheSocketIsClosed() {

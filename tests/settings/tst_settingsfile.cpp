@@ -59,6 +59,7 @@ class TestSettingsFile : public QObject {
   void unchangedSettingsComeBackWhole();
   void everyFieldComesBack();
   void anEmptyHostCannotComeBack();
+  void anEmptyStyleCannotComeBack();
   void aMissingFileIsCreatedEmpty();
   void foldersAndMissingFoldersFail();
   void theOwnerAloneCanReadIt_data();
@@ -282,6 +283,16 @@ void TestSettingsFile::everyFieldComesBack() {
 void TestSettingsFile::anEmptyHostCannotComeBack() {
   ClientSettings record;
   record.hostName.clear();
+  record.port = 23;
+  QVERIFY(settings::exportSettings(record, fileName));
+  ClientSettings other;
+  QVERIFY(!settings::importSettings(other, fileName));
+  QCOMPARE(other.port, 5000);
+}
+
+void TestSettingsFile::anEmptyStyleCannotComeBack() {
+  ClientSettings record;
+  record.interfaceStyle.clear();
   record.port = 23;
   QVERIFY(settings::exportSettings(record, fileName));
   ClientSettings other;
