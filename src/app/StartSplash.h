@@ -5,16 +5,19 @@
 
 namespace kelmora::app {
 
-/// The picture behind which the program starts. The toolkit's own one, as of
-/// Qt 6.8, waits in its show event until it is on the screen. It cannot be before
-/// that event is over, so each start would take a second longer.
+/// The picture behind which the program starts. Since Qt 6.8 the toolkit's own
+/// splash screen waits in its show event until it is on the screen. But it gets
+/// there only after that event, so each start would take a second longer. Here the
+/// event is handled as by any other widget.
 class StartSplash final : public QSplashScreen {
  public:
   using QSplashScreen::QSplashScreen;
 
  protected:
   bool event(QEvent* event) override {
-    return event->type() == QEvent::Show ? QWidget::event(event) : QSplashScreen::event(event);
+    if (event->type() == QEvent::Show)
+      return QWidget::event(event);  // NOLINT(bugprone-parent-virtual-call)
+    return QSplashScreen::event(event);
   }
 };
 
