@@ -99,7 +99,7 @@ std::optional<Sequel> Commands::run(const QString& action) {
   // that nobody wrote.
   if (budget_.overspent())
     return Sequel();
-  const Handler& handler = Handlers::all.at(command - rows.begin());
+  const Handler& handler = Handlers::all.at(static_cast<std::size_t>(command - rows.begin()));
   return (this->*handler.run)(*arguments);
 }
 
