@@ -13,7 +13,7 @@ using namespace kelmora::automation;
 
 namespace fuzz {
 
-/// The blocks of a table whose entries name themselves with `label`.
+/// The entries of a table as blocks; `label` tells an entry's label.
 template <typename Table, typename Label>
 QList<Block> blocksOf(const Table& table, Label label) {
   QList<Block> blocks;
@@ -22,11 +22,11 @@ QList<Block> blocksOf(const Table& table, Label label) {
   return blocks;
 }
 
-/// What a command is after it was written and read again; nothing when its
-/// line ends the block.
+/// What a command becomes when it is written and read again. Nothing where it is the
+/// end line of its block.
 inline std::optional<QString> rewritten(const QString& command, const BlockFormat& format) {
   QByteArray line = command.toLatin1();
-  // Without the line break it would be taken for a part of it.
+  // One carriage return before the line feed is read as part of the line's end.
   if (line.endsWith('\r'))
     line.chop(1);
   if (line == '/' + format.keyword.toByteArray())
@@ -35,8 +35,8 @@ inline std::optional<QString> rewritten(const QString& command, const BlockForma
                                                         : QString::fromLatin1(line);
 }
 
-/// What blocks read from a file are after they were written and read again;
-/// nothing when a command ends its block early, or a label was line breaks alone.
+/// What blocks from a file become when they are written and read again. Nothing where a
+/// command ends its block early, and where a label holds nothing but line breaks.
 inline std::optional<QList<Block>> rewritten(QList<Block> blocks, const BlockFormat& format) {
   for (Block& block : blocks) {
     if (block.label.remove(u'\r').isEmpty())
@@ -51,18 +51,18 @@ inline std::optional<QList<Block>> rewritten(QList<Block> blocks, const BlockFor
   return blocks;
 }
 
-/// What sets one kind of block file apart.
+/// What is different for each kind of block file.
 template <typename Table>
 struct BlockFileKind {
   const BlockFormat& format;
   QLatin1String path;
-  /// For the C library's scanner.
+  /// The format of a header line for sscanf.
   const char* header;
   bool (AutomationFiles::*load)(Table&);
   bool (AutomationFiles::*write)(const Table&);
 };
 
-/// Loads a file of these bytes, writes its table and loads that.
+/// Loads a file of these bytes, writes the table, and loads the new file.
 template <typename Table, typename Label>
 void loadWriteAndLoad(const BlockFileKind<Table>& kind, const QByteArray& bytes, Label label) {
   Surroundings<QCoreApplication>::provide();

@@ -15,7 +15,7 @@ QList<Block> blocksIn(const QByteArray& bytes, bool& success) {
   return blocks;
 }
 
-/// The file that the writer would leave if macros were kept.
+/// The file that would be written if macros were kept.
 QByteArray textOf(const QList<Block>& blocks) {
   QByteArray text;
   for (const Block& block : blocks)
@@ -24,7 +24,7 @@ QByteArray textOf(const QList<Block>& blocks) {
 }
 
 void requireKeyOf(const QString& label, qint32 key) {
-  // A code beyond a byte is one of the named keys.
+  // Only keys with one of the 22 names have a code above 255.
   if (key > 0xFF)
     fuzz::require(keyCodeToName(key) == label, "a named key is stored under its name");
   else
@@ -32,7 +32,7 @@ void requireKeyOf(const QString& label, qint32 key) {
                   "any other key is the first byte of its name");
 }
 
-/// What the table answers for a key is what its first macro says.
+/// For each key, the table must find the commands of the first macro with that key.
 void requireFirstOfEachKey(const MacroTable& table) {
   QHash<qint32, QStringList> first;
   for (const MacroEntry& entry : table.entries())

@@ -8,7 +8,8 @@ using namespace kelmora::automation;
 
 namespace {
 
-/// Writes down what firing triggers do, and may take the table apart meanwhile.
+/// Keeps what triggers do when they fire. Where a table is given, it also removes that
+/// table's first entry each time.
 class Recorder : public TriggerHost {
  public:
   void setVariable(const QString& name, const QString& value) override { events << name << value; }
@@ -31,8 +32,7 @@ QStringList firedBy(TriggerTable& table, const QByteArray& line, TriggerTable* c
 
 }  // namespace
 
-/// The input is a pattern on each line up to the first empty one, then a line
-/// of server text on each.
+/// The input is one pattern a line, an empty line, and then the lines of a server.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const QByteArray input = fuzz::bytesOf(data, size);
   TextLines lines(input);

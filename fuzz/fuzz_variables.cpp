@@ -14,7 +14,7 @@ namespace {
 
 using Variables = QMap<QString, QString>;
 
-/// The file as the toolkit's text lines and the C library's scanner read it.
+/// Reads the file with the toolkit's text stream and the C library's sscanf.
 bool readByTheLibraries(const QByteArray& bytes, Variables& variables) {
   QTextStream stream(bytes);
   stream.setEncoding(QStringConverter::Latin1);

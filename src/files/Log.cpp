@@ -2,7 +2,8 @@
 
 namespace kelmora::files {
 
-// A fatal message is the least that shows by itself, and none is ever written.
+// From below fatal messages on everything is off until it is asked for, and there are
+// no fatal messages.
 Q_LOGGING_CATEGORY(filesLog, "kelmora.files", QtFatalMsg)
 
 }  // namespace kelmora::files

@@ -57,7 +57,7 @@ class AnyEditor {
     QVERIFY(QTest::qWaitForWindowActive(&dialog()));
   }
 
-  /// What the file holds when these entries were just saved.
+  /// What the file must hold after the entries were saved.
   [[nodiscard]] QByteArray fileText() const {
     if (words_.one == QLatin1String("macro"))
       return "";  // macros are never written
@@ -78,7 +78,8 @@ class AnyEditor {
   EditorWords words_;
 };
 
-/// One editor with its table: of `Entry`, the label is made by `labelOf`.
+/// One editor with its table. The two functions turn an entry of this table into its
+/// label, and AnyEntry into an entry of this table.
 template <typename Widget, typename Table, typename Entry>
 class EditorOf : public AnyEditor {
  public:
@@ -134,13 +135,13 @@ inline std::unique_ptr<AnyEditor> AnyEditor::make(const QString& one) {
       });
 }
 
-/// Runs each test function once for each of the editors named by the global data.
+/// Runs each test function once for each editor that initTestCase_data() names.
 class EditorTest : public QObject {
  protected:
   /// What the editor's file holds until the editor writes it.
   static inline const QByteArray untouched = "untouched";
 
-  // What is enabled in each state.
+  // The controls that are enabled in each state, by the words of EditorControls.
   static inline const QString browsing = "edit list add delete close";
   static inline const QString browsingNothing = "list add delete close";
   [[nodiscard]] QString editing() {

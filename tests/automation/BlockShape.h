@@ -20,8 +20,8 @@ inline QString shape(const QList<Block>& blocks, bool success) {
   return success ? text : text + u'!';
 }
 
-/// A file read by the toolkit's own text lines and the C library's own sscanf.
-/// The C locale must be in force.
+/// Reads a block file with the toolkit's text stream and the C library's sscanf. The
+/// locale must be "C".
 inline QString readShapeByTheLibraries(const BlockFormat& format, QByteArray text,
                                        const char* header) {
   QTextStream stream(&text, QIODevice::ReadOnly);

@@ -15,7 +15,7 @@
 #include <optional>
 #include <utility>
 
-/// The button of a dialog that carries exactly these words; null without one.
+/// The button of a dialog with exactly this text; null where there is none.
 inline QPushButton* buttonOf(const QDialog& dialog, const QString& text) {
   for (auto* button : dialog.findChildren<QPushButton*>(QString(), Qt::FindDirectChildrenOnly)) {
     if (button->text() == text)
@@ -24,7 +24,7 @@ inline QPushButton* buttonOf(const QDialog& dialog, const QString& text) {
   return nullptr;
 }
 
-/// The slots that a class declares itself, in order.
+/// The signatures of the slots that a class itself declares, in their order.
 inline QStringList slotsOf(const QMetaObject& type) {
   QStringList found;
   for (int index = type.methodOffset(); index < type.methodCount(); ++index)
@@ -32,8 +32,8 @@ inline QStringList slotsOf(const QMetaObject& type) {
   return found;
 }
 
-/// Waits, while a modal dialog runs its own event loop, for it to be active,
-/// and then deals with it, once.
+/// Waits until a modal dialog of this class is active and then calls `act` with it,
+/// once. The dialog's own event loop runs meanwhile, so this works by a timer.
 template <typename Dialog>
 class WhenShown {
  public:
@@ -59,7 +59,7 @@ class WhenShown {
   bool seen_ = false;
 };
 
-/// Answers the next message box with a button or a key and keeps what it said.
+/// Answers the next message box with a button or a key, and keeps what the box said.
 class BoxAnswer {
  public:
   explicit BoxAnswer(QMessageBox::StandardButton answer)
@@ -77,7 +77,7 @@ class BoxAnswer {
         }) {}
   Q_DISABLE_COPY_MOVE(BoxAnswer)
 
-  /// Title, text, icon and buttons; empty where no box came up.
+  /// The box's title, text, icon and buttons; empty where none has come up.
   [[nodiscard]] QStringList said() const { return said_; }
 
   static QStringList information(const QString& title, const QString& text) {
@@ -108,8 +108,8 @@ class BoxAnswer {
   WhenShown<QMessageBox> shown_;
 };
 
-/// The controls of an editor, found as a player finds them. `entry` is the word
-/// that stands on its buttons.
+/// The controls of an editor. The buttons are found by their texts, as by a player;
+/// `entry` is the word for an entry in these texts.
 class EditorControls {
  public:
   EditorControls(QDialog& dialog, const QString& entry)
@@ -127,7 +127,7 @@ class EditorControls {
     return list && commands && edit && save && cancel && add && remove && close;
   }
 
-  /// The words for what is enabled, in reading order.
+  /// The words for the controls that are enabled, in the order in which they are read.
   [[nodiscard]] QString enabled() const {
     QStringList words;
     for (const auto& [control, word] : named()) {
@@ -137,7 +137,7 @@ class EditorControls {
     return words.join(u' ');
   }
 
-  /// The word for what has the focus.
+  /// The word for the control that has the focus.
   [[nodiscard]] QString focused() const {
     for (const auto& [control, word] : named()) {
       if (control && control->hasFocus())
@@ -161,7 +161,7 @@ class EditorControls {
 
   QComboBox* list;
   QPlainTextEdit* commands;
-  QLineEdit* label;  // null where labels are fixed
+  QLineEdit* label;  // null where labels cannot be changed
   QPushButton* edit;
   QPushButton* save;
   QPushButton* cancel;
@@ -170,12 +170,12 @@ class EditorControls {
   QPushButton* close;
 };
 
-/// A click as the player makes it; a disabled button takes none.
+/// Clicks with the mouse, which does nothing where the button is disabled.
 inline void click(QPushButton* button) {
   QTest::mouseClick(button, Qt::LeftButton);
 }
 
-/// Puts text in the place of all there is, key by key.
+/// Deletes all text of the field and types another one, key by key.
 template <typename Field>
 void retype(Field* field, const QString& text) {
   field->setFocus();

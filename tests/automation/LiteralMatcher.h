@@ -14,9 +14,8 @@
 using namespace kelmora;
 using namespace kelmora::automation;
 
-/// The same rule, computed with the C library's own scanner and no thought of
-/// speed: what the compiled triggers are held against. The C locale must be in
-/// force.
+/// The rule of triggers, written down with the C library's sscanf and without any care
+/// for speed. The compiled triggers are compared with it. The locale must be "C".
 namespace literal {
 
 inline std::optional<QStringList> matches(const QString& pattern, const QByteArray& line) {

@@ -6,8 +6,9 @@
 #include <random>
 #include <string_view>
 
-/// Patterns, and lines that come close to them: few letters, so that chance
-/// matches are frequent, and everything that the rules treat apart.
+/// Makes random patterns, and lines that match them or nearly do. They use few
+/// letters, so that matches by chance are frequent, and every character that the
+/// rules treat in a special way.
 class RandomTriggers {
  public:
   explicit RandomTriggers(quint32 seed) : random_(seed) {}
@@ -22,7 +23,7 @@ class RandomTriggers {
         u" ",   u"\t",  u"  ",   u"a",    u"b",      u"ab",   u"ba",    u".",     u"?", u"s",
         u"%",   u"%s",  u"é",    u"Ã©",   u"\u20ac", u"ÿ",    u"{",     u"*}",    u"a", u"b"};
     QString text;
-    // Many wildcards now and then, to pass the limit of ten.
+    // Some patterns have more than ten wildcards.
     if (below(40) == 0)
       for (int count = 8 + below(5); count > 0; --count)
         text += QLatin1String("{*} ");

@@ -9,7 +9,7 @@ using namespace kelmora::automation;
 
 namespace {
 
-/// The commands that a walk from the first entry finds.
+/// The commands of a name, found by walking along the table from its first entry.
 const QStringList* walk(const AliasTable& table, const QString& name) {
   for (const AliasEntry& entry : table.entries())
     if (entry.name == name)

@@ -31,10 +31,10 @@ AliasTable aliasesOf(const QList<AliasEntry>& entries) {
   return table;
 }
 
-/// The tables that are written.
+/// The files of the tables that are written. Tests name a table by its place here.
 const QStringList tableNames{u"triggers.txt"_s, u"aliases.txt"_s, u"variables.txt"_s};
 
-/// What one run of the client does with the files, by their place in the list.
+/// Loads and writes tables as one run of the client does.
 class Session {
  public:
   [[nodiscard]] bool load(int table) {
@@ -221,7 +221,7 @@ void TestAutomationFiles::whatWasNotReadIsKeptBesideBeforeTheFirstWrite() {
   QVERIFY(put(name, old));
   Session session;
   QCOMPARE(session.load(table), success);
-  // As long as nothing is written, nothing is to be kept.
+  // Nothing is kept before the first write.
   QCOMPARE(namesHere(), QStringList{name});
   QVERIFY(session.write(table));
   QCOMPARE(contentsOf(name), written);
@@ -288,7 +288,7 @@ void TestAutomationFiles::whereNothingCanBeKeptNothingIsWritten() {
     }
     QCOMPARE(contentsOf(name), old);
     QVERIFY(!QFile::exists(name + u".bak"_s));
-    // As soon as there is room again it goes its way.
+    // As soon as the disk has room again, the old file is kept and the new one written.
     QVERIFY(session.write(table));
     QCOMPARE(contentsOf(name), "");
     QCOMPARE(contentsOf(name + u".bak"_s), old);
@@ -471,7 +471,8 @@ void TestAutomationFiles::aLargeTableIsQuick() {
   QVERIFY(AutomationFiles().writeAliases(aliases));
   const qint64 elapsed = clock.elapsed();
   QVERIFY2(contentsOf(u"aliases.txt"_s) == text, "the table did not come back");
-  // A second or so; anything that grows with the square takes minutes.
+  // It takes a second or so. If the time grew with the square of the size, it would
+  // take minutes.
   QVERIFY2(elapsed < 20'000, qPrintable(QString::number(elapsed)));
 }
 

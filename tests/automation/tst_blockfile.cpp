@@ -297,7 +297,7 @@ void TestBlockFile::noiseReadsAsTheLibrariesReadIt() {
   QFETCH(const BlockFormat*, format);
   QFETCH(QByteArray, header);
   const QByteArray keyword = format->keyword.toByteArray();
-  // Headers and ends stand often among them, so that deep states are reached.
+  // Header and end lines come often among them, so that many texts hold whole blocks.
   const QByteArrayList pieces{keyword + " \"a b\"\n",
                               keyword + "\"k\"\n",
                               "/" + keyword + "\n",

@@ -100,7 +100,7 @@ void TestByteSearch::randomNeedlesAreFoundWhereTheyOccur() {
   int hits = 0;
   for (int round = 0; round < 20000; ++round) {
     std::vector<QByteArray> needles(below(20));
-    // With all of them long the search leaps.
+    // Where no needle is shorter than two bytes, the search can leap.
     const auto shortest = static_cast<qsizetype>(below(6));
     for (QByteArray& needle : needles)
       do
@@ -122,9 +122,9 @@ void TestByteSearch::manyNeedlesAreFoundWhereTheyOccur_data() {
   QTest::addColumn<int>("letters");
   QTest::addColumn<int>("bytes");
   QTest::addColumn<int>("longest");
-  // A table of all steps has a row for each state, which is one more than the
-  // bytes of needles that begin differently, and a column for each letter and
-  // one for the rest.
+  // The table of steps has a row for each state. Needles that do not begin alike have a
+  // state for each byte, and there is one more at the start. It has a column for each
+  // letter, and one for all other bytes.
   constexpr int rows = (1 << 20) / 256;
   QTest::newRow("the largest table of all steps") << 255 << rows - 1 << rows;
   QTest::newRow("a row too many for a table") << 255 << rows << rows;
@@ -146,7 +146,7 @@ void TestByteSearch::manyNeedlesAreFoundWhereTheyOccur() {
       byte = static_cast<char>(below(static_cast<quint32>(letters)));
     return made;
   };
-  // Every letter stands in the first.
+  // The first needle holds every letter.
   std::vector<QByteArray> needles{QByteArray(letters, '\0')};
   for (int letter = 0; letter < letters; ++letter)
     needles.front()[letter] = static_cast<char>(letter);

@@ -58,7 +58,7 @@ void TestEditorLooks::looksAsLaidOut() {
   QVERIFY(dialog.isModal());
   const EditorControls& c = controls();
   QCOMPARE(c.commands->lineWrapMode(), QPlainTextEdit::NoWrap);
-  // Not every font of one pitch says that it is.
+  // The letters are measured, since not every font of fixed pitch says that it is one.
   const QFontMetricsF letters(c.commands->font());
   QCOMPARE(letters.horizontalAdvance("iiii"), letters.horizontalAdvance("MMMM"));
 
@@ -87,7 +87,7 @@ void TestEditorLooks::looksAsLaidOut() {
 
 void TestEditorLooks::theTabKeyFollowsTheReadingOrder() {
   editor().open({{"A", {"kill"}}});
-  // Once around the controls and back to the first.
+  // Presses Tab so often and tells which controls have the focus on the way.
   const auto walk = [this](qsizetype count) {
     QStringList visited{controls().focused()};
     for (qsizetype step = 0; step < count; ++step) {

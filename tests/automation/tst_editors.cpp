@@ -162,8 +162,8 @@ void TestEditors::savingUntouchedAddsAnEmptyCommandEachTime() {
   click(controls().save);
   QCOMPARE(editor().entries(), QList<AnyEntry>({{"A", {"a", "b", ""}}}));
   QCOMPARE(fileBytes(), editor().fileText());
-  // The field still shows what was saved; only choosing the entry again shows
-  // the stored commands with their line breaks.
+  // The field still shows the text that was saved. Only when the entry is chosen again,
+  // it shows the stored commands with a line break behind each.
   editor().dialog().showEditor();
   click(controls().edit);
   click(controls().save);
@@ -334,7 +334,7 @@ void TestEditors::tenThousandEntriesAreListedAtOneGo() {
   timer.start();
   editor().dialog().showEditor();
   QVERIFY2(timer.elapsed() < 1000, "ten thousand entries take more than a second to list");
-  QCOMPARE(selections.size(), 2);  // the old list gone, the first entry selected
+  QCOMPARE(selections.size(), 2);  // -1 when the old list goes, then 0
   QVERIFY(showsLabel(label(0)));
 
   controls().list->setCurrentIndex(9999);

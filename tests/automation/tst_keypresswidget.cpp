@@ -135,7 +135,7 @@ void TestKeyPressWidget::showsAndKeepsTheKey() {
   QString text;
   qint32 captured = 0;
   WhenShown<KeyPressWidget> player([&](KeyPressWidget& dialog) {
-    // Without text, since the test library knows none for many of the keys.
+    // Sent without a text, since the test library knows no text for many of the keys.
     QTest::sendKeyEvent(QTest::Click, dialog.windowHandle(), static_cast<Qt::Key>(key), QString(),
                         modifiers);
     stayed = dialog.isVisible() && input_->hasFocus();

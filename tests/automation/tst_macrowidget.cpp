@@ -1,5 +1,5 @@
-// What the macro editor has of its own: keys in place of labels. What it shares with
-// the other editors is tested in tst_editors.
+// What only the macro editor has to do: its labels are the names of keys. The rules
+// that it shares with other editors are tested in tst_editors and tst_editorlooks.
 
 #include <QApplication>
 #include <QTest>
@@ -19,7 +19,7 @@ const QString file = QStringLiteral("macros.txt");
 const QString browsing = QStringLiteral("edit list add delete close");
 const QString browsingNothing = QStringLiteral("list add delete close");
 
-/// Presses keys in the capture dialog when it comes up, then its button.
+/// Waits for the dialog that captures a key, presses keys in it, and closes it.
 class KeyAnswer {
  public:
   enum class Then { Okay, CloseWindow };

@@ -231,7 +231,7 @@ void TestTriggerPattern::aWordCutInsideACharacterEndsInAReplacement() {
   const auto words = TriggerPattern("{*}").matches(TriggerLine(line));
   QVERIFY(words);
   QCOMPARE(words->at(0), QString(1022, 'x') + QChar(0xfffd));
-  // The tail is looked for behind the word as it stands in the line.
+  // The tail is looked for behind the whole word, not behind the part that is kept.
   QVERIFY(TriggerPattern("{*} y").matches(TriggerLine(line + " y")));
 }
 

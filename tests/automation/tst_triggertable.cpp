@@ -13,7 +13,7 @@ using namespace kelmora::automation;
 
 namespace {
 
-/// Writes down what the triggers do, and keeps the variables.
+/// Keeps the variables, and a log of all that the triggers do.
 class RecordingHost : public TriggerHost {
  public:
   void setVariable(const QString& name, const QString& value) override {

@@ -1,5 +1,5 @@
-// What the trigger editor has of its own. What it shares with other editors is
-// tested in tst_editors and tst_editorlabels.
+// What only the trigger editor has to do. The rules that it shares with other editors
+// are tested in tst_editors, tst_editorlabels and tst_editorlooks.
 
 #include <QApplication>
 
@@ -13,7 +13,7 @@ using namespace kelmora::automation;
 
 namespace {
 
-/// Keeps the commands that triggers run.
+/// Keeps the lists of commands that triggers run.
 class RecordingHost : public TriggerHost {
  public:
   void setVariable(const QString& /*name*/, const QString& /*value*/) override {}

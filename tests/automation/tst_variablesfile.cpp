@@ -27,8 +27,7 @@ QString readShape(QByteArrayView text, Variables variables = {}) {
   return shape(variables, success);
 }
 
-/// The same reading made of the toolkit's own text lines and the C library's
-/// own sscanf.
+/// The same reading, done with the toolkit's text stream and the C library's sscanf.
 QString readShapeByTheLibraries(QByteArray text) {
   QTextStream stream(&text, QIODevice::ReadOnly);
   stream.setEncoding(QStringConverter::Latin1);

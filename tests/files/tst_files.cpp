@@ -142,7 +142,8 @@ void TestFiles::aFileThatIsTooLongIsReadInPart() {
   QFETCH(bool, whole);
   QFETCH(qsizetype, length);
   QVERIFY(put(path, "a\nb\nc"));
-  QVERIFY(QFile::resize(path, size));  // NULs that take no room on the disk
+  // The rest of the file is NUL bytes, for which the disk needs no room.
+  QVERIFY(QFile::resize(path, size));
   const auto read = files::readOrCreate(path);
   QVERIFY(read);
   QCOMPARE(read->whole, whole);
@@ -266,7 +267,7 @@ void TestFiles::aCopyIsKeptUnderTheFirstFreeName() {
   QCOMPARE(contentsOf(path + u".bak"_s), bytes);
   QCOMPARE(contentsOf(path + u".bak2"_s), "second");
 
-  // Not only a file has its name for itself.
+  // A name may also be taken by a folder, or by a link that leads nowhere.
   QVERIFY(QDir().mkdir(path + u".bak3"_s));
   QVERIFY(QFile::link(u"./nothing"_s, path + u".bak4"_s));
   QVERIFY(put(path, "third"));
@@ -356,7 +357,7 @@ void TestFiles::aFileIsEmptied() {
 
 void TestFiles::whatFailsIsLogged_data() {
   using Act = std::function<bool(const QString&)>;
-  QTest::addColumn<QString>("path");
+  QTest::addColumn<QString>("place");
   QTest::addColumn<Act>("act");
   QTest::addColumn<QString>("beginning");
   const QString missing = u"nowhere/table.txt"_s;
@@ -387,13 +388,13 @@ void TestFiles::whatFailsIsLogged_data() {
 
 void TestFiles::whatFailsIsLogged() {
   using Act = std::function<bool(const QString&)>;
-  QFETCH(QString, path);
+  QFETCH(QString, place);
   QFETCH(Act, act);
   QFETCH(QString, beginning);
   QVERIFY(QDir().mkdir(u"folder"_s));
   QVERIFY(put(u"file"_s, "secret"));
   const LogLines log("kelmora.files");
-  QVERIFY(!act(path));
+  QVERIFY(!act(place));
   QCOMPARE(log.lines().size(), 1);
   QVERIFY2(log.lines().first().startsWith(beginning), qPrintable(log.lines().first()));
   QVERIFY2(log.lines().first().size() > beginning.size(), "no reason is told");

@@ -1,5 +1,6 @@
-// What stands between a table and its loss: other users' rights, full disks,
-// kills, and things that are no files. Most of it needs a child process.
+// That no file is lost to missing permissions, a full disk, a kill, or something in
+// its place that is no file. Most of these tests run the code in a child process,
+// which can give up its permissions or be killed.
 
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -70,7 +71,7 @@ void TestFileSafety::cleanup() {
 
 void TestFileSafety::aPipeIsLeftAlone() {
   QCOMPARE(mkfifo("table.txt", 0600), 0);
-  // Whoever opens it waits for the other end, which never comes.
+  // To open it would wait for ever, since nobody opens its other end.
   QCOMPARE(files::kindOf(path), files::Kind::Other);
   QVERIFY(!files::read(path));
   QVERIFY(!files::readOrCreate(path));
@@ -111,7 +112,8 @@ void TestFileSafety::aDeviceBehindALinkIsLeftAlone_data() {
 
 void TestFileSafety::aDeviceBehindALinkIsLeftAlone() {
   QFETCH(QString, device);
-  // A wrong step must not cost this computer its device.
+  // As an ordinary user, so that an error in the code cannot remove the computer's own
+  // device.
   const int result = inChild([&] {
     if (!becomeOrdinaryUser())
       return cannotTry;
@@ -318,7 +320,7 @@ void TestFileSafety::aKillLeavesTheOldFileOrTheNew() {
 #ifdef Q_OS_LINUX
 
 void TestFileSafety::aReadErrorIsNoEnd() {
-  // Its first page is never there, so that opening succeeds and reading fails.
+  // This file can be opened, but not read: no process has memory at address 0.
   const auto read = files::readOrCreate(u"/proc/self/mem"_s);
   QVERIFY(read);
   QVERIFY(!read->whole);
@@ -338,7 +340,7 @@ void TestFileSafety::aFullDiskLeavesTheOldFile() {
       if (files::replace(path, QByteArray(size, 'n')) || contentsOf(path) != old ||
           namesHere().size() != 1)
         return notAsWished;
-    // Once there is room again, saving works again.
+    // As soon as a file fits on the disk again, it is saved.
     return files::replace(path, "new") && contentsOf(path) == "new" ? asWished : notAsWished;
   });
   if (result == cannotTry)

@@ -23,13 +23,13 @@ Fields fieldsOf(const scan::Result& result, const QList<bool>& isNumber) {
   return fields;
 }
 
-/// A format in the two notations: with the widths that the C library needs, and
-/// without.
+/// One format written twice: as this code takes it, and for the C library, with a width
+/// at each text field.
 struct RandomFormat {
   QByteArray ours;
   QByteArray reference;
   QList<bool> isNumber;
-  /// A text that matches it, to be damaged.
+  /// A text that matches the format. It is then changed at random.
   QByteArray example;
 };
 
@@ -37,7 +37,7 @@ class Generator {
  public:
   explicit Generator(quint32 seed) : engine_(seed) {}
 
-  /// Below limit.
+  /// A random number from 0 to limit - 1.
   int pick(int limit) { return static_cast<int>(engine_() % static_cast<unsigned>(limit)); }
 
   QByteArray bytesOf(QByteArrayView alphabet, int longest) {
@@ -115,8 +115,8 @@ class Generator {
         addSame(made, "%%", bytesOf(" ", 1) + '%');
         break;
       default: {
-        // The C library at hand forgets a pending blank before a byte above
-        // 127, so here such a byte never follows one.
+        // glibc does not skip the blanks of the text where a blank of the format comes
+        // before a byte above 127. So no such byte comes behind a blank here.
         const bool afterBlank = !made.ours.isEmpty() && scan::isSpace(made.ours.back());
         const QByteArray literal =
             bytesOf(afterBlank ? QByteArrayView("ab,:]\"[") : QByteArrayView("ab,:]\"[\xE9\xFF"),
@@ -389,7 +389,7 @@ void TstScan::agreesWithTheCLibrary() {
   qInfo("%lld pairs of format and input, %lld of them complete, seed %u",
         static_cast<long long>(pairs), static_cast<long long>(complete), seed);
   QVERIFY(pairs >= 1000000);
-  // The inputs reach the ends of formats and also stop on the way.
+  // Many texts match their format to its end, and many do not.
   QVERIFY(complete > pairs / 10 && complete < pairs - pairs / 10);
 }
 
@@ -402,7 +402,8 @@ void TstScan::integersAgreeWithTheCLibrary() {
   for (int k = 0; k < 200000; ++k) {
     const QByteArray text = random.bytesOf(" \t", 1) + random.bytesOf("+-", 1) +
                             random.bytesOf("0123456789", 22) + random.bytesOf(" a5", 1);
-    // atoi is undefined where strtol is clamped; this is what it does here.
+    // What atoi does with numbers that are too large is undefined. With glibc it is the
+    // result of strtol, cut to 32 bits.
     const auto reference =
         static_cast<int>(static_cast<quint32>(std::strtol(text.constData(), nullptr, 10)));
     if (sizeof(long) == 8)
