@@ -1,6 +1,8 @@
 #include "BlockFileRound.h"
 #include "automation/core/AutomationFiles.h"
 #include "automation/core/KeyNames.h"
+#include "support/FileText.h"
+#include "support/OwnFolder.h"
 
 using namespace kelmora;
 using namespace kelmora::automation;

@@ -7,7 +7,7 @@
 #include "Surroundings.h"
 #include "settings/ClientSettings.h"
 #include "settings/SettingsFile.h"
-#include "support/OwnFolder.h"
+#include "support/FileText.h"
 
 using namespace kelmora;
 using namespace kelmora::settings;

@@ -10,6 +10,7 @@
 #include "Surroundings.h"
 #include "settings/SettingsFields.h"
 #include "settings/SettingsStore.h"
+#include "support/FileText.h"
 #include "support/OwnFolder.h"
 
 using namespace kelmora;

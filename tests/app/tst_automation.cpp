@@ -89,7 +89,7 @@ void TestAutomation::missingFilesAreCreatedEmptyWithoutAWord() {
   PlayWindow play(5000);
   QCOMPARE(reader.boxes, QStringList());
   for (const char* name : {"macros.txt", "triggers.txt", "aliases.txt", "variables.txt"})
-    QCOMPARE(contentOf(name), QByteArray());
+    QCOMPARE(contentsOf(name), QByteArray());
 }
 
 void TestAutomation::everyBrokenFileHasItsBoxInOrder() {
@@ -128,7 +128,7 @@ void TestAutomation::theTablesAreLoadedAndTheVariablesKept() {
     play.type("/add hp, 5;/set name,Robin");
     QVERIFY(play.window->close());
   }
-  QCOMPARE(contentOf("variables.txt"),
+  QCOMPARE(contentsOf("variables.txt"),
            QByteArray("\nvariable hp \"15\"\n\nvariable name \"Robin\"\n"));
 }
 
@@ -147,10 +147,10 @@ void TestAutomation::whatCouldNotBeReadIsKeptBeside() {
         button->click();
     QVERIFY(play.window->close());
   }
-  QCOMPARE(contentOf("variables.txt"), QByteArray("\nvariable a \"1\"\n"));
-  QCOMPARE(contentOf("variables.txt.bak"), variables);
-  QVERIFY(contentOf("aliases.txt").contains("north"));
-  QCOMPARE(contentOf("aliases.txt.bak"), aliases);
+  QCOMPARE(contentsOf("variables.txt"), QByteArray("\nvariable a \"1\"\n"));
+  QCOMPARE(contentsOf("variables.txt.bak"), variables);
+  QVERIFY(contentsOf("aliases.txt").contains("north"));
+  QCOMPARE(contentsOf("aliases.txt.bak"), aliases);
   // What was written instead is read whole, so that nothing more is kept.
   {
     PlayWindow play(5000);

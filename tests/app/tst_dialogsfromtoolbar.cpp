@@ -105,7 +105,7 @@ void TestDialogsFromToolbar::applyingWritesTheVariables() {
   QFETCH(const bool, written);
   QFile::remove("variables.txt");
   PlayWindow play(5000);
-  QCOMPARE(contentOf("variables.txt"), QByteArray());
+  QCOMPARE(contentsOf("variables.txt"), QByteArray());
   play.type("/set hp, 15");
   play.actions.at(action)->trigger();
   if (title == "Interface Settings")
@@ -113,7 +113,7 @@ void TestDialogsFromToolbar::applyingWritesTheVariables() {
   QVERIFY(play.dialogTitled(title)->isVisible());
   press(play.dialogTitled(title), button);
   QVERIFY(!play.dialogTitled(title)->isVisible());
-  QCOMPARE(contentOf("variables.txt"),
+  QCOMPARE(contentsOf("variables.txt"),
            written ? QByteArray("\nvariable hp \"15\"\n") : QByteArray());
 }
 

@@ -39,7 +39,7 @@ class TestProgram : public QObject {
     program.start(KELMORA_PROGRAM, arguments);
     const bool ended = program.waitForFinished(30000);
     exitCode_ = ended && program.exitStatus() == QProcess::NormalExit ? program.exitCode() : -1;
-    QStringList lines = QString::fromUtf8(contentOf("report.txt")).split('\n', Qt::SkipEmptyParts);
+    QStringList lines = QString::fromUtf8(contentsOf("report.txt")).split('\n', Qt::SkipEmptyParts);
     // Newer releases let the splash go a turn before the window is on the screen.
     const qsizetype gone = lines.indexOf("splash gone");
     if (QLibraryInfo::version() >= QVersionNumber(6, 5) &&

@@ -170,7 +170,7 @@ void TestSaving::variablesAreWrittenBeforeTheStore() {
   written.removeIf(
       [&](const QString& name) { return name != "variables.txt" && name != storeFile.fileName(); });
   QCOMPARE(written, (QStringList{"variables.txt", storeFile.fileName()}));
-  QCOMPARE(contentOf("variables.txt"), QByteArray("\nvariable hp \"15\"\n"));
+  QCOMPARE(contentsOf("variables.txt"), QByteArray("\nvariable hp \"15\"\n"));
 #else
   QSKIP("nothing tells the order of two writes here");
 #endif

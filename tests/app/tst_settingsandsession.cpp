@@ -61,13 +61,13 @@ void TestSettingsAndSession::theSessionIsSavedWithTheNormalBlackBehindIt() {
   QVERIFY(QTest::qWaitForWindowActive(play.window.get()));
   play.pane->setFocus();
   const QString shown = play.text();
-  const QByteArray stored = contentOf(play.store.place().iniFile);
+  const QByteArray stored = contentsOf(play.store.place().iniFile);
   Answers answers("session.html");
   play.actions.at(2)->trigger();
   QCOMPARE(play.text(), shown);
-  QCOMPARE(contentOf(play.store.place().iniFile), stored);
+  QCOMPARE(contentsOf(play.store.place().iniFile), stored);
   QCOMPARE(answers.seen, QStringList{"Save Game Session To File | Web Pages (*.htm *.html)"});
-  const QByteArray page = contentOf("session.html");
+  const QByteArray page = contentsOf("session.html");
   QVERIFY(page.startsWith("<body bgcolor=\"#010203\"><!DOCTYPE"));
   QVERIFY(page.contains("a line of this session"));
   QCOMPARE(play.window->focusWidget(), play.bar);
@@ -78,7 +78,7 @@ void TestSettingsAndSession::theSessionGetsTheVeryNameGiven() {
   play.type("a line of this session");
   Answers answers("session");
   play.actions.at(2)->trigger();
-  QVERIFY(contentOf("session").contains("a line of this session"));
+  QVERIFY(contentsOf("session").contains("a line of this session"));
   QCOMPARE(QDir().entryList({"session*"}, QDir::Files), QStringList{"session"});
 }
 
@@ -219,8 +219,8 @@ void TestSettingsAndSession::theExportIsAFileOfTheSettings() {
   play.actions.at(3)->trigger();
   QCOMPARE(answers.seen, QStringList{"Export Settings | Kelmora Client Settings (*.settings)"});
   QVERIFY(settings::exportSettings(play.window->settings(), "expected.settings"));
-  QCOMPARE(contentOf("my.settings"), contentOf("expected.settings"));
-  QVERIFY(contentOf("my.settings").contains("\nport 4023\n"));
+  QCOMPARE(contentsOf("my.settings"), contentsOf("expected.settings"));
+  QVERIFY(contentsOf("my.settings").contains("\nport 4023\n"));
 }
 
 void TestSettingsAndSession::anExportThatFailsSaysSo() {

@@ -8,6 +8,7 @@
 #include "automation/editors/AliasWidget.h"
 #include "automation/editors/MacroWidget.h"
 #include "automation/editors/TriggerWidget.h"
+#include "support/FileText.h"
 #include "support/OwnFolder.h"
 
 /// An entry of any of the three tables.

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "automation/core/AutomationFiles.h"
+#include "support/FileText.h"
 #include "support/LogLines.h"
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"

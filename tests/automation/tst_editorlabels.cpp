@@ -4,6 +4,7 @@
 #include <QClipboard>
 
 #include "AnyEditor.h"
+#include "support/FileText.h"
 #include "support/ScratchMain.h"
 
 class TestEditorLabels : public EditorTest {

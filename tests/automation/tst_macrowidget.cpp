@@ -7,6 +7,7 @@
 #include "EditorDriver.h"
 #include "automation/editors/KeyPressWidget.h"
 #include "automation/editors/MacroWidget.h"
+#include "support/FileText.h"
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
 
@@ -16,6 +17,7 @@ using namespace kelmora::automation;
 namespace {
 
 const QString file = QStringLiteral("macros.txt");
+const QByteArray untouched = "\nmacro Key_F1\nlook\n/macro\n";
 const QString browsing = QStringLiteral("edit list add delete close");
 const QString browsingNothing = QStringLiteral("list add delete close");
 
@@ -71,7 +73,7 @@ class TestMacroWidget : public QObject {
 void TestMacroWidget::init() {
   folder_ = std::make_unique<OwnFolder>();
   QVERIFY(folder_->isValid());
-  QVERIFY(put(file, "\nmacro Key_F1\nlook\n/macro\n"));
+  QVERIFY(put(file, untouched));
   table_ = std::make_unique<MacroTable>();
   editor_ = std::make_unique<MacroWidget>(*table_, files_, nullptr);
   controls_ = std::make_unique<EditorControls>(*editor_, QStringLiteral("macro"));
@@ -147,7 +149,7 @@ void TestMacroWidget::withoutAKeyNothingIsAdded() {
   QCOMPARE(table_->size(), 0);
   QCOMPARE(controls_->list->count(), 0);
   QCOMPARE(controls_->enabled(), browsingNothing);
-  QVERIFY(!contentsOf(file).isEmpty());
+  QCOMPARE(contentsOf(file), untouched);
 }
 
 void TestMacroWidget::aBoundKeyIsRefused() {
@@ -160,7 +162,7 @@ void TestMacroWidget::aBoundKeyIsRefused() {
            BoxAnswer::information("Add Macro", "A macro has already been bound to that key."));
   QCOMPARE(table_->entries(), QList<MacroEntry>({{Qt::Key_F5, {"north"}}}));
   QCOMPARE(controls_->list->count(), 1);
-  QVERIFY(!contentsOf(file).isEmpty());
+  QCOMPARE(contentsOf(file), untouched);
 }
 
 void TestMacroWidget::eachUseStartsWithoutAKey() {

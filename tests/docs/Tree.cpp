@@ -22,5 +22,5 @@ QStringList filesIn(const QString& folder, const QString& names) {
 }
 
 QString textOf(const QString& path) {
-  return QString::fromUtf8(contentOf(path));
+  return QString::fromUtf8(contentsOf(path));
 }

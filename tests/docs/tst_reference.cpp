@@ -186,7 +186,7 @@ void TestReference::automationFiles() {
     QFile::remove(name);
     QVERIFY(files.writeVariables(table));
   }
-  QCOMPARE(contentOf(name), example);
+  QCOMPARE(contentsOf(name), example);
 }
 
 namespace {

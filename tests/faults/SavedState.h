@@ -4,7 +4,7 @@
 
 #include "automation/core/AutomationFiles.h"
 #include "settings/SettingsStore.h"
-#include "support/OwnFolder.h"
+#include "support/FileText.h"
 
 using namespace kelmora;
 using namespace kelmora::automation;

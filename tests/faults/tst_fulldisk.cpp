@@ -79,13 +79,13 @@ void TestFullDisk::editorsKeepTheirEntries() {
     retype(editor.label, QStringLiteral("new"));
     retype(editor.commands, QStringLiteral("say hello"));
     click(editor.save);
-    QCOMPARE(contentOf(file), old.toLatin1());
+    QCOMPARE(contentsOf(file), old.toLatin1());
     QCOMPARE(editor.items(), (QStringList{"old", "new"}));
   }
   // Any later change takes all of them along.
   click(editor.edit);
   click(editor.save);
-  QCOMPARE(contentOf(file),
+  QCOMPARE(contentsOf(file),
            old.toLatin1() + QStringLiteral("\n%1 \"new\"\nsay hello\n/%1\n").arg(entry).toLatin1());
   click(editor.close);
 }
@@ -123,11 +123,11 @@ void TestFullDisk::closingKeepsTheOldVariables() {
     const SizeLimit limit(fullDisk);
     QVERIFY(play.window->close());
   }
-  QCOMPARE(contentOf("variables.txt"), old);
+  QCOMPARE(contentsOf("variables.txt"), old);
   QCOMPARE(play.window->variables().value("gold"), QString("5"));
   play.window->show();
   QVERIFY(play.window->close());
-  QCOMPARE(contentOf("variables.txt"), "\nvariable gold \"5\"\n" + old);
+  QCOMPARE(contentsOf("variables.txt"), "\nvariable gold \"5\"\n" + old);
 }
 
 void TestFullDisk::anExportThatFailsSaysSo() {
@@ -138,7 +138,7 @@ void TestFullDisk::anExportThatFailsSaysSo() {
     play.actions.at(3)->trigger();
     QCOMPARE(answers.seen, title);
   }
-  const QByteArray old = contentOf("my.settings");
+  const QByteArray old = contentsOf("my.settings");
   QCOMPARE(old.count('\n'), 37);
   play.window->settings().port = 4023;
   {
@@ -148,10 +148,10 @@ void TestFullDisk::anExportThatFailsSaysSo() {
     QCOMPARE(answers.seen, title + QStringList{"Export Settings: There has been a failure "
                                                "exporting settings to the specified file."});
   }
-  QCOMPARE(contentOf("my.settings"), old);
+  QCOMPARE(contentsOf("my.settings"), old);
   Answers answers("my.settings");
   play.actions.at(3)->trigger();
-  QVERIFY(contentOf("my.settings").contains("\nport 4023\n"));
+  QVERIFY(contentsOf("my.settings").contains("\nport 4023\n"));
 }
 
 void TestFullDisk::aSavedSessionKeepsTheOldOne() {
@@ -159,17 +159,17 @@ void TestFullDisk::aSavedSessionKeepsTheOldOne() {
   play.type("first words");
   Answers answers("session.html");
   play.actions.at(2)->trigger();
-  const QByteArray old = contentOf("session.html");
+  const QByteArray old = contentsOf("session.html");
   QVERIFY(old.contains("first words"));
   play.type("second words");
   {
     const SizeLimit limit(fullDisk);
     play.actions.at(2)->trigger();
   }
-  QCOMPARE(contentOf("session.html"), old);
+  QCOMPARE(contentsOf("session.html"), old);
   QVERIFY(play.text().contains("second words"));
   play.actions.at(2)->trigger();
-  QVERIFY(contentOf("session.html").contains("second words"));
+  QVERIFY(contentsOf("session.html").contains("second words"));
 }
 
 KELMORA_GUI_TEST_MAIN(TestFullDisk)

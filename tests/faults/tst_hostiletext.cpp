@@ -318,7 +318,7 @@ void TestHostileText::aClickOpensNothingElse() {
 }
 
 void TestHostileText::theWatchersWouldNotice() {
-  QCOMPARE(contentOf("secret.html"), QByteArray(secretText));
+  QCOMPARE(contentsOf("secret.html"), QByteArray(secretText));
   QVERIFY(files_->wasOpened());
   for (const char* scheme : schemes)
     QDesktopServices::openUrl(QUrl(QLatin1String(scheme) + ":x"));

@@ -10,7 +10,9 @@
 #include <poll.h>
 
 #include "SavedState.h"
+#include "support/FileText.h"
 #include "support/InChild.h"
+#include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
 
 using namespace kelmora;

@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 
 #include "files/Files.h"
+#include "support/FileText.h"
 #include "support/InChild.h"
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"

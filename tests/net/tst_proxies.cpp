@@ -1,5 +1,4 @@
 #include <QDir>
-#include <QFile>
 #include <QHostInfo>
 #include <QNetworkProxy>
 #include <QTcpServer>
@@ -10,6 +9,7 @@
 #include "Client.h"
 #include "ProxyProcess.h"
 #include "net/Proxy.h"
+#include "support/FileText.h"
 #include "support/ScratchMain.h"
 
 using namespace kelmora;
@@ -29,9 +29,7 @@ QString errorNumber(QAbstractSocket::SocketError error) {
 
 /// Writes a file into the scratch folder and returns its full path.
 QString write(const QString& name, const QString& content) {
-  QFile file(name);
-  if (!file.open(QIODevice::WriteOnly) || file.write(content.toUtf8()) < 0)
-    qFatal("the scratch folder takes no files");
+  writeFile(name, content.toUtf8());
   return QDir::current().absoluteFilePath(name);
 }
 

@@ -22,7 +22,7 @@ namespace {
 const QString fileName = QStringLiteral("client.settings");
 
 QByteArray content() {
-  return contentOf(fileName);
+  return contentsOf(fileName);
 }
 
 void write(const QByteArray& bytes) {
@@ -339,7 +339,7 @@ void TestSettingsFile::anOldFileIsNarrowedBeforeItIsWritten() {
   QCOMPARE(::link(QFile::encodeName(fileName).constData(), "other name"), 0);
   QVERIFY(settings::exportSettings(ClientSettings(), fileName));
   QCOMPARE(modeOf(fileName), 0600);
-  QCOMPARE(contentOf("other name"), QByteArray("an older password"));
+  QCOMPARE(contentsOf("other name"), QByteArray("an older password"));
   QCOMPARE(modeOf("other name"), 0600);
 }
 

@@ -71,7 +71,7 @@ bool writeGroup(const QByteArray& lines) {
 }
 
 QByteArray content() {
-  return contentOf(file());
+  return contentsOf(file());
 }
 
 QStringList namesInFolder() {
@@ -451,11 +451,11 @@ void TestSettingsStore::aStoreThatIsNoneOfOursYieldsTheDefaultsAndGivesWay() {
   QCOMPARE(load(loaded), WindowPlace());
   QCOMPARE(loaded.port, 11995);
   // The refused store is kept as .bak, and the next one as .bak2.
-  QVERIFY(contentOf(file() + ".bak") == refused);
+  QVERIFY(contentsOf(file() + ".bak") == refused);
   QCOMPARE(modeOf(file() + ".bak"), fileMode);
   QVERIFY(write("again" + refused));
   save(record, WindowPlace());
-  QVERIFY(contentOf(file() + ".bak2") == "again" + refused);
+  QVERIFY(contentsOf(file() + ".bak2") == "again" + refused);
   QCOMPARE(namesInFolder(), (QStringList{"store.conf", "store.conf.bak", "store.conf.bak2"}));
 }
 
@@ -505,7 +505,7 @@ void TestSettingsStore::aDamagedStoreIsKeptBeside() {
     QCOMPARE(record.port, port);
     QCOMPARE(namesInFolder(), QStringList{"store.conf"});
     session.save(record, WindowPlace());
-    QCOMPARE(contentOf(file() + ".bak"), bytes);
+    QCOMPARE(contentsOf(file() + ".bak"), bytes);
     QCOMPARE(modeOf(file() + ".bak"), fileMode);
     QCOMPARE(storedKeys().contains("ofTomorrow"), bytes.contains("ofTomorrow"));
     session.save(record, WindowPlace());
@@ -522,7 +522,7 @@ void TestSettingsStore::aDamageThatOnlyTheSaveMeetsIsKeptToo() {
   const QByteArray bytes = "[Global%20Settings]\nhello\n";
   QVERIFY(write(bytes));
   save(ClientSettings(), WindowPlace());
-  QCOMPARE(contentOf(file() + ".bak"), bytes);
+  QCOMPARE(contentsOf(file() + ".bak"), bytes);
 }
 
 void TestSettingsStore::whatCannotBeKeptIsNotWrittenOver() {
@@ -540,7 +540,7 @@ void TestSettingsStore::whatCannotBeKeptIsNotWrittenOver() {
   QCOMPARE(namesInFolder(), QStringList{"store.conf"});
   session.save(record, WindowPlace());
   QVERIFY(content().contains("port=4023"));
-  QCOMPARE(contentOf(file() + ".bak"), bytes);
+  QCOMPARE(contentsOf(file() + ".bak"), bytes);
 }
 
 void TestSettingsStore::aRefusedStoreInALockedFolderStands() {
@@ -661,7 +661,7 @@ void TestSettingsStore::anUnreadableStoreYieldsTheDefaults() {
   QCOMPARE(record, ClientSettings());
   QCOMPARE(loadedPlace, WindowPlace());
   QCOMPARE(loaded, changed);  // the save put a readable store in its place
-  QCOMPARE(contentOf(file() + ".bak"), QByteArray("[Global%20Settings]\nport=4023\n"));
+  QCOMPARE(contentsOf(file() + ".bak"), QByteArray("[Global%20Settings]\nport=4023\n"));
   QCOMPARE(modeOf(file()), fileMode);
 }
 

@@ -5,20 +5,6 @@
 #include <QTemporaryDir>
 #include <memory>
 
-/// Reads without the code under test; null when there is no such file.
-inline QByteArray contentsOf(const QString& name) {
-  QFile file(name);
-  if (!file.open(QIODevice::ReadOnly))
-    return {};
-  return QByteArray("").append(file.readAll());
-}
-
-/// Writes without the code under test.
-[[nodiscard]] inline bool put(const QString& name, const QByteArray& bytes) {
-  QFile file(name);
-  return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
-}
-
 /// Everything in the working directory, by name.
 inline QStringList namesHere() {
   return QDir().entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
