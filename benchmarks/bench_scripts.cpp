@@ -19,6 +19,7 @@
 
 #include "app/ApplicationFonts.h"
 #include "app/MainWidget.h"
+#include "app/Profile.h"
 #include "support/ScratchFolder.h"
 #include "terminal/view/OutputWidget.h"
 
@@ -31,30 +32,30 @@ namespace {
 struct Shape {
   const char* name;
   QStringList actions;
-  std::function<void(MainWidget&)> prepare = [](MainWidget&) {};
+  std::function<void(Profile&)> prepare = [](Profile&) {};
 };
 
 QString fullLoops(const QString& body) {
   return QStringLiteral("/repeat 512, /repeat 512, /repeat 512, ") + body;
 }
 
-std::function<void(MainWidget&)> withVariables(int count) {
-  return [count](MainWidget& window) {
+std::function<void(Profile&)> withVariables(int count) {
+  return [count](Profile& profile) {
     for (int number = 0; number < count; ++number)
-      window.variables().set(QStringLiteral("v%1").arg(number), QStringLiteral("value"));
-    window.variables().set(QStringLiteral("n"), QStringLiteral("0"));
+      profile.variables.set(QStringLiteral("v%1").arg(number), QStringLiteral("value"));
+    profile.variables.set(QStringLiteral("n"), QStringLiteral("0"));
   };
 }
 
-std::function<void(MainWidget&)> withLongValue(const QString& letter) {
-  return [letter](MainWidget& window) {
-    window.variables().set(QStringLiteral("v"), letter.repeated(65'536 / letter.size()));
-    window.variables().set(QStringLiteral("w"), {});
+std::function<void(Profile&)> withLongValue(const QString& letter) {
+  return [letter](Profile& profile) {
+    profile.variables.set(QStringLiteral("v"), letter.repeated(65'536 / letter.size()));
+    profile.variables.set(QStringLiteral("w"), {});
   };
 }
 
-std::function<void(MainWidget&)> withAlias(const QString& name, const QStringList& commands) {
-  return [=](MainWidget& window) { window.aliases().append({name, commands}); };
+std::function<void(Profile&)> withAlias(const QString& name, const QStringList& commands) {
+  return [=](Profile& profile) { profile.aliases.append({name, commands}); };
 }
 
 std::vector<Shape> shapes() {
@@ -92,15 +93,15 @@ std::vector<Shape> shapes() {
       {"an alias in a loop", {"a"}, withAlias("a", {"/repeat 2, a"})},
       {"a tree of aliases",
        {"0"},
-       [](MainWidget& window) {
+       [](Profile& profile) {
          for (int level = 0; level < 60; ++level)
-           window.aliases().append(
+           profile.aliases.append(
                {QString::number(level), QStringList(2, QString::number(level + 1))});
        }},
       {"pauses in a long list", loop("p"),
-       [=](MainWidget& window) {
-         window.aliases().append({"p", {"l", "/unpause t"}});
-         window.aliases().append({"l", longList});
+       [=](Profile& profile) {
+         profile.aliases.append({"p", {"l", "/unpause t"}});
+         profile.aliases.append({"l", longList});
        }},
   };
 }
@@ -122,15 +123,16 @@ long peakMegabytes() {
 void measure(const Shape& shape) {
   QTcpServer server;
   server.listen(QHostAddress::LocalHost);
-  MainWidget window({.iniFile = QStringLiteral("store.ini")});
-  window.settings().hostName = QStringLiteral("127.0.0.1");
-  window.settings().port = server.serverPort();
+  Profile profile({.iniFile = QStringLiteral("store.ini")});
+  MainWidget window(profile);
+  profile.settings.hostName = QStringLiteral("127.0.0.1");
+  profile.settings.port = server.serverPort();
   auto* const pane = window.findChild<OutputWidget*>();
   window.show();
   window.connectToServer();
   while (!server.hasPendingConnections() || !pane->settled())
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-  shape.prepare(window);
+  shape.prepare(profile);
 
   const double start = milliseconds();
   window.runActions(shape.actions);

@@ -36,6 +36,7 @@
 #include "WindowWatch.h"
 #include "app/ApplicationFonts.h"
 #include "app/MainWidget.h"
+#include "app/Profile.h"
 #include "terminal/view/OutputWidget.h"
 #include "terminal/view/SessionCapture.h"
 
@@ -243,18 +244,19 @@ int main(int argc, char** argv) {
                  splash);
   }
   const QTemporaryDir folder;
-  MainWidget window({.iniFile = folder.filePath(QStringLiteral("store.ini"))});
-  window.settings().hostName = QStringLiteral("127.0.0.1");
-  window.settings().port = port;
+  Profile profile({.iniFile = folder.filePath(QStringLiteral("store.ini"))});
+  MainWidget window(profile);
+  profile.settings.hostName = QStringLiteral("127.0.0.1");
+  profile.settings.port = port;
   auto& pane = *window.findChild<OutputWidget*>();
   return speak(application,
                {.window = window,
                 .pane = pane,
                 .inputBar = *window.findChild<InputWidget*>(),
                 .connectToServer = [&] { window.connectToServer(); },
-                .flooded = [&] { return isFlooded(window.variables()); },
+                .flooded = [&] { return isFlooded(profile.variables); },
                 .settled = [&] { return isSettled(pane); },
                 .save = [&] { save(*pane.document()); },
-                .endEcho = [&] { window.settings().displayLocalEcho = false; }},
+                .endEcho = [&] { profile.settings.displayLocalEcho = false; }},
                splash);
 }

@@ -11,6 +11,7 @@
 
 #include "app/ApplicationFonts.h"
 #include "app/MainWidget.h"
+#include "app/Profile.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
@@ -80,9 +81,10 @@ int main(int argc, char** argv) {
   kelmora::app::installApplicationFonts();
   // A session of its own, whatever the player has stored.
   const QTemporaryDir folder;
-  MainWidget window({.iniFile = folder.filePath(QStringLiteral("store.ini"))});
-  window.settings().hostName = QStringLiteral("127.0.0.1");
-  window.settings().port = arguments.at(1).toInt();
+  kelmora::app::Profile profile({.iniFile = folder.filePath(QStringLiteral("store.ini"))});
+  MainWidget window(profile);
+  profile.settings.hostName = QStringLiteral("127.0.0.1");
+  profile.settings.port = arguments.at(1).toInt();
   window.show();
   const bool played = play(window);
   QApplication::processEvents();

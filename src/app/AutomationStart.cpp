@@ -5,13 +5,13 @@
 #include <array>
 #include <functional>
 
-#include "automation/core/AutomationFiles.h"
+#include "app/Profile.h"
 
 namespace kelmora::app {
 
-void loadAutomationFiles(QWidget& parent, automation::AutomationFiles& files,
-                         automation::MacroTable& macros, automation::TriggerTable& triggers,
-                         automation::AliasTable& aliases, QMap<QString, QString>& variables) {
+void loadAutomationFiles(QWidget& parent, Profile& profile) {
+  automation::AutomationFiles& files = profile.files;
+  script::VariableTable::Entries variables;
   struct FileRow {
     const char* title;
     const char* failure;
@@ -20,13 +20,13 @@ void loadAutomationFiles(QWidget& parent, automation::AutomationFiles& files,
   const std::array<FileRow, 4> rows{{
       {QT_TRANSLATE_NOOP("MainWidget", "Macros"),
        QT_TRANSLATE_NOOP("MainWidget", "There has been a failure reading your macros.txt file."),
-       [&] { return files.loadMacros(macros); }},
+       [&] { return files.loadMacros(profile.macros); }},
       {QT_TRANSLATE_NOOP("MainWidget", "Triggers"),
        QT_TRANSLATE_NOOP("MainWidget", "There has been a failure reading your triggers.txt file."),
-       [&] { return files.loadTriggers(triggers); }},
+       [&] { return files.loadTriggers(profile.triggers); }},
       {QT_TRANSLATE_NOOP("MainWidget", "Aliases"),
        QT_TRANSLATE_NOOP("MainWidget", "There has been a failure reading your aliases.txt file."),
-       [&] { return files.loadAliases(aliases); }},
+       [&] { return files.loadAliases(profile.aliases); }},
       {QT_TRANSLATE_NOOP("MainWidget", "Variables"),
        QT_TRANSLATE_NOOP("MainWidget", "There has been a failure reading your variables.txt file."),
        [&] { return files.loadVariables(variables); }},
@@ -38,6 +38,7 @@ void loadAutomationFiles(QWidget& parent, automation::AutomationFiles& files,
                              QCoreApplication::translate("MainWidget", row.failure),
                              QMessageBox::Ok);
   }
+  profile.variables.load(variables);
 }
 
 }  // namespace kelmora::app

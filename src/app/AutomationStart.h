@@ -1,24 +1,14 @@
 #pragma once
 
-#include <QMap>
-#include <QString>
-
 class QWidget;
-
-namespace kelmora::automation {
-class AliasTable;
-class MacroTable;
-class AutomationFiles;
-class TriggerTable;
-}  // namespace kelmora::automation
 
 namespace kelmora::app {
 
-/// Fills the four tables from their files, in the order macros, triggers,
-/// aliases, variables. Each file that fails is told in a message box over the
-/// parent, then the next one is read.
-void loadAutomationFiles(QWidget& parent, automation::AutomationFiles& files,
-                         automation::MacroTable& macros, automation::TriggerTable& triggers,
-                         automation::AliasTable& aliases, QMap<QString, QString>& variables);
+struct Profile;
+
+/// Fills the profile's macros, triggers, aliases and variables from their files, in
+/// this order. Each file that fails is told in a message box over the parent, then
+/// the next one is read.
+void loadAutomationFiles(QWidget& parent, Profile& profile);
 
 }  // namespace kelmora::app

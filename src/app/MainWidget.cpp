@@ -6,7 +6,7 @@
 #include <QFileDialog>
 #include <algorithm>
 
-#include "app/Beeper.h"
+#include "app/Profile.h"
 #include "app/ToolbarActions.h"
 #include "automation/editors/AliasWidget.h"
 #include "automation/editors/MacroWidget.h"
@@ -15,7 +15,6 @@
 #include "dialogs/HelpWidget.h"
 #include "dialogs/ProxyWidget.h"
 #include "terminal/core/InputSubmission.h"
-#include "terminal/core/SafeMarkup.h"
 #include "terminal/core/Vitals.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
@@ -54,27 +53,28 @@ bool MainWidget::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MainWidget::connectToServer() {
-  link_.connectToServer({.hostName = settings_.hostName, .port = settings_.port});
+  const settings::ClientSettings& settings = profile_.settings;
+  play_->link().connectToServer({.hostName = settings.hostName, .port = settings.port});
 }
 
 void MainWidget::disconnectFromServer() {
-  link_.disconnectFromServer();
+  play_->link().disconnectFromServer();
 }
 
 void MainWidget::displaySocketError(QAbstractSocket::SocketError sockerr) {
-  link_.displaySocketError(sockerr);
+  play_->link().displaySocketError(sockerr);
 }
 
 void MainWidget::clientConnected() {
-  link_.clientConnected();
+  play_->link().clientConnected();
 }
 
 void MainWidget::clientDisconnected() {
-  link_.clientDisconnected();
+  play_->link().clientDisconnected();
 }
 
 void MainWidget::readSocketData() {
-  link_.readSocketData();
+  play_->link().readSocketData();
 }
 
 void MainWidget::configureSettings() {
@@ -92,7 +92,8 @@ void MainWidget::saveBuffer() {
                                                     tr("Web Pages (*.htm *.html)"));
   if (!name.isEmpty()) {
     outputPane_->settle();
-    terminal::captureSession(*outputPane_->document(), settings_.normalColour.front().text(), name);
+    terminal::captureSession(*outputPane_->document(),
+                             profile_.settings.normalColour.front().text(), name);
   }
   returnToInputBar();
 }
@@ -118,13 +119,14 @@ void MainWidget::showHelp() {
 }
 
 void MainWidget::submitInput() {
+  const settings::ClientSettings& settings = profile_.settings;
   const terminal::InputSubmission submission =
       terminal::submitInput(inputBar_->text(),
-                            {.echoEnabled = echoEnabled_,
-                             .displayLocalEcho = settings_.displayLocalEcho,
-                             .flushInput = settings_.flushInput,
-                             .splitInput = settings_.splitInput,
-                             .splitString = settings_.splitString},
+                            {.echoEnabled = play_->echoEnabled(),
+                             .displayLocalEcho = settings.displayLocalEcho,
+                             .flushInput = settings.flushInput,
+                             .splitInput = settings.splitInput,
+                             .splitString = settings.splitString},
                             inputHistory_);
   if (submission.route == terminal::InputSubmission::Route::ActionList) {
     runActions(submission.actions);
@@ -155,15 +157,15 @@ void MainWidget::parseVitals(const char* line) {
 }
 
 void MainWidget::runActions(const QStringList& actions) {
-  interpreter_.runActions(actions);
+  play_->interpreter().runActions(actions);
 }
 
 script::Pause MainWidget::interpretAction(QString action) {
-  return interpreter_.interpretAction(std::move(action));
+  return play_->interpreter().interpretAction(std::move(action));
 }
 
 bool MainWidget::dispatchMacro(int key) {
-  const QStringList* commands = macroTable_.commandsOf(key);
+  const QStringList* commands = profile_.macros.commandsOf(key);
   if (commands)
     runActions(QStringList(*commands));
   return commands != nullptr;
@@ -173,48 +175,6 @@ bool MainWidget::claimsShortcut(QKeyCombination keys) const {
   return std::any_of(actions_.begin(), actions_.end(), [&](const QAction* action) {
     return action->isEnabled() && action->shortcut() == QKeySequence(keys);
   });
-}
-
-void MainWidget::beep() {
-  beeper_->beep();
-}
-
-void MainWidget::showServerText(terminal::ServerText text) {
-  outputPane_->showServerText(std::move(text));
-}
-
-void MainWidget::checkTriggers(const QByteArray& line) {
-  triggerTable_.check(line, *this);
-}
-
-void MainWidget::takeServerBytes(const QByteArray& bytes) {
-  // Each line may run a script. What they lose is told once for all of them.
-  const script::Losses::Event event(interpreter_.losses());
-  pipeline_.readSocketData(bytes,
-                           {.displayAnsiColor = settings_.displayAnsiColor,
-                            .playBeeps = settings_.playBeeps,
-                            .parseHtml = settings_.parseHtml,
-                            .displayURLs = settings_.displayURLs},
-                           *this);
-}
-
-const QByteArray& MainWidget::statusSpan() const {
-  return pipeline_.translator().normalSpan(terminal::AnsiTranslator::white);
-}
-
-qsizetype MainWidget::statusLineRoom() const {
-  constexpr qsizetype longestLine = 1023;  // characters, with the span that opens the line
-  return longestLine - statusSpan().size();
-}
-
-void MainWidget::appendStatusLine(const QString& html) {
-  // The host name in it can be anything that was stored, and tables nested in it
-  // would hold up the window.
-  outputPane_->appendStatusLine(terminal::safeMarkup(QString::fromLatin1(statusSpan()) + html));
-}
-
-void MainWidget::moveCursorToEnd() {
-  outputPane_->moveCursor(QTextCursor::End);
 }
 
 void MainWidget::setActionEnabled(net::ConnectionAction action, bool enabled) {
@@ -231,36 +191,4 @@ void MainWidget::returnToInputBar() {
   QWidget* behind = QApplication::activeModalWidget();
   (behind ? behind : this)->activateWindow();
   focusInputBar();
-}
-
-void MainWidget::sendLine(const QString& line) {
-  const net::SendResult result = link_.sendLine(line);
-  if (echoEnabled_ && settings_.displayLocalEcho)
-    outputPane_->echoSentText(line + QStringLiteral("\r\n"));
-  if (result == net::SendResult::LossBegins)
-    printError(QStringLiteral("The server takes no lines: this one and what follows is lost"));
-}
-
-void MainWidget::printError(const QString& text) {
-  outputPane_->printError(text);
-}
-
-void MainWidget::printInfo(const QString& text) {
-  outputPane_->printInfo(text);
-}
-
-void MainWidget::printText(const QString& text, const QString& colourName) {
-  outputPane_->printText(text, QColor(colourName));
-}
-
-QObject& MainWidget::timerParent() {
-  return *this;
-}
-
-const QStringList* MainWidget::commandsOf(const QString& name) const {
-  return aliasTable_.commandsOf(name);
-}
-
-void MainWidget::setVariable(const QString& name, const QString& value) {
-  variableTable_.set(name, value);
 }

@@ -7,11 +7,10 @@
 #include <QScreen>
 #include <QTcpSocket>
 #include <QToolBar>
-#include <utility>
 
 #include "app/AutomationStart.h"
-#include "app/Beeper.h"
 #include "app/MainWidget.h"
+#include "app/Profile.h"
 #include "app/ToolbarActions.h"
 #include "automation/editors/AliasWidget.h"
 #include "automation/editors/MacroWidget.h"
@@ -41,27 +40,25 @@ void keepExtent(QToolBar& toolbar) {
 
 }  // namespace
 
-MainWidget::MainWidget(settings::StorePlace place) : store_(std::move(place)) {
+MainWidget::MainWidget(Profile& profile) : profile_(profile) {
   setWindowTitle(QStringLiteral("Kelmora - The Official Client"));
   setWindowIcon(QIcon(QStringLiteral(":/icons/mainicon.png")));
   loadStoredSettings();
   applySettings(settings::Occasion::Loaded);
-  script::VariableTable::Entries variables;
-  loadAutomationFiles(*this, automationFiles_, macroTable_, triggerTable_, aliasTable_, variables);
-  variableTable_.load(variables);
+  loadAutomationFiles(*this, profile_);
   applySettings(settings::Occasion::FilesLoaded);
   createWidgets();
   applySettings(settings::Occasion::WidgetsMade);
   createDialogs();
   layOutWidgets();
   connectSocket();
-  inputBar_->setFocus(Qt::OtherFocusReason);
+  focusInputBar();
 }
 
 MainWidget::~MainWidget() = default;
 
 void MainWidget::loadStoredSettings() {
-  const settings::WindowPlace place = store_.load(settings_);
+  const settings::WindowPlace place = profile_.store.load(profile_.settings);
   QSize largest(8192, 8192);
   QList<QRect> screens;
   for (const QScreen* screen : QGuiApplication::screens()) {
@@ -83,17 +80,18 @@ void MainWidget::createWidgets() {
   palette.setBrush(QPalette::Active, QPalette::Base, Qt::black);
   palette.setBrush(QPalette::Inactive, QPalette::Base, Qt::black);
   outputPane_->setPalette(palette);
-  beeper_ = std::make_unique<Beeper>(*this);
+  PlayHost& host = *this;
+  play_ = std::make_unique<Play>(profile_, host, *outputPane_, *this);
 }
 
 void MainWidget::createDialogs() {
   dialogs::SettingsHost& host = *this;
-  configureDialog_ = new ConfigureWidget(*this, host, settings_);
-  proxyDialog_ = new ProxyWidget(*this, host, settings_);
+  configureDialog_ = new ConfigureWidget(*this, host, profile_.settings);
+  proxyDialog_ = new ProxyWidget(*this, host, profile_.settings);
   helpDialog_ = new HelpWidget(*this);
-  macroEditor_ = new MacroWidget(macroTable_, automationFiles_, this);
-  triggerEditor_ = new TriggerWidget(triggerTable_, automationFiles_, this);
-  aliasEditor_ = new AliasWidget(aliasTable_, automationFiles_, this);
+  macroEditor_ = new MacroWidget(profile_.macros, profile_.files, this);
+  triggerEditor_ = new TriggerWidget(profile_.triggers, profile_.files, this);
+  aliasEditor_ = new AliasWidget(profile_.aliases, profile_.files, this);
   for (QDialog* dialog : findChildren<QDialog*>())
     dialog->installEventFilter(this);  // see eventFilter()
 }
@@ -134,7 +132,7 @@ void MainWidget::connectActions() {
 }
 
 void MainWidget::connectSocket() {
-  const QTcpSocket* socket = &link_.socket();
+  const QTcpSocket* socket = &play_->link().socket();
   connect(socket, &QTcpSocket::errorOccurred, this, &MainWidget::displaySocketError);
   connect(socket, &QTcpSocket::readyRead, this, &MainWidget::readSocketData);
   connect(socket, &QTcpSocket::connected, this, &MainWidget::clientConnected);

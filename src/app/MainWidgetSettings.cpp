@@ -5,9 +5,9 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QToolBar>
-#include <algorithm>
 
 #include "app/MainWidget.h"
+#include "app/Profile.h"
 #include "net/Proxy.h"
 #include "settings/SettingsFile.h"
 #include "settings/UsableValues.h"
@@ -17,13 +17,6 @@
 using namespace kelmora;
 
 namespace {
-
-terminal::AnsiTranslator::ColourTexts textsOf(const settings::ColourTexts& colours) {
-  terminal::AnsiTranslator::ColourTexts texts;
-  std::transform(colours.begin(), colours.end(), texts.begin(),
-                 [](const settings::ColourText& colour) { return colour.text(); });
-  return texts;
-}
 
 net::Proxy proxyOf(const settings::ClientSettings& settings) {
   return {.type = settings.proxyType,
@@ -44,36 +37,32 @@ void MainWidget::takeEffect(settings::Effect effect) {
   using enum settings::Effect;
   switch (effect) {
     case UsedProxy:
-      if (settings_.useProxyServer)
-        net::installProxy(proxyOf(settings_));
+      if (profile_.settings.useProxyServer)
+        net::installProxy(proxyOf(profile_.settings));
       return;
     case ProxyOrNone:
-      if (settings_.useProxyServer)
-        net::installProxy(proxyOf(settings_));
+      if (profile_.settings.useProxyServer)
+        net::installProxy(proxyOf(profile_.settings));
       else
         net::installNoProxy();
       return;
-    case StartEcho:
-      echoEnabled_ = settings_.displayLocalEcho;
-      return;
     case Colours:
-      pipeline_.translator().buildColourSpans(textsOf(settings_.normalColour),
-                                              textsOf(settings_.boldColour));
+      play_->takeColours();
       return;
     case BoldOff:
-      pipeline_.translator().clearBold();
+      play_->clearBold();
       return;
     case WidgetStyle:
-      QApplication::setStyle(settings_.interfaceStyle);
+      QApplication::setStyle(profile_.settings.interfaceStyle);
       return;
     case IconSize:
-      toolbar_->setIconSize(settings::usableIconSize(settings_.iconSize));
+      toolbar_->setIconSize(settings::usableIconSize(profile_.settings.iconSize));
       return;
     case InputFont:
-      inputBar_->setFont(settings_.inFont);
+      inputBar_->setFont(profile_.settings.inFont);
       return;
     case OutputFont:
-      outputPane_->setFont(settings_.outFont);
+      outputPane_->setFont(profile_.settings.outFont);
       return;
     case Save:
       storeSettings();
@@ -83,14 +72,14 @@ void MainWidget::takeEffect(settings::Effect effect) {
 
 void MainWidget::storeSettings() {
   // Whether the file took the variables is not told: the next save tries again.
-  (void)automationFiles_.writeVariables(variableTable_.entries());
-  store_.save(settings_, {.size = size(), .pos = pos()});
+  (void)profile_.files.writeVariables(profile_.variables.entries());
+  profile_.store.save(profile_.settings, {.size = size(), .pos = pos()});
 }
 
 void MainWidget::saveSettings() {
   const QString name = QFileDialog::getSaveFileName(this, tr("Export Settings"), {},
                                                     tr("Kelmora Client Settings (*.settings)"));
-  if (!name.isEmpty() && !settings::exportSettings(settings_, name))
+  if (!name.isEmpty() && !settings::exportSettings(profile_.settings, name))
     QMessageBox::information(
         this, tr("Export Settings"),
         tr("There has been a failure exporting settings to the specified file."), QMessageBox::Ok);
@@ -101,7 +90,7 @@ void MainWidget::loadSettings() {
   const QString name = QFileDialog::getOpenFileName(this, tr("Import Settings"), {},
                                                     tr("Kelmora Client Settings (*.settings)"));
   if (!name.isEmpty()) {
-    if (settings::importSettings(settings_, name))
+    if (settings::importSettings(profile_.settings, name))
       applySettings(settings::Occasion::Imported);
     else
       QMessageBox::information(

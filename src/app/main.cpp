@@ -5,6 +5,7 @@
 #include "app/ApplicationFonts.h"
 #include "app/CommandLine.h"
 #include "app/MainWidget.h"
+#include "app/Profile.h"
 #include "app/StartSplash.h"
 
 using namespace kelmora;
@@ -28,7 +29,8 @@ int main(int argc, char** argv) {
   installApplicationFonts();
   QApplication::processEvents();
 
-  MainWidget window;
+  Profile profile;
+  MainWidget window(profile);
   window.show();
   splash.finish(&window);
   return QApplication::exec();

@@ -6,11 +6,11 @@ std::vector<Effect> effectsOf(Occasion occasion) {
   using enum Effect;
   switch (occasion) {
     case Occasion::Loaded:
-      return {UsedProxy, StartEcho, Colours};
+      return {UsedProxy};
     case Occasion::FilesLoaded:
       return {WidgetStyle};
     case Occasion::WidgetsMade:
-      return {IconSize, InputFont, OutputFont};
+      return {Colours, IconSize, InputFont, OutputFont};
     case Occasion::Imported:
       return {UsedProxy, Colours, BoldOff, WidgetStyle, IconSize, InputFont, OutputFont};
     case Occasion::GeneralApplied:

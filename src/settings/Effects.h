@@ -20,7 +20,6 @@ enum class Occasion {
 enum class Effect {
   UsedProxy,    ///< installs the proxy if it is to be used; if not, the installed one stays
   ProxyOrNone,  ///< installs the proxy if it is to be used; if not, makes connections direct
-  StartEcho,    ///< remembers whether local echo is on; if it is off, it stays off until the end
   Colours,      ///< takes the sixteen colours; the next output begins in the reset colours
   BoldOff,      ///< the next colour code of the server means a normal colour
   WidgetStyle,  ///< sets the toolkit's style; a name that it does not know changes nothing

@@ -6,6 +6,7 @@
 #include <QToolBar>
 
 #include "app/MainWidget.h"
+#include "app/Profile.h"
 #include "support/GameServer.h"
 #include "support/OwnStore.h"
 #include "support/Settled.h"
@@ -27,7 +28,7 @@ class PlayWindow {
     store.set("port", port);
     for (const auto& [key, value] : options)
       store.set(key, value);
-    window = std::make_unique<MainWidget>(store.place());
+    window = std::make_unique<MainWidget>(profile);
     pane = window->findChild<OutputWidget*>();
     bar = window->findChild<InputWidget*>();
     for (QAction* action : window->findChild<QToolBar*>()->actions())
@@ -70,6 +71,7 @@ class PlayWindow {
   }
 
   OwnStore store;
+  Profile profile{store.place()};
   std::unique_ptr<MainWidget> window;
   OutputWidget* pane = nullptr;
   InputWidget* bar = nullptr;

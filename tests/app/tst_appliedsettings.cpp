@@ -200,9 +200,9 @@ void TestAppliedSettings::theProxySettingsInstallTheProxy() {
 void TestAppliedSettings::uncheckedTheyMakeConnectionsDirectThoughNothingChanged() {
   const SettingsPlay play(5000, {{"proxyHostName", "there.invalid"}});
   QCOMPARE(QNetworkProxy::applicationProxy(), untouched);
-  const ClientSettings before = play.window->settings();
+  const ClientSettings before = play.profile.settings;
   play.press(play.openProxy(), "Apply");
-  QCOMPARE(play.window->settings(), before);
+  QCOMPARE(play.profile.settings, before);
   QCOMPARE(QNetworkProxy::applicationProxy(), QNetworkProxy(QNetworkProxy::NoProxy));
 }
 
@@ -231,7 +231,7 @@ void TestAppliedSettings::anUnknownStyleLeavesTheStyle() {
   QDialog& dialog = play.openInterface();
   QCOMPARE(dialog.findChild<QComboBox*>()->currentText(), QString());
   play.press(dialog, "Apply");
-  QCOMPARE(play.window->settings().interfaceStyle, QString());
+  QCOMPARE(play.profile.settings.interfaceStyle, QString());
   QCOMPARE(styleName(), QString("fusion"));
 }
 
@@ -246,21 +246,21 @@ void TestAppliedSettings::cancellingTheInterfaceSettingsSetsNothing() {
 }
 
 void TestAppliedSettings::nothingIsSavedByAnImportButByEveryApply() {
-  const SettingsPlay play(5000);
+  SettingsPlay play(5000);
   const auto isSaved = [&](const QString& user) {
     return play.store.value("proxyUserName").toString() == user;
   };
-  play.window->settings().proxyUserName = "first";
+  play.profile.settings.proxyUserName = "first";
   writeFile("good.settings", "port 4023\n");
   const Answers answers("good.settings");
   play.actions.at(4)->trigger();
   QVERIFY(!isSaved("first"));
   play.press(play.openGeneral(), "Apply");
   QVERIFY(isSaved("first"));
-  play.window->settings().proxyUserName = "second";
+  play.profile.settings.proxyUserName = "second";
   play.press(play.openProxy(), "Apply");
   QVERIFY(isSaved("second"));
-  play.window->settings().proxyUserName = "third";
+  play.profile.settings.proxyUserName = "third";
   play.press(play.openInterface(), "Apply");
   QVERIFY(isSaved("third"));
 }

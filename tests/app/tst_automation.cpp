@@ -116,9 +116,9 @@ void TestAutomation::oneBrokenFileKeepsTheOthers() {
   PlayWindow play(5000);
   QCOMPARE(reader.boxes.size(), 1);
   QVERIFY(reader.boxes.first().startsWith("Triggers: "));
-  QCOMPARE(play.window->triggers().size(), 1);
-  QCOMPARE(play.window->aliases().size(), 1);
-  QCOMPARE(play.window->variables().value("hp"), QString("10"));
+  QCOMPARE(play.profile.triggers.size(), 1);
+  QCOMPARE(play.profile.aliases.size(), 1);
+  QCOMPARE(play.profile.variables.value("hp"), QString("10"));
 }
 
 void TestAutomation::theTablesAreLoadedAndTheVariablesKept() {
@@ -169,8 +169,8 @@ void TestAutomation::aTriggerAnswersWithTheWordItCaptured() {
   QVERIFY(play.connectTo(server));
   server.send("\x1b[33mBob tells you: hello there\x1b[0m\r\n");
   QTRY_COMPARE(server.received(), QByteArray("tell back\r\n"));
-  QCOMPARE(play.window->variables().value("reply"), QString("hello"));
-  QCOMPARE(play.window->variables().value("reply_to"), QString("Bob"));
+  QCOMPARE(play.profile.variables.value("reply"), QString("hello"));
+  QCOMPARE(play.profile.variables.value("reply_to"), QString("Bob"));
 }
 
 void TestAutomation::triggersFireInOrderEachBeforeTheNextIsTried() {
@@ -240,7 +240,7 @@ void TestAutomation::anAliasRunsInPlaceOfItsName() {
   play.type("n;n ;N;/x;//x;//set;/set a,b");
   QTRY_COMPARE(server.received(),
                QByteArray("north\r\nlook\r\nn \r\nN\r\nsay x\r\nsay x\r\nsay set\r\n"));
-  QCOMPARE(play.window->variables().value("a"), QString("b"));
+  QCOMPARE(play.profile.variables.value("a"), QString("b"));
 }
 
 void TestAutomation::aPauseInAnAliasHoldsBackTheAliasAlone() {
@@ -313,7 +313,7 @@ void TestAutomation::aMacroRunsCommandsAliasesAndPauses() {
   QElapsedTimer clock;
   clock.start();
   QTest::keyClick(play.bar, Qt::Key_F5);
-  QCOMPARE(play.window->variables().value("way"), QString("north"));
+  QCOMPARE(play.profile.variables.value("way"), QString("north"));
   play.type("typed");
   QTRY_COMPARE(server.received(), QByteArray("open door\r\nnorth\r\ntyped\r\nlate\r\n"));
   QVERIFY(clock.elapsed() >= 90);
@@ -424,7 +424,7 @@ void TestAutomation::nestedLoopsEndAndTheWindowLives() {
   settled(*play.pane).clear();
   play.type("/set n,0;/repeat 512, /repeat 512, /repeat 512, /add n, 1");
   QCOMPARE(play.text().count("## "), 1);
-  QVERIFY(play.window->variables().value("n").toInt() >= 512 * 512);
+  QVERIFY(play.profile.variables.value("n").toInt() >= 512 * 512);
   play.type("alive");
   QTRY_COMPARE(server.received(), QByteArray("alive\r\n"));
 }

@@ -64,9 +64,9 @@ void TestDemoSession::aNewcomerWalksAround() {
 void TestDemoSession::theTutorialsAutomationWorks() {
   QVERIFY(answers("tutorial 8", "Let the client play along"));
   QVERIFY(answers("/set town,Kelmora;/echo I live in {town}, FFCC00", "I live in Kelmora\n"));
-  play_->window->aliases().append({"hi", {"say Good morning!", "look"}});
+  play_->profile.aliases.append({"hi", {"say Good morning!", "look"}});
   QVERIFY(answers("hi", "You say: Good morning!"));
-  play_->window->triggers().append(
+  play_->profile.triggers.append(
       {"{*} tells you: {*}", {"/echo {_trigOut0} began with {_trigOut1}, 80FF80"}});
   QVERIFY(answers("bob", "Bob began with hello\n"));
   QVERIFY(answers("say one;/pause later, 200;say two", "You say: one"));
@@ -75,9 +75,9 @@ void TestDemoSession::theTutorialsAutomationWorks() {
 }
 
 void TestDemoSession::aFloodArrivesAndTheClientAnswers() {
-  play_->window->triggers().append({"flood: {*} lines sent", {"/set flood,{_trigOut0}"}});
+  play_->profile.triggers.append({"flood: {*} lines sent", {"/set flood,{_trigOut0}"}});
   QVERIFY(answers("flood 3000", "flood: 3000 lines sent"));
-  QTRY_COMPARE(play_->window->variables().value("flood"), QString("3000"));
+  QTRY_COMPARE(play_->profile.variables.value("flood"), QString("3000"));
   QVERIFY(answers("look", "Exits:"));
 }
 

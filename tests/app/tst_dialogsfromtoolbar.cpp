@@ -72,7 +72,7 @@ void TestDialogsFromToolbar::applyingTheGeneralSettingsReachesTheWindow() {
       box->setCurrentText("localhost 4023");
   press(dialog, "Apply");
   QVERIFY(!dialog->isVisible());
-  QCOMPARE(play.window->settings().port, 4023);
+  QCOMPARE(play.profile.settings.port, 4023);
   play.type("gone");
   QCOMPARE(play.bar->text(), QString());
   QCOMPARE(play.store.value("port").toInt(), 4023);
@@ -130,7 +130,7 @@ void TestDialogsFromToolbar::anAliasAddedInItsEditorRunsAtOnce() {
   QTest::keyClicks(name, "hi");
   press(dialog, "Save alias");
   press(dialog, "Close");
-  QCOMPARE(play.window->aliases().entries().first().name, QString("hi"));
+  QCOMPARE(play.profile.aliases.entries().first().name, QString("hi"));
   play.type("hi;mark");
   // The commands field was left empty, which is one empty line.
   QTRY_COMPARE(server.received(), QByteArray("\r\nmark\r\n"));

@@ -12,6 +12,7 @@
 #include <QToolBar>
 
 #include "app/MainWidget.h"
+#include "app/Profile.h"
 #include "settings/SettingsFields.h"
 #include "support/OwnStore.h"
 #include "support/ScratchMain.h"
@@ -78,7 +79,8 @@ void TestMainWidget::theSlotTableHasFifteenSlotsInOrder() {
 }
 
 void TestMainWidget::titleAndIcon() {
-  const MainWidget window(store_.place());
+  Profile profile(store_.place());
+  const MainWidget window(profile);
   QCOMPARE(window.windowTitle(), QString("Kelmora - The Official Client"));
   const QImage picture = QIcon(":/icons/mainicon.png").pixmap(64).toImage();
   QVERIFY(!picture.isNull());
@@ -86,7 +88,8 @@ void TestMainWidget::titleAndIcon() {
 }
 
 void TestMainWidget::firstStartPlacesTheWindow() {
-  const MainWidget window(store_.place());
+  Profile profile(store_.place());
+  const MainWidget window(profile);
   QCOMPARE(window.size(), QSize(800, 800));
   QCOMPARE(window.pos(), QPoint(200, 200));
   QCOMPARE(window.findChild<QToolBar*>()->iconSize(), QSize(48, 48));
@@ -95,7 +98,8 @@ void TestMainWidget::firstStartPlacesTheWindow() {
 void TestMainWidget::storedPlaceIsTaken() {
   store_.set("size", QSize(640, 500));
   store_.set("pos", QPoint(30, 40));
-  const MainWidget window(store_.place());
+  Profile profile(store_.place());
+  const MainWidget window(profile);
   QCOMPARE(window.size(), QSize(640, 500));
   QCOMPARE(window.pos(), QPoint(30, 40));
 }
@@ -118,14 +122,16 @@ void TestMainWidget::hostilePlaces() {
   QFETCH(const QVariant, pos);
   store_.set("size", size);
   store_.set("pos", pos);
-  MainWidget window(store_.place());
+  Profile profile(store_.place());
+  MainWidget window(profile);
   window.show();
   QCOMPARE(window.size(), QSize(800, 800));
   QCOMPARE(window.pos(), QPoint(200, 200));
 }
 
 void TestMainWidget::layoutIsOneColumn() {
-  const MainWidget window(store_.place());
+  Profile profile(store_.place());
+  const MainWidget window(profile);
   const auto* grid = qobject_cast<QGridLayout*>(window.layout());
   QVERIFY(grid);
   QCOMPARE(grid->columnCount(), 1);
@@ -135,7 +141,8 @@ void TestMainWidget::layoutIsOneColumn() {
 }
 
 void TestMainWidget::thePaneIsBlackAndReadOnly() {
-  const MainWidget window(store_.place());
+  Profile profile(store_.place());
+  const MainWidget window(profile);
   auto* pane = window.findChild<OutputWidget*>();
   QCOMPARE(pane->palette().color(QPalette::Active, QPalette::Base), QColor(Qt::black));
   QCOMPARE(pane->palette().color(QPalette::Inactive, QPalette::Base), QColor(Qt::black));
@@ -147,7 +154,8 @@ void TestMainWidget::thePaneIsBlackAndReadOnly() {
 void TestMainWidget::fontsComeFromTheSettings() {
   store_.set("outfont", "Courier,14,-1,5,50,0,0,0,0,0");
   store_.set("infont", "Courier,9,-1,5,75,0,0,0,0,0");
-  const MainWidget window(store_.place());
+  Profile profile(store_.place());
+  const MainWidget window(profile);
   QCOMPARE(window.findChild<OutputWidget*>()->font().pointSize(), 14);
   QCOMPARE(window.findChild<OutputWidget*>()->font().family(), QString("Courier"));
   QCOMPARE(window.findChild<InputWidget*>()->font().pointSize(), 9);
@@ -170,7 +178,8 @@ void TestMainWidget::vitalsBars() {
   QFETCH(const int, index);
   QFETCH(const QRect, geometry);
   QFETCH(const QString, styleSheet);
-  MainWidget window(store_.place());
+  Profile profile(store_.place());
+  MainWidget window(profile);
   window.show();
   const auto bars = window.findChild<QToolBar*>()->findChildren<QProgressBar*>("progHP");
   QCOMPARE(bars.size(), 3);
@@ -200,7 +209,8 @@ void TestMainWidget::vitalsFollowThePrompt_data() {
 void TestMainWidget::vitalsFollowThePrompt() {
   QFETCH(const QByteArray, line);
   QFETCH(const QList<int>, values);
-  MainWidget window(store_.place());
+  Profile profile(store_.place());
+  MainWidget window(profile);
   window.parseVitals(line.constData());
   QList<int> shown;
   for (const QProgressBar* bar : window.findChildren<QProgressBar*>("progHP"))
@@ -227,7 +237,8 @@ void TestMainWidget::promptsWithinOneFrameEndOnTheLast_data() {
 void TestMainWidget::promptsWithinOneFrameEndOnTheLast() {
   QFETCH(const QByteArrayList, prompts);
   QFETCH(const QList<int>, values);
-  MainWidget window(store_.place());
+  Profile profile(store_.place());
+  MainWidget window(profile);
   for (const QByteArray& prompt : prompts)
     window.parseVitals(prompt.constData());
   const auto shown = [&] {
@@ -242,14 +253,16 @@ void TestMainWidget::promptsWithinOneFrameEndOnTheLast() {
 }
 
 void TestMainWidget::theBarHasTheFocusAtTheStart() {
-  MainWidget window(store_.place());
+  Profile profile(store_.place());
+  MainWidget window(profile);
   window.show();
   QVERIFY(QTest::qWaitForWindowActive(&window));
   QCOMPARE(QApplication::focusWidget(), window.findChild<InputWidget*>());
 }
 
 void TestMainWidget::closingSavesTheSettings() {
-  MainWidget window(store_.place());
+  Profile profile(store_.place());
+  MainWidget window(profile);
   window.show();
   window.resize(700, 600);
   window.move(50, 60);
@@ -264,7 +277,8 @@ void TestMainWidget::closingSavesTheSettings() {
 
 void TestMainWidget::destructionSavesNothing() {
   {
-    MainWidget window(store_.place());
+    Profile profile(store_.place());
+    MainWidget window(profile);
     window.resize(700, 600);
   }
   QVERIFY(store_.keys().isEmpty());
@@ -274,7 +288,8 @@ void TestMainWidget::theStoredStyleIsTaken() {
   const QString before = QApplication::style()->objectName();
   const QString other = before == "windows" ? QString("fusion") : QString("windows");
   store_.set("interfaceStyle", other);
-  const MainWidget window(store_.place());
+  Profile profile(store_.place());
+  const MainWidget window(profile);
   const QString taken = QApplication::style()->objectName();
   QApplication::setStyle(before);
   QCOMPARE(taken, other);
@@ -294,7 +309,8 @@ void TestMainWidget::theStoredProxyIsInstalledOnlyWhereItIsUsed() {
       QNetworkProxy(QNetworkProxy::HttpProxy, QStringLiteral("before.invalid")));
   store_.set("useProxyServer", used);
   store_.set("proxyHostName", "stored.invalid");
-  const MainWidget window(store_.place());
+  Profile profile(store_.place());
+  const MainWidget window(profile);
   const QString installed = QNetworkProxy::applicationProxy().hostName();
   QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
   QCOMPARE(installed, host);
@@ -302,7 +318,8 @@ void TestMainWidget::theStoredProxyIsInstalledOnlyWhereItIsUsed() {
 
 void TestMainWidget::everyToolbarActionGivesTheBarTheFocus() {
   store_.set("hostName", "127.0.0.1");
-  MainWidget window(store_.place());
+  Profile profile(store_.place());
+  MainWidget window(profile);
   window.show();
   QVERIFY(QTest::qWaitForWindowActive(&window));
   // A dialog that waits for an answer is sent away.
@@ -324,8 +341,9 @@ void TestMainWidget::everyToolbarActionGivesTheBarTheFocus() {
 
 void TestMainWidget::anUnknownStyleChangesNothing() {
   const QString before = QApplication::style()->objectName();
-  MainWidget window(store_.place());
-  QCOMPARE(window.settings().interfaceStyle, QString("Plastique"));
+  Profile profile(store_.place());
+  MainWidget window(profile);
+  QCOMPARE(profile.settings.interfaceStyle, QString("Plastique"));
   QCOMPARE(QApplication::style()->objectName(), before);
 }
 
@@ -354,7 +372,8 @@ void TestMainWidget::hostileStoresStart() {
   QFETCH(const QVariant, value);
   store_.set(key, value);
   store_.set("useProxyServer", 1);
-  MainWidget window(store_.place());
+  Profile profile(store_.place());
+  MainWidget window(profile);
   window.show();
   QVERIFY(QTest::qWaitForWindowExposed(&window));
   QVERIFY(window.height() <= 4096);

@@ -161,7 +161,7 @@ void TestSaving::variablesAreWrittenBeforeTheStore() {
   QFETCH(const QString, title);
   PlayWindow play(5000);
   play.type("/set hp, 15");
-  play.window->settings().splitString = "//";
+  play.profile.settings.splitString = "//";
   const QFileInfo storeFile(play.store.place().iniFile);
   WriteWatch watch;
   QVERIFY(watch.watch(".") && watch.watch(storeFile.path()));
@@ -186,7 +186,7 @@ void TestSaving::theStoreIsWrittenThoughTheVariablesCannotBe() {
   QVERIFY(QFile::remove("variables.txt"));
   QVERIFY(QDir().mkdir("variables.txt"));
   play.type("/set hp, 15");
-  play.window->settings().proxyUserName = "Robin";
+  play.profile.settings.proxyUserName = "Robin";
   const Answers answers({});
   save(play, title);
   QCOMPARE(play.store.value("proxyUserName").toString(), QString("Robin"));

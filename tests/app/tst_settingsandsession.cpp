@@ -165,8 +165,8 @@ void TestSettingsAndSession::theCaptureChangesNothingItself() {
   selection.setPosition(40, QTextCursor::KeepAnchor);
   play.pane->setTextCursor(selection);
   play.pane->verticalScrollBar()->setValue(100);
-  const ClientSettings settings = play.window->settings();
-  const QMap<QString, QString> variables = play.window->variables().entries();
+  const ClientSettings settings = play.profile.settings;
+  const QMap<QString, QString> variables = play.profile.variables.entries();
   const QString html = settled(*play.pane).toHtml();
   const int place = play.pane->verticalScrollBar()->value();
 
@@ -177,8 +177,8 @@ void TestSettingsAndSession::theCaptureChangesNothingItself() {
   QCOMPARE(play.pane->verticalScrollBar()->value(), place);
   QCOMPARE(settled(*play.pane).textCursor().position(), 40);
   QCOMPARE(settled(*play.pane).textCursor().anchor(), 4);
-  QCOMPARE(play.window->settings(), settings);
-  QCOMPARE(play.window->variables().entries(), variables);
+  QCOMPARE(play.profile.settings, settings);
+  QCOMPARE(play.profile.variables.entries(), variables);
 }
 
 void TestSettingsAndSession::theBarHasTheFocusAfterwards_data() {
@@ -218,7 +218,7 @@ void TestSettingsAndSession::theExportIsAFileOfTheSettings() {
   Answers answers("my.settings");
   play.actions.at(3)->trigger();
   QCOMPARE(answers.seen, QStringList{"Export Settings | Kelmora Client Settings (*.settings)"});
-  QVERIFY(settings::exportSettings(play.window->settings(), "expected.settings"));
+  QVERIFY(settings::exportSettings(play.profile.settings, "expected.settings"));
   QCOMPARE(contentsOf("my.settings"), contentsOf("expected.settings"));
   QVERIFY(contentsOf("my.settings").contains("\nport 4023\n"));
 }
@@ -294,7 +294,7 @@ void TestSettingsAndSession::anImportThatFailsSaysSoAndRefreshesNothing() {
   play.actions.at(4)->trigger();
   QCOMPARE(answers.seen.last(), QString("Import Settings: The specified file does not contain "
                                         "valid settings for this client."));
-  QCOMPARE(play.window->settings().iconSize, QSize(24, 48));
+  QCOMPARE(play.profile.settings.iconSize, QSize(24, 48));
   QCOMPARE(play.window->findChild<QToolBar*>()->iconSize(), QSize(48, 48));
   QCOMPARE(play.window->focusWidget(), play.bar);
 }
@@ -304,7 +304,7 @@ void TestSettingsAndSession::anImportDoesNotWriteTheStore() {
   writeFile("my.settings", "port 4023\n");
   Answers answers("my.settings");
   play.actions.at(4)->trigger();
-  QCOMPARE(play.window->settings().port, 4023);
+  QCOMPARE(play.profile.settings.port, 4023);
   QCOMPARE(play.store.value("port").toInt(), 5000);
   QVERIFY(play.window->close());
   QCOMPARE(play.store.value("port").toInt(), 4023);

@@ -13,6 +13,7 @@
 #include "app/ApplicationFonts.h"
 #include "app/Beeper.h"
 #include "app/MainWidget.h"
+#include "app/Profile.h"
 #include "app/StartSplash.h"
 #include "support/OwnStore.h"
 #include "support/ScratchMain.h"
@@ -63,7 +64,8 @@ void TestStartup::theWindowIsPaintedWithinASecondOfTheSplash() {
   installApplicationFonts();
   QApplication::processEvents();
   const OwnStore store;
-  MainWidget window(store.place());
+  Profile profile(store.place());
+  MainWidget window(profile);
   const PaintWatch watch(window);
   window.show();
   splash.finish(&window);

@@ -229,7 +229,7 @@ void TestToolbar::anAppliedIconSizeLeavesTheBarsWhole() {
           button->click();
     }
     QCoreApplication::processEvents();
-    QCOMPARE(play.window->settings().iconSize, applied);
+    QCOMPARE(play.profile.settings.iconSize, applied);
     QCOMPARE(barOf(play).iconSize(), applied);
     QCOMPARE(barOf(play).height(), 70);
     QCOMPARE(seenBars(play), wholeBars);
@@ -269,7 +269,7 @@ void TestToolbar::sizesThatTheToolkitTakes() {
   QFETCH(const QSize, shown);
   PlayWindow play(5000, {{"size", QSize(1000, 800)}});
   importSizes(play, stored);
-  QCOMPARE(play.window->settings().iconSize, stored);
+  QCOMPARE(play.profile.settings.iconSize, stored);
   QCOMPARE(barOf(play).iconSize(), shown);
   const PlayWindow again(5000, {{"iconSize", stored}, {"size", QSize(1000, 800)}});
   QCOMPARE(barOf(again).iconSize(), shown);

@@ -94,7 +94,7 @@ void TestTyping::theEchoNeedsBothSwitches() {
   QFETCH(const bool, now);
   QFETCH(const bool, echoes);
   PlayWindow play(5000, {{"displayLocalEcho", atTheStart ? 1 : 0}});
-  play.window->settings().displayLocalEcho = now;
+  play.profile.settings.displayLocalEcho = now;
   play.type("line");
   QCOMPARE(play.text(), echoes ? QString("line\n") : QString());
 }
@@ -138,7 +138,7 @@ void TestTyping::withoutEchoAtTheStartNothingIsRemembered() {
   PlayWindow play(5000, {{"displayLocalEcho", 0}});
   play.type("one");
   QCOMPARE(play.bar->text(), QString());
-  play.window->settings().displayLocalEcho = true;
+  play.profile.settings.displayLocalEcho = true;
   play.type("two");
   QCOMPARE(play.bar->text(), QString());
   QTest::keyClick(play.bar, Qt::Key_Up);

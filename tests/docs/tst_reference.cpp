@@ -250,8 +250,6 @@ QString nameOf(settings::Effect effect) {
       return QStringLiteral("the proxy, if one is used");
     case settings::Effect::ProxyOrNone:
       return QStringLiteral("the proxy, or none");
-    case settings::Effect::StartEcho:
-      return QStringLiteral("the second switch of the [echo](connection.md#lines-to-the-game)");
     case settings::Effect::Colours:
       return QStringLiteral("the colours");
     case settings::Effect::BoldOff:

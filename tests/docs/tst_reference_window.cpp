@@ -10,6 +10,7 @@
 #include "Markdown.h"
 #include "Tree.h"
 #include "app/MainWidget.h"
+#include "app/Profile.h"
 #include "automation/editors/AliasWidget.h"
 #include "automation/editors/KeyPressInput.h"
 #include "automation/editors/KeyPressWidget.h"
@@ -55,7 +56,8 @@ void TestReferenceWindow::connectionErrors() {
   const auto errors = QMetaEnum::fromType<QAbstractSocket::SocketError>();
   for (const QStringList& row : rows) {
     const OwnStore store;
-    MainWidget window(store.place());
+    app::Profile profile(store.place());
+    MainWidget window(profile);
     const QByteArray name = codeIn(row.at(0)).toLatin1();
     const int error =
         name.isEmpty() ? QAbstractSocket::NetworkError : errors.keyToValue(name.constData());
@@ -120,7 +122,8 @@ void TestReferenceWindow::classes() {
 
 void TestReferenceWindow::toolbar() {
   const OwnStore store;
-  MainWidget window(store.place());
+  app::Profile profile(store.place());
+  MainWidget window(profile);
   const auto rows = page("window.md").checkedTable("## Toolbar");
   QList<QStringList> inCode;
   for (const QAction* action : window.findChild<QToolBar*>()->actions()) {
@@ -145,7 +148,8 @@ void TestReferenceWindow::toolbar() {
 
 void TestReferenceWindow::bars() {
   const OwnStore store;
-  MainWidget window(store.place());
+  app::Profile profile(store.place());
+  MainWidget window(profile);
   QList<QStringList> inCode;
   for (const QProgressBar* bar : window.findChild<QToolBar*>()->findChildren<QProgressBar*>()) {
     QStringList row{bar->accessibleName().toLower(), '`' + bar->objectName() + '`'};

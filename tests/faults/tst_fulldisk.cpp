@@ -92,7 +92,7 @@ void TestFullDisk::editorsKeepTheirEntries() {
 
 void TestFullDisk::appliedOptionsStayInForce() {
   PlayWindow play(5000, {{"proxyPassword", longText}});
-  QVERIFY(!play.window->settings().flushInput);
+  QVERIFY(!play.profile.settings.flushInput);
   const auto flushStored = [&] { return play.store.value("flushInput").toInt() != 0; };
   const auto apply = [&] {
     play.actions.at(5)->trigger();
@@ -106,7 +106,7 @@ void TestFullDisk::appliedOptionsStayInForce() {
   {
     const SizeLimit limit(fullDisk);
     QVERIFY(apply());
-    QVERIFY(play.window->settings().flushInput);
+    QVERIFY(play.profile.settings.flushInput);
     QVERIFY(!flushStored());
     QCOMPARE(play.store.value("proxyPassword").toString(), longText);
   }
@@ -124,7 +124,7 @@ void TestFullDisk::closingKeepsTheOldVariables() {
     QVERIFY(play.window->close());
   }
   QCOMPARE(contentsOf("variables.txt"), old);
-  QCOMPARE(play.window->variables().value("gold"), QString("5"));
+  QCOMPARE(play.profile.variables.value("gold"), QString("5"));
   play.window->show();
   QVERIFY(play.window->close());
   QCOMPARE(contentsOf("variables.txt"), "\nvariable gold \"5\"\n" + old);
@@ -140,7 +140,7 @@ void TestFullDisk::anExportThatFailsSaysSo() {
   }
   const QByteArray old = contentsOf("my.settings");
   QCOMPARE(old.count('\n'), 37);
-  play.window->settings().port = 4023;
+  play.profile.settings.port = 4023;
   {
     const SizeLimit limit(fullDisk);
     Answers answers("my.settings");

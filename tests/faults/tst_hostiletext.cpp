@@ -179,7 +179,7 @@ void TestHostileText::nothingIsReadOrAskedFor_data() {
 void TestHostileText::nothingIsReadOrAskedFor() {
   QFETCH(QByteArray, markup);
   QFETCH_GLOBAL(bool, linked);
-  play_->window->settings().displayURLs = linked;
+  play_->profile.settings.displayURLs = linked;
   markup.replace("%F", fullPath("."));
   markup.replace("%T", "http://127.0.0.1:" + QByteArray::number(trap_->serverPort()));
   QVERIFY(!files_->wasOpened());
@@ -215,12 +215,12 @@ void TestHostileText::nothingIsRun_data() {
 
 void TestHostileText::nothingIsRun() {
   QFETCH(QByteArray, text);
-  play_->window->aliases().append({"go", {"/set stolen, yes", "north"}});
+  play_->profile.aliases.append({"go", {"/set stolen, yes", "north"}});
   const QString title = play_->window->windowTitle();
   show(text);
   QTest::qWait(10);
   QCOMPARE(server_->received(), QByteArray());
-  QVERIFY(play_->window->variables().entries().isEmpty());
+  QVERIFY(play_->profile.variables.entries().isEmpty());
   QCOMPARE(desktop_->opened, QStringList());
   QCOMPARE(play_->window->windowTitle(), title);
 }
@@ -254,7 +254,7 @@ void TestHostileText::aClickOpensAWebOrMailAddress() {
   QFETCH(QString, words);
   QFETCH(QString, opened);
   // What makes links of addresses also does it within the server's own links.
-  play_->window->settings().displayURLs = !text.contains("href") && !text.contains("HREF");
+  play_->profile.settings.displayURLs = !text.contains("href") && !text.contains("HREF");
   show(text);
   QCOMPARE(desktop_->opened, QStringList());
   const QString before = play_->text();
@@ -303,7 +303,7 @@ void TestHostileText::aClickOpensNothingElse_data() {
 void TestHostileText::aClickOpensNothingElse() {
   QFETCH(QByteArray, address);
   QFETCH_GLOBAL(bool, linked);
-  play_->window->settings().displayURLs = linked;
+  play_->profile.settings.displayURLs = linked;
   for (const char* quote : {"'", "\""}) {
     settled(*play_->pane).clear();
     show("<a href=" + (quote + address) + quote + ">click here</a>");

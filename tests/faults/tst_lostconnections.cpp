@@ -157,12 +157,12 @@ void TestLostConnections::init() {
 
 void TestLostConnections::playAgain(PlayWindow& play) {
   const QNetworkProxy proxy = QNetworkProxy::applicationProxy();
-  const QString host = play.window->settings().hostName;
-  const int port = play.window->settings().port;
+  const QString host = play.profile.settings.hostName;
+  const int port = play.profile.settings.port;
   QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
   GameServer server;
-  play.window->settings().hostName = "127.0.0.1";
-  play.window->settings().port = server.port();
+  play.profile.settings.hostName = "127.0.0.1";
+  play.profile.settings.port = server.port();
   QVERIFY(play.connectTo(server));
   server.send("Welcome back.\r\nA new game begins\r\n");
   QTRY_VERIFY(play.lastLine().isEmpty() && play.text().contains("new game begins"));
@@ -172,8 +172,8 @@ void TestLostConnections::playAgain(PlayWindow& play) {
   QCOMPARE(server.received(), QByteArray("alive\r\n"));
   play.window->disconnectFromServer();
   QTRY_COMPARE(play.connectionStates(), QString("+-+"));
-  play.window->settings().hostName = host;
-  play.window->settings().port = port;
+  play.profile.settings.hostName = host;
+  play.profile.settings.port = port;
   settled(*play.pane).clear();
   QNetworkProxy::setApplicationProxy(proxy);
 }

@@ -170,7 +170,7 @@ void TestSlowServers::aServerThatNeverReadsHoldsUpNobody() {
   play.window->connectToServer();
   QTRY_COMPARE(play.connectionStates(), QString("-+-"));
   // Shown or not is not the matter here; remembered they are as at the start.
-  play.window->settings().displayLocalEcho = false;
+  play.profile.settings.displayLocalEcho = false;
   typeLongLines(play, 300);
   auto* const socket = play.window->findChild<QTcpSocket*>();
   QVERIFY(socket->bytesToWrite() > 1'000'000);
@@ -184,7 +184,7 @@ void TestSlowServers::aServerThatNeverReadsHoldsUpNobody() {
   play.window->disconnectFromServer();
   QVERIFY(play.actions.at(0)->isEnabled());
   GameServer server;
-  play.window->settings().port = server.port();
+  play.profile.settings.port = server.port();
   QVERIFY(play.connectTo(server));
   play.type("alive");
   QTRY_VERIFY(!server.received().isEmpty());

@@ -25,10 +25,10 @@ void TestEffects::happenInThisOrder_data() {
   QTest::addColumn<Occasion>("occasion");
   QTest::addColumn<Effects>("effects");
   QTest::newRow("the start, before the automation files")
-      << Occasion::Loaded << Effects{UsedProxy, StartEcho, Colours};
+      << Occasion::Loaded << Effects{UsedProxy};
   QTest::newRow("the start, behind them") << Occasion::FilesLoaded << Effects{WidgetStyle};
   QTest::newRow("the start, with the widgets")
-      << Occasion::WidgetsMade << Effects{IconSize, InputFont, OutputFont};
+      << Occasion::WidgetsMade << Effects{Colours, IconSize, InputFont, OutputFont};
   QTest::newRow("an import ends bold and saves nothing")
       << Occasion::Imported
       << Effects{UsedProxy, Colours, BoldOff, WidgetStyle, IconSize, InputFont, OutputFont};
@@ -51,8 +51,6 @@ void TestEffects::anImportTakesAllThatTheStartTakes() {
   for (const Occasion step : {Occasion::Loaded, Occasion::FilesLoaded, Occasion::WidgetsMade})
     for (const Effect effect : effectsOf(step))
       atStart.push_back(effect);
-  // But for local echo, which is taken at the start alone.
-  std::erase(atStart, StartEcho);
   for (const Effect effect : effectsOf(Occasion::Imported))
     if (effect != BoldOff)
       QCOMPARE(std::erase(atStart, effect), std::size_t{1});
