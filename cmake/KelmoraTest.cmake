@@ -28,6 +28,13 @@ add_library(kelmora_test_runner STATIC ${PROJECT_SOURCE_DIR}/tests/support/TestR
 target_include_directories(kelmora_test_runner PUBLIC ${PROJECT_SOURCE_DIR}/tests)
 target_link_libraries(kelmora_test_runner PRIVATE kelmora_warnings)
 
+# What tests of widgets share beyond headers.
+add_library(kelmora_test_dialogs STATIC EXCLUDE_FROM_ALL
+  ${PROJECT_SOURCE_DIR}/tests/support/DialogAnswers.cpp)
+target_include_directories(kelmora_test_dialogs PUBLIC ${PROJECT_SOURCE_DIR}/tests)
+target_link_libraries(kelmora_test_dialogs PUBLIC Qt6::Widgets Qt6::Test kelmora_test_options)
+kelmora_use_precompiled(kelmora_test_dialogs widgets_tests)
+
 # kelmora_tests(ROOM KIND LIBS ... TESTS ... [SLOW ...] [SOURCES ...]):
 # builds tst_*.cpp of the current folder into one program, test_ROOM, and
 # registers each as a test of its own, which runs in a process of its own.
@@ -45,6 +52,9 @@ function(kelmora_tests room kind)
   set_target_properties(${program} PROPERTIES AUTOMOC ON)
   target_include_directories(${program} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${program} PRIVATE ${ARG_LIBS} Qt6::Test kelmora_test_runner kelmora_test_options)
+  if(kind STREQUAL "widgets")
+    target_link_libraries(${program} PRIVATE kelmora_test_dialogs)
+  endif()
   kelmora_use_precompiled(${program} ${kind}_tests)
   get_filename_component(folder ${CMAKE_CURRENT_SOURCE_DIR} NAME)
   foreach(test IN LISTS ARG_TESTS)

@@ -3,7 +3,7 @@
 #include <functional>
 #include <memory>
 
-#include "EditorDriver.h"
+#include "EditorControls.h"
 #include "automation/core/KeyNames.h"
 #include "automation/editors/AliasWidget.h"
 #include "automation/editors/MacroWidget.h"

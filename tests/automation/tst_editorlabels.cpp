@@ -4,6 +4,7 @@
 #include <QClipboard>
 
 #include "AnyEditor.h"
+#include "support/DialogAnswers.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
 
@@ -35,9 +36,9 @@ class TestEditorLabels : public EditorTest {
 
  private:
   [[nodiscard]] QLineEdit* label() { return controls().label; }
-  [[nodiscard]] QStringList emptyRefused() {
-    return BoxAnswer::information(words().title("Save"),
-                                  QStringLiteral("Invalid %1 specified.").arg(words().labelWord));
+  [[nodiscard]] ExpectedDialog emptyRefused() {
+    return ExpectedDialog::information(
+        words().title("Save"), QStringLiteral("Invalid %1 specified.").arg(words().labelWord));
   }
   [[nodiscard]] QStringList labels() {
     QStringList all;
@@ -67,9 +68,9 @@ void TestEditorLabels::anEmptyLabelIsRefused() {
   click(controls().edit);
   retype(label(), "");
   retype(controls().commands, "changed");
-  BoxAnswer answer(QMessageBox::Ok);
+  const DialogAnswers answers{emptyRefused()};
   click(controls().save);
-  QCOMPARE(answer.said(), emptyRefused());
+  QVERIFY(answers.allCame());
   QCOMPARE(controls().enabled(), editing());
   QCOMPARE(controls().commands->toPlainText(), QStringLiteral("changed"));
   QCOMPARE(editor().entries(), QList<AnyEntry>({{"k", {"kill"}}}));
@@ -121,9 +122,9 @@ void TestEditorLabels::lineBreaksPutThereOtherwiseAreDroppedOnSave() {
   editor().open({{"k", {"kill"}}});
   click(controls().edit);
   label()->setText("\n\r");
-  BoxAnswer answer(QMessageBox::Ok);
+  const DialogAnswers answers{emptyRefused()};
   click(controls().save);
-  QCOMPARE(answer.said(), emptyRefused());
+  QVERIFY(answers.allCame());
   label()->setText("a\nb");
   click(controls().save);
   QCOMPARE(labels(), QStringList("ab"));
@@ -202,9 +203,10 @@ void TestEditorLabels::addingTwiceIsRefused() {
   editor().open({});
   click(controls().add);
   QVERIFY(put(file(), untouched));
-  BoxAnswer answer(QMessageBox::Ok);
+  const DialogAnswers answers{
+      ExpectedDialog::information(words().title("Add"), words().placeholderTaken)};
   click(controls().add);
-  QCOMPARE(answer.said(), BoxAnswer::information(words().title("Add"), words().placeholderTaken));
+  QVERIFY(answers.allCame());
   QCOMPARE(labels(), QStringList(words().placeholder));
   QCOMPARE(controls().list->count(), 1);
   QCOMPARE(fileBytes(), untouched);

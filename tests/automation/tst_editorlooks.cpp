@@ -27,7 +27,7 @@ class TestEditorLooks : public EditorTest {
 
 void TestEditorLooks::declaresItsSevenSlotsInOrder() {
   const QMetaObject& type = *editor().dialog().metaObject();
-  QCOMPARE(slotsOf(type),
+  QCOMPARE(methodsOf(type),
            QStringList({"selectionChanged(int)", words().slot("add"), words().slot("delete"),
                         words().slot("edit"), words().slot("save"), words().slot("cancel"),
                         "closeDialog()"}));

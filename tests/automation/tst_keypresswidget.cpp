@@ -6,9 +6,10 @@
 #include <QMimeData>
 #include <QTest>
 
-#include "EditorDriver.h"
 #include "automation/editors/KeyPressInput.h"
 #include "automation/editors/KeyPressWidget.h"
+#include "support/Controls.h"
+#include "support/DialogAnswers.h"
 #include "support/ScratchMain.h"
 
 namespace {
@@ -55,9 +56,9 @@ void TestKeyPressWidget::cleanup() {
 }
 
 void TestKeyPressWidget::declaresItsSlot() {
-  QCOMPARE(slotsOf(KeyPressWidget::staticMetaObject), QStringList("submitKey()"));
+  QCOMPARE(methodsOf(KeyPressWidget::staticMetaObject), QStringList("submitKey()"));
   QCOMPARE(KeyPressWidget::staticMetaObject.superClass()->className(), "QDialog");
-  QCOMPARE(slotsOf(KeyPressInput::staticMetaObject), QStringList());
+  QCOMPARE(methodsOf(KeyPressInput::staticMetaObject), QStringList());
   QCOMPARE(KeyPressInput::staticMetaObject.superClass()->className(), "QLineEdit");
 }
 
@@ -134,7 +135,7 @@ void TestKeyPressWidget::showsAndKeepsTheKey() {
   bool stayed = false;
   QString text;
   qint32 captured = 0;
-  WhenShown<KeyPressWidget> player([&](KeyPressWidget& dialog) {
+  const DialogAnswers answers{ExpectedDialog::of<KeyPressWidget>([&](KeyPressWidget& dialog) {
     // Sent without a text, since the test library knows no text for many of the keys.
     QTest::sendKeyEvent(QTest::Click, dialog.windowHandle(), static_cast<Qt::Key>(key), QString(),
                         modifiers);
@@ -143,9 +144,9 @@ void TestKeyPressWidget::showsAndKeepsTheKey() {
     captured = input_->capturedKey();
     QTest::mouseClick(okay_, Qt::LeftButton);
     dialog.reject();
-  });
+  })};
   const qint32 given = dialog_->captureKey();
-  QVERIFY(player.seen());
+  QVERIFY(answers.allCame());
   QVERIFY2(stayed, "the key closed the dialog or moved the focus");
   QCOMPARE(text, shown);
   QCOMPARE(captured, kept);
@@ -187,52 +188,52 @@ void TestKeyPressWidget::aShortcutOfTheWindowDoesNotTakeTheKey() {
   action->setShortcut(QKeySequence(Qt::Key_F5));
   connect(action, &QAction::triggered, dialog_.get(), [&] { taken = true; });
   dialog_->addAction(action);
-  WhenShown<KeyPressWidget> player([&](KeyPressWidget& dialog) {
+  const DialogAnswers answers{ExpectedDialog::of<KeyPressWidget>([&](KeyPressWidget& dialog) {
     QTest::keyClick(dialog.windowHandle(), Qt::Key_F5);
     QTest::mouseClick(okay_, Qt::LeftButton);
     dialog.reject();
-  });
+  })};
   QCOMPARE(dialog_->captureKey(), 0x01000034);
   QVERIFY(!taken);
 }
 
 void TestKeyPressWidget::okayGivesTheKey() {
-  WhenShown<KeyPressWidget> player([&](KeyPressWidget& dialog) {
+  const DialogAnswers answers{ExpectedDialog::of<KeyPressWidget>([&](KeyPressWidget& dialog) {
     QTest::keyClick(dialog.windowHandle(), Qt::Key_F1);
     QTest::mouseClick(okay_, Qt::LeftButton);
     QVERIFY(dialog.isHidden());
-  });
+  })};
   QCOMPARE(dialog_->captureKey(), 0x01000030);
-  QVERIFY(player.seen());
+  QVERIFY(answers.allCame());
 }
 
 void TestKeyPressWidget::closingOtherwiseGivesNone() {
-  WhenShown<KeyPressWidget> player([&](KeyPressWidget& dialog) {
+  const DialogAnswers answers{ExpectedDialog::of<KeyPressWidget>([&](KeyPressWidget& dialog) {
     QTest::keyClick(dialog.windowHandle(), Qt::Key_F1);
     dialog.close();
-  });
+  })};
   QCOMPARE(dialog_->captureKey(), noKey);
-  QVERIFY(player.seen());
+  QVERIFY(answers.allCame());
 }
 
 void TestKeyPressWidget::eachUseStartsAfresh() {
   {
-    WhenShown<KeyPressWidget> player([&](KeyPressWidget& dialog) {
+    const DialogAnswers answers{ExpectedDialog::of<KeyPressWidget>([&](KeyPressWidget& dialog) {
       QTest::keyClick(dialog.windowHandle(), Qt::Key_F1);
       okay_->setFocus();
       QTest::mouseClick(okay_, Qt::LeftButton);
       dialog.reject();
-    });
+    })};
     QCOMPARE(dialog_->captureKey(), 0x01000030);
   }
-  WhenShown<KeyPressWidget> player([&](KeyPressWidget& dialog) {
+  const DialogAnswers answers{ExpectedDialog::of<KeyPressWidget>([&](KeyPressWidget& dialog) {
     QCOMPARE(input_->text(), QString());
     QCOMPARE(input_->capturedKey(), noKey);
     QVERIFY(input_->hasFocus());
     dialog.close();
-  });
+  })};
   QCOMPARE(dialog_->captureKey(), noKey);
-  QVERIFY(player.seen());
+  QVERIFY(answers.allCame());
 }
 
 KELMORA_GUI_TEST_MAIN(TestKeyPressWidget)

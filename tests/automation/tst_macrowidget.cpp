@@ -4,9 +4,11 @@
 #include <QApplication>
 #include <QTest>
 
-#include "EditorDriver.h"
+#include "EditorControls.h"
 #include "automation/editors/KeyPressWidget.h"
 #include "automation/editors/MacroWidget.h"
+#include "support/Controls.h"
+#include "support/DialogAnswers.h"
 #include "support/FileText.h"
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
@@ -21,26 +23,19 @@ const QByteArray untouched = "\nmacro Key_F1\nlook\n/macro\n";
 const QString browsing = QStringLiteral("edit list add delete close");
 const QString browsingNothing = QStringLiteral("list add delete close");
 
-/// Waits for the dialog that captures a key, presses keys in it, and closes it.
-class KeyAnswer {
- public:
-  enum class Then { Okay, CloseWindow };
+enum class Then { Okay, CloseWindow };
 
-  explicit KeyAnswer(QList<Qt::Key> keys, Then then = Then::Okay)
-      : shown_([keys = std::move(keys), then](KeyPressWidget& dialog) {
-          for (const Qt::Key key : keys)
-            QTest::keyClick(dialog.windowHandle(), key);
-          if (then == Then::Okay)
-            QTest::mouseClick(buttonOf(dialog, QStringLiteral("Okay")), Qt::LeftButton);
-          else
-            dialog.close();
-        }) {}
-
-  [[nodiscard]] bool asked() const { return shown_.seen(); }
-
- private:
-  WhenShown<KeyPressWidget> shown_;
-};
+/// The dialog that captures a key, with these pressed in it before it is closed.
+ExpectedDialog keyCapture(const QList<Qt::Key>& keys, Then then = Then::Okay) {
+  return ExpectedDialog::of<KeyPressWidget>([keys, then](KeyPressWidget& dialog) {
+    for (const Qt::Key key : keys)
+      QTest::keyClick(dialog.windowHandle(), key);
+    if (then == Then::Okay)
+      click(buttonOf(dialog, QStringLiteral("Okay")));
+    else
+      dialog.close();
+  });
+}
 
 }  // namespace
 
@@ -119,9 +114,9 @@ void TestMacroWidget::addBindsTheCapturedKey() {
   QFETCH(int, code);
   QFETCH(QString, name);
   open({{Qt::Key_F5, {"north"}}});
-  KeyAnswer answer(keys);
+  const DialogAnswers answers{keyCapture(keys)};
   click(controls_->add);
-  QVERIFY(answer.asked());
+  QVERIFY(answers.allCame());
   QCOMPARE(table_->entries(), QList<MacroEntry>({{Qt::Key_F5, {"north"}}, {code, {}}}));
   QCOMPARE(controls_->items(), QStringList({"Key_F5", name}));
   QCOMPARE(controls_->list->currentIndex(), 1);
@@ -143,9 +138,9 @@ void TestMacroWidget::withoutAKeyNothingIsAdded() {
   QFETCH(QList<Qt::Key>, keys);
   QFETCH(bool, withOkay);
   open({});
-  KeyAnswer answer(keys, withOkay ? KeyAnswer::Then::Okay : KeyAnswer::Then::CloseWindow);
+  const DialogAnswers answers{keyCapture(keys, withOkay ? Then::Okay : Then::CloseWindow)};
   click(controls_->add);
-  QVERIFY(answer.asked());
+  QVERIFY(answers.allCame());
   QCOMPARE(table_->size(), 0);
   QCOMPARE(controls_->list->count(), 0);
   QCOMPARE(controls_->enabled(), browsingNothing);
@@ -154,12 +149,11 @@ void TestMacroWidget::withoutAKeyNothingIsAdded() {
 
 void TestMacroWidget::aBoundKeyIsRefused() {
   open({{Qt::Key_F5, {"north"}}});
-  KeyAnswer key({Qt::Key_F5});
-  BoxAnswer answer(QMessageBox::Ok);
+  const DialogAnswers answers{
+      keyCapture({Qt::Key_F5}),
+      ExpectedDialog::information("Add Macro", "A macro has already been bound to that key.")};
   click(controls_->add);
-  QVERIFY(key.asked());
-  QCOMPARE(answer.said(),
-           BoxAnswer::information("Add Macro", "A macro has already been bound to that key."));
+  QVERIFY(answers.allCame());
   QCOMPARE(table_->entries(), QList<MacroEntry>({{Qt::Key_F5, {"north"}}}));
   QCOMPARE(controls_->list->count(), 1);
   QCOMPARE(contentsOf(file), untouched);
@@ -168,12 +162,12 @@ void TestMacroWidget::aBoundKeyIsRefused() {
 void TestMacroWidget::eachUseStartsWithoutAKey() {
   open({});
   {
-    KeyAnswer answer({Qt::Key_F5});
+    const DialogAnswers answers{keyCapture({Qt::Key_F5})};
     click(controls_->add);
   }
-  KeyAnswer answer({});
+  const DialogAnswers answers{keyCapture({})};
   click(controls_->add);
-  QVERIFY(answer.asked());
+  QVERIFY(answers.allCame());
   QCOMPARE(table_->size(), 1);
 }
 

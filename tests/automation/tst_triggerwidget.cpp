@@ -3,7 +3,7 @@
 
 #include <QApplication>
 
-#include "EditorDriver.h"
+#include "EditorControls.h"
 #include "automation/editors/TriggerWidget.h"
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"

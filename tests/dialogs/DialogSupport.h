@@ -1,22 +1,20 @@
+// What the tests of the dialogs share: a dialog with its surroundings, and what can
+// be seen and heard of it.
 #pragma once
 
 #include <QAbstractButton>
 #include <QAccessible>
-#include <QApplication>
-#include <QComboBox>
 #include <QDialog>
 #include <QGridLayout>
-#include <QMetaMethod>
-#include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
-#include <QTimer>
 #include <QTranslator>
 #include <functional>
 #include <memory>
 
 #include "dialogs/SettingsHost.h"
 #include "settings/ClientSettings.h"
+#include "support/Controls.h"
 
 using namespace kelmora;
 using namespace kelmora::dialogs;
@@ -72,39 +70,12 @@ Widget* at(const QWidget& dialog, int row, int column) {
   return item ? qobject_cast<Widget*>(item->widget()) : nullptr;
 }
 
-inline QPushButton* button(const QWidget& dialog, const char* text) {
-  for (QPushButton* candidate : dialog.findChildren<QPushButton*>())
-    if (candidate->text() == QLatin1String(text))
-      return candidate;
-  return nullptr;
-}
-
-inline QStringList itemTexts(const QComboBox& box) {
-  QStringList texts;
-  for (int i = 0; i < box.count(); ++i)
-    texts << box.itemText(i);
-  return texts;
-}
-
 /// The title, and the icon of that name among the resources.
 inline void compareHead(const QDialog& dialog, const QString& title, const QString& icon) {
   const QIcon expected(QStringLiteral(":/icons/%1.png").arg(icon));
   QCOMPARE(dialog.windowTitle(), title);
   QVERIFY(!dialog.windowIcon().isNull());
   QCOMPARE(dialog.windowIcon().pixmap(32).toImage(), expected.pixmap(32).toImage());
-}
-
-inline void click(QWidget* widget) {
-  QTest::mouseClick(widget, Qt::LeftButton);
-}
-
-/// The slots that the class itself declares, in order.
-inline QStringList slotsOf(const QMetaObject& type) {
-  QStringList names;
-  for (int i = type.methodOffset(); i < type.methodCount(); ++i)
-    if (type.method(i).methodType() == QMetaMethod::Slot)
-      names << QString::fromLatin1(type.method(i).methodSignature());
-  return names;
 }
 
 /// "row,column" of every item, sorted; and "a span" for an item that fills more
@@ -185,26 +156,3 @@ inline QStringList foreign(QStringList texts) {
   return texts.replaceInStrings(QRegularExpression(QStringLiteral("^")),
                                 QStringLiteral("foreign "));
 }
-
-/// Answers the next modal dialog of that type, as soon as it is open.
-template <typename Dialog>
-class Answer : public QObject {
- public:
-  explicit Answer(std::function<void(Dialog&)> answer) : answer_(std::move(answer)) {
-    connect(&timer_, &QTimer::timeout, this, [this] {
-      auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
-      if (!dialog || !dialog->isVisible())
-        return;
-      timer_.stop();
-      given_ = true;
-      answer_(*dialog);
-    });
-    timer_.start(5);
-  }
-  [[nodiscard]] bool given() const { return given_; }
-
- private:
-  std::function<void(Dialog&)> answer_;
-  QTimer timer_;
-  bool given_ = false;
-};

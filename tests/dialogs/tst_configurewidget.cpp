@@ -10,6 +10,7 @@
 #include "dialogs/ConfigureWidget.h"
 #include "dialogs/StyleWidget.h"
 #include "settings/ServerHosts.h"
+#include "support/DialogAnswers.h"
 #include "support/ScratchMain.h"
 
 using namespace kelmora;
@@ -207,7 +208,7 @@ void TestConfigureWidget::nothingElseStandsInTheGrid() {
 
 void TestConfigureWidget::declaresItsSlotsInOrder() {
   QCOMPARE(
-      slotsOf(ConfigureWidget::staticMetaObject),
+      methodsOf(ConfigureWidget::staticMetaObject),
       QStringList({"applySettings()", "cancelDialog()",   "blackPressed()",   "redPressed()",
                    "greenPressed()",  "yellowPressed()",  "bluePressed()",    "magentaPressed()",
                    "cyanPressed()",   "whitePressed()",   "blackPressedB()",  "redPressedB()",
@@ -238,7 +239,7 @@ void TestConfigureWidget::offersTwelveServers() {
   for (const QString& host :
        {settings::webDomain(), settings::serverHost(), settings::serverAddress()})
     expected << host + " 4023" << host + " 5000" << host + " 11995" << host + " 23";
-  QCOMPARE(itemTexts(*server()), expected);
+  QCOMPARE(itemsOf(*server()), expected);
   QVERIFY(!server()->isEditable());
 }
 
@@ -265,8 +266,8 @@ void TestConfigureWidget::showsTheRecord() {
     QCOMPARE(colour(i, 2)->palette().color(QPalette::Button),
              QColor(colourText(settings_.boldColour, i)));
   }
-  QCOMPARE(button(*dialog_, "Output Window")->font().toString(), settings_.outFont.toString());
-  QCOMPARE(button(*dialog_, "Input Bar")->font().toString(), settings_.inFont.toString());
+  QCOMPARE(buttonOf(*dialog_, "Output Window")->font().toString(), settings_.outFont.toString());
+  QCOMPARE(buttonOf(*dialog_, "Input Bar")->font().toString(), settings_.inFont.toString());
   for (int i = 0; i < optionCount; ++i)
     QCOMPARE(option(i)->isChecked(), optionsOf(settings_)[i]);
   QCOMPARE(splitString()->text(), QString("||"));
@@ -290,7 +291,7 @@ void TestConfigureWidget::showsAColourTextThatIsNoneAsBlack() {
   settings_.boldColour[2] = ColourText(text);
   dialog_->showDialog();
   QCOMPARE(colour(2, 2)->palette().color(QPalette::Button).name(), applied);
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(colourText(settings_.boldColour, 2), applied);
 }
 
@@ -342,7 +343,7 @@ void TestConfigureWidget::anOptionIsTakenOverOnApply() {
     option(index)->setFocus();
     QTest::keyClick(option(index), Qt::Key_Space);
     QCOMPARE(optionsOf(settings_)[index], twice ? !before[index] : before[index]);
-    click(button(*dialog_, "Apply"));
+    click(buttonOf(*dialog_, "Apply"));
     QList<bool> expected = before;
     if (!twice)
       expected[index] = !expected[index];
@@ -369,15 +370,15 @@ void TestConfigureWidget::aColourIsChosenInItsDialog() {
   QColor offered;
   QString title;
   const QWidget* parent = nullptr;
-  const Answer<QColorDialog> answer([&](QColorDialog& dialog) {
+  const DialogAnswers answers{ExpectedDialog::of<QColorDialog>([&](QColorDialog& dialog) {
     offered = dialog.currentColor();
     title = dialog.windowTitle();
     parent = dialog.parentWidget();
     dialog.setCurrentColor(next);
     click(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok));
-  });
+  })};
   click(chosen);
-  QVERIFY(answer.given());
+  QVERIFY(answers.allCame());
   QCOMPARE(offered, old);
   QCOMPARE(title, QColorDialog().windowTitle());  // the toolkit's own title
   QCOMPARE(parent, dialog_);
@@ -385,7 +386,7 @@ void TestConfigureWidget::aColourIsChosenInItsDialog() {
     QCOMPARE(chosen->palette().color(group, QPalette::Button), next);
   QCOMPARE(settings_, before);  // not before Apply
 
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   for (int i = 0; i < 8; ++i) {
     const auto expected = [&](const ColourTexts& texts, int ofColumn) {
       return ofColumn == column && i == index ? QString("#12c4ef") : colourText(texts, i).toLower();
@@ -399,12 +400,12 @@ void TestConfigureWidget::aCancelledColourStays() {
   show();
   QPushButton* chosen = colour(1, 1);
   const QColor old = chosen->palette().color(QPalette::Button);
-  const Answer<QColorDialog> answer([](QColorDialog& dialog) {
+  const DialogAnswers answers{ExpectedDialog::of<QColorDialog>([](QColorDialog& dialog) {
     dialog.setCurrentColor(Qt::cyan);
     QTest::keyClick(&dialog, Qt::Key_Escape);
-  });
+  })};
   click(chosen);
-  QVERIFY(answer.given());
+  QVERIFY(answers.allCame());
   QCOMPARE(chosen->palette().color(QPalette::Button), old);
   QVERIFY(dialog_->isVisible());
 }
@@ -423,23 +424,23 @@ void TestConfigureWidget::aFontIsChosenInItsDialog() {
   settings_.inFont = QFont("DejaVu Sans", 8);
   const ClientSettings before = settings_;
   show();
-  QPushButton* chosen = button(*dialog_, label.constData());
+  QPushButton* chosen = buttonOf(*dialog_, label.constData());
   const QString old = chosen->font().toString();
   const QFont next("DejaVu Serif", 17, QFont::Bold);
   QString offered;
   QString title;
   QString taken;
   const QWidget* parent = nullptr;
-  const Answer<QFontDialog> answer([&](QFontDialog& dialog) {
+  const DialogAnswers answers{ExpectedDialog::of<QFontDialog>([&](QFontDialog& dialog) {
     offered = dialog.currentFont().family();
     title = dialog.windowTitle();
     parent = dialog.parentWidget();
     dialog.setCurrentFont(next);
     taken = dialog.currentFont().toString();
     click(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok));
-  });
+  })};
   click(chosen);
-  QVERIFY(answer.given());
+  QVERIFY(answers.allCame());
   QCOMPARE(offered, (place == 0 ? before.outFont : before.inFont).family());
   QCOMPARE(title, QFontDialog().windowTitle());  // the toolkit's own title
   QCOMPARE(parent, dialog_);
@@ -447,7 +448,7 @@ void TestConfigureWidget::aFontIsChosenInItsDialog() {
   QCOMPARE(chosen->font().toString(), taken);
   QCOMPARE(settings_, before);  // not before Apply
 
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   const QStringList fonts{settings_.outFont.toString(), settings_.inFont.toString()};
   const QStringList stored{before.outFont.toString(), before.inFont.toString()};
   QCOMPARE(fonts[place], taken);
@@ -457,20 +458,20 @@ void TestConfigureWidget::aFontIsChosenInItsDialog() {
 
 void TestConfigureWidget::aCancelledFontStays() {
   show();
-  QPushButton* chosen = button(*dialog_, "Input Bar");
+  QPushButton* chosen = buttonOf(*dialog_, "Input Bar");
   const QString old = chosen->font().toString();
-  const Answer<QFontDialog> answer([](QFontDialog& dialog) {
+  const DialogAnswers answers{ExpectedDialog::of<QFontDialog>([](QFontDialog& dialog) {
     dialog.setCurrentFont(QFont("DejaVu Serif", 17));
     QTest::keyClick(&dialog, Qt::Key_Escape);
-  });
+  })};
   click(chosen);
-  QVERIFY(answer.given());
+  QVERIFY(answers.allCame());
   QCOMPARE(chosen->font().toString(), old);
 }
 
 void TestConfigureWidget::theStyleButtonOpensTheStyleDialog() {
   show();
-  QPushButton* style = button(*dialog_, "Interface style");
+  QPushButton* style = buttonOf(*dialog_, "Interface style");
   QVERIFY(!style->icon().isNull());
   QCOMPARE(style->icon().pixmap(32).toImage(), QIcon(":/icons/style.png").pixmap(32).toImage());
   auto* styleDialog = window_->findChild<StyleWidget*>();
@@ -479,7 +480,7 @@ void TestConfigureWidget::theStyleButtonOpensTheStyleDialog() {
   QVERIFY(styleDialog->isVisible());
   QCOMPARE(at<QLineEdit>(*styleDialog, 0, 1)->text(), QString("37"));
   QVERIFY(dialog_->isVisible());
-  click(button(*styleDialog, "Apply"));
+  click(buttonOf(*styleDialog, "Apply"));
   QCOMPARE(host_.calls, QList{Occasion::InterfaceApplied});
 }
 
@@ -490,8 +491,8 @@ void TestConfigureWidget::theRecordIsCompleteWhenTheWindowIsTold() {
   server()->setCurrentIndex(10);
   colour(0, 1)->setPalette(QPalette(QColor("#010203")));
   colour(7, 2)->setPalette(QPalette(QColor("#040506")));
-  button(*dialog_, "Output Window")->setFont(QFont("DejaVu Serif", 11));
-  button(*dialog_, "Input Bar")->setFont(QFont("DejaVu Serif", 12));
+  buttonOf(*dialog_, "Output Window")->setFont(QFont("DejaVu Serif", 11));
+  buttonOf(*dialog_, "Input Bar")->setFont(QFont("DejaVu Serif", 12));
   host_.onCall = [&] {
     QCOMPARE(settings_.normalColour[0], ColourText("#010203"));
     QCOMPARE(settings_.boldColour[7], ColourText("#040506"));
@@ -502,7 +503,7 @@ void TestConfigureWidget::theRecordIsCompleteWhenTheWindowIsTold() {
     QCOMPARE(settings_.port, 11995);
     QVERIFY(dialog_->isVisible());
   };
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(host_.calls, QList{Occasion::GeneralApplied});
   QVERIFY(!dialog_->isVisible());
 }
@@ -536,7 +537,7 @@ void TestConfigureWidget::applyStoresTheChosenServer() {
   QTest::keyClick(server(), Qt::Key_Home);
   for (int i = 0; i < index; ++i)
     QTest::keyClick(server(), Qt::Key_Down);
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   const QStringList hosts{settings::webDomain(), settings::serverHost(), settings::serverAddress()};
   const QList<int> ports{4023, 5000, 11995, 23};
   QCOMPARE(settings_.hostName, hosts[index / 4]);
@@ -548,7 +549,7 @@ void TestConfigureWidget::anUnmatchedServerStays() {
   settings_.port = 4000;
   show();
   splitString()->setText("/");
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(settings_.hostName, QString("play.example.net"));
   QCOMPARE(settings_.port, 4000);
   QCOMPARE(settings_.splitString, QString("/"));
@@ -572,7 +573,7 @@ void TestConfigureWidget::cancelStoresNothing() {
   splitString()->setText("changed");
   server()->setCurrentIndex(0);
   if (way == 0)
-    click(button(*dialog_, "Cancel"));
+    click(buttonOf(*dialog_, "Cancel"));
   else if (way == 1)
     QTest::keyClick(dialog_, Qt::Key_Escape);
   else
@@ -591,17 +592,17 @@ void TestConfigureWidget::aSecondShowReloadsEverything() {
       colour(i, column)->setPalette(QPalette(QColor(Qt::gray)));
   splitString()->setText("changed");
   server()->setCurrentIndex(-1);
-  button(*dialog_, "Output Window")->setFont(QFont("DejaVu Serif", 15));
-  button(*dialog_, "Input Bar")->setFont(QFont("DejaVu Serif", 15));
-  button(*dialog_, "Cancel")->setFocus();
-  click(button(*dialog_, "Cancel"));
+  buttonOf(*dialog_, "Output Window")->setFont(QFont("DejaVu Serif", 15));
+  buttonOf(*dialog_, "Input Bar")->setFont(QFont("DejaVu Serif", 15));
+  buttonOf(*dialog_, "Cancel")->setFocus();
+  click(buttonOf(*dialog_, "Cancel"));
   show();
   for (int i = 0; i < 8; ++i)
     QCOMPARE(colour(i, 1)->palette().color(QPalette::Button),
              QColor(colourText(settings_.normalColour, i)));
   QCOMPARE(splitString()->text(), QString(";"));
   QCOMPARE(server()->currentIndex(), 5);
-  QCOMPARE(button(*dialog_, "Output Window")->font().toString(), settings_.outFont.toString());
+  QCOMPARE(buttonOf(*dialog_, "Output Window")->font().toString(), settings_.outFont.toString());
   QCOMPARE(dialog_->focusWidget(), option(0));
   for (int i = 0; i < optionCount; ++i)
     QCOMPARE(option(i)->isChecked(), optionsOf(settings_)[i]);
@@ -650,7 +651,7 @@ void TestConfigureWidget::storedValuesDoNotBlowTheDialogUp() {
   QCOMPARE(server()->placeholderText(), QString(39, 'x') + QChar(0x2026));
   QVERIFY2(dialog_->sizeHint().width() <= usual.width() * 2, "too wide");
   QVERIFY2(dialog_->sizeHint().height() <= usual.height() * 2, "too high");
-  QCOMPARE(button(*dialog_, "Output Window")->font().pointSize(), 200);
+  QCOMPARE(buttonOf(*dialog_, "Output Window")->font().pointSize(), 200);
 }
 
 KELMORA_GUI_TEST_MAIN(TestConfigureWidget)

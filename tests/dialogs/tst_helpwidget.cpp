@@ -122,7 +122,7 @@ void TestHelpWidget::everyWidgetStandsInItsPlace() {
 }
 
 void TestHelpWidget::declaresItsOnlySlot() {
-  QCOMPARE(slotsOf(HelpWidget::staticMetaObject), QStringList("closeDialog()"));
+  QCOMPARE(methodsOf(HelpWidget::staticMetaObject), QStringList("closeDialog()"));
 }
 
 void TestHelpWidget::itsButtonsAreTranslated() {
@@ -318,7 +318,7 @@ void TestHelpWidget::closes() {
   show();
   QCOMPARE(dialog_->focusWidget(), licences());
   if (way == 0)
-    click(button(*dialog_, "Close"));
+    click(buttonOf(*dialog_, "Close"));
   else
     QTest::keyClick(dialog_->focusWidget(), way == 1 ? Qt::Key_Escape : Qt::Key_Return);
   QVERIFY(!dialog_->isVisible());

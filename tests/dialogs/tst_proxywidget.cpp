@@ -73,7 +73,7 @@ void TestProxyWidget::everyWidgetStandsInItsPlace() {
     QCOMPARE(at<QLabel>(*dialog_, row, 0)->text(), labels[row - 1]);
     QVERIFY(row == 1 ? static_cast<QWidget*>(type()) : field(row));
   }
-  QCOMPARE(itemTexts(*type()), QStringList({"Socks5", "HTTP", "HTTP Caching", "FTP Caching"}));
+  QCOMPARE(itemsOf(*type()), QStringList({"Socks5", "HTTP", "HTTP Caching", "FTP Caching"}));
   QCOMPARE(at<QPushButton>(*dialog_, 6, 0)->text(), QString("Apply"));
   QCOMPARE(at<QPushButton>(*dialog_, 6, 1)->text(), QString("Cancel"));
   QCOMPARE(placesIn(*dialog_), QStringList({"0,0", "1,0", "1,1", "2,0", "2,1", "3,0", "3,1", "4,0",
@@ -81,7 +81,7 @@ void TestProxyWidget::everyWidgetStandsInItsPlace() {
 }
 
 void TestProxyWidget::declaresItsSlotsInOrder() {
-  QCOMPARE(slotsOf(ProxyWidget::staticMetaObject),
+  QCOMPARE(methodsOf(ProxyWidget::staticMetaObject),
            QStringList({"applySettings()", "cancelDialog()"}));
 }
 
@@ -128,7 +128,7 @@ void TestProxyWidget::showsTheStoredTypeAndAppliesIt() {
   type()->setCurrentIndex(2);
   show();
   QCOMPARE(type()->currentText(), shown);
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(settings_.proxyType, applied);
 }
 
@@ -149,7 +149,7 @@ void TestProxyWidget::storesTheChosenType() {
   QTest::keyClick(this->type(), Qt::Key_Home);
   for (int i = 0; i < index; ++i)
     QTest::keyClick(this->type(), Qt::Key_Down);
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(settings_.proxyType, type);
 }
 
@@ -167,7 +167,7 @@ void TestProxyWidget::showsTheRecord() {
   QCOMPARE(field(5)->text(), QString("secret word"));
   // Apply without an edit changes nothing.
   const ClientSettings before = settings_;
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(settings_, before);
   QCOMPARE(host_.calls, QList{Occasion::ProxyApplied});
 }
@@ -182,7 +182,7 @@ void TestProxyWidget::storesTheFieldsAsTyped() {
     QTest::keyClicks(dialog_->focusWidget(), text);
     QTest::keyClick(dialog_->focusWidget(), Qt::Key_Tab);
   }
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(settings_.proxyHostName, QString(" host "));
   QCOMPARE(settings_.proxyPortNumber, QString("1080"));
   QCOMPARE(settings_.proxyUserName, QString("us er"));
@@ -220,7 +220,7 @@ void TestProxyWidget::aPortIsTypedAsAnInteger() {
   field(3)->setFocus();
   QTest::keyClicks(field(3), typed);
   QCOMPARE(field(3)->text(), text);
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(settings_.proxyPortNumber, text);
 }
 
@@ -230,7 +230,7 @@ void TestProxyWidget::uncheckedTheFieldsStay() {
   show();
   useProxy()->setFocus();
   QTest::keyClick(useProxy(), Qt::Key_Space);
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QVERIFY(!settings_.useProxyServer);
   QCOMPARE(settings_.proxyHostName, QString("proxy.example"));
   QCOMPARE(host_.calls, QList{Occasion::ProxyApplied});
@@ -249,7 +249,7 @@ void TestProxyWidget::theRecordIsCompleteWhenTheWindowIsTold() {
     QVERIFY(settings_.useProxyServer);
     QVERIFY(dialog_->isVisible());
   };
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(host_.calls, QList{Occasion::ProxyApplied});
   QVERIFY(!dialog_->isVisible());
 }
@@ -271,7 +271,7 @@ void TestProxyWidget::cancelStoresNothing() {
   if (byEscape)
     QTest::keyClick(field(3), Qt::Key_Escape);
   else
-    click(button(*dialog_, "Cancel"));
+    click(buttonOf(*dialog_, "Cancel"));
   QVERIFY(!dialog_->isVisible());
   QCOMPARE(settings_, before);
   QCOMPARE(host_.calls, QList<Occasion>());

@@ -78,7 +78,7 @@ void TestStyleWidget::everyWidgetStandsInItsPlace() {
 }
 
 void TestStyleWidget::declaresItsSlotsInOrder() {
-  QCOMPARE(slotsOf(StyleWidget::staticMetaObject),
+  QCOMPARE(methodsOf(StyleWidget::staticMetaObject),
            QStringList({"applySettings()", "cancelDialog()"}));
 }
 
@@ -89,8 +89,8 @@ void TestStyleWidget::itsButtonsAreTranslated() {
 }
 
 void TestStyleWidget::offersTheToolkitsStyles() {
-  QCOMPARE(itemTexts(*style()), QStyleFactory::keys());
-  QVERIFY(itemTexts(*style()).contains("Windows"));
+  QCOMPARE(itemsOf(*style()), QStyleFactory::keys());
+  QVERIFY(itemsOf(*style()).contains("Windows"));
 }
 
 void TestStyleWidget::showsTheStoredSize_data() {
@@ -119,7 +119,7 @@ void TestStyleWidget::showsTheStoredSize() {
   show();
   QCOMPARE(width()->text(), widthText);
   QCOMPARE(height()->text(), heightText);
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(settings_.iconSize, applied);
 }
 
@@ -168,7 +168,7 @@ void TestStyleWidget::aSizeIsTyped() {
   height()->selectAll();
   QTest::keyClick(height(), Qt::Key_Delete);
   QTest::keyClicks(height(), typed);
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(settings_.iconSize, QSize(48, length));
 }
 
@@ -180,7 +180,7 @@ void TestStyleWidget::typingReplacesTheSizeOnArrival() {
   QTest::keyClick(dialog_->focusWidget(), Qt::Key_Backtab);
   QTest::keyClick(dialog_->focusWidget(), Qt::Key_Tab);
   QTest::keyClicks(dialog_->focusWidget(), "64");
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(settings_.iconSize, QSize(32, 64));
 }
 
@@ -208,13 +208,13 @@ void TestStyleWidget::widthAndHeightAreNotMixedUp() {
   show();
   QCOMPARE(width()->text(), QString("12"));
   QCOMPARE(height()->text(), QString("34"));
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(settings_.iconSize, QSize(12, 34));
 }
 
 void TestStyleWidget::anUnknownStyleBecomesNone() {
   show();
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(settings_.interfaceStyle, QString());
 }
 
@@ -222,7 +222,7 @@ void TestStyleWidget::theChosenStyleIsStored() {
   show();
   style()->setFocus();
   QTest::keyClicks(style(), "Win");
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(settings_.interfaceStyle, QString("Windows"));
 }
 
@@ -235,7 +235,7 @@ void TestStyleWidget::theRecordIsCompleteWhenTheWindowIsTold() {
     QCOMPARE(settings_.interfaceStyle, QString("Windows"));
     QVERIFY(dialog_->isVisible());
   };
-  click(button(*dialog_, "Apply"));
+  click(buttonOf(*dialog_, "Apply"));
   QCOMPARE(host_.calls, QList{Occasion::InterfaceApplied});
   QVERIFY(!dialog_->isVisible());
 }
@@ -255,7 +255,7 @@ void TestStyleWidget::cancelStoresNothing() {
   if (byEscape)
     QTest::keyClick(width(), Qt::Key_Escape);
   else
-    click(button(*dialog_, "Cancel"));
+    click(buttonOf(*dialog_, "Cancel"));
   QVERIFY(!dialog_->isVisible());
   QCOMPARE(settings_, before);
   QCOMPARE(host_.calls, QList<Occasion>());

@@ -21,22 +21,12 @@
 #include "dialogs/ProxyWidget.h"
 #include "dialogs/StyleWidget.h"
 #include "script/ActionTimer.h"
+#include "support/Controls.h"
 #include "support/OwnStore.h"
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
-
-namespace {
-
-QStringList ownMethods(const QMetaObject& meta) {
-  QStringList methods;
-  for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-    methods << QString::fromLatin1(meta.method(i).methodSignature());
-  return methods;
-}
-
-}  // namespace
 
 /// The tables of the reference that tell of the window as it is seen from outside.
 class TestReferenceWindow : public QObject {
@@ -74,7 +64,7 @@ void TestReferenceWindow::slotsOfTheWindow() {
     QCOMPARE(row.at(0).toInt(), int(inPage.size()));
     inPage << codeIn(row.at(1));
   }
-  QCOMPARE(inPage, ownMethods(MainWidget::staticMetaObject));
+  QCOMPARE(inPage, methodsOf(MainWidget::staticMetaObject));
 }
 
 void TestReferenceWindow::classes() {
@@ -112,7 +102,7 @@ void TestReferenceWindow::classes() {
     const QMetaObject& meta = *inCode.value(name);
     QCOMPARE(codeIn(row.at(1)), QString::fromLatin1(meta.superClass()->className()));
     if (name != "MainWidget")
-      QCOMPARE(codesIn(row.at(2)), ownMethods(meta));
+      QCOMPARE(codesIn(row.at(2)), methodsOf(meta));
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
       QCOMPARE(meta.method(i).methodType(), QMetaMethod::Slot);
   }

@@ -3,7 +3,7 @@
 #include <QDialog>
 
 #include "app/PlayWindow.h"
-#include "automation/EditorDriver.h"
+#include "automation/EditorControls.h"
 #include "support/FileDialogs.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
