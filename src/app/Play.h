@@ -45,7 +45,7 @@ class Play final : private terminal::PipelineHost,
   /// The options have to be read already; the colours are still to be taken. Socket, timers and
   /// sound become children of the window. All four outlive this object.
   Play(Profile& profile, PlayHost& host, OutputWidget& pane, QObject& window);
-  ~Play();
+  ~Play() override;
 
   [[nodiscard]] net::GameLink& link() { return link_; }
   [[nodiscard]] script::Interpreter& interpreter() { return interpreter_; }

@@ -42,9 +42,9 @@ class KeyedTable {
     reindex();
   }
 
-  void setCommands(qsizetype position, QStringList commands) {
+  void setCommands(qsizetype position, const QStringList& commands) {
     if (contains(position))
-      entries_[position].commands = std::move(commands);
+      entries_[position].commands = commands;
   }
 
  protected:
