@@ -1,12 +1,11 @@
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QMessageBox>
 #include <QPushButton>
-#include <QTimer>
 
 #include "PlayWindow.h"
 #include "automation/editors/AliasWidget.h"
 #include "script/ActionTimer.h"
+#include "support/DialogAnswers.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
@@ -17,31 +16,11 @@ using namespace kelmora::script;
 
 namespace {
 
-/// Closes every message box with its button and remembers what stood in it.
-class BoxReader : public QObject {
- public:
-  BoxReader() {
-    connect(&timer_, &QTimer::timeout, this, [this] {
-      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (!box)
-        return;
-      boxes << box->windowTitle() + ": " + box->text();
-      buttons << box->standardButtons();
-      icons << box->icon();
-      parents << box->parentWidget();
-      box->button(QMessageBox::Ok)->click();
-    });
-    timer_.start(5);
-  }
-
-  QStringList boxes;
-  QList<QMessageBox::StandardButtons> buttons;
-  QList<QMessageBox::Icon> icons;
-  QList<QWidget*> parents;
-
- private:
-  QTimer timer_;
-};
+/// The box that tells of a file which could not be read.
+ExpectedDialog readFailure(const QString& title, const QString& file) {
+  return ExpectedDialog::information(
+      title, QStringLiteral("There has been a failure reading your %1 file.").arg(file));
+}
 
 }  // namespace
 
@@ -85,9 +64,8 @@ void TestAutomation::init() {
 }
 
 void TestAutomation::missingFilesAreCreatedEmptyWithoutAWord() {
-  BoxReader reader;
-  PlayWindow play(5000);
-  QCOMPARE(reader.boxes, QStringList());
+  const DialogAnswers none;
+  const PlayWindow play(5000);
   for (const char* name : {"macros.txt", "triggers.txt", "aliases.txt", "variables.txt"})
     QCOMPARE(contentsOf(name), QByteArray());
 }
@@ -95,27 +73,21 @@ void TestAutomation::missingFilesAreCreatedEmptyWithoutAWord() {
 void TestAutomation::everyBrokenFileHasItsBoxInOrder() {
   for (const char* name : {"macros.txt", "triggers.txt", "aliases.txt", "variables.txt"})
     writeFile(name, "nonsense\n");
-  BoxReader reader;
-  PlayWindow play(5000);
-  QCOMPARE(reader.boxes,
-           (QStringList{"Macros: There has been a failure reading your macros.txt file.",
-                        "Triggers: There has been a failure reading your triggers.txt file.",
-                        "Aliases: There has been a failure reading your aliases.txt file.",
-                        "Variables: There has been a failure reading your variables.txt file."}));
-  for (const auto buttons : reader.buttons)
-    QCOMPARE(buttons, QMessageBox::Ok);
-  QCOMPARE(reader.icons, QList<QMessageBox::Icon>(4, QMessageBox::Information));
-  QCOMPARE(reader.parents, QList<QWidget*>(4, play.window.get()));
+  const DialogAnswers answers{
+      readFailure("Macros", "macros.txt"), readFailure("Triggers", "triggers.txt"),
+      readFailure("Aliases", "aliases.txt"), readFailure("Variables", "variables.txt")};
+  const PlayWindow play(5000);
+  QVERIFY(answers.allCame());
+  QCOMPARE(answers.parents(), QList<const QWidget*>(4, play.window.get()));
 }
 
 void TestAutomation::oneBrokenFileKeepsTheOthers() {
   writeFile("triggers.txt", "\ntrigger \"a\"\nx\n/trigger\nnonsense\n");
   writeFile("aliases.txt", "\nalias \"n\"\nnorth\n/alias\n");
   writeFile("variables.txt", "\nvariable hp \"10\"\n");
-  BoxReader reader;
-  PlayWindow play(5000);
-  QCOMPARE(reader.boxes.size(), 1);
-  QVERIFY(reader.boxes.first().startsWith("Triggers: "));
+  const DialogAnswers answers{readFailure("Triggers", "triggers.txt")};
+  const PlayWindow play(5000);
+  QVERIFY(answers.allCame());
   QCOMPARE(play.profile.triggers.size(), 1);
   QCOMPARE(play.profile.aliases.size(), 1);
   QCOMPARE(play.profile.variables.value("hp"), QString("10"));
@@ -137,10 +109,11 @@ void TestAutomation::whatCouldNotBeReadIsKeptBeside() {
   const QByteArray aliases = "\nalias \"n\"\nnorth\n/alias\nnonsense\n";
   writeFile("variables.txt", variables);
   writeFile("aliases.txt", aliases);
-  BoxReader reader;
+  const DialogAnswers answers{readFailure("Aliases", "aliases.txt"),
+                              readFailure("Variables", "variables.txt")};
   {
     PlayWindow play(5000);
-    QCOMPARE(reader.boxes.size(), 2);
+    QVERIFY(answers.allCame());
     play.actions.at(8)->trigger();
     for (QPushButton* button : play.window->findChild<AliasWidget*>()->findChildren<QPushButton*>())
       if (button->text() == "Add alias")
@@ -156,7 +129,7 @@ void TestAutomation::whatCouldNotBeReadIsKeptBeside() {
     PlayWindow play(5000);
     QVERIFY(play.window->close());
   }
-  QCOMPARE(reader.boxes.size(), 2);
+  QVERIFY(answers.allCame());
   QCOMPARE(QDir().entryList({"*.bak*"}, QDir::Files).size(), 2);
 }
 

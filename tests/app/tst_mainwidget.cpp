@@ -1,6 +1,5 @@
 #include <QAction>
 #include <QApplication>
-#include <QDialog>
 #include <QGridLayout>
 #include <QMetaMethod>
 #include <QNetworkProxy>
@@ -8,12 +7,12 @@
 #include <QStyle>
 #include <QTcpSocket>
 #include <QTest>
-#include <QTimer>
 #include <QToolBar>
 
 #include "app/MainWidget.h"
 #include "app/Profile.h"
 #include "settings/SettingsFields.h"
+#include "support/DialogAnswers.h"
 #include "support/OwnStore.h"
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
@@ -322,13 +321,9 @@ void TestMainWidget::everyToolbarActionGivesTheBarTheFocus() {
   MainWidget window(profile);
   window.show();
   QVERIFY(QTest::qWaitForWindowActive(&window));
-  // A dialog that waits for an answer is sent away.
-  QTimer dismissal;
-  connect(&dismissal, &QTimer::timeout, this, [] {
-    if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
-      dialog->reject();
-  });
-  dismissal.start(10);
+  // Those that ask for a file wait for an answer: saving, exporting and importing.
+  const auto cancelled = ExpectedDialog::file({});
+  const DialogAnswers answers{cancelled, cancelled, cancelled};
   for (QAction* action : window.findChild<QToolBar*>()->actions()) {
     if (action->isSeparator())
       continue;

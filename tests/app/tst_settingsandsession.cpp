@@ -3,10 +3,11 @@
 #include <QScrollBar>
 #include <QStyle>
 #include <QStyleFactory>
+#include <optional>
 
 #include "PlayWindow.h"
 #include "settings/SettingsFile.h"
-#include "support/FileDialogs.h"
+#include "support/DialogAnswers.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
@@ -62,11 +63,12 @@ void TestSettingsAndSession::theSessionIsSavedWithTheNormalBlackBehindIt() {
   play.pane->setFocus();
   const QString shown = play.text();
   const QByteArray stored = contentsOf(play.store.place().iniFile);
-  Answers answers("session.html");
+  const DialogAnswers answers{ExpectedDialog::file("session.html", "Save Game Session To File",
+                                                   "Web Pages (*.htm *.html)")};
   play.actions.at(2)->trigger();
   QCOMPARE(play.text(), shown);
   QCOMPARE(contentsOf(play.store.place().iniFile), stored);
-  QCOMPARE(answers.seen, QStringList{"Save Game Session To File | Web Pages (*.htm *.html)"});
+  QVERIFY(answers.allCame());
   const QByteArray page = contentsOf("session.html");
   QVERIFY(page.startsWith("<body bgcolor=\"#010203\"><!DOCTYPE"));
   QVERIFY(page.contains("a line of this session"));
@@ -76,7 +78,7 @@ void TestSettingsAndSession::theSessionIsSavedWithTheNormalBlackBehindIt() {
 void TestSettingsAndSession::theSessionGetsTheVeryNameGiven() {
   PlayWindow play(5000);
   play.type("a line of this session");
-  Answers answers("session");
+  const DialogAnswers answers{ExpectedDialog::file("session")};
   play.actions.at(2)->trigger();
   QVERIFY(contentsOf("session").contains("a line of this session"));
   QCOMPARE(QDir().entryList({"session*"}, QDir::Files), QStringList{"session"});
@@ -89,9 +91,9 @@ void TestSettingsAndSession::aSessionThatCannotBeSavedGoesUnsaid() {
   const QStringList before = QDir().entryList(QDir::Files);
   // The dialog counts letters, of which this name has few enough; the system
   // counts bytes.
-  Answers answers(QString(200, QChar(0xe9)));
+  const DialogAnswers answers{ExpectedDialog::file(QString(200, QChar(0xe9)))};
   play.actions.at(2)->trigger();
-  QCOMPARE(answers.seen.size(), 1);
+  QVERIFY(answers.allCame());
   QCOMPARE(QDir().entryList(QDir::Files), before);
   QCOMPARE(play.window->focusWidget(), play.bar);
 }
@@ -109,9 +111,9 @@ void TestSettingsAndSession::cancellingSavesNothing() {
   QVERIFY(QTest::qWaitForWindowActive(play.window.get()));
   play.pane->setFocus();
   const QStringList before = QDir().entryList(QDir::Files);
-  Answers answers({});
+  const DialogAnswers answers{ExpectedDialog::file({})};
   play.actions.at(action)->trigger();
-  QCOMPARE(answers.seen.size(), 1);
+  QVERIFY(answers.allCame());
   QCOMPARE(QDir().entryList(QDir::Files), before);
   QCOMPARE(play.window->focusWidget(), play.bar);
 }
@@ -131,15 +133,22 @@ void TestSettingsAndSession::asksForAFile() {
   QVERIFY(QDir().mkpath("elsewhere"));
   const QString elsewhere = QDir("elsewhere").absolutePath();
   {
-    const Answers cancel({});
+    const DialogAnswers cancel{ExpectedDialog::file({})};
     (void)QFileDialog::getOpenFileName(nullptr, {}, elsewhere);
   }
-  const Answers answers({});
+  std::optional<QFileDialog::AcceptMode> seenMode;
+  QString seenFolder;
+  const DialogAnswers answers{ExpectedDialog::of<QFileDialog>([&](QFileDialog& dialog) {
+    seenMode = dialog.acceptMode();
+    seenFolder = dialog.directory().absolutePath();
+    dialog.reject();
+  })};
   play.actions.at(action)->trigger();
-  QCOMPARE(answers.modes, QList<QFileDialog::AcceptMode>{mode});
-  QCOMPARE(answers.parents, QList<const QWidget*>{play.window.get()});
+  QVERIFY(answers.allCame());
+  QCOMPARE(seenMode, mode);
+  QCOMPARE(answers.parents(), QList<const QWidget*>{play.window.get()});
   // The window asks for no folder, so it is the one that was looked at last.
-  QCOMPARE(answers.folders, QStringList{elsewhere});
+  QCOMPARE(seenFolder, elsewhere);
 }
 
 void TestSettingsAndSession::theCaptureChangesNothingItself_data() {
@@ -170,9 +179,9 @@ void TestSettingsAndSession::theCaptureChangesNothingItself() {
   const QString html = settled(*play.pane).toHtml();
   const int place = play.pane->verticalScrollBar()->value();
 
-  const Answers answers(name);
+  const DialogAnswers answers{ExpectedDialog::file(name)};
   play.actions.at(2)->trigger();
-  QCOMPARE(answers.seen.size(), 1);
+  QVERIFY(answers.allCame());
   QCOMPARE(settled(*play.pane).toHtml(), html);
   QCOMPARE(play.pane->verticalScrollBar()->value(), place);
   QCOMPARE(settled(*play.pane).textCursor().position(), 40);
@@ -185,39 +194,43 @@ void TestSettingsAndSession::theBarHasTheFocusAfterwards_data() {
   QTest::addColumn<int>("action");
   QTest::addColumn<QByteArray>("lines");
   QTest::addColumn<QString>("name");
-  QTest::addColumn<int>("boxes");
+  QTest::addColumn<bool>("fails");
   const QByteArray good = "port 4023\n";
-  QTest::newRow("an export") << 3 << good << "my.settings" << 0;
-  QTest::newRow("an export that fails") << 3 << good << QString::fromUtf8("r\u00e9glages/x") << 1;
-  QTest::newRow("an import") << 4 << good << "my.settings" << 0;
-  QTest::newRow("an import that fails") << 4 << QByteArray("nonsense\n") << "my.settings" << 1;
+  QTest::newRow("an export") << 3 << good << "my.settings" << false;
+  QTest::newRow("an export that fails")
+      << 3 << good << QString::fromUtf8("r\u00e9glages/x") << true;
+  QTest::newRow("an import") << 4 << good << "my.settings" << false;
+  QTest::newRow("an import that fails") << 4 << QByteArray("nonsense\n") << "my.settings" << true;
 }
 
 void TestSettingsAndSession::theBarHasTheFocusAfterwards() {
   QFETCH(const int, action);
   QFETCH(const QByteArray, lines);
   QFETCH(const QString, name);
-  QFETCH(const int, boxes);
+  QFETCH(const bool, fails);
   PlayWindow play(5000);
   QVERIFY(QTest::qWaitForWindowActive(play.window.get()));
   QVERIFY(QDir().mkpath(QString::fromUtf8("r\u00e9glages")));
   writeFile("my.settings", lines);
   play.pane->setFocus();
   QCOMPARE(play.window->focusWidget(), play.pane);
-  Answers answers(name);
+  QList<ExpectedDialog> expected{ExpectedDialog::file(name)};
+  if (fails)
+    expected << ExpectedDialog::information();
+  const DialogAnswers answers(expected);
   play.actions.at(action)->trigger();
-  QCOMPARE(answers.buttons, QList<QMessageBox::StandardButtons>(boxes, QMessageBox::Ok));
-  QCOMPARE(answers.icons, QList<QMessageBox::Icon>(boxes, QMessageBox::Information));
-  for (const QWidget* parent : answers.parents)
+  QVERIFY(answers.allCame());
+  for (const QWidget* parent : answers.parents())
     QCOMPARE(parent, play.window.get());
   QCOMPARE(play.window->focusWidget(), play.bar);
 }
 
 void TestSettingsAndSession::theExportIsAFileOfTheSettings() {
   PlayWindow play(4023);
-  Answers answers("my.settings");
+  const DialogAnswers answers{ExpectedDialog::file("my.settings", "Export Settings",
+                                                   "Kelmora Client Settings (*.settings)")};
   play.actions.at(3)->trigger();
-  QCOMPARE(answers.seen, QStringList{"Export Settings | Kelmora Client Settings (*.settings)"});
+  QVERIFY(answers.allCame());
   QVERIFY(settings::exportSettings(play.profile.settings, "expected.settings"));
   QCOMPARE(contentsOf("my.settings"), contentsOf("expected.settings"));
   QVERIFY(contentsOf("my.settings").contains("\nport 4023\n"));
@@ -229,11 +242,13 @@ void TestSettingsAndSession::anExportThatFailsSaysSo() {
   // The dialog itself refuses a folder that is not there; one that vanishes
   // under it is the program's to notice.
   QVERIFY(QDir().mkpath("r\u00e9glages"));
-  Answers answers(QString::fromUtf8("r\u00e9glages/my.settings"));
+  const DialogAnswers answers{
+      ExpectedDialog::file(QString::fromUtf8("r\u00e9glages/my.settings")),
+      ExpectedDialog::information("Export Settings",
+                                  "There has been a failure exporting settings to the specified "
+                                  "file.")};
   play.actions.at(3)->trigger();
-  QCOMPARE(answers.seen.last(),
-           QString("Export Settings: There has been a failure exporting settings to the specified "
-                   "file."));
+  QVERIFY(answers.allCame());
   QCOMPARE(play.window->focusWidget(), play.bar);
 }
 
@@ -250,9 +265,10 @@ void TestSettingsAndSession::anImportRefreshesTheWindow() {
                                "inFont Courier,15,-1,5,50,0,0,0,0,0\n"
                                "outFont Courier,13,-1,5,50,0,0,0,0,0\nuseProxyServer 1\n"
                                "proxyHostName 127.0.0.1\nproxyPortNumber 1080\n");
-  Answers answers("my.settings");
+  const DialogAnswers answers{ExpectedDialog::file("my.settings", "Import Settings",
+                                                   "Kelmora Client Settings (*.settings)")};
   play.actions.at(4)->trigger();
-  QCOMPARE(answers.seen, QStringList{"Import Settings | Kelmora Client Settings (*.settings)"});
+  QVERIFY(answers.allCame());
   QCOMPARE(play.window->findChild<QToolBar*>()->iconSize(), QSize(24, 20));
   QCOMPARE(play.bar->font().pointSize(), 15);
   QCOMPARE(play.pane->font().pointSize(), 13);
@@ -270,7 +286,7 @@ void TestSettingsAndSession::anImportEndsBold() {
   QTRY_VERIFY(play.text().contains("loud"));
   QCOMPARE(play.formatOf("loud").foreground().color(), QColor("#FF0000"));
   writeFile("my.settings", "port 4023\n");
-  Answers answers("my.settings");
+  const DialogAnswers answers{ExpectedDialog::file("my.settings")};
   play.actions.at(4)->trigger();
   server.send("\x1b[31mquiet");
   QTRY_VERIFY(play.text().contains("quiet"));
@@ -281,7 +297,7 @@ void TestSettingsAndSession::anImportWithoutProxyLeavesTheProxyAlone() {
   PlayWindow play(5000);
   QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::Socks5Proxy, "here", 77));
   writeFile("my.settings", "useProxyServer 0\n");
-  Answers answers("my.settings");
+  const DialogAnswers answers{ExpectedDialog::file("my.settings")};
   play.actions.at(4)->trigger();
   QCOMPARE(QNetworkProxy::applicationProxy().port(), 77);
 }
@@ -290,10 +306,13 @@ void TestSettingsAndSession::anImportThatFailsSaysSoAndRefreshesNothing() {
   PlayWindow play(5000);
   QVERIFY(QTest::qWaitForWindowActive(play.window.get()));
   writeFile("my.settings", "iconSize.width 24\nnonsense here\n");
-  Answers answers("my.settings");
+  const DialogAnswers answers{
+      ExpectedDialog::file("my.settings"),
+      ExpectedDialog::information("Import Settings",
+                                  "The specified file does not contain valid settings for this "
+                                  "client.")};
   play.actions.at(4)->trigger();
-  QCOMPARE(answers.seen.last(), QString("Import Settings: The specified file does not contain "
-                                        "valid settings for this client."));
+  QVERIFY(answers.allCame());
   QCOMPARE(play.profile.settings.iconSize, QSize(24, 48));
   QCOMPARE(play.window->findChild<QToolBar*>()->iconSize(), QSize(48, 48));
   QCOMPARE(play.window->focusWidget(), play.bar);
@@ -302,7 +321,7 @@ void TestSettingsAndSession::anImportThatFailsSaysSoAndRefreshesNothing() {
 void TestSettingsAndSession::anImportDoesNotWriteTheStore() {
   PlayWindow play(5000);
   writeFile("my.settings", "port 4023\n");
-  Answers answers("my.settings");
+  const DialogAnswers answers{ExpectedDialog::file("my.settings")};
   play.actions.at(4)->trigger();
   QCOMPARE(play.profile.settings.port, 4023);
   QCOMPARE(play.store.value("port").toInt(), 5000);

@@ -8,7 +8,7 @@
 #include <QTranslator>
 
 #include "PlayWindow.h"
-#include "support/FileDialogs.h"
+#include "support/DialogAnswers.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
 
@@ -86,7 +86,7 @@ class TestToolbar : public QObject {
                                     .arg(size.width())
                                     .arg(size.height())
                                     .toLatin1());
-    const Answers answers("icons.settings");
+    const DialogAnswers answers{ExpectedDialog::file("icons.settings")};
     play.actions.at(importAction)->trigger();
     QCoreApplication::processEvents();
   }

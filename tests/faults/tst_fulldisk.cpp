@@ -4,7 +4,7 @@
 
 #include "app/PlayWindow.h"
 #include "automation/EditorControls.h"
-#include "support/FileDialogs.h"
+#include "support/DialogAnswers.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
 #include "support/SizeLimit.h"
@@ -132,24 +132,27 @@ void TestFullDisk::closingKeepsTheOldVariables() {
 
 void TestFullDisk::anExportThatFailsSaysSo() {
   PlayWindow play(5000);
-  const QStringList title{"Export Settings | Kelmora Client Settings (*.settings)"};
+  const auto file = ExpectedDialog::file("my.settings", "Export Settings",
+                                         "Kelmora Client Settings (*.settings)");
   {
-    Answers answers("my.settings");
+    const DialogAnswers answers{file};
     play.actions.at(3)->trigger();
-    QCOMPARE(answers.seen, title);
+    QVERIFY(answers.allCame());
   }
   const QByteArray old = contentsOf("my.settings");
   QCOMPARE(old.count('\n'), 37);
   play.profile.settings.port = 4023;
   {
     const SizeLimit limit(fullDisk);
-    Answers answers("my.settings");
+    const DialogAnswers answers{
+        file, ExpectedDialog::information(
+                  "Export Settings",
+                  "There has been a failure exporting settings to the specified file.")};
     play.actions.at(3)->trigger();
-    QCOMPARE(answers.seen, title + QStringList{"Export Settings: There has been a failure "
-                                               "exporting settings to the specified file."});
+    QVERIFY(answers.allCame());
   }
   QCOMPARE(contentsOf("my.settings"), old);
-  Answers answers("my.settings");
+  const DialogAnswers answers{file};
   play.actions.at(3)->trigger();
   QVERIFY(contentsOf("my.settings").contains("\nport 4023\n"));
 }
@@ -157,7 +160,8 @@ void TestFullDisk::anExportThatFailsSaysSo() {
 void TestFullDisk::aSavedSessionKeepsTheOldOne() {
   PlayWindow play(5000);
   play.type("first words");
-  Answers answers("session.html");
+  const auto file = ExpectedDialog::file("session.html");
+  const DialogAnswers answers{file, file, file};
   play.actions.at(2)->trigger();
   const QByteArray old = contentsOf("session.html");
   QVERIFY(old.contains("first words"));
