@@ -1,3 +1,4 @@
+// The ways in which the other side of a connection ends it.
 #pragma once
 
 #include <QTcpSocket>

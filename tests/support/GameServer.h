@@ -1,3 +1,4 @@
+// A game server in the test itself, which the client connects to.
 #pragma once
 
 #include <QHostAddress>

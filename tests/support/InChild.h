@@ -1,3 +1,5 @@
+// Runs a piece of a test in a child process: under other rights, on other disks, or
+// to be killed.
 #pragma once
 
 #include <QDir>

@@ -1,3 +1,5 @@
+// The output pane written a second time, as plainly as its rules can be said, for
+// tests that compare.
 #pragma once
 
 #include <QTextBlock>

@@ -1,3 +1,4 @@
+// Reads what the code under test writes to its log.
 #pragma once
 
 #include <QLoggingCategory>

@@ -1,3 +1,4 @@
+// An empty working directory for a single test function.
 #pragma once
 
 #include <QDir>

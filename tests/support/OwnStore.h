@@ -1,3 +1,4 @@
+// A settings store of the test's own, to read and to fill.
 #pragma once
 
 #include <QSettings>

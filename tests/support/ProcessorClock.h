@@ -1,3 +1,4 @@
+// Measures the cost of a rule in processor time.
 #pragma once
 
 #include <QtGlobal>

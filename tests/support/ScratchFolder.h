@@ -1,3 +1,4 @@
+// A fresh home and working directory for a whole test program.
 #pragma once
 
 #include <QByteArray>

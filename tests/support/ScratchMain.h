@@ -1,3 +1,5 @@
+// Makes a test class part of its program: name it in one of these macros at the end
+// of its file, with the application that it needs.
 #pragma once
 
 #include <QCoreApplication>

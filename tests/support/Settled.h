@@ -1,3 +1,4 @@
+// The output pane once all its text is there.
 #pragma once
 
 #include "terminal/view/OutputWidget.h"

@@ -1,3 +1,4 @@
+// A disk that is full for this process.
 #pragma once
 
 #include <QtGlobal>

@@ -1,3 +1,4 @@
+// How the test classes of a program make themselves known to its main.
 #pragma once
 
 namespace kelmora_tests {
