@@ -115,11 +115,8 @@ void TestFileSafety::aDeviceBehindALinkIsLeftAlone() {
   QFETCH(QString, device);
   // As an ordinary user, so that an error in the code cannot remove the computer's own
   // device.
-  const int result = inChild([&] {
-    if (!becomeOrdinaryUser())
-      return cannotTry;
-    return !files::readOrCreate(device) && !files::replace(device, "x") ? asWished : notAsWished;
-  });
+  const int result =
+      asOrdinaryUser([&] { return !files::readOrCreate(device) && !files::replace(device, "x"); });
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");
   QCOMPARE(result, asWished);
@@ -136,11 +133,8 @@ void TestFileSafety::aFileWithoutReadPermissionCannotBeRead() {
   QVERIFY(put(path, "secret"));
   QCOMPARE(chmod("table.txt", 0), 0);
   QCOMPARE(chmod(".", 0777), 0);
-  const int result = inChild([] {
-    if (!becomeOrdinaryUser())
-      return cannotTry;
-    return files::read(path) || files::readOrCreate(path) ? notAsWished : asWished;
-  });
+  const int result =
+      asOrdinaryUser([] { return !(files::read(path) || files::readOrCreate(path)); });
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");
   QCOMPARE(result, asWished);
@@ -148,12 +142,8 @@ void TestFileSafety::aFileWithoutReadPermissionCannotBeRead() {
 
 void TestFileSafety::aMissingFileOfALockedFolderCannotBeRead() {
   QCOMPARE(chmod(".", 0555), 0);
-  const int result = inChild([] {
-    if (!becomeOrdinaryUser())
-      return cannotTry;
-    return files::readOrCreate(path) || files::replace(path, "x") || files::openAndEmpty(path)
-               ? notAsWished
-               : asWished;
+  const int result = asOrdinaryUser([] {
+    return !(files::readOrCreate(path) || files::replace(path, "x") || files::openAndEmpty(path));
   });
   QCOMPARE(chmod(".", 0755), 0);
   if (result == cannotTry)
@@ -166,11 +156,8 @@ void TestFileSafety::aReadOnlyFileIsNotReplaced() {
   QVERIFY(put(path, "old"));
   QCOMPARE(chmod("table.txt", 0444), 0);
   QCOMPARE(chmod(".", 0777), 0);
-  const int result = inChild([] {
-    if (!becomeOrdinaryUser())
-      return cannotTry;
-    return files::replace(path, "new") || files::openAndEmpty(path) ? notAsWished : asWished;
-  });
+  const int result =
+      asOrdinaryUser([] { return !(files::replace(path, "new") || files::openAndEmpty(path)); });
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");
   QCOMPARE(result, asWished);
@@ -182,11 +169,7 @@ void TestFileSafety::aFileInALockedFolderIsWrittenInPlace() {
   QVERIFY(put(path, "old and longer"));
   QCOMPARE(chmod("table.txt", 0666), 0);
   QCOMPARE(chmod(".", 0555), 0);
-  const int result = inChild([] {
-    if (!becomeOrdinaryUser())
-      return cannotTry;
-    return files::replace(path, "new") ? asWished : notAsWished;
-  });
+  const int result = asOrdinaryUser([] { return files::replace(path, "new"); });
   QCOMPARE(chmod(".", 0755), 0);
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");
@@ -200,11 +183,7 @@ void TestFileSafety::anothersFileInASharedFolderIsWrittenInPlace() {
   QVERIFY(put(path, "old and longer"));
   QCOMPARE(chmod("table.txt", 0666), 0);
   QCOMPARE(chmod(".", 01777), 0);
-  const int result = inChild([] {
-    if (!becomeOrdinaryUser())
-      return cannotTry;
-    return files::replace(path, "new") ? asWished : notAsWished;
-  });
+  const int result = asOrdinaryUser([] { return files::replace(path, "new"); });
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");
   QCOMPARE(result, asWished);
@@ -216,11 +195,7 @@ void TestFileSafety::aFileWithoutReadPermissionIsMovedBeside() {
   QVERIFY(put(path, "secret"));
   QCOMPARE(chmod("table.txt", 0200), 0);
   QCOMPARE(chmod(".", 0777), 0);
-  const int result = inChild([] {
-    if (!becomeOrdinaryUser())
-      return cannotTry;
-    return files::keepBeside(path) ? asWished : notAsWished;
-  });
+  const int result = asOrdinaryUser([] { return files::keepBeside(path); });
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");
   QCOMPARE(result, asWished);
@@ -231,11 +206,7 @@ void TestFileSafety::anOrdinaryUserKeepsACopyToo() {
   QVERIFY(put(path, "old"));
   QCOMPARE(chmod("table.txt", 0444), 0);
   QCOMPARE(chmod(".", 0777), 0);
-  const int result = inChild([] {
-    if (!becomeOrdinaryUser())
-      return cannotTry;
-    return files::keepBeside(path) ? asWished : notAsWished;
-  });
+  const int result = asOrdinaryUser([] { return files::keepBeside(path); });
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");
   QCOMPARE(result, asWished);
@@ -247,11 +218,8 @@ void TestFileSafety::nothingIsKeptInALockedFolder() {
   QVERIFY(put(path, "old"));
   QCOMPARE(chmod("table.txt", 0666), 0);
   QCOMPARE(chmod(".", 0555), 0);
-  const int result = inChild([] {
-    if (!becomeOrdinaryUser())
-      return cannotTry;
-    return files::keepBeside(path) || files::moveBeside(path) ? notAsWished : asWished;
-  });
+  const int result =
+      asOrdinaryUser([] { return !(files::keepBeside(path) || files::moveBeside(path)); });
   QCOMPARE(chmod(".", 0755), 0);
   if (result == cannotTry)
     QSKIP("no ordinary user can be had here");

@@ -31,12 +31,10 @@ void write(const QByteArray& bytes) {
 
 /// Exports as a user without special rights; the result is one of InChild.h.
 int exportAsOrdinaryUser() {
-  return inChild([] {
-    if (!becomeOrdinaryUser())
-      return cannotTry;
+  return asOrdinaryUser([] {
     ClientSettings record;
     record.proxyPassword = QStringLiteral("secret");
-    return settings::exportSettings(record, fileName) ? asWished : notAsWished;
+    return settings::exportSettings(record, fileName);
   });
 }
 

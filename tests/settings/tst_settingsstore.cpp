@@ -550,11 +550,9 @@ void TestSettingsStore::aRefusedStoreInALockedFolderStands() {
   QCOMPARE(::chmod(QFile::encodeName(folder()).constData(), 0555), 0);
   QCOMPARE(::chmod(QFile::encodeName(configFolder()).constData(), 0755), 0);
   QCOMPARE(::chmod(".", 0755), 0);
-  const int result = inChild([] {
-    if (!becomeOrdinaryUser())
-      return cannotTry;
+  const int result = asOrdinaryUser([] {
     save(ClientSettings(), WindowPlace());
-    return asWished;
+    return true;
   });
   QCOMPARE(::chmod(QFile::encodeName(folder()).constData(), 0755), 0);
   if (result == cannotTry)

@@ -43,6 +43,15 @@ inline bool becomeOrdinaryUser() {
   return access(QFile::encodeName(QDir::currentPath()).constData(), X_OK) == 0;
 }
 
+/// Whether the action succeeds for an ordinary user: one of the three results.
+inline int asOrdinaryUser(const std::function<bool()>& action) {
+  return inChild([&] {
+    if (!becomeOrdinaryUser())
+      return cannotTry;
+    return action() ? asWished : notAsWished;
+  });
+}
+
 #ifdef Q_OS_LINUX
 /// Mounts made from now on are this process's own.
 inline bool leaveCommonMounts() {
