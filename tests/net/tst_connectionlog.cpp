@@ -1,10 +1,10 @@
-#include <QLoggingCategory>
 #include <QTcpServer>
 #include <QTest>
 
 #include "Client.h"
 #include "net/Proxy.h"
 #include "support/GameServer.h"
+#include "support/LogLines.h"
 #include "support/ScratchMain.h"
 
 using namespace kelmora;
@@ -12,29 +12,7 @@ using namespace kelmora::net;
 
 namespace {
 
-/// Everything that is logged about the connection while this object lives.
-class LogWatch {
- public:
-  LogWatch() {
-    logged_.clear();
-    before_ = qInstallMessageHandler(
-        [](QtMsgType type, const QMessageLogContext& context, const QString& text) {
-          if (QLatin1String(context.category) == QLatin1String("kelmora.connection"))
-            logged_ << text;
-          else
-            before_(type, context, text);
-        });
-  }
-  ~LogWatch() { qInstallMessageHandler(before_); }
-  Q_DISABLE_COPY_MOVE(LogWatch)
-
-  [[nodiscard]] static QString all() { return logged_.join(u'\n'); }
-
- private:
-  static inline QStringList logged_;
-  static inline QtMessageHandler before_ = nullptr;
-};
-
+const char* const category = "kelmora.connection";
 const QString ownAddress = QStringLiteral("127.0.0.1");
 
 }  // namespace
@@ -44,7 +22,6 @@ class TestConnectionLog : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
-  void init();
   void cleanup();
   void nothingIsLoggedUnlessItIsSwitchedOn();
   void aConnectionIsLogged();
@@ -60,12 +37,7 @@ class TestConnectionLog : public QObject {
   static void playThroughEverything();
 };
 
-void TestConnectionLog::init() {
-  QLoggingCategory::setFilterRules(QStringLiteral("kelmora.connection=true"));
-}
-
 void TestConnectionLog::cleanup() {
-  QLoggingCategory::setFilterRules(QString());
   QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
 }
 
@@ -96,48 +68,47 @@ void TestConnectionLog::playThroughEverything() {
 }
 
 void TestConnectionLog::nothingIsLoggedUnlessItIsSwitchedOn() {
-  QLoggingCategory::setFilterRules(QString());
-  const LogWatch log;
+  const LogLines log(category, LogLines::Category::AsItIs);
   playThroughEverything();
-  QCOMPARE(log.all(), QString());
+  QCOMPARE(log.text(), QString());
 }
 
 void TestConnectionLog::neitherPasswordsNorLinesAreLogged() {
-  const LogWatch log;
+  const LogLines log(category);
   playThroughEverything();
-  QVERIFY(!log.all().isEmpty());
+  QVERIFY(!log.text().isEmpty());
   for (const char* secret : {"someone", "password", "typed", "shown"})
-    QVERIFY2(!log.all().contains(QLatin1String(secret)), qPrintable(log.all()));
+    QVERIFY2(!log.text().contains(QLatin1String(secret)), qPrintable(log.text()));
 }
 
 void TestConnectionLog::aConnectionIsLogged() {
-  const LogWatch log;
+  const LogLines log(category);
   GameServer server;
   Client client;
   client.server.port = server.port();
   client.connectToServer();
   const QString port = QString::number(server.port());
-  QVERIFY(log.all().contains(QStringLiteral("connecting to \"127.0.0.1\" port ") + port));
+  QVERIFY(log.text().contains(QStringLiteral("connecting to \"127.0.0.1\" port ") + port));
   QTRY_VERIFY(server.peer() && client.host.enabledActions() == QStringLiteral("-D-"));
   QVERIFY(
-      log.all().contains(QStringLiteral("connected to QHostAddress(\"127.0.0.1\") port ") + port));
-  QVERIFY(!log.all().contains(QStringLiteral("disconnect")));
+      log.text().contains(QStringLiteral("connected to QHostAddress(\"127.0.0.1\") port ") + port));
+  QVERIFY(!log.text().contains(QStringLiteral("disconnect")));
   client.link.disconnectFromServer();
-  QVERIFY(log.all().contains(QStringLiteral("disconnecting in QAbstractSocket::ConnectedState")));
-  QTRY_VERIFY(log.all().endsWith(QStringLiteral("disconnected")));
-  QVERIFY(!log.all().contains(QStringLiteral("lost")));
+  QVERIFY(log.text().contains(QStringLiteral("disconnecting in QAbstractSocket::ConnectedState")));
+  QTRY_VERIFY(log.text().endsWith(QStringLiteral("disconnected")));
+  QVERIFY(!log.text().contains(QStringLiteral("lost")));
 }
 
 void TestConnectionLog::aFailedAttemptIsLoggedWithWhatItCosts() {
-  const LogWatch log;
+  const LogLines log(category);
   const RefusedPort refused;
   Client client;
   client.server.port = refused.number();
   client.connectToServer();
   QCOMPARE(client.link.sendLine(QStringLiteral("look")), SendResult::Sent);
   QTRY_COMPARE(client.host.enabledActions(), QStringLiteral("C-P"));
-  QVERIFY(log.all().contains(QStringLiteral("QAbstractSocket::ConnectionRefusedError")));
-  QVERIFY(log.all().contains(QStringLiteral("6 bytes of waiting lines are lost")));
+  QVERIFY(log.text().contains(QStringLiteral("QAbstractSocket::ConnectionRefusedError")));
+  QVERIFY(log.text().contains(QStringLiteral("6 bytes of waiting lines are lost")));
 }
 
 void TestConnectionLog::anAbortedAttemptIsLoggedWithWhatItCosts() {
@@ -148,21 +119,21 @@ void TestConnectionLog::anAbortedAttemptIsLoggedWithWhatItCosts() {
                      .port = QString::number(silentProxy.serverPort()),
                      .userName = {},
                      .password = {}});
-  const LogWatch log;
+  const LogLines log(category);
   Client client;
   client.server.hostName = QStringLiteral("0.0.0.0");
   client.connectToServer();
   QCOMPARE(client.link.sendLine(QStringLiteral("look")), SendResult::Sent);
   client.link.disconnectFromServer();
-  QVERIFY(log.all().contains(QStringLiteral("6 bytes of waiting lines are lost")));
+  QVERIFY(log.text().contains(QStringLiteral("6 bytes of waiting lines are lost")));
 }
 
 void TestConnectionLog::aLineWithoutAConnectionIsLogged() {
-  const LogWatch log;
+  const LogLines log(category);
   Client client;
   for (int i = 1; i <= 2; ++i) {
     QCOMPARE(client.link.sendLine(QStringLiteral("look")), SendResult::NotConnected);
-    QCOMPARE(log.all().count(QStringLiteral("a line is lost, as there is no connection")), i);
+    QCOMPARE(log.text().count(QStringLiteral("a line is lost, as there is no connection")), i);
   }
 }
 
@@ -172,13 +143,13 @@ void TestConnectionLog::everyLineThatAFullBacklogCostsIsLogged() {
   client.server.port = server.port();
   client.connectToServer();
   QTRY_VERIFY(server.peer() && client.host.enabledActions() == QStringLiteral("-D-"));
-  const LogWatch log;
+  const LogLines log(category);
   const QString line(GameLink::largestBacklog, u'x');
   QCOMPARE(client.link.sendLine(line), SendResult::Sent);
-  QCOMPARE(log.all(), QString());
+  QCOMPARE(log.text(), QString());
   QCOMPARE(client.link.sendLine(line), SendResult::LossBegins);
   QCOMPARE(client.link.sendLine(line), SendResult::LossGoesOn);
-  QCOMPARE(log.all().count(QStringLiteral("a line is lost, as 67108866 bytes wait")), 2);
+  QCOMPARE(log.text().count(QStringLiteral("a line is lost, as 67108866 bytes wait")), 2);
 }
 
 void TestConnectionLog::theProxyIsLogged_data() {
@@ -201,12 +172,12 @@ void TestConnectionLog::theProxyIsLogged() {
   QFETCH(const int, type);
   QFETCH(const QString, port);
   QFETCH(const QStringList, expected);
-  const LogWatch log;
+  const LogLines log(category);
   net::installProxy(
       {.type = type, .hostName = ownAddress, .port = port, .userName = {}, .password = {}});
-  QCOMPARE(log.all(), expected.join(u'\n'));
+  QCOMPARE(log.text(), expected.join(u'\n'));
   net::installNoProxy();
-  QVERIFY(log.all().endsWith(QStringLiteral("\nno proxy")));
+  QVERIFY(log.text().endsWith(QStringLiteral("\nno proxy")));
 }
 
 KELMORA_TEST_MAIN(TestConnectionLog)

@@ -4,12 +4,16 @@
 #include <QLoggingCategory>
 #include <QStringList>
 
-/// Switches one category of the log on and keeps what is written to it, until the
-/// end of the scope. Only one can be in use at a time.
+/// Keeps what is written to one category of the log, which is switched on unless the
+/// test is about the other case, until the end of the scope. Only one can be in use
+/// at a time.
 class LogLines {
  public:
-  explicit LogLines(const char* category) : category_(category) {
-    QLoggingCategory::setFilterRules(QLatin1String(category) + QStringLiteral("=true"));
+  enum class Category { On, AsItIs };
+
+  explicit LogLines(const char* category, Category state = Category::On) : category_(category) {
+    if (state == Category::On)
+      QLoggingCategory::setFilterRules(QLatin1String(category) + QStringLiteral("=true"));
     current_ = this;
     before_ = qInstallMessageHandler(&keep);
   }
@@ -21,6 +25,7 @@ class LogLines {
   Q_DISABLE_COPY_MOVE(LogLines)
 
   [[nodiscard]] const QStringList& lines() const { return lines_; }
+  [[nodiscard]] QString text() const { return lines_.join(u'\n'); }
 
  private:
   static void keep(QtMsgType type, const QMessageLogContext& context, const QString& message) {
