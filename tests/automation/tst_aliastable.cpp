@@ -1,6 +1,7 @@
 #include <QTest>
 #include <random>
 
+#include "TableOf.h"
 #include "automation/core/AliasTable.h"
 #include "support/ScratchMain.h"
 
@@ -15,13 +16,6 @@ const QStringList* walk(const AliasTable& table, const QString& name) {
     if (entry.name == name)
       return &entry.commands;
   return nullptr;
-}
-
-AliasTable tableOf(const QList<AliasEntry>& entries) {
-  AliasTable table;
-  for (const AliasEntry& entry : entries)
-    table.append(entry);
-  return table;
 }
 
 }  // namespace
@@ -79,7 +73,7 @@ void TestAliasTable::lookup() {
   QFETCH(const QString, name);
   QFETCH(const QString, action);
   QFETCH(const bool, found);
-  const AliasTable table = tableOf({{name, {"north", "look"}}});
+  const AliasTable table = tableOf<AliasTable>({{name, {"north", "look"}}});
   const QStringList* commands = table.commandsOf(action);
   QCOMPARE(commands != nullptr, found);
   if (found)
@@ -94,20 +88,21 @@ void TestAliasTable::anEmptyTableKnowsNoName() {
 }
 
 void TestAliasTable::theCommandsKeepTheirOrderAndEmptyLines() {
-  const AliasTable table = tableOf({{"n", {"north", "", "look"}}, {"nothing", {}}});
+  const AliasTable table = tableOf<AliasTable>({{"n", {"north", "", "look"}}, {"nothing", {}}});
   QCOMPARE(*table.commandsOf("n"), QStringList({"north", "", "look"}));
   QVERIFY(table.commandsOf("nothing"));
   QVERIFY(table.commandsOf("nothing")->isEmpty());
 }
 
 void TestAliasTable::ofTwoEqualNamesTheEarlierWins() {
-  const AliasTable table = tableOf({{"x", {"first"}}, {"x", {"second"}}});
+  const AliasTable table = tableOf<AliasTable>({{"x", {"first"}}, {"x", {"second"}}});
   QCOMPARE(table.size(), 2);
   QCOMPARE(*table.commandsOf("x"), QStringList("first"));
 }
 
 void TestAliasTable::removingTheEarlierLeavesTheLater() {
-  AliasTable table = tableOf({{"a", {"1"}}, {"x", {"first"}}, {"x", {"second"}}, {"b", {"2"}}});
+  AliasTable table =
+      tableOf<AliasTable>({{"a", {"1"}}, {"x", {"first"}}, {"x", {"second"}}, {"b", {"2"}}});
   table.removeAt(1);
   QCOMPARE(*table.commandsOf("x"), QStringList("second"));
   QCOMPARE(*table.commandsOf("b"), QStringList("2"));
@@ -117,7 +112,7 @@ void TestAliasTable::removingTheEarlierLeavesTheLater() {
 }
 
 void TestAliasTable::aRenamedAliasAnswersToItsNewNameOnly() {
-  AliasTable table = tableOf({{"old", {"1"}}, {"old", {"2"}}});
+  AliasTable table = tableOf<AliasTable>({{"old", {"1"}}, {"old", {"2"}}});
   table.rename(0, "new");
   QCOMPARE(*table.commandsOf("new"), QStringList("1"));
   QCOMPARE(*table.commandsOf("old"), QStringList("2"));
@@ -125,7 +120,7 @@ void TestAliasTable::aRenamedAliasAnswersToItsNewNameOnly() {
 }
 
 void TestAliasTable::renamingToATakenNameLetsTheEarlierWin() {
-  AliasTable table = tableOf({{"a", {"1"}}, {"b", {"2"}}});
+  AliasTable table = tableOf<AliasTable>({{"a", {"1"}}, {"b", {"2"}}});
   table.rename(0, "b");
   QCOMPARE(*table.commandsOf("b"), QStringList("1"));
   table.rename(0, "a");
@@ -135,13 +130,13 @@ void TestAliasTable::renamingToATakenNameLetsTheEarlierWin() {
 }
 
 void TestAliasTable::newCommandsAreFoundAtOnce() {
-  AliasTable table = tableOf({{"a", {"1"}}});
+  AliasTable table = tableOf<AliasTable>({{"a", {"1"}}});
   table.setCommands(0, {"2", "3"});
   QCOMPARE(*table.commandsOf("a"), QStringList({"2", "3"}));
 }
 
 void TestAliasTable::aPositionOutsideTheTableChangesNothing() {
-  AliasTable table = tableOf({{"a", {"1"}}});
+  AliasTable table = tableOf<AliasTable>({{"a", {"1"}}});
   for (const qsizetype position : {-1, 1, 1000}) {
     table.removeAt(position);
     table.rename(position, "b");

@@ -2,6 +2,7 @@
 #include <QFileInfo>
 #include <memory>
 
+#include "TableOf.h"
 #include "automation/core/AutomationFiles.h"
 #include "support/FileText.h"
 #include "support/LogLines.h"
@@ -17,20 +18,6 @@ using namespace Qt::StringLiterals;
 using Variables = QMap<QString, QString>;
 
 namespace {
-
-TriggerTable triggersOf(const QList<TriggerEntry>& entries) {
-  TriggerTable table;
-  for (const TriggerEntry& entry : entries)
-    table.append(entry);
-  return table;
-}
-
-AliasTable aliasesOf(const QList<AliasEntry>& entries) {
-  AliasTable table;
-  for (const AliasEntry& entry : entries)
-    table.append(entry);
-  return table;
-}
 
 /// The files of the tables that are written. Tests name a table by its place here.
 const QStringList tableNames{u"triggers.txt"_s, u"aliases.txt"_s, u"variables.txt"_s};
@@ -177,7 +164,7 @@ void TestAutomationFiles::aTableKeepsWhatStoodBeforeABadLine() {
 
 void TestAutomationFiles::loadingAddsToTheTable() {
   QVERIFY(put(u"aliases.txt"_s, "alias \"a\"\nx\n/alias\n"));
-  AliasTable aliases = aliasesOf({{.name = u"a"_s, .commands = {u"first"_s}}});
+  AliasTable aliases = tableOf<AliasTable>({{.name = u"a"_s, .commands = {u"first"_s}}});
   QVERIFY(AutomationFiles().loadAliases(aliases));
   QCOMPARE(aliases.entries(), (QList<AliasEntry>{{.name = u"a"_s, .commands = {u"first"_s}},
                                                  {.name = u"a"_s, .commands = {u"x"_s}}}));
@@ -359,8 +346,9 @@ void TestAutomationFiles::macroKeysAreReadByName() {
 void TestAutomationFiles::onlyAsciiTriggerCommandsComeBack() {
   const QStringList commands{u"say caf\u00E9"_s, u"say ok"_s};
   QVERIFY(AutomationFiles().writeTriggers(
-      triggersOf({{.pattern = u"\u00E9"_s, .commands = commands}})));
-  QVERIFY(AutomationFiles().writeAliases(aliasesOf({{.name = u"\u00E9"_s, .commands = commands}})));
+      tableOf<TriggerTable>({{.pattern = u"\u00E9"_s, .commands = commands}})));
+  QVERIFY(AutomationFiles().writeAliases(
+      tableOf<AliasTable>({{.name = u"\u00E9"_s, .commands = commands}})));
   TriggerTable triggers;
   AliasTable aliases;
   QVERIFY(AutomationFiles().loadTriggers(triggers));
@@ -372,7 +360,7 @@ void TestAutomationFiles::onlyAsciiTriggerCommandsComeBack() {
 }
 
 void TestAutomationFiles::triggersAreWrittenByteForByte() {
-  QVERIFY(AutomationFiles().writeTriggers(triggersOf(
+  QVERIFY(AutomationFiles().writeTriggers(tableOf<TriggerTable>(
       {{.pattern = u"a"_s, .commands = {u"x"_s, u"y"_s}}, {.pattern = u"b"_s, .commands = {}}})));
   QCOMPARE(contentsOf(u"triggers.txt"_s),
            "\ntrigger \"a\"\nx\ny\n/trigger\n\ntrigger \"b\"\n/trigger\n");
@@ -380,8 +368,8 @@ void TestAutomationFiles::triggersAreWrittenByteForByte() {
 
 void TestAutomationFiles::aliasesAreWrittenByteForByte() {
   QVERIFY(AutomationFiles().writeAliases(
-      aliasesOf({{.name = u"n"_s, .commands = {u"north"_s, u""_s, u"\u20AC"_s}},
-                 {.name = u"n"_s, .commands = {}}})));
+      tableOf<AliasTable>({{.name = u"n"_s, .commands = {u"north"_s, u""_s, u"\u20AC"_s}},
+                           {.name = u"n"_s, .commands = {}}})));
   QCOMPARE(contentsOf(u"aliases.txt"_s),
            "\nalias \"n\"\nnorth\n\n?\n/alias\n\nalias \"n\"\n/alias\n");
 }
@@ -410,8 +398,8 @@ void TestAutomationFiles::aTableComesBackFromItsFile() {
       {.name = u"k orc"_s, .commands = {u"alias \"x\""_s, u"/aliases"_s}},
       {.name = QString(5000, u'n'), .commands = {QString(5000, u'c')}}};
   const Variables variables{{u"hp"_s, u"10"_s}, {u"_trigOut0"_s, u"\u00E9"_s}};
-  QVERIFY(AutomationFiles().writeTriggers(triggersOf(triggers)));
-  QVERIFY(AutomationFiles().writeAliases(aliasesOf(aliases)));
+  QVERIFY(AutomationFiles().writeTriggers(tableOf<TriggerTable>(triggers)));
+  QVERIFY(AutomationFiles().writeAliases(tableOf<AliasTable>(aliases)));
   QVERIFY(AutomationFiles().writeVariables(variables));
   TriggerTable triggersRead;
   AliasTable aliasesRead;

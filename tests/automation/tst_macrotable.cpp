@@ -1,22 +1,12 @@
 #include <QTest>
 
+#include "TableOf.h"
 #include "automation/core/KeyNames.h"
 #include "automation/core/MacroTable.h"
 #include "support/ScratchMain.h"
 
 using namespace kelmora;
 using namespace kelmora::automation;
-
-namespace {
-
-MacroTable tableOf(const QList<MacroEntry>& entries) {
-  MacroTable table;
-  for (const MacroEntry& entry : entries)
-    table.append(entry);
-  return table;
-}
-
-}  // namespace
 
 class TestMacroTable : public QObject {
   Q_OBJECT
@@ -50,7 +40,7 @@ void TestMacroTable::lookup() {
   QFETCH(const int, bound);
   QFETCH(const int, pressed);
   QFETCH(const bool, found);
-  const MacroTable table = tableOf({{bound, {"flee"}}});
+  const MacroTable table = tableOf<MacroTable>({{bound, {"flee"}}});
   const QStringList* commands = table.commandsOf(pressed);
   QCOMPARE(commands != nullptr, found);
   if (found)
@@ -64,20 +54,21 @@ void TestMacroTable::anEmptyTableKnowsNoKey() {
 }
 
 void TestMacroTable::aMacroWithoutCommandsIsStillFound() {
-  const MacroTable table = tableOf({{65, {}}});
+  const MacroTable table = tableOf<MacroTable>({{65, {}}});
   QVERIFY(table.commandsOf(65));
   QVERIFY(table.commandsOf(65)->isEmpty());
 }
 
 void TestMacroTable::ofTwoMacrosOnAKeyTheFirstWins() {
-  const MacroTable table = tableOf({{65, {"first"}}, {66, {"other"}}, {65, {"second"}}});
+  const MacroTable table =
+      tableOf<MacroTable>({{65, {"first"}}, {66, {"other"}}, {65, {"second"}}});
   QCOMPARE(table.size(), 3);
   QCOMPARE(*table.commandsOf(65), QStringList("first"));
   QCOMPARE(*table.commandsOf(66), QStringList("other"));
 }
 
 void TestMacroTable::removingTheFirstLeavesTheSecond() {
-  MacroTable table = tableOf({{65, {"first"}}, {66, {"other"}}, {65, {"second"}}});
+  MacroTable table = tableOf<MacroTable>({{65, {"first"}}, {66, {"other"}}, {65, {"second"}}});
   table.removeAt(0);
   QCOMPARE(*table.commandsOf(65), QStringList("second"));
   QCOMPARE(*table.commandsOf(66), QStringList("other"));
@@ -86,14 +77,14 @@ void TestMacroTable::removingTheFirstLeavesTheSecond() {
 }
 
 void TestMacroTable::newCommandsAreFoundAtOnce() {
-  MacroTable table = tableOf({{65, {"first"}}, {65, {"second"}}});
+  MacroTable table = tableOf<MacroTable>({{65, {"first"}}, {65, {"second"}}});
   table.setCommands(0, {"new", ""});
   QCOMPARE(*table.commandsOf(65), QStringList({"new", ""}));
   QCOMPARE(table.entries(), QList<MacroEntry>({{65, {"new", ""}}, {65, {"second"}}}));
 }
 
 void TestMacroTable::aPositionOutsideTheTableChangesNothing() {
-  MacroTable table = tableOf({{65, {"first"}}});
+  MacroTable table = tableOf<MacroTable>({{65, {"first"}}});
   for (const qsizetype position : {-1, 1, 1000}) {
     table.removeAt(position);
     table.setCommands(position, {"2"});

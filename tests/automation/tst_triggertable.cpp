@@ -5,6 +5,7 @@
 
 #include "LiteralMatcher.h"
 #include "RandomTriggers.h"
+#include "TableOf.h"
 #include "automation/core/TriggerTable.h"
 #include "support/ScratchMain.h"
 
@@ -30,13 +31,6 @@ class RecordingHost : public TriggerHost {
   QStringList log = {};
   std::function<void(const QStringList&)> onRun = {};
 };
-
-TriggerTable tableOf(const QList<TriggerEntry>& entries) {
-  TriggerTable table;
-  for (const TriggerEntry& entry : entries)
-    table.append(entry);
-  return table;
-}
 
 QStringList logOf(TriggerTable& table, const QByteArray& line) {
   RecordingHost host;
@@ -81,44 +75,45 @@ void TestTriggerTable::anEmptyTableFiresNothing() {
 }
 
 void TestTriggerTable::anEmptyLineFiresNothing() {
-  TriggerTable table = tableOf({{"a", {"x"}}, {"{*}", {"y"}}, {" ", {"z"}}});
+  TriggerTable table = tableOf<TriggerTable>({{"a", {"x"}}, {"{*}", {"y"}}, {" ", {"z"}}});
   QCOMPARE(logOf(table, ""), QStringList());
 }
 
 void TestTriggerTable::anEmptyPatternOccursInEveryLine() {
-  TriggerTable table = tableOf({{"a", {"1"}}, {"", {"2"}}, {"a", {"3"}}});
+  TriggerTable table = tableOf<TriggerTable>({{"a", {"1"}}, {"", {"2"}}, {"a", {"3"}}});
   QCOMPARE(logOf(table, "a"), QStringList({"run 1", "run 2", "run 3"}));
   QCOMPARE(logOf(table, "b"), QStringList("run 2"));
   QCOMPARE(logOf(table, ""), QStringList("run 2"));
 }
 
 void TestTriggerTable::twoTriggersOnALineFireInTableOrder() {
-  TriggerTable table = tableOf({{"hungry", {"eat"}}, {"thirsty", {"drink"}}, {"You", {"look"}}});
+  TriggerTable table =
+      tableOf<TriggerTable>({{"hungry", {"eat"}}, {"thirsty", {"drink"}}, {"You", {"look"}}});
   QCOMPARE(logOf(table, "You are thirsty and hungry."),
            QStringList({"run eat", "run drink", "run look"}));
 }
 
 void TestTriggerTable::plainAndTemplateTriggersKeepTheirOrder() {
-  TriggerTable table =
-      tableOf({{"{*}", {"1"}}, {"z", {"2"}}, {"{*} a", {"3"}}, {"a", {"4"}}, {"{*} {*}", {"5"}}});
+  TriggerTable table = tableOf<TriggerTable>(
+      {{"{*}", {"1"}}, {"z", {"2"}}, {"{*} a", {"3"}}, {"a", {"4"}}, {"{*} {*}", {"5"}}});
   QCOMPARE(logOf(table, "z a"),
            QStringList({"_trigOut0=z", "run 1", "run 2", "_trigOut0=z", "run 3", "run 4",
                         "_trigOut0=z", "_trigOut1=a", "run 5"}));
 }
 
 void TestTriggerTable::aDuplicateFiresTwice() {
-  TriggerTable table = tableOf({{"a", {"1"}}, {"a", {"2"}}});
+  TriggerTable table = tableOf<TriggerTable>({{"a", {"1"}}, {"a", {"2"}}});
   QCOMPARE(logOf(table, "cat"), QStringList({"run 1", "run 2"}));
 }
 
 void TestTriggerTable::capturesAreSetBeforeTheCommandsRun() {
-  TriggerTable table = tableOf({{"{*} tells you: {*}", {"say thanks", ""}}});
+  TriggerTable table = tableOf<TriggerTable>({{"{*} tells you: {*}", {"say thanks", ""}}});
   QCOMPARE(logOf(table, "Bob tells you: hello there"),
            QStringList({"_trigOut0=Bob", "_trigOut1=hello", "run say thanks|"}));
 }
 
 void TestTriggerTable::laterVariablesKeepTheValuesOfEarlierMatches() {
-  TriggerTable table = tableOf({{"a {*} {*} {*}", {}}, {"b {*}", {}}});
+  TriggerTable table = tableOf<TriggerTable>({{"a {*} {*} {*}", {}}, {"b {*}", {}}});
   RecordingHost host;
   table.check("a 1 2 3", host);
   table.check("b 4", host);
@@ -127,12 +122,12 @@ void TestTriggerTable::laterVariablesKeepTheValuesOfEarlierMatches() {
 }
 
 void TestTriggerTable::aTriggerWithoutCommandsStillSetsItsVariables() {
-  TriggerTable table = tableOf({{"HP {*}", {}}});
+  TriggerTable table = tableOf<TriggerTable>({{"HP {*}", {}}});
   QCOMPARE(logOf(table, "HP 40"), QStringList({"_trigOut0=40", "run "}));
 }
 
 void TestTriggerTable::aTriggerFiresAgainOnTheEchoOfItsOwnLine() {
-  TriggerTable table = tableOf({{"ping", {"ping"}}});
+  TriggerTable table = tableOf<TriggerTable>({{"ping", {"ping"}}});
   RecordingHost host;
   int echoes = 0;
   host.onRun = [&](const QStringList& commands) {
@@ -144,7 +139,7 @@ void TestTriggerTable::aTriggerFiresAgainOnTheEchoOfItsOwnLine() {
 }
 
 void TestTriggerTable::editsTakeEffectOnTheNextLine() {
-  TriggerTable table = tableOf({{"a", {"1"}}});
+  TriggerTable table = tableOf<TriggerTable>({{"a", {"1"}}});
   QCOMPARE(logOf(table, "ab"), QStringList("run 1"));
   table.append({"b", {"2"}});
   QCOMPARE(logOf(table, "ab"), QStringList({"run 1", "run 2"}));
@@ -161,7 +156,7 @@ void TestTriggerTable::editsTakeEffectOnTheNextLine() {
 }
 
 void TestTriggerTable::aPositionOutsideTheTableChangesNothing() {
-  TriggerTable table = tableOf({{"a", {"1"}}});
+  TriggerTable table = tableOf<TriggerTable>({{"a", {"1"}}});
   for (const qsizetype position : {-1, 1, 1000}) {
     table.removeAt(position);
     table.setPattern(position, "b");
@@ -178,7 +173,7 @@ void TestTriggerTable::aHostMayChangeTheTable_data() {
 
 void TestTriggerTable::aHostMayChangeTheTable() {
   QFETCH(const QString, change);
-  TriggerTable table = tableOf({{"a", {"1"}}, {"{*}", {"2"}}, {"b", {"3"}}});
+  TriggerTable table = tableOf<TriggerTable>({{"a", {"1"}}, {"{*}", {"2"}}, {"b", {"3"}}});
   RecordingHost host;
   host.onRun = [&](const QStringList&) {
     if (change == "replace")
@@ -197,7 +192,8 @@ void TestTriggerTable::aHostMayChangeTheTable() {
 }
 
 void TestTriggerTable::aHostMayCheckAnotherLineMeanwhile() {
-  TriggerTable table = tableOf({{"outer", {"1"}}, {"{*} line", {"2"}}, {"inner", {"3"}}});
+  TriggerTable table =
+      tableOf<TriggerTable>({{"outer", {"1"}}, {"{*} line", {"2"}}, {"inner", {"3"}}});
   RecordingHost host;
   host.onRun = [&](const QStringList& commands) {
     if (commands.first() == "1")
