@@ -17,13 +17,6 @@ namespace {
 constexpr rlim_t fullDisk = 200;
 const QString longText(500, u'x');
 
-QDialog* titled(const PlayWindow& play, const QString& title) {
-  for (QDialog* dialog : play.window->findChildren<QDialog*>())
-    if (dialog->windowTitle() == title)
-      return dialog;
-  return nullptr;
-}
-
 }  // namespace
 
 /// A player goes on on a full disk: everything stays as it was in the files and
@@ -96,7 +89,7 @@ void TestFullDisk::appliedOptionsStayInForce() {
   const auto flushStored = [&] { return play.store.value("flushInput").toInt() != 0; };
   const auto apply = [&] {
     play.actions.at(5)->trigger();
-    QDialog* dialog = titled(play, "General Settings");
+    QDialog* dialog = play.dialogTitled("General Settings");
     for (QCheckBox* box : dialog->findChildren<QCheckBox*>())
       if (box->text() == "Flush input bar")
         box->setChecked(true);
