@@ -15,11 +15,12 @@
 
 using namespace kelmora;
 
-/// What a player does with a pane, and what there is to be seen of it beside
-/// the picture.
+/// What a player may do with a pane, and what can be observed of it besides what it
+/// paints.
 namespace browser_actions {
 
-/// Tells what it saw, a text among it without which it saw nothing.
+/// Something that a player does. It returns what was observed, which contains the text
+/// `among` if the action had its effect.
 struct Action {
   const char* name;
   const char* among;
@@ -89,7 +90,7 @@ QString everywhere(QTextBrowser& browser, const See& see) {
       told += see(QPoint(x, y)) + u' ';
   return told;
 }
-/// The signals of a browser, in their order, for as long as this lives.
+/// Records the signals of a browser in their order, as long as it exists.
 class Signals {
  public:
   explicit Signals(QTextBrowser& browser) {

@@ -5,8 +5,7 @@
 using namespace kelmora;
 using namespace kelmora::terminal;
 
-/// A window behind the input bar of a pane under test: the bar has nobody to
-/// talk to.
+/// A window that does nothing, for the input bar of a pane under test.
 class IdleHost : public InputHost {
  public:
   void submitInput() override {}

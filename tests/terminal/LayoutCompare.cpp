@@ -32,9 +32,9 @@ QString difference(const QString& what, const Value& expected, const Value& foun
   return what + QStringLiteral(": %1, expected %2").arg(shown(found), shown(expected));
 }
 
-/// The toolkit paints large letters a shade differently the first time, before
-/// it keeps them. That goes by letter, so the widget of its own layout meets
-/// them first and the other one has to be right at its first picture.
+/// The toolkit paints each large letter in a slightly different shade the first time,
+/// before it is cached. The widget with the toolkit's layout is painted first to fill
+/// the cache, so the other one must be right in its first picture.
 QString ofWidgets(QWidget& expected, QWidget& found, double pixelRatio) {
   (void)pictureOf(expected, pixelRatio);
   return pictureDifference(pictureOf(expected, pixelRatio), pictureOf(found, pixelRatio));
@@ -51,7 +51,7 @@ QString ofScrollBar(const QString& name, const QScrollBar& expected, const QScro
   return difference(name, all(expected), all(found));
 }
 
-/// A line of a block: where it stands, and which characters are on it.
+/// A line of a block: its place, and which characters are on it.
 QString linesOf(const QTextBlock& block) {
   QString all;
   for (int i = 0; i < block.layout()->lineCount(); ++i) {
@@ -81,8 +81,8 @@ QString ofHit(const TwoLayouts& two, const QPointF& point) {
   return link == right ? QString() : difference(what("link"), right, link);
 }
 
-/// Which characters are hit at about so many points of the document and of some
-/// way around it.
+/// Compares which characters are hit at about so many points of the document and of
+/// its surroundings.
 QString ofHits(const TwoLayouts& two, int points) {
   const QSizeF size = two.expected.document()->documentLayout()->documentSize();
   const int step = 1 + static_cast<int>(std::sqrt(size.width() * size.height() / points));
@@ -93,8 +93,8 @@ QString ofHits(const TwoLayouts& two, int points) {
   return {};
 }
 
-/// Where a caret would stand at about so many positions, and which character is
-/// under the points of a line across the view.
+/// Compares where the caret would be at about so many positions, and which characters
+/// are under a horizontal line across the view.
 QString ofCursors(const TwoLayouts& two, int positions) {
   const auto caret = [](const QTextBrowser& browser, int position) {
     QTextCursor cursor(browser.document());
@@ -160,7 +160,7 @@ QString ofTexts(const QString& expected, const QString& found) {
 
 QString ofScreens(TwoLayouts& two) {
   const auto screen = [](QTextBrowser& browser) {
-    // What is painted for the first time may turn out to have another height.
+    // Painting lays out blocks, whose heights may then differ from the estimates.
     for (int paint = 0; paint < 3; ++paint)
       QCoreApplication::processEvents();
     const QPixmap window = browser.screen()->grabWindow(browser.winId());
@@ -175,10 +175,10 @@ QString ofScreens(TwoLayouts& two) {
   const QImage found = screen(two.found);
   if (found == pictureOf(*two.found.viewport()))
     return {};
-  // A partial paint draws only the lines that meet it, so a letter that stands out
-  // of the line beside is cut there, in the toolkit's layout too but at other
-  // heights. Which letters do so is a matter of the fonts that are installed. What
-  // stays of an older picture is more than that.
+  // A partial paint draws only the lines that touch its area. A letter that is taller
+  // than its line is therefore cut at the area's edge, in both layouts but at different
+  // heights. It depends on the installed fonts which letters are. Remains of an older
+  // picture would differ in more pixels than that.
   constexpr qint64 edge = 4;
   if (pixelsThatDiffer(expected, found) <= edge)
     return {};

@@ -54,8 +54,8 @@ std::vector<Content> textContents() {
                   "soft\u00ADly soft\u00ADly soft\u00ADly soft\u00ADly soft\u00ADly "
                   "soft\u00ADly soft\u00ADly soft\u00ADly soft\u00ADly soft\u00ADly "
                   "ex\u00ADtra\u00ADor\u00ADdi\u00ADna\u00ADri\u00ADly|soft\u00AD\n"),
-      // But none that stands for an object: where there is none, later releases of
-      // the toolkit give it one width in their own layout and another elsewhere.
+      // Without the character that stands for an object: if there is no object, later
+      // releases of the toolkit give it different widths in different layouts.
       textContent("control characters",
                   "a\x01"
                   "b\x07|\x1B[31m\x7F|\x0B\x0C"
@@ -98,7 +98,7 @@ std::vector<Content> textContents() {
   };
 }
 
-/// Of the tags that a server may use.
+/// Examples of the tags that a server may use.
 std::vector<Content> markupContents() {
   return {
       htmlContent(

@@ -5,7 +5,7 @@
 #include <functional>
 #include <vector>
 
-/// What a pane may be given to show, in the ways in which text gets there.
+/// Contents that a pane may show, inserted in the ways in which text gets there.
 namespace layout_contents {
 
 /// Server text: goes on in the last paragraph.
@@ -29,14 +29,14 @@ inline void appendStatus(QTextBrowser& browser, const QString& html) {
   browser.append(html);
 }
 
-/// Adds to a page what its name says.
+/// Adds to a page the content that the name describes.
 struct Content {
   const char* name;
   std::function<void(QTextBrowser&)> write;
 };
 
-/// Text and messages of every kind, and each tag that a server may use; the last
-/// one is all of it on a page.
+/// Text and messages of every kind, and each tag that a server may use. The last
+/// content is all of these together.
 std::vector<Content> allContents();
 
 struct FontRow {
@@ -44,7 +44,7 @@ struct FontRow {
   QFont font;
 };
 
-/// The pane's own font and others; the program has the families of most with it.
+/// The pane's own font and others, most of which are embedded in the program.
 std::vector<FontRow> fonts();
 
 }  // namespace layout_contents

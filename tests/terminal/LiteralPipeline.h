@@ -14,7 +14,7 @@
 using namespace kelmora;
 using namespace kelmora::terminal;
 
-/// What the window sees of reads, in order.
+/// All that the pipeline hands to the window, in order.
 struct Event {
   enum class Kind { Beep, Html, Vitals, Triggers };
   Kind kind;
@@ -22,9 +22,9 @@ struct Event {
   bool operator==(const Event&) const = default;
 };
 
-/// The pipeline once more, as slowly and plainly as its rules can be said: one
-/// byte at a time, texts known by their addresses, numbers read anew from the
-/// whole text each time. The quick one must answer the same.
+/// A second pipeline that follows the rules as literally as possible, however slow:
+/// one byte at a time, texts identified by their addresses, numbers read anew from the
+/// whole text each time. The real one must give the same results.
 class LiteralPipeline {
  public:
   using Colours = AnsiTranslator::ColourTexts;
@@ -151,7 +151,7 @@ class LiteralPipeline {
   const char* currentSpan = nullptr;
 
  private:
-  /// An address that stays good, as the colour in force is known by it.
+  /// An address that stays valid, because the current colour is identified by it.
   static const char* paletteText(quint32 n) {
     static const std::array<std::string, 256> texts = [] {
       std::array<std::string, 256> made;

@@ -9,8 +9,8 @@
 using namespace kelmora;
 using namespace kelmora::terminal;
 
-/// What the toolkit's importer makes of the client's own HTML, as plainly as that
-/// can be said. Nothing where there is anything else in it.
+/// What the toolkit's importer makes of the client's own HTML, written in the simplest
+/// way. Nothing if it contains any other HTML.
 class LiteralText {
  public:
   static std::optional<StyledText> of(const QString& html) {
@@ -31,7 +31,7 @@ class LiteralText {
     return StyledText{reader.text_, reader.runs_};
   }
 
-  /// Pieces of one look joined.
+  /// The same text with neighbouring runs of the same look joined.
   static StyledText joined(const StyledText& text) {
     StyledText joined{text.text, {}};
     for (const StyledText::Run& run : text.runs) {
@@ -60,7 +60,8 @@ class LiteralText {
   }
 
  private:
-  /// Half a surrogate pair is a token, too, and may be the last of what is near.
+  /// A token, and the text around it, may be cut within a surrogate pair. Expressions
+  /// refuse such texts unless they are told not to check.
   static constexpr auto mayHaveHalves = QRegularExpression::DontCheckSubjectStringMatchOption;
 
   bool take(const QString& token, const QRegularExpressionMatch& match, QStringView rest) {
@@ -98,7 +99,7 @@ class LiteralText {
   static bool mayBeEntity(QStringView rest) {
     static const QRegularExpression named("^[\\p{L}\\p{N}#+-]{1,8}(;|$)");
     const QString near = rest.left(9).toString();
-    // A NUL ends a number, but none of which a tag comes first.
+    // A NUL ends a number, unless there is a tag before it.
     return near.section('<', 0, 0).contains(QChar(QChar::Null)) ||
            named.match(near, 0, QRegularExpression::NormalMatch, mayHaveHalves).hasMatch();
   }

@@ -14,7 +14,7 @@ inline const QSet<QString> allowedNames{
 inline const QSet<QString> blockNames{"div", "center", "pre", "h1", "h2", "h3",        "h4",
                                       "h5",  "h6",     "ul",  "ol", "dl", "blockquote"};
 
-/// One allowed attribute in the form it must have.
+/// Matches an allowed attribute in the only form in which it may be written.
 inline const QRegularExpression& attributeForm(const QString& tag) {
   static const QRegularExpression none("^(?!)");
   static const QRegularExpression font(
@@ -37,10 +37,10 @@ inline const QRegularExpression& attributeForm(const QString& tag) {
                                      : none;
 }
 
-/// What is wrong with a result; empty when nothing is. Knows nothing of how
-/// tags are read: in a result each must have one exact form.
+/// What is wrong with the filter's result; empty if nothing is. It does not have to
+/// interpret tags, because in a result each must have exactly one form.
 inline QString faultOf(const QString& result) {
-  // Half a surrogate pair would match no expression at all.
+  // An expression never matches a text with half a surrogate pair.
   const QString safe = QString::fromUtf8(result.toUtf8());
   static const QRegularExpression tagForm(R"(<(/?)([a-z][a-z0-9]*)((?: [a-z]+="[^"<>]*")*)>)");
   static const QRegularExpression attribute(R"([a-z]+="[^"<>]*")");

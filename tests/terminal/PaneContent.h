@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <vector>
 
-/// All that a document holds, to be compared: blocks with their formats and
-/// pieces of text with theirs.
+/// All that a document contains, for comparison: its blocks and pieces of text, and
+/// the formats of both.
 struct PaneContent {
   struct Piece {
     QString text;
@@ -32,8 +32,8 @@ struct PaneContent {
     std::vector<int> objects;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
       Block& read = content.blocks.emplace_back(Block{block.blockFormat(), block.charFormat()});
-      // Which list it belongs to counts, not the number that the toolkit gives a
-      // list: that depends on when the document was first laid out.
+      // The toolkit's own number of a list depends on when the document was first laid
+      // out, so it is replaced by the list's place in the document.
       if (const int object = read.format.objectIndex(); object >= 0) {
         const auto known = std::find(objects.begin(), objects.end(), object);
         read.format.setObjectIndex(static_cast<int>(known - objects.begin()));
@@ -51,7 +51,7 @@ struct PaneContent {
     return content;
   }
 
-  /// Where and how the other one differs first; empty where it does not.
+  /// The first difference to the other one; empty if there is none.
   [[nodiscard]] QString differenceTo(const PaneContent& other) const {
     for (std::size_t i = 0; i < std::min(blocks.size(), other.blocks.size()); ++i) {
       const Block& a = blocks[i];

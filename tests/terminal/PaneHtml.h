@@ -7,7 +7,7 @@
 using namespace kelmora;
 using namespace kelmora::terminal;
 
-// HTML for the panes under test, as if a read had it in it.
+// Insert HTML into a pane under test, as if it had come in a read.
 
 inline void insertServerHtml(OutputWidget& pane, const QString& html) {
   pane.showServerText(std::vector{safeMarkup(html)});

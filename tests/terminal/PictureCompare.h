@@ -6,7 +6,7 @@
 #include <QWidget>
 #include <cmath>
 
-/// What a widget paints, on a screen of so many device pixels to one of its own.
+/// What a widget paints on a screen of so many device pixels to a pixel.
 inline QImage pictureOf(QWidget& widget, double pixelRatio = 1) {
   const auto pixels = [pixelRatio](int length) {
     return static_cast<int>(std::ceil(length * pixelRatio));
@@ -18,7 +18,7 @@ inline QImage pictureOf(QWidget& widget, double pixelRatio = 1) {
   return picture;
 }
 
-/// Whether there is anything in it to compare.
+/// Whether nothing was painted, so that comparing the picture would mean nothing.
 inline bool isOfOneColour(const QImage& picture) {
   for (int y = 0; y < picture.height(); ++y)
     for (int x = 0; x < picture.width(); ++x)
@@ -27,7 +27,7 @@ inline bool isOfOneColour(const QImage& picture) {
   return true;
 }
 
-/// Keeps a pair to be looked at, where a folder is named for them.
+/// Saves a pair of pictures if the environment names a folder for them.
 inline QString keptPictures(const QImage& expected, const QImage& found) {
   const QString folder = qEnvironmentVariable("KELMORA_PICTURES");
   if (folder.isEmpty() || !QDir().mkpath(folder))

@@ -17,7 +17,7 @@ inline const AnsiTranslator::ColourTexts boldColours{"#333333", "#ff0000", "#00f
                                                      "#0000ff", "#ff00ff", "#00ffff", "#ffffff"};
 inline const QByteArray resetSpan = "<span style=\"color:#bdbdbd;background-color:#000000\">";
 
-/// What is shown of a read, to be compared: its text with its runs, or its HTML.
+/// What is shown of a read, as a text for comparison: its runs, or its HTML.
 inline QByteArray toldOf(const ServerText& text) {
   if (const auto* styled = std::get_if<StyledText>(&text))
     return "text: " + LiteralText::told(*styled);
@@ -26,14 +26,14 @@ inline QByteArray toldOf(const ServerText& text) {
     html += piece.html().toUtf8();
   return html;
 }
-/// The same of HTML: it has to be shown as text where that can be told.
+/// What must be shown for some HTML: text where possible, otherwise that HTML.
 inline QByteArray toldOf(const QString& html, bool hasTags, bool isLong = false) {
   if (const auto text = hasTags ? std::nullopt : LiteralText::of(html))
     return "text: " + LiteralText::told(*text);
   return toldOf(isLong ? safeMarkupPieces(html, 8192) : std::vector{safeMarkup(html)});
 }
 
-/// A window that writes down what it is asked.
+/// A window that records how it is called.
 class RecordingHost : public PipelineHost {
  public:
   void beep() override { events << Event{Event::Kind::Beep, {}}; }
@@ -75,7 +75,7 @@ struct Client {
   }
   /// What was shown of the last read.
   [[nodiscard]] QByteArray shown() const { return host.shown(); }
-  /// What HTML for it would show, behind the span that it reopens.
+  /// What must be shown for that HTML behind the span with which a read begins.
   [[nodiscard]] QByteArray shownOf(const QByteArray& html,
                                    const QByteArray& reopened = resetSpan) const {
     return toldOf(QString::fromUtf8(reopened + html), shown().startsWith("HTML"));
@@ -85,7 +85,7 @@ struct Client {
   RecordingHost host;
 };
 
-/// What the rules say that a window sees of a read.
+/// What the window must be handed for a read, according to the literal pipeline.
 inline QList<Event> expectedOf(LiteralPipeline& pipeline, const QByteArray& data,
                                const PipelineOptions& options) {
   QList<Event> events = pipeline.read(data, options);

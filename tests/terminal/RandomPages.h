@@ -4,8 +4,8 @@
 
 #include "TwoLayouts.h"
 
-/// What a game may send and a player may do with it, by chance but the same for
-/// the same seed.
+/// Random contents that a game may send and random actions of a player. The same seed
+/// gives the same ones.
 class RandomPage {
  public:
   explicit RandomPage(unsigned seed) : engine_(seed) {}
@@ -22,10 +22,10 @@ class RandomPage {
   QString of(const std::vector<const char*>& all);
   QString word();
   QString words();
-  /// A paragraph's worth or some, of lines.
+  /// Lines for about a paragraph or several.
   QString lines();
   QColor colour();
-  /// Tags that a server may use, closed again as they should be.
+  /// Tags that a server may use, with their end tags.
   QString markup(int depth);
   QString tagged(const QString& tag, const QString& inner);
   QString list(const QString& tag, int depth);
@@ -34,7 +34,7 @@ class RandomPage {
   QString resize(TwoLayouts& two);
   QString select(TwoLayouts& two);
   QString drop(TwoLayouts& two);
-  /// A pane divides long paragraphs; the rest nobody does yet.
+  /// Edits in the middle. Of these a pane only divides long paragraphs so far.
   QString edit(TwoLayouts& two);
   QString scroll(TwoLayouts& two);
   QString rare(TwoLayouts& two);

@@ -17,25 +17,25 @@ inline void giveLayoutUnderTest(QTextDocument& document) {
   document.setDocumentLayout(new PaneLayout(document));
 }
 
-/// Nothing of a page stays an estimate.
+/// Lays out all of a page, so that no height is an estimate.
 inline constexpr qreal belowEverything = 1e9;
 
-/// Lays out what stands between two heights and has the browser know it; true
-/// where a height changed.
+/// Lays out all between two heights and reports the size to the browser. Returns
+/// whether a height changed.
 inline bool layOut(QTextBrowser& browser, qreal top, qreal bottom) {
   auto* layout = dynamic_cast<PaneLayout*>(browser.document()->documentLayout());
   if (!layout)
     return false;
   const bool changed = layout->layOut(top, bottom);
   layout->tellSize();
-  // Who has the layout work shows what came of it.
+  // The caller of layOut() has to have the changes painted.
   if (changed)
     browser.viewport()->update();
   return changed;
 }
 
-/// Two browsers that are shown the same, side by side in a window each: one
-/// with the toolkit's layout, the other with the layout under test.
+/// Two browsers with the same content, in a window each: one with the toolkit's
+/// layout, the other with the layout under test.
 class TwoLayouts {
  public:
   explicit TwoLayouts(const QFont& font, QSize size = {320, 240}) {
@@ -54,7 +54,7 @@ class TwoLayouts {
     }
   }
 
-  /// The same is done to both.
+  /// Does the same to both.
   template <typename Change>
   void both(const Change& change) {
     change(expected);
@@ -64,7 +64,8 @@ class TwoLayouts {
     both([](QTextBrowser& browser) { browser.show(); });
     QCoreApplication::processEvents();
   }
-  /// Where bars come and go by an estimated height, the page is of another size.
+  /// Shows all scroll bars, always: if one came and went by an estimated height, the
+  /// two pages would differ in size.
   void showBars() {
     both([](QTextBrowser& browser) {
       browser.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
@@ -75,21 +76,21 @@ class TwoLayouts {
     both([size](QTextBrowser& browser) { browser.resize(size); });
   }
 
-  /// Both layouts tell final heights, and the scroll bars know them. False where
-  /// that has no end.
+  /// Lays out everything in both and sets the scroll bars by it. False if the bars keep
+  /// coming and going without end.
   [[nodiscard]] bool settle() {
     takeBarPolicies();
     return layOutAll() && agreeOnBars();
   }
-  /// Scrolls both to the same height, in parts of the toolkit's range.
+  /// Scrolls both to the same height, given as a fraction of the toolkit's range.
   void scrollTo(double part) {
     const QScrollBar& bar = *expected.verticalScrollBar();
     const int value = static_cast<int>(part * bar.maximum());
     both([value](QTextBrowser& browser) { browser.verticalScrollBar()->setValue(value); });
     alignAcross();
   }
-  /// How far to the right a caret has taken a page goes by what was laid out by
-  /// then, and a width that was estimated may be a pixel or two off.
+  /// The caret may scroll a page to the right by an amount that depends on what was
+  /// laid out by then; with an estimated width it may be a pixel or two off.
   void alignAcross() {
     const QScrollBar& right = *expected.horizontalScrollBar();
     if (right.maximum() == found.horizontalScrollBar()->maximum())
@@ -108,8 +109,8 @@ class TwoLayouts {
   }
   bool layOutAll() {
     for (int tries = 0; tries < 20; ++tries) {
-      // The toolkit lays out all that is left when it is asked for the size, but
-      // where a page shrank before that it may not come to its end.
+      // Asked for the size, the toolkit lays out the rest of the document, but not
+      // always all of it if the page has shrunk before.
       both([](QTextBrowser& browser) { (void)browser.document()->size(); });
       if (isUnfinished(*expected.document()))
         expected.document()->markContentsDirty(0, expected.document()->characterCount());
@@ -120,9 +121,9 @@ class TwoLayouts {
     }
     return false;
   }
-  /// Some pages fit without a bar, but not beside one: whether there is one goes
-  /// by what was there before, in either layout. There the toolkit's page takes
-  /// the bars of the other one, as long as it would keep them by itself.
+  /// Some pages fit without a scroll bar, but not next to one. Whether they have one
+  /// depends on what was there before, in both layouts. The toolkit's page then gets the
+  /// bars of the other one, if it would keep them by itself.
   bool agreeOnBars() {
     const auto bars = [](const QTextBrowser& browser) {
       return std::pair(browser.verticalScrollBar()->isVisible(),
@@ -150,7 +151,8 @@ class TwoLayouts {
   }
 };
 
-/// Until the end that was an estimate is the end; false if that is never.
+/// Scrolls to the end until its height is no longer an estimate; false if that never
+/// happens.
 inline bool scrollToEnd(QTextBrowser& browser) {
   QScrollBar& bar = *browser.verticalScrollBar();
   for (int tries = 0; tries < 30; ++tries) {
@@ -164,8 +166,8 @@ inline bool scrollToEnd(QTextBrowser& browser) {
   return false;
 }
 
-/// Until a block that stood at an estimated height stands at the top, or as
-/// near as it gets.
+/// Scrolls until a block, whose height was estimated at first, is at the top or as near
+/// to it as possible.
 inline bool scrollToBlock(QTextBrowser& browser, int number) {
   const QScrollBar& bar = *browser.verticalScrollBar();
   const auto top = [&] {

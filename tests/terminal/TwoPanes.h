@@ -14,15 +14,14 @@
 using namespace kelmora;
 using namespace kelmora::terminal;
 
-/// Both panes, shown the same reads: the quick one what the pipeline makes of
-/// them, the literal one the HTML that the rules say. Where all markup in that is
-/// the client's own, the toolkit's importer gets it as it is; otherwise what may
-/// pass of it.
+/// Shows the same reads in two panes: in the real one what the pipeline makes of them,
+/// and in a literal one the HTML of the literal pipeline. That HTML is inserted as it
+/// is if all its tags are the client's own; otherwise it is filtered first.
 class TwoPanes : private PipelineHost {
  public:
   TwoPanes() { begin(); }
 
-  /// Empty panes, and no read before the next.
+  /// Empties both panes and begins a new stream.
   void begin(const AnsiTranslator::ColourTexts& normal = normalColours,
              const AnsiTranslator::ColourTexts& bold = boldColours) {
     settled(quick).document()->clear();

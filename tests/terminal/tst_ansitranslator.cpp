@@ -29,7 +29,7 @@ QByteArray back(std::size_t k) {
   return background(normalColours.at(k));
 }
 
-/// Puts the HTML of spans one behind the other.
+/// Collects the HTML of all spans.
 class HtmlSpans final : public SpanSink {
  public:
   void openSpan(const ColourSpan& span) override { html += span.html; }
@@ -42,7 +42,7 @@ class Reader {
  public:
   Reader() { translator.buildColourSpans(normalColours, boldColours); }
 
-  /// What the escapes of one read append; other bytes are left out.
+  /// The HTML that the escape sequences of a read make; all other bytes are ignored.
   QByteArray read(const QByteArray& data,
                   AnsiTranslator::Colours colours = AnsiTranslator::Colours::Shown) {
     HtmlSpans spans;
@@ -193,7 +193,7 @@ void TstAnsiTranslator::everyCode() {
   const bool isForeground = code >= 30 && code <= 37;
   const bool isBackground = code >= 40 && code <= 47;
   for (const bool startBold : {false, true}) {
-    // The same code three times over: its low byte is what counts.
+    // Three numbers with the same low byte, which alone counts.
     for (const int number : {code, code + 256, code - 512}) {
       Reader reader;
       const QByteArray start = startBold ? "\x1B[1m\x1B[32m" : "\x1B[32m";
@@ -214,7 +214,7 @@ void TstAnsiTranslator::everyCode() {
       QCOMPARE(reader.translator.boldActive(), code == 1 || (startBold && code != 0));
       QVERIFY(!reader.translator.escapePending());
       QCOMPARE(reader.read("\x1B[1m"), bold(isForeground ? k : 2));
-      // Only 38 and 48, written so, are followed by a palette index.
+      // A palette index follows only if the parameter is written exactly 38 or 48.
       const QByteArray palette =
           reader.read("\x1B[" + QByteArray::number(number) + ";5;208m").right(9);
       QCOMPARE(palette == "#ff8700\">", number == 38 || number == 48);
@@ -223,7 +223,7 @@ void TstAnsiTranslator::everyCode() {
 }
 
 void TstAnsiTranslator::everyPaletteColour() {
-  // Spelled out by hand at the corners of its three parts.
+  // The first and last colours of each of the palette's three parts.
   QCOMPARE(*paletteColour(0), "#000000");
   QCOMPARE(*paletteColour(1), "#800000");
   QCOMPARE(*paletteColour(7), "#c0c0c0");
@@ -333,7 +333,7 @@ void TstAnsiTranslator::rebuildingReturnsToTheResetColours() {
            QByteArray("<span style=\"color:#ffffff;background-color:#333333\">"));
   QVERIFY(reader.translator.boldActive());
   QVERIFY(reader.translator.escapePending());
-  // White is the foreground again, and the two sets have changed places.
+  // The foreground is white again, and normal and bold colours have been swapped.
   QCOMPARE(reader.read("m\x1B[1m"), normal(7));
   QCOMPARE(reader.read("\x1B[41m"), background(boldColours.at(1)));
 }
@@ -344,7 +344,7 @@ void TstAnsiTranslator::equalColourTextsAreStillDifferentColours() {
   Reader reader;
   reader.translator.buildColourSpans(same, boldColours);
   QCOMPARE(reader.read("\x1B[32m\x1B[1m"), foreground("#123456") + bold(2));
-  // A palette colour of the same text is none of them.
+  // A palette colour is not the current span even if its text is the same.
   same.fill("#800000");
   reader.translator.buildColourSpans(same, boldColours);
   QCOMPARE(reader.read("\x1B[38;5;1m\x1B[1m"), foreground("#800000"));

@@ -15,7 +15,7 @@
 using namespace kelmora;
 using namespace kelmora::terminal;
 
-/// What an estimate calls certain is what breaking into lines comes to.
+/// If an estimate is called certain, breaking the block into lines gives that size.
 class TestBlockEstimate : public QObject {
   Q_OBJECT
 
@@ -76,8 +76,8 @@ void TestBlockEstimate::wordsInAFontOfOnePitchAreCertain() {
   QTextDocument document(QStringLiteral("You see a lamp, and the keeper's door. It is shut"));
   prepare(document, fixedPitch());
   BlockEstimate estimate;
-  estimate.look(document);
-  for (int width = 8; width < 700; ++width) {  // a letter's, or more
+  estimate.measureFont(document);
+  for (int width = 8; width < 700; ++width) {  // from one letter up, in pixels
     Comparison comparison;
     const QString told = difference(document.begin(), estimate, width, comparison);
     QVERIFY2(told.isEmpty(), qPrintable(told));
@@ -88,7 +88,7 @@ void TestBlockEstimate::wordsInAFontOfOnePitchAreCertain() {
 void TestBlockEstimate::whatIsCertainIsRight_data() {
   QTest::addColumn<QString>("letters");
   QTest::addColumn<QFont>("font");
-  QTest::addColumn<int>("atLeastCertain");  // in parts of a hundred
+  QTest::addColumn<int>("atLeastCertain");  // in per cent of the blocks
   QString printable;
   for (char16_t code = u' '; code <= u'~'; ++code)
     printable += QChar(code);
@@ -123,7 +123,7 @@ void TestBlockEstimate::whatIsCertainIsRight() {
   prepare(document, font);
   document.setDocumentLayout(new PaneLayout(document));
   BlockEstimate estimate;
-  estimate.look(document);
+  estimate.measureFont(document);
   Comparison comparison;
   for (int i = 0; i < (given ? asked : 1500); ++i) {
     QString text;
@@ -168,12 +168,12 @@ void TestBlockEstimate::otherTextIsNeverCertain() {
   prepare(document, font);
   document.setHtml(html);
   BlockEstimate estimate;
-  estimate.look(document);
+  estimate.measureFont(document);
   QVERIFY(!estimate.of(document.begin(), 300).isCertain);
-  // And nothing of it lasts.
+  // Measuring again forgets the formats.
   prepare(document, fixedPitch());
   document.setPlainText(QStringLiteral("a lamp"));
-  estimate.look(document);
+  estimate.measureFont(document);
   QVERIFY(estimate.of(document.begin(), 300).isCertain);
 }
 

@@ -20,7 +20,7 @@ int pick(Engine& engine, int count) {
   return static_cast<int>(engine() % static_cast<unsigned>(count));
 }
 
-/// Appends a piece, of a kind that a pane gets.
+/// Appends a piece of one of the kinds of content that a pane gets.
 void grow(QTextDocument& document, Engine& engine) {
   QTextCursor end(&document);
   end.movePosition(QTextCursor::End);
@@ -49,11 +49,11 @@ void grow(QTextDocument& document, Engine& engine) {
   }
 }
 
-/// Copies it all, growing between the steps as often as asked.
+/// Copies all of a document, and appends to it between the steps so many times.
 std::unique_ptr<QTextDocument> copyOf(QTextDocument& document, Engine& engine, int growths) {
   DocumentCopy copy(document);
   int steps = 0;
-  // A step of no time copies nothing: as little as there can be is a millisecond.
+  // A step of 0 milliseconds would copy nothing, so 1 is the shortest step.
   while (!copy.advance(1) || growths > 0) {
     if (++steps > 100'000)
       return nullptr;
@@ -65,7 +65,7 @@ std::unique_ptr<QTextDocument> copyOf(QTextDocument& document, Engine& engine, i
 
 }  // namespace
 
-/// A copy is the document but for the formats that nothing uses any more.
+/// A copy equals its document, except that it has no unused formats.
 class TestDocumentCopy : public QObject {
   Q_OBJECT
 
@@ -87,7 +87,7 @@ void TestDocumentCopy::aCopyIsEqualHoweverItsDocumentGrew() {
     const QString difference = PaneContent::of(*copy).differenceTo(PaneContent::of(document));
     QVERIFY2(difference.isEmpty(), qPrintable(QString::number(seed) + ": " + difference));
     QCOMPARE(copy->toHtml(), document.toHtml());
-    // And it goes on as its original.
+    // Text that is appended later looks the same in both.
     Engine other = engine;
     for (int i = 0; i < 30; ++i) {
       grow(document, engine);

@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What is to be written, as the rule says it.
+/// The bytes that must be written: the toolkit's HTML in Latin-1, then as UTF-8.
 QByteArray asTheToolkit(const QTextDocument& document) {
   return QString::fromLatin1(document.toHtml().toLatin1()).toUtf8();
 }
@@ -35,7 +35,8 @@ QByteArray difference(const QByteArray& is, const QByteArray& should) {
   return "is: ..." + is.mid(from, 200) + "...\nshould be: ..." + should.mid(from, 200) + "...";
 }
 
-/// The same of either way to write a document.
+/// How quickHtml(), or else documentHtml(), differs from the toolkit; empty if neither
+/// does.
 QByteArray fault(const QTextDocument& document) {
   const QByteArray should = asTheToolkit(document);
   const QByteArray wrong = difference(quickHtml(document).value_or(should), should);
@@ -50,7 +51,7 @@ QTextCharFormat linkTo(const QString& target) {
   return link;
 }
 
-/// Makes up documents.
+/// Makes random documents.
 class Author {
  public:
   explicit Author(unsigned seed) : engine_(seed) {}
@@ -322,7 +323,7 @@ void TestDocumentHtml::anyPaneIsWrittenAsByTheToolkit() {
     QVERIFY2(wrong.isEmpty(), qPrintable(QStringLiteral("seed %1: ").arg(seed) + wrong));
     writtenHere += quickHtml(document) ? 1 : 0;
   }
-  // Both ways have been looked at.
+  // Some documents were written the quick way, and some by the toolkit.
   QVERIFY2(writtenHere > 40 && writtenHere < 180, qPrintable(QString::number(writtenHere)));
 }
 
@@ -376,7 +377,7 @@ void TestDocumentHtml::whatIsMoreThanParagraphsIsLeftToTheToolkit() {
 void TestDocumentHtml::theDocumentStaysAsItIs() {
   QTextDocument document;
   Author(1).write(document);
-  (void)document.toHtml();  // the toolkit makes a format for itself
+  (void)document.toHtml();  // here the toolkit adds a format of its own
   document.setModified(false);
   const int revision = document.revision();
   const qsizetype formats = document.allFormats().size();

@@ -11,7 +11,7 @@ using namespace kelmora::terminal;
 
 namespace {
 
-/// Records what the bar asks for.
+/// Records what the bar calls.
 class RecordingHost : public InputHost {
  public:
   void submitInput() override { calls << "submit"; }
@@ -135,7 +135,7 @@ void TestInputWidget::routes() {
   QFETCH(const QString, text);
   bar_->setText("text");
   QTest::keyClick(bar_, static_cast<Qt::Key>(key), modifiers);
-  // Holding Shift is a key press of its own, and offered like any other.
+  // Pressing Shift is a key press as well, and could have a macro like any other.
   host_->calls.removeAll(QStringLiteral("macro %1").arg(int(Qt::Key_Shift), 0, 16));
   QCOMPARE(host_->calls, calls);
   QCOMPARE(bar_->text(), text);

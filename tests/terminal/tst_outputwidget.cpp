@@ -20,7 +20,7 @@ using namespace kelmora::terminal;
 
 namespace {
 
-/// Shows what the pipeline makes of a read.
+/// Shows a read, sent through the pipeline, in the pane.
 class PaneHost : public RecordingHost {
  public:
   explicit PaneHost(OutputWidget& pane) : pane_(pane) {}
@@ -68,7 +68,7 @@ class TestOutputWidget : public QObject {
   void declaresNoSlotsOrSignals();
 
  private:
-  /// Lines that a narrow pane breaks, shown.
+  /// Shows lines that are wrapped in a narrow pane.
   void fillWithLines(int lines) {
     const QString line =
         QStringLiteral("a line of some words that are wider than half a pane<br>\n");
@@ -178,7 +178,7 @@ void TestOutputWidget::aLongParagraphIsContinuedAtALineBreak() {
   QCOMPARE(settled(*pane_).document()->blockCount(), 2);
   QCOMPARE(settled(*pane_).document()->firstBlock().text().size(), 4099);
   QCOMPARE(settled(*pane_).document()->lastBlock().text(), QString());
-  // A read of many lines is divided as often as it takes.
+  // A read of many lines is divided into as many paragraphs as necessary.
   insertServerHtml(*pane_, line.repeated(100));
   QCOMPARE(settled(*pane_).document()->blockCount(), 22);
   for (QTextBlock block = settled(*pane_).document()->begin(); block.isValid();
@@ -322,7 +322,7 @@ void TestOutputWidget::everythingIsWrittenAtTheEnd() {
   QFETCH(const std::function<void(OutputWidget&)>, write);
   QFETCH(const QString, text);
   insertServerHtml(*pane_, "old words");
-  // Where a player has put the caret to copy something.
+  // The player has moved the caret to copy something.
   QTextCursor caret = settled(*pane_).textCursor();
   caret.setPosition(3);
   caret.setPosition(0, QTextCursor::KeepAnchor);
@@ -372,7 +372,7 @@ void TestOutputWidget::behindAnyTextThereIsNothingLeftToScroll() {
 void TestOutputWidget::theNewestLineStaysInSightWhateverTheSize_data() {
   QTest::addColumn<int>("lines");
   QTest::addColumn<QSize>("size");
-  // The toolkit lays out a short text at once and a long one by and by.
+  // The toolkit would lay out a short text at once and a long one little by little.
   for (const int lines : {100, 5000}) {
     const auto row = [lines](const char* name, const QSize& size) {
       QTest::addRow("%s, %d lines", name, lines) << lines << size;
@@ -404,7 +404,7 @@ void TestOutputWidget::theNewestLineStaysInSightWhateverTheSize() {
   QTest::qWait(30);
   QVERIFY(showsTheNewestLine());
   QCOMPARE(bar->value(), bar->maximum());
-  // And once more, as the edge of a window is dragged.
+  // Resize it again, as happens while the player drags the window's edge.
   for (const QSize& next : {size - QSize(40, 30), QSize(400, 300)}) {
     pane_->resize(next);
     QVERIFY(showsTheNewestLine());
@@ -426,7 +426,7 @@ void TestOutputWidget::theNewestLineStaysInSightInAnyFont() {
 void TestOutputWidget::aLittleAboveTheEndIsTheEndStill() {
   fillWithLines(100);
   QScrollBar* bar = pane_->verticalScrollBar();
-  // No more than the margin below the last line is out of sight.
+  // Only the margin below the last line is not visible.
   bar->setValue(bar->maximum() - 4);
   pane_->resize(200, 300);
   QTRY_COMPARE(bar->value(), bar->maximum());

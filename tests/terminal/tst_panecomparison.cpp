@@ -13,7 +13,7 @@ using namespace kelmora::terminal;
 
 namespace {
 
-/// What a server may send and a player may do.
+/// Random reads of a server and random actions of a player.
 class Stream {
  public:
   explicit Stream(unsigned seed) : engine_(seed) {}
@@ -194,7 +194,8 @@ class Stream {
 
 }  // namespace
 
-/// The quick pane shows what the plain way would, piece for piece.
+/// The pane's document always equals that of a pane into which each text is inserted
+/// at once by the toolkit.
 class TestPaneComparison : public QObject {
   Q_OBJECT
 
@@ -208,14 +209,14 @@ class TestPaneComparison : public QObject {
 };
 
 void TestPaneComparison::randomStreams() {
-  // More of them when asked for: 300,000 take a minute or two.
+  // An environment variable asks for more; 300,000 take a minute or two.
   bool given = false;
   const int asked = qEnvironmentVariableIntValue("KELMORA_STREAMS", &given);
   const int streams = given ? asked : 20000;
   int beyondTheLimit = 0;
   for (int seed = 1; seed <= streams; ++seed) {
     Stream(static_cast<unsigned>(seed)).play(panes_);
-    // Where paragraphs are dropped it is no longer the same ones in both.
+    // Once paragraphs are dropped, both panes may have dropped different ones.
     if (panes_.literal.document()->blockCount() >= OutputWidget::limits.paragraphs) {
       ++beyondTheLimit;
       continue;
@@ -229,7 +230,7 @@ void TestPaneComparison::randomStreams() {
 
 void TestPaneComparison::formatsAreForgottenWithoutATrace() {
   panes_.begin();
-  // All of them in use, in paragraphs of every kind.
+  // All these formats are in use, in paragraphs of every kind.
   const int links = static_cast<int>(3 * OutputWidget::limits.formats) + 1000;
   const auto link = [](int number) {
     return QStringLiteral("<a href=\"http://a.example/%1\">%1</a> ").arg(number);
@@ -255,11 +256,12 @@ void TestPaneComparison::formatsAreForgottenWithoutATrace() {
 }
 
 void TestPaneComparison::aSessionOfEndlessLinksKeepsFewFormats() {
-  // One that has not had other formats to forget.
+  // A document that never had other formats.
   TwoPanes panes;
   const auto formats = [&panes] { return panes.quick.document()->allFormats().size(); };
-  // Links come in a hurry until the document is made anew, and as the lines of a
-  // game do meanwhile: the making has its turns then, however busy the machine.
+  // Links come quickly until the document begins to be copied. From then on they come
+  // as slowly as the lines of a game, so that copying gets its turns even on a busy
+  // machine.
   qsizetype left = 0;
   int renewals = 0;
   for (int i = 0; i < 50000; ++i) {
@@ -275,7 +277,7 @@ void TestPaneComparison::aSessionOfEndlessLinksKeepsFewFormats() {
       ++renewals;
       left = formats();
     }
-    // At the worst a turn has copied one paragraph.
+    // In the worst case each turn has copied a single paragraph.
     QVERIFY2(
         formats() < 2 * left + OutputWidget::limits.formats + 2 * OutputWidget::limits.paragraphs,
         qPrintable(QString::number(formats())));

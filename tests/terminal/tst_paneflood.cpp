@@ -35,7 +35,7 @@ QByteArray numberedLine(int number) {
 
 }  // namespace
 
-/// What the pane does with more than it can show.
+/// What the pane does when more text arrives than it can show.
 class TestPaneFlood : public QObject {
   Q_OBJECT
 
@@ -62,7 +62,7 @@ class TestPaneFlood : public QObject {
   void formatsInUseAreNoReasonForAnotherRenewal();
 
  private:
-  /// Many reads without a turn of the event loop, as a flood leaves them.
+  /// Shows many reads without a turn of the event loop in between, as in a flood.
   void flood(int lines) {
     QByteArray read;
     for (int i = 0; i < lines; ++i) {
@@ -78,7 +78,7 @@ class TestPaneFlood : public QObject {
       html += QStringLiteral("<a href=\"http://a.example/%1\">x</a>").arg(i);
     insertServerHtml(*pane_, html + "<br>\n");
   }
-  /// Links that are gone again, but for their formats.
+  /// Inserts many links and removes them again; the document keeps their formats.
   void leaveUnusedFormats() {
     QTextCursor cursor(settled(*pane_).document());
     cursor.movePosition(QTextCursor::End);
@@ -120,7 +120,7 @@ void TestPaneFlood::aSingleTextAppearsInTheNextTurn() {
 }
 
 void TestPaneFlood::muchTextLeavesTheLoopItsTurns() {
-  // Every few letters in a colour of their own take their time.
+  // Text whose colour changes every few letters takes long to insert.
   for (int i = 0; i < 15000; ++i)
     pane_->showServerText(
         serverText(numberedLine(i).replace("....", "\x1B[32m..\x1B[31m..").append("end\n")));
@@ -149,7 +149,7 @@ void TestPaneFlood::ofAFloodTheNewestParagraphsStay() {
   const QString text = settled(*pane_).toPlainText();
   QCOMPARE(settled(*pane_).document()->blockCount(), OutputWidget::limits.paragraphs);
   QVERIFY(text.endsWith(QString::fromLatin1(numberedLine(lines - 1))));
-  // As much as there is room for, without a gap.
+  // The pane is full, and no line is missing.
   const QString first = text.section('\n', 1, 1);
   const int number = first.mid(5, first.indexOf('.') - 5).toInt();
   QVERIFY2(lines - number > 37400, qPrintable(first));
@@ -246,7 +246,7 @@ void TestPaneFlood::aFloodOfEchoIsOverAtOnce() {
   for (int i = 0; i < 200000; ++i)
     pane_->echoSentText(QStringLiteral("echo %1\r\n").arg(i));
   const QString text = settled(*pane_).toPlainText();
-  // One by one it took a minute on the same machine.
+  // Without the queue this took a minute on the same machine.
   QVERIFY2(timer.elapsed() < 20000, qPrintable(QString::number(timer.elapsed())));
   QCOMPARE(text.count('\n'), OutputWidget::limits.paragraphs - 1);
   QVERIFY(text.startsWith("echo 199251\n"));
@@ -325,7 +325,8 @@ void TestPaneFlood::formatsOutOfUseGoInAQuietMoment() {
   pane_->settle();
   QTRY_VERIFY(pane_->document()->allFormats().size() > 9000);
   QTest::qWait(300);
-  // Too few by the measure of what was in use, but none of them is any more.
+  // There are too few formats to renew the document while text arrives, but now none
+  // of them is in use any more.
   for (int i = 0; i < OutputWidget::limits.paragraphs; ++i)
     pane_->printInfo("told");
   pane_->settle();
@@ -342,7 +343,7 @@ void TestPaneFlood::formatsInUseAreNoReasonForAnotherRenewal() {
   show(0);
   QTRY_VERIFY(first != pane_->document());
   QVERIFY(!first);
-  // As many again, and all of them in use.
+  // Show as many links again; all of their formats are in use.
   const QTextDocument* const renewed = pane_->document();
   show(5000);
   QTest::qWait(500);

@@ -11,7 +11,7 @@ namespace {
 
 using Write = std::function<void(QTextBrowser&)>;
 
-/// So often a content is repeated on a page, to have something to scroll.
+/// How often a content is repeated on a page, so that it can be scrolled.
 constexpr int repeats = 4;
 
 void fill(TwoLayouts& two, const Write& write) {
@@ -35,8 +35,7 @@ QTextCursor selection(QTextBrowser& browser, int anchor, int position) {
 
 }  // namespace
 
-/// What the pane's layout paints, and where it has it, is what the toolkit's own
-/// layout paints, and where.
+/// The pane's layout paints the same as the toolkit's own, at the same places.
 class TestPaneLayout : public QObject {
   Q_OBJECT
 
@@ -57,8 +56,8 @@ class TestPaneLayout : public QObject {
   void barsComeAndGoAlike();
 
  private:
-  /// Where a page is painted again and again: in the pane's font and, in turn,
-  /// one of the others.
+  /// For tests that paint a page many times: they use the pane's font and only one of
+  /// the others, a different one for each content.
   enum class Fonts { All, TwoOfThem };
   static void pages(Fonts which);
 };

@@ -9,7 +9,7 @@ namespace {
 
 using Act = std::function<QString(QTextBrowser&)>;
 
-/// Something of each kind, links in sight, and more than a page.
+/// A page with something of each kind, and with links in its visible part.
 void writeStory(QTextBrowser& browser) {
   insertText(browser, "You stand in a long and winding hall whose walls are hung with banners.\n");
   insertHtml(browser,
@@ -26,7 +26,7 @@ void writeStory(QTextBrowser& browser) {
   placeCaret(browser, 0);
 }
 
-/// Far more than a page; only paragraphs in sight need to be laid out.
+/// Fills many pages, of which only the visible paragraphs have to be laid out.
 void writeManyParagraphs(QTextBrowser& browser) {
   QString text;
   for (int i = 0; i < 1000; ++i)
@@ -51,7 +51,8 @@ void activate(QTextBrowser& browser) {
 
 }  // namespace
 
-/// A browser with the pane's layout answers and moves as with the toolkit's.
+/// A browser with the pane's layout reacts to keys and the mouse exactly like one with
+/// the toolkit's layout.
 class TestPaneLayoutBrowser : public QObject {
   Q_OBJECT
 
@@ -89,7 +90,7 @@ void TestPaneLayoutBrowser::actions() {
     activate(*browser);
     seen += act(*browser);
     QVERIFY(two.settle());
-    // Another one of what it paints while it has the keyboard.
+    // A widget with the keyboard focus may be painted differently.
     (void)pictureOf(*browser);
     pictures.push_back(pictureOf(*browser));
   }

@@ -5,8 +5,8 @@
 #include "RandomPages.h"
 #include "support/ScratchMain.h"
 
-/// Random pages and what may be done to them: the pane's layout stays the
-/// toolkit's, to the pixel.
+/// Does the same random things to random pages with both layouts; they must look the
+/// same to the pixel.
 class TestPaneLayoutRandom : public QObject {
   Q_OBJECT
 
@@ -14,7 +14,7 @@ class TestPaneLayoutRandom : public QObject {
   void randomPages();
 
  private:
-  /// The way to the first difference, if there is one.
+  /// What was done up to the first difference; empty if there is none.
   static QString playedToADifference(unsigned seed);
 };
 
@@ -29,7 +29,7 @@ QString differenceOfAll(TwoLayouts& two, double height) {
                                   layout_compare::ofNumbers(two, 100)});
 }
 
-/// What can be compared while most is an estimate.
+/// What can be compared while most heights are estimates.
 QString differenceOfTheEnd(TwoLayouts& two) {
   if (!scrollToEnd(two.expected) || !scrollToEnd(two.found))
     return QStringLiteral("the end is never reached");
@@ -42,7 +42,7 @@ QString differenceOfTheEnd(TwoLayouts& two) {
 QString TestPaneLayoutRandom::playedToADifference(unsigned seed) {
   RandomPage page(seed);
   TwoLayouts two(page.font(), page.size());
-  // Where bars come and go by an estimate, the page is of another size.
+  // If a scroll bar depends on an estimate, the page may have another size.
   const bool fixedBars = page.pick(2) == 0;
   if (fixedBars)
     two.showBars();

@@ -15,7 +15,7 @@ using namespace kelmora::terminal;
 
 namespace {
 
-/// So small that short streams push paragraphs out.
+/// Limits so small that even a short stream pushes paragraphs out of the pane.
 constexpr int paragraphs = 5;
 constexpr ParagraphEnds::Lengths lengths{.longParagraph = 24, .longestParagraph = 64};
 
@@ -27,12 +27,12 @@ SafeHtml htmlOf(const QString& html) {
   return safeMarkup(html);
 }
 
-/// Shows what waits as the window's pane does.
+/// A pane that shows waiting text only when it is told to.
 class SmallPane : public PipelineHost {
  public:
   void showWaiting(int texts = std::numeric_limits<int>::max()) {
-    skips += PaneQueue(queue).takeSkip() ? 1 : 0;
-    // One text for each time that is already over.
+    clearings += PaneQueue(queue).takeClearing() ? 1 : 0;
+    // A deadline that has passed makes write() take a single text.
     for (; texts > 0 && !queue.isEmpty(); --texts)
       document_.write(queue, QDeadlineTimer(0));
   }
@@ -44,13 +44,14 @@ class SmallPane : public PipelineHost {
 
   PaneQueue queue{paragraphs, lengths};
   QTextBrowser view;
-  int skips = 0;
+  int clearings = 0;
 
  private:
   PaneDocument document_{view, {.paragraphs = paragraphs, .lengths = lengths}};
 };
 
-/// A stream of reads and messages, shown one by one and as a flood.
+/// Sends a random stream of reads and messages to two panes: to one each by itself,
+/// and to the other through a queue, as in a flood.
 class Flood {
  public:
   Flood(unsigned seed, const PipelineOptions& options) : engine_(seed), options_(options) {
@@ -212,7 +213,7 @@ void TestPaneQueue::ofALongTextTheFrontIsTakenOffToo() {
   pane.queue.add(ServerText(textOf(text)));
   QVERIFY(pane.queue.size() < 2000);
   pane.showWaiting();
-  QCOMPARE(pane.skips, 1);
+  QCOMPARE(pane.clearings, 1);
   QCOMPARE(pane.view.toPlainText().section('\n', 0, 0), "the line of the number 9996");
   QCOMPARE(pane.view.document()->blockCount(), paragraphs);
 }
@@ -232,13 +233,13 @@ void TestPaneQueue::dropsNothingBefore() {
   queue.add(PaneText(htmlOf(html)));
   for (int i = 0; i < 100; ++i)
     queue.add(PaneText(PlainText{"told\n", Qt::white, Qt::blue}));
-  QVERIFY(!queue.takeSkip());
+  QVERIFY(!queue.takeClearing());
   QCOMPARE(std::get<SafeHtml>(queue.take()).html(), html);
 }
 
 void TestPaneQueue::dropsUnseen_data() {
   QTest::addColumn<QString>("html");
-  QTest::addColumn<bool>("isBridge");
+  QTest::addColumn<bool>("hasStandIn");
   QTest::newRow("text is followed by its look") << "text" << true;
   QTest::newRow("a line end has one too") << "<br>" << true;
   QTest::newRow("tags around nothing have none") << "<b></b>" << false;
@@ -247,52 +248,53 @@ void TestPaneQueue::dropsUnseen_data() {
 
 void TestPaneQueue::dropsUnseen() {
   QFETCH(const QString, html);
-  QFETCH(const bool, isBridge);
+  QFETCH(const bool, hasStandIn);
   PaneQueue queue(paragraphs, lengths);
   queue.add(PaneText(htmlOf(html)));
   for (int i = 0; i < 100; ++i)
     queue.add(PaneText(PlainText{QString::number(i) + '\n', Qt::white, Qt::blue}));
-  QCOMPARE(queue.takeSkip(), isBridge);
-  if (isBridge)
+  QCOMPARE(queue.takeClearing(), hasStandIn);
+  if (hasStandIn)
     QCOMPARE(std::get<SafeHtml>(queue.take()).html(), htmlOf(html).html());
   const QString first = std::get<PlainText>(queue.take()).text;
   QVERIFY2(first.toInt() > 90 && first.toInt() < 95, qPrintable(first));
 }
 
 void TestPaneQueue::aFloodOfServerTextLeavesWhatOneByOneInsertionLeaves() {
-  int skips = 0;
+  int clearings = 0;
   for (unsigned seed = 1; seed <= 3000; ++seed) {
     Flood flood(seed, {.parseHtml = false});
     flood.play();
-    skips += flood.pane.skips;
+    clearings += flood.pane.clearings;
     const QString difference = PaneContent::of(*flood.pane.view.document())
                                    .differenceTo(PaneContent::of(*flood.oneByOne.document()));
     QVERIFY2(difference.isEmpty(), qPrintable(QString::number(seed) + ": " + difference));
   }
-  QVERIFY(skips > 1000);
+  QVERIFY(clearings > 1000);
 }
 
 void TestPaneQueue::aFloodWithTagsLeavesAFullPaneAndItsEnd() {
-  int skips = 0;
+  int clearings = 0;
   for (unsigned seed = 1; seed <= 3000; ++seed) {
     Flood flood(seed, {.parseHtml = true});
     flood.play();
-    if (flood.pane.skips == 0)
+    if (flood.pane.clearings == 0)
       continue;
-    ++skips;
+    ++clearings;
     QCOMPARE(flood.pane.view.document()->blockCount(), paragraphs);
-    // Paragraphs may begin at other line ends than one by one.
+    // Paragraphs may begin at other line ends than in the other pane, so only the
+    // text at the end is compared.
     const QString flooded = flood.pane.view.toPlainText();
     const QString oneByOne = flood.oneByOne.toPlainText();
     const qsizetype both = std::min(flooded.size(), oneByOne.size());
     QVERIFY2(flooded.last(both) == oneByOne.last(both),
              qPrintable(QString::number(seed) + ": " + flooded + "\n|\n" + oneByOne));
   }
-  QVERIFY(skips > 300);
+  QVERIFY(clearings > 300);
 }
 
 void TestPaneQueue::theFirstTextBringsItsParagraphsFormatsAlong() {
-  // As the importer does, where an empty document has a paragraph with formats.
+  // The importer resets the formats of an empty document's paragraph too.
   SmallPane pane;
   LiteralPane literal(lengths.longParagraph, lengths.longestParagraph);
   QTextBlockFormat right;

@@ -23,7 +23,7 @@ using namespace kelmora::terminal;
 
 namespace {
 
-/// Letters of many widths: no height is certain before its lines are broken.
+/// A proportional font: no height is certain before the text is broken into lines.
 QFont proportional() {
   return layout_contents::fonts()[1].font;
 }
@@ -35,8 +35,8 @@ int blocksWithLines(const QTextDocument& document) {
   return count;
 }
 
-/// Whether a colour is another one, and no shade of the same: the toolkit paints
-/// large letters a shade differently the first time.
+/// Whether two colours differ by more than a shade: the toolkit paints large letters
+/// in a slightly different shade the first time.
 bool differs(QRgb a, QRgb b) {
   constexpr int shade = 40;
   return std::abs(qRed(a) - qRed(b)) > shade || std::abs(qGreen(a) - qGreen(b)) > shade ||
@@ -56,7 +56,7 @@ int differentPixels(const QImage& expected, const QImage& found) {
 
 }  // namespace
 
-/// What a player sees stays where it is, and is painted where it changed.
+/// What a player sees stays where it is, and only changed parts are painted.
 class TestPaneSight : public QObject {
   Q_OBJECT
 
@@ -88,7 +88,7 @@ class TestPaneSight : public QObject {
     pane_->settle();
     QCoreApplication::processEvents();
   }
-  /// What stands on the screen, without painting any of it anew.
+  /// What is on the screen, without painting anything.
   [[nodiscard]] QImage screen() {
     const QPixmap all = window_->screen()->grabWindow(window_->winId());
     const QPoint corner = pane_->viewport()->mapTo(window_, QPoint(0, 0));
@@ -206,7 +206,7 @@ void TestPaneSight::theScreenShowsWhatAFreshPaintWould() {
         QCoreApplication::processEvents();
       const QImage found = screen();
       const QImage expected = pictureOf(*pane_->viewport());
-      // The toolkit leaves a pixel of an old letter here and there.
+      // The toolkit leaves single pixels of old letters.
       constexpr int fewPixels = 30;
       if (differentPixels(expected, found) > fewPixels)
         QFAIL(qPrintable(QStringLiteral("page %1, turn %2: ").arg(seed).arg(turn) +
@@ -306,7 +306,7 @@ void TestPaneSight::whatIsOutOfSightKeepsNoLines() {
   for (int value = bar.maximum(); value > 0; value -= 290) {
     bar.setValue(value);
     QCoreApplication::processEvents();
-    // Three screens of paragraphs of a line or more, and some.
+    // A little more than three screens of paragraphs.
     QVERIFY2(blocksWithLines(*pane_->document()) < 3 * 40 + 17,
              qPrintable(QString::number(blocksWithLines(*pane_->document()))));
   }
@@ -329,7 +329,7 @@ void TestPaneSight::idleWorkComesToAnEnd() {
   QVERIFY(turns > 0 && turns < 2'000);
   QVERIFY(!sight.refine(1));
   QVERIFY(blocksWithLines(*browser.document()) < 60);
-  // Nothing was left, and all of it is right.
+  // Everything was laid out, and the heights are right.
   const QSizeF size = layout->documentSize();
   QVERIFY(!layout->layOut(0, 1e9));
   QCOMPARE(layout->documentSize(), size);

@@ -34,7 +34,7 @@ void TestPaneTurns::textAfterAPauseIsShownAtOnce() {
 }
 
 void TestPaneTurns::textAfterATurnWaitsForTheEndOfItsFrame() {
-  // Again where the machine paused between the two calls.
+  // Repeated, because the machine may pause between the two calls.
   for (int attempt = 0; attempt < 100; ++attempt) {
     PaneTurns turns;
     QElapsedTimer timer;
@@ -75,7 +75,8 @@ void TestPaneTurns::aFloodWaitsLongerForTheNextTurn() {
   (void)turns.textComes();
   (void)turns.begin(little);
   QTest::qSleep(taken);
-  // Eight times what the turn took, that included; what came is forgotten then.
+  // The next turn begins eight times as long after the last one began as that took;
+  // end() then forgets that text had arrived.
   QVERIFY(turns.end() >= 7 * taken);
   (void)turns.begin(little);
   QTest::qSleep(taken);

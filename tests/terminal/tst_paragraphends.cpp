@@ -11,7 +11,7 @@ namespace {
 
 constexpr ParagraphEnds::Lengths lengths{.longParagraph = 4, .longestParagraph = 10};
 
-/// A bar in the place of each end; a line end is a slash.
+/// The text with a bar at each paragraph end; slashes stand for line ends.
 QString divided(ParagraphEnds& ends, QString text) {
   text.replace('/', QChar::LineSeparator);
   QString shown;
@@ -23,8 +23,8 @@ QString divided(ParagraphEnds& ends, QString text) {
   return QString(shown + text.mid(start)).replace(QChar::LineSeparator, '/');
 }
 
-/// The same by the plainest way: the last paragraph is looked at as a whole after
-/// each character.
+/// The same in the simplest way: after each character the whole last paragraph is
+/// looked at.
 QString dividedPlainly(QString text) {
   QString done;
   QString last;

@@ -19,7 +19,7 @@ class Generator {
 
   AnsiTranslator::ColourTexts colours() {
     AnsiTranslator::ColourTexts texts;
-    // Few texts, so that some colours are equal in text and not in place.
+    // Few different texts, so that some colours of a set are the same.
     for (QByteArray& text : texts)
       text = '#' + QByteArray::number(pick(4) * 111111);
     return texts;
@@ -78,7 +78,7 @@ class Generator {
   std::mt19937 engine_;
 };
 
-/// The same stream through both; says where they part.
+/// Sends the same stream through both pipelines; says where they differ first.
 QString compareStream(Generator& random, qint64& reads) {
   OutputPipeline quick;
   LiteralPipeline literal;
@@ -93,7 +93,7 @@ QString compareStream(Generator& random, qint64& reads) {
   PipelineOptions options = random.options();
   const int count = 1 + random.pick(4);
   for (int k = 0; k <= count; ++k, ++reads) {
-    // The last read lays open what is hidden: the foreground that bold meets.
+    // The last read turns bold on, which shows the foreground that is otherwise hidden.
     const bool last = k == count;
     const QByteArray data = last ? QByteArray("m\x1B[1m<x") : random.data();
     if (last)

@@ -13,9 +13,9 @@ using namespace kelmora::terminal;
 
 namespace {
 
-/// What all reads of a stream give together.
+/// The results of all reads of a stream, joined.
 struct Whole {
-  QString text;      // without looks; none where there is HTML
+  QString text;      // without colours; HTML is not included
   QByteArray plain;  // pieces of different reads put end to end
 };
 
@@ -59,7 +59,7 @@ class Generator {
   std::mt19937 engine_;
 };
 
-/// A window that comes back into the pipeline, or does something else to it.
+/// A window that calls the pipeline again while it is being called by it.
 class MeddlingHost : public RecordingHost {
  public:
   void beep() override {
@@ -93,7 +93,7 @@ class MeddlingHost : public RecordingHost {
 
 }  // namespace
 
-/// What holds for every stream, and what the window may do meanwhile.
+/// Rules that hold for every stream, also if the window calls the pipeline again.
 class TstPipelineProperties : public QObject {
   Q_OBJECT
 
@@ -136,7 +136,7 @@ void TstPipelineProperties::plainLinesDoNotDependOnColours() {
     stripped.read(coloured, options);
     QCOMPARE(shown.host.lines(), none.host.lines());
     QCOMPARE(stripped.host.lines(), none.host.lines());
-    // With colours off, what is shown is the bare text too.
+    // With colours off, exactly the bare text is shown as well.
     QCOMPARE(stripped.shown(), none.shown());
   }
 }
@@ -146,7 +146,7 @@ void TstPipelineProperties::textDoesNotDependOnCuts() {
   constexpr int streams = 20000;
   qInfo("%d streams, seed %u", streams, seed);
   Generator random(seed);
-  // Nothing here is longer than a byte in what it means.
+  // In this text each byte stands for itself, so that it can be cut anywhere.
   const QList<QByteArray> shown{"a", "b", ">", "\n", "\a", "\r", ";", "m", "[", "/", "w"};
   const QList<QByteArray> plain =
       shown + QList<QByteArray>{"<",     "\t",       " ",       "&#32;",    "&",
@@ -217,7 +217,7 @@ void TstPipelineProperties::largeReadsTakeLinearTime_data() {
 }
 
 void TstPipelineProperties::largeReadsTakeLinearTime() {
-  /// Counts, so that the time is the pipeline's own.
+  /// Only counts, so that the pipeline alone is timed.
   class CountingHost : public PipelineHost {
    public:
     void beep() override {}

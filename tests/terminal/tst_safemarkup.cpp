@@ -282,12 +282,12 @@ void TestSafeMarkup::blocksNestThirtyTwoDeepAndNoDeeper() {
   const QString most = start.repeated(32) + 'x' + end.repeated(32);
   QCOMPARE(written(most), most);
   QCOMPARE(written(start.repeated(40) + 'x' + end.repeated(40)), most);
-  // Closing counts, so that later blocks are whole again.
+  // End tags of blocks that were left out are counted, so later blocks are complete.
   QCOMPARE(written(start.repeated(40) + end.repeated(40) + most),
            start.repeated(32) + end.repeated(32) + most);
   const QString one = start + 'x' + end;
   QCOMPARE(written(one.repeated(100)), one.repeated(100));
-  // An outer end closes what is inside, seen or not.
+  // An outer end tag closes all blocks inside, also those that were left out.
   QCOMPARE(written("<ol>" + QString("<ul>").repeated(40) + "</ol>" + one),
            "<ol>" + QString("<ul>").repeated(31) + "</ol>" + one);
 }
@@ -308,7 +308,7 @@ void TestSafeMarkup::inlineTagsNestOneHundredTwentyEightDeepAndNoDeeper() {
   QCOMPARE(written(start.repeated(200) + 'x' + end.repeated(200)), most);
   const QString one = start + 'x' + end;
   QCOMPARE(written(one.repeated(300)), one.repeated(300));
-  // Closing counts, so that later tags are whole again.
+  // End tags of tags that were left out are counted, so later tags are complete.
   QCOMPARE(written(start.repeated(200) + end.repeated(200) + most),
            start.repeated(128) + end.repeated(128) + most);
 }
@@ -323,14 +323,14 @@ void TestSafeMarkup::aSpanThatNestsTooDeepTakesThePlaceOfTheOneAround() {
            most + "</span>" + redOnBlue + "y<br>");
   QCOMPARE(written(most + onBlue), most);
   QCOMPARE(written(most + onBlue + "</span>y"), most + "</span>y");
-  // A link is a link at any depth.
+  // Links are kept at any depth.
   const QString link = R"(<a href="http://a.b">a.b</a>)";
   QCOMPARE(written(most + link + onBlue + link + "y"),
            most + link + "</span>" + redOnBlue + link + "y");
   const QString unclosed = "<a href=\"http://a.b\">x";
   QCOMPARE(written(most + unclosed.repeated(3)), most + unclosed + "xx");
   QCOMPARE(written(unclosed.repeated(131)), unclosed.repeated(129) + "xx");
-  // Behind other tags there is no place to take, but for one.
+  // Inside other tags there is no span to replace, so only one more span is kept.
   const QString bold = QString("<b>").repeated(128);
   QCOMPARE(written(bold + red + "x" + onBlue + "y"), bold + red + "x</span>" + redOnBlue + "y");
 }
@@ -524,7 +524,7 @@ void TestSafeMarkup::aPieceBeginsWithWhatIsOpen() {
     pieces << piece.html();
   QVERIFY(pieces.size() > 1);
   QVERIFY2(pieces.at(1).startsWith(open + u'w'), qPrintable(pieces.at(1)));
-  // All of the word is there, once.
+  // The pieces together contain the word exactly once.
   QCOMPARE(pieces.join(QString()).count(u'w'), 200);
 }
 
@@ -623,9 +623,9 @@ void TestSafeMarkup::takesTimeInProportionToTheText_data() {
 
 void TestSafeMarkup::takesTimeInProportionToTheText() {
   QFETCH(const QString, piece);
-  // A megabyte, of which a cost in the square of the length makes hours.
+  // A megabyte, which would take hours if the time were quadratic.
   const QString html = piece.repeated(1000000 / piece.size());
-  // What ends nowhere is one tag up to the end of the text; a line end cuts each.
+  // A tag without an end lasts until the end of the text; with a line end it is text.
   for (const char* end : {"", "<br>\n", ">\"<br>\n", "'><br>\n"}) {
     ProcessorClock timer;
     timer.start();

@@ -21,13 +21,13 @@ using namespace kelmora::terminal;
 
 namespace {
 
-/// The most that one read brings.
+/// The most that a single read brings, in bytes.
 constexpr qsizetype readSize = 16384;
-/// A read takes up to 0.3 s; a busy machine and sanitizers make that many times
-/// more, but what this guards against takes hours.
+/// A read takes up to 0.3 s, and many times as long on a busy machine or with
+/// sanitizers. Without the filter it would take hours.
 constexpr qint64 patience = 10000;
 
-/// All but blanks: the importer also eats those behind a comment.
+/// The text without blanks, because the importer drops those behind a comment.
 QString lettersOf(const QString& html) {
   static const QRegularExpression blanks("\\s");
   QTextDocument document;
@@ -257,7 +257,7 @@ void TestSafeMarkupPane::hostileMarkupIsShownInTime_data() {
 void TestSafeMarkupPane::hostileMarkupIsShownInTime() {
   QFETCH(const QString, piece);
   const QString html = safeMarkup(piece.repeated(readSize / piece.size())).html();
-  // Several reads, lest each makes the next one dearer; then the client's own.
+  // Several reads, as each might make the next one slower; then the client's own text.
   for (int read = 0; read < 3; ++read) {
     ProcessorClock timer;
     timer.start();
@@ -326,7 +326,7 @@ void TestSafeMarkupPane::allowedMarkupLooksAsItWould() {
   QRandomGenerator random(5);
   for (int run = 0; run < 1000; ++run) {
     QString html;
-    // Too few to nest blocks deeper than they may.
+    // Too few tags to exceed the limit of nested blocks.
     for (quint32 count = random.bounded(30U); count > 0; --count)
       html += pieces[random.bounded(static_cast<quint32>(pieces.size()))];
     QTextDocument given;

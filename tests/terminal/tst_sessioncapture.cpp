@@ -16,7 +16,7 @@
 using namespace kelmora;
 using namespace kelmora::terminal;
 
-/// The pane's document as a web page.
+/// Saves a pane's document as a web page.
 class TestSessionCapture : public QObject {
   Q_OBJECT
 
@@ -109,7 +109,7 @@ void TestSessionCapture::thePaneStaysAsItWas() {
   QCOMPARE(pane.textCursor().anchor(), 10);
   QCOMPARE(pane.textCursor().position(), 20);
   QCOMPARE(pane.verticalScrollBar()->value(), 33);
-  // Nor does a file that cannot be written change anything.
+  // If a file cannot be written, nothing changes either.
   QVERIFY(!captureSession(*pane.document(), "#000000", "nowhere/session.html"));
   QCOMPARE(PaneContent::of(*pane.document()).differenceTo(before), QString());
 }

@@ -95,7 +95,7 @@ void TestVitalsBars::twoPromptsWithinOneFrameEndOnTheLast() {
   bars_->show({12, 22, 32});
   QCOMPARE(values(), (QList<int>{10, 20, 30}));
   QTRY_COMPARE(values(), (QList<int>{12, 22, 32}));
-  // And what comes then has a frame of its own.
+  // Prompts after that begin a new frame.
   bars_->show({13, 23, 33});
   QTRY_COMPARE(values(), (QList<int>{13, 23, 33}));
 }

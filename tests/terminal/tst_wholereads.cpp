@@ -116,7 +116,7 @@ class Random {
   const QByteArray& of(const Pieces& pieces) {
     return pieces[static_cast<std::size_t>(below(static_cast<int>(pieces.size())))];
   }
-  /// About so many bytes.
+  /// Random data of about so many bytes.
   QByteArray read(const Pieces& pieces, qsizetype size) {
     QByteArray made;
     while (made.size() < size)
@@ -130,8 +130,8 @@ class Random {
 
 }  // namespace
 
-/// However long a read is, the pane shows what inserting all of it at once
-/// would show.
+/// A long read is shown in parts, but in the end the pane shows the same as if all of
+/// it were inserted at once.
 class TestWholeReads : public QObject {
   Q_OBJECT
 
@@ -162,9 +162,9 @@ class TestWholeReads : public QObject {
     pieces.insert(pieces.end(), pieces.size() / 2, "A lamp hangs over the gate to the north. ");
     return pieces;
   }
-  /// One or two reads that are shown in parts, and what comes before and behind
-  /// them. The toolkit's importer takes time by the square of how many spans are
-  /// open, so they are little longer than two parts, and hold lines of mere text.
+  /// One or two reads that are shown in parts, with other text before and behind them.
+  /// The importer's time is quadratic in the number of open spans, so the reads are
+  /// only a little longer than two parts, and many of their lines have no colours.
   static QByteArrayList longReads(Random& random, const Pieces& pieces) {
     QByteArrayList reads{random.read(pieces, random.below(500))};
     for (int count = 1 + random.below(2); count > 0; --count)
@@ -202,14 +202,14 @@ void TestWholeReads::aReadIsShownWholeHoweverLong() {
   TwoPanes panes;
   const QByteArray read = line.repeated(static_cast<int>(18'000 / line.size()) + 1);
   QCOMPARE(differenceAfter(panes, {"before ", read, " behind"}, withLinks), QString());
-  // The text of a palette colour stands where the next read begins, never within one.
+  // The text of a palette colour is shown only at the beginning of a read.
   QCOMPARE(settled(panes.quick).toPlainText().count("#ff8700"),
            line.contains("\x1B[38;5;208m") ? 1 : 0);
 }
 
 void TestWholeReads::aMarkOfByteOrderIsNoneBehindADivision() {
   TwoPanes panes;
-  // No span is open where a read begins with the text of a palette colour.
+  // A read that begins with the text of a palette colour has no span open there.
   const QByteArray lines = QByteArray("\xEF\xBB\xBFx\n").repeated(5000);
   QCOMPARE(differenceAfter(panes, {"\x1B[38;5;208m", lines}, withLinks), QString());
 }
@@ -331,8 +331,8 @@ void TestWholeReads::aLongReadLeavesKeysTheirTurns() {
   QFETCH(const QByteArray, read);
   QFETCH(const PipelineOptions, options);
   QFETCH(const AnsiTranslator::ColourTexts, colours);
-  // The longest turn, in milliseconds, where one insertion of it all takes
-  // seconds to minutes; a busy machine and sanitizers make some of that too.
+  // The longest turn, in milliseconds. Inserting all at once takes seconds to minutes.
+  // The limit is high because of busy machines and sanitizers.
   constexpr qint64 patience = 10'000;
   TwoPanes panes;
   RecordingHost host;

@@ -40,7 +40,7 @@ ColourSpan spanOf(Colour text, Colour background) {
   return span;
 }
 
-/// Both kinds of span for each index of the palette.
+/// For each index of the palette the span of the text colour and of the background.
 const std::array<std::array<ColourSpan, 2>, 256>& paletteSpans() {
   static const auto spans = [] {
     std::array<std::array<ColourSpan, 2>, 256> made;
@@ -63,14 +63,15 @@ class Parameter {
   }
   /// The low byte of the value is what counts: 294 acts as 38.
   [[nodiscard]] quint8 code() const { return static_cast<quint8>(number_.value()); }
-  /// Asked only until it is one: nothing is appended to a marker.
+  /// Whether all bytes so far are "38;5;" or "48;5;", written without the 1st ";".
+  /// Nothing must be appended once it is.
   [[nodiscard]] bool isMarker(char colourCode) const {
     return head_ == std::array<char, 4>{colourCode, '8', '5', ';'};
   }
 
  private:
   CodeNumber number_;
-  /// The first bytes, to know the introduction of a palette index by.
+  /// The first bytes, by which isMarker() recognises what precedes a palette index.
   std::array<char, 4> head_{};
   std::size_t length_ = 0;
 };

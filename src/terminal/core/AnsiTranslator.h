@@ -10,10 +10,10 @@
 
 namespace kelmora::terminal {
 
-/// Turns the server's colour sequences into spans. They are only opened, never
-/// closed: a later one inside an earlier one wins.
+/// Turns the server's colour sequences into spans. Spans are opened and never
+/// closed; a later one is inside the earlier ones, so its colours apply.
 ///
-/// A copy is cheap and stands for the state at that moment.
+/// Copies are cheap: they save the state so that a read can be tried twice.
 class AnsiTranslator {
  public:
   /// Eight colour texts such as "#660000", in the order black, red, green,
@@ -25,8 +25,8 @@ class AnsiTranslator {
 
   AnsiTranslator();
 
-  /// Until the first call every span is empty.
-  /// Returns to the reset colours; whether bold is on stays as it is.
+  /// Sets the colours. Until the first call every span is empty. The reset colours
+  /// become current; whether bold is on stays as it is.
   void buildColourSpans(const ColourTexts& normalColour, const ColourTexts& boldColour);
   void clearBold() { boldActive_ = false; }
 
@@ -35,7 +35,8 @@ class AnsiTranslator {
   /// read is resumed; on return it is at the last byte consumed. Spans go to the
   /// sink, unless the colours are stripped.
   void translateEscape(qsizetype& index, QByteArrayView data, SpanSink& sink, Colours colours);
-  /// What a read begins with: the current span, or what stands in its place.
+  /// Sends what a read begins with: the current span, or the bare text of a palette
+  /// colour in its place.
   void reopen(SpanSink& sink) const;
 
   /// True when the data ended inside a sequence: the next read resumes it.
@@ -56,17 +57,17 @@ class AnsiTranslator {
     ColourSpan resetSpan;
   };
 
-  /// Answers whether a palette index follows.
+  /// Returns whether a palette index follows the code.
   [[nodiscard]] Extended applyCode(quint8 code, SpanSink& sink);
   void applyPalette(Extended extended, int index, SpanSink& sink);
 
-  /// Never changed, so that copies can share them.
+  /// Shared by all copies, so it is replaced and never changed.
   std::shared_ptr<const Spans> spans_;
-  /// One of the spans, if any.
+  /// One of spans_; null where bareColour_ takes its place.
   const ColourSpan* currentSpan_ = nullptr;
-  /// A text of the palette, in place of the current span.
+  /// The text of a palette colour, such as "#ff0000".
   QByteArrayView bareColour_;
-  /// Which normal colour the foreground is; nothing after a palette colour.
+  /// The normal colour, 0 to 7, that bold makes bold; nothing after a palette colour.
   std::optional<quint8> currentForeground_ = quint8{white};
   bool boldActive_ = false;
   bool escapePending_ = false;

@@ -13,12 +13,13 @@ inline constexpr char telnetCommand = '\xFF';
 inline constexpr qsizetype telnetCommandLength = 3;
 inline constexpr char escape = '\x1B';
 
-/// Quirk: the plain copy of a TAB is HTML.
+/// Quirk: in the plain copy, too, a TAB becomes HTML.
 inline constexpr QByteArrayView hardTab = "&nbsp;&nbsp;&nbsp;&nbsp;";
 
 }  // namespace bytewalk
 
-/// What every walk over a read gathers: its plain lines, and whether it rang.
+/// What walkBytes() fills in for every kind of sink: the plain copy of the text, and
+/// whether there was a bell in it.
 class ReadSink : public SpanSink {
  public:
   explicit ReadSink(qsizetype bytes) : lines(bytes + 64) {}
@@ -30,10 +31,10 @@ class ReadSink : public SpanSink {
   ~ReadSink() = default;
 };
 
-/// Walks over the bytes of one read and leaves the state as the next read finds
-/// it. What is neither dropped nor the translator's goes to the sink: a line end
-/// to endLine(), of all else as many bytes as takeRun() likes, and where that
-/// likes none, one to addByte().
+/// Walks over the bytes of one read, and updates the state for the next one. Escape
+/// sequences go to the translator, and some bytes are dropped. The rest goes to the
+/// sink: a line end to endLine(); anything else to takeRun(), which returns how many
+/// bytes it has taken. If it has taken none, the next byte goes to addByte().
 template <typename Sink>
 void walkBytes(QByteArrayView data, const PipelineOptions& options, PipelineState& state,
                Sink& sink) {

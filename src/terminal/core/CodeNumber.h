@@ -4,16 +4,16 @@
 
 namespace kelmora::terminal {
 
-/// The value of a text that grows byte by byte, as QByteArray::toInt() would
-/// read it after each: blanks around it and a sign are allowed, a NUL ends it,
-/// and anything that is no signed 32-bit number is 0. Keeping the value and
-/// not the text keeps a sequence of a million parameters cheap.
+/// The number that QByteArray::toInt() would read from all the bytes appended so
+/// far: blanks around it and a sign are allowed, a NUL ends it, and anything but a
+/// signed 32-bit number counts as 0. Only the value is kept and not the bytes, so
+/// even a sequence with a million parameters is cheap.
 class CodeNumber {
  public:
   void append(char byte) {
     if (byte >= '0' && byte <= '9' && state_ <= State::Digits) {
       state_ = State::Digits;
-      // Past the range it stays past the range, however many digits follow.
+      // A number that is too large stays too large, however many digits follow.
       if (magnitude_ <= lowestMagnitude)
         magnitude_ = magnitude_ * 10 + static_cast<quint64>(byte - '0');
     } else {
@@ -34,7 +34,7 @@ class CodeNumber {
 
   void appendOther(char byte);
 
-  /// In this order: digits may follow the first three.
+  /// The order counts: digits may follow in the first three states.
   enum class State { Leading, Signed, Digits, Trailing, Ended, NoNumber };
 
   State state_ = State::Leading;

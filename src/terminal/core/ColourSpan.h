@@ -6,15 +6,17 @@
 
 namespace kelmora::terminal {
 
-/// A span of colour that opens: how it is written, and what it makes of a look.
+/// A colour span: its start tag, and the colours that it sets.
 struct ColourSpan {
   QByteArray html = {};
-  /// Where it sets one.
+  /// The colours, or none where it sets none.
   quint32 text = TextLook::none;
   quint32 background = TextLook::none;
-  /// Whether that is all there is to say: a stored colour may be any text.
+  /// Whether these colours say the same as the tag. They may not, because a colour
+  /// of the settings may be any text.
   bool isPlain = true;
 
+  /// The look of text in this span, inside text of another look.
   [[nodiscard]] TextLook inside(const TextLook& look) const {
     constexpr quint32 none = TextLook::none;
     const bool isFirst = look.text == none && look.background == none;
@@ -24,11 +26,12 @@ struct ColourSpan {
   }
 };
 
-/// Where the spans of a read go, in their order.
+/// Receives the spans of a read in their order.
 class SpanSink {
  public:
   virtual void openSpan(const ColourSpan& span) = 0;
-  /// What a read begins with in place of a span.
+  /// Adds the text of a palette colour, with which a read may begin in place of a
+  /// span.
   virtual void addBareColour(QByteArrayView colour) = 0;
 
  protected:

@@ -15,17 +15,17 @@ struct Entity {
 constexpr std::array<Entity, 4> entities{
     {{u"&#32;", u' '}, {u"&nbsp;", u'\u00A0'}, {u"&lt;", u'<'}, {u"&gt;", u'>'}}};
 
-/// The importer looks for the ";" of an entity among so many characters.
+/// The importer looks for the ";" of an entity in so many characters behind the "&".
 constexpr qsizetype entityReach = 9;
 
-/// Whether the text behind an "&" makes no entity of it for certain.
+/// Whether an "&" before this text certainly begins no entity.
 bool beginsNoEntity(QStringView rest) {
   const QStringView name = rest.first(std::min(entityReach, rest.size()));
   const auto* const end = std::find_if_not(name.begin(), name.end(), [](QChar part) {
     return part.isLetterOrNumber() || part == u'#' || part == u'+' || part == u'-';
   });
-  // The end of the text may end a name too. A NUL ends a number whatever comes
-  // behind it, where no tag comes first.
+  // The end of the text ends an entity as well. A NUL may end a number, but not one
+  // that is behind the next tag.
   const bool isNamed =
       end != name.begin() && (end == name.end() ? name.size() < entityReach : *end == u';');
   const auto* const tag = std::find(name.begin(), name.end(), u'<');

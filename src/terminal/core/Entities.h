@@ -7,15 +7,16 @@
 
 namespace kelmora::terminal {
 
-/// Of the entities in the client's own HTML, those of blanks and brackets, and an
-/// "&" that begins none. Nothing where there is any other: what it shows is the
-/// importer's to say.
+/// These functions replace entities by what they show. They know those that the
+/// client itself writes, for blanks and brackets, and an "&" that begins no entity.
+/// For any other they return nothing: only the toolkit's importer knows what it
+/// shows.
 
-/// The text that a part of some HTML shows, a part without tags. What comes
-/// behind it tells where an entity ends.
+/// The text that a part of some HTML shows. The part has no tags, and points into
+/// the HTML: what follows it may decide where its last entity ends.
 [[nodiscard]] std::optional<QString> withoutEntities(const QString& html, QStringView part);
 
-/// What a link leads to, by its only attribute.
+/// The target of a link, from its href attribute.
 [[nodiscard]] std::optional<QString> targetOf(const MarkupTag::Attribute& attribute);
 
 }  // namespace kelmora::terminal

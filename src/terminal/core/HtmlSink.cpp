@@ -9,13 +9,13 @@ namespace kelmora::terminal {
 
 namespace {
 
-/// What a byte becomes that is not shown as it is.
+/// A byte that is not written as itself, and what is written for it.
 struct ByteRow {
   char byte;
   QByteArrayView shown;  ///< where tags are not parsed
   QByteArrayView outsideTag;
   QByteArrayView insideTag;
-  QByteArrayView plain;
+  QByteArrayView plain;  ///< in the plain copy
 };
 
 constexpr std::array<ByteRow, 4> byteRows{{
@@ -37,7 +37,7 @@ constexpr std::array<bool, 256> makeOrdinary() {
 
 }  // namespace
 
-// In most text every blank and colour grows on its way to HTML.
+// HTML is longer than the bytes of a read: each blank and colour takes more.
 HtmlSink::HtmlSink(qsizetype bytes, Tags tags)
     : ReadSink(bytes), tags_(tags), html_(4 * bytes + 1024) {}
 

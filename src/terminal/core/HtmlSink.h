@@ -4,11 +4,11 @@
 
 namespace kelmora::terminal {
 
-/// Makes HTML of a read, in UTF-8. Angle brackets of plain text and the blanks of
-/// a TAB stay placeholders until the links are made.
+/// Turns a read into HTML. Angle brackets that are text, and tabs, are written as
+/// placeholders first and replaced when the links have been made.
 class HtmlSink final : public ReadSink {
  public:
-  /// What is between "<" and ">" is markup where the server's tags are parsed.
+  /// Whether the server's tags are parsed, or shown as text.
   enum class Tags { Parsed, Shown };
 
   HtmlSink(qsizetype bytes, Tags tags);
@@ -19,11 +19,11 @@ class HtmlSink final : public ReadSink {
   void openSpan(const ColourSpan& span) override { html_ += span.html; }
   void addBareColour(QByteArrayView colour) override { html_ += colour; }
 
-  /// A mark of byte order is dropped at the very beginning of a text alone: behind
-  /// such a byte there is one.
-  static constexpr char keepsMark = '\n';
+  /// Decoding drops a byte order mark at the very beginning of a text. With this byte
+  /// before it, a mark is not at the beginning and is kept.
+  static constexpr char markGuard = '\n';
 
-  /// The HTML as the pane gets it, but for what may not pass.
+  /// All of the read's HTML, not yet filtered by safeMarkup().
   [[nodiscard]] QString html(bool withLinks) &&;
 
  private:

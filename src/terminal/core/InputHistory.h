@@ -5,8 +5,8 @@
 
 namespace kelmora::terminal {
 
-/// The lines typed so far, most recent first, and the place in them that Up
-/// and Down have reached. Lives as long as the window; never saved.
+/// The lines typed so far, most recent first, and the one that the player has
+/// reached with Up and Down. It is never saved.
 class InputHistory {
  public:
   static constexpr int maximumEntries = 256;
@@ -14,12 +14,13 @@ class InputHistory {
   /// Stores a line unless it is empty or repeats the most recent one.
   void record(const QString& line);
 
-  /// One step back in time; the text to show, or nothing when there is none.
-  /// At the oldest entry it stays there.
+  /// Goes one step back in time, if there is an older entry. Returns the text to
+  /// show, or nothing while the history is empty.
   [[nodiscard]] std::optional<QString> historyOlder();
 
-  /// One step towards the present; past the most recent entry browsing ends
-  /// and the text is empty. Nothing while nothing has been recorded.
+  /// Goes one step towards the present. Returns the text to show, which is empty
+  /// behind the most recent entry, where browsing ends; or nothing while the
+  /// history is empty.
   [[nodiscard]] std::optional<QString> historyNewer();
 
   void endBrowsing() { historyPosition_ = -1; }

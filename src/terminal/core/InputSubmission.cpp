@@ -13,7 +13,7 @@ InputSubmission submitInput(const QString& line, const InputOptions& options,
     submission.route = InputSubmission::Route::WholeLine;
     submission.actions = {line};
   } else if (options.splitString.isEmpty()) {
-    // Splitting at nothing would cut the line into letters; it stays whole.
+    // Splitting at an empty text would cut the line into letters.
     submission.actions = {line};
   } else {
     submission.actions = line.split(options.splitString, Qt::KeepEmptyParts, Qt::CaseSensitive);

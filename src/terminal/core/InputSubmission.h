@@ -8,8 +8,8 @@ namespace kelmora::terminal {
 
 /// The options that decide what Enter does with a line.
 struct InputOptions {
-  /// Local echo as it was when the window was built. History follows this
-  /// one, so an option changed during play never changes what is recorded.
+  /// Local echo as it was when the window was built. It decides whether lines are
+  /// recorded in the history; changing the option during play does not.
   bool echoEnabled = true;
   bool displayLocalEcho = true;
   bool flushInput = false;
@@ -17,7 +17,7 @@ struct InputOptions {
   QString splitString = {};
 };
 
-/// What is to be done with a line once Enter was pressed.
+/// What to do with a line when Enter has been pressed.
 struct InputSubmission {
   enum class Route {
     ActionList,  ///< to the action queue, piece by piece
@@ -30,7 +30,7 @@ struct InputSubmission {
   Afterwards afterwards = Afterwards::EmptyBar;
 };
 
-/// Records the line in the history (ending any browsing) and decides its way.
+/// Ends browsing, records the line in the history, and decides what to do with it.
 [[nodiscard]] InputSubmission submitInput(const QString& line, const InputOptions& options,
                                           InputHistory& history);
 

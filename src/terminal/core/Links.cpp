@@ -9,7 +9,7 @@ namespace kelmora::terminal {
 
 namespace {
 
-/// Plain texts of which every match of a step holds one, far cheaper to look for.
+/// Each step's matches all contain one of these texts, which are far cheaper to find.
 constexpr const char* host = "ww.";
 constexpr const char* plainScheme = "ttp://";
 constexpr const char* secureScheme = "ttps://";
@@ -27,12 +27,11 @@ LinkStep step(const char* needle, const char* pattern, const char* replacement) 
   return made;
 }
 
-/// The first puts a scheme before every "www.", also where there is one; the
-/// next four take the doubled schemes out again; the last two make links of
-/// what is left. Their order and the blank, "*", "&" and "#" in a link's body
-/// are quirks of this client. A run of some tens of thousands of schemes in
-/// one read is more than the expression engine takes on: it leaves the text of
-/// that step from there on as it is, in no time.
+/// The first step puts a scheme before every "www.", even if there is one already;
+/// the next four remove doubled schemes; the last two make links. Their order, and
+/// that an address may contain blanks, "*", "&" and "#", are quirks of this client.
+/// The expression engine gives up at once on some ten thousand schemes in a row; that
+/// step then leaves the rest of the text unchanged.
 const std::array<LinkStep, 7>& linkSteps() {
   static const std::array<LinkStep, 7> steps{
       step(host, R"(([wW]ww\.)+)", "http://www."),
@@ -48,7 +47,8 @@ const std::array<LinkStep, 7>& linkSteps() {
   return steps;
 }
 
-/// Of a link's body, in a text without "&" and with blanks alone.
+/// Whether a byte may be part of an address. Leaves out "&" and blanks, which the
+/// caller looks at.
 bool isOfAddress(char byte) {
   return (byte >= '0' && byte <= '9') || ((byte | 0x20) >= 'a' && (byte | 0x20) <= 'z') ||
          std::string_view("%#=+?/.-_*").find(byte) != std::string_view::npos;
@@ -59,7 +59,7 @@ struct Placeholder {
   QStringView after;
 };
 
-/// In this order: the blanks made by the first two take part in the third.
+/// In this order, because the third also applies to blanks made by the first two.
 constexpr std::array<Placeholder, 5> placeholders{{
     {u"<space>", u"&#32;"},
     {u"<tab>", u"&#32;&nbsp;&#32;&nbsp;"},
@@ -68,8 +68,8 @@ constexpr std::array<Placeholder, 5> placeholders{{
     {u"<gt>", u"&gt;"},
 }};
 
-/// QString::replace moves the rest of the text again and again when there are
-/// many thousand matches; this copies each character once.
+/// Copies each character once. QString::replace() moves the rest of the text again
+/// and again when there are many thousand matches.
 void replaceAll(QString& text, const Placeholder& placeholder) {
   qsizetype match = text.indexOf(placeholder.before);
   if (match < 0)
@@ -112,7 +112,7 @@ std::optional<OnlyLink> onlyLink(QByteArrayView plain) {
                    QString::fromLatin1(rest.data(), end - rest.begin());
   char16_t behind = u'\0';
   if (end != rest.end() && *end == ' ') {
-    // Quirk: it takes the first half of the blank's number along.
+    // Quirk: the link includes the "&#32" of the blank's "&#32;".
     target += u"&#32";
     behind = u';';
     ++end;

@@ -6,30 +6,31 @@
 
 namespace kelmora::terminal {
 
-/// Whether a text may have web addresses in it: whether it holds what every one
-/// has.
+/// Whether a text may contain web addresses. A quick check: false is certain.
 [[nodiscard]] bool mayHaveLinks(QByteArrayView plain);
 
-/// Where in a plain text the link is that its only web address becomes.
+/// The link that the only web address in a text becomes.
 struct OnlyLink {
+  // Where the address begins and ends in the text, in bytes.
   qsizetype start;
   qsizetype end;
-  /// What it leads to, and shows.
+  /// What the link leads to and what it shows.
   QString target;
-  /// What it leaves of the blank that it ends with, a NUL where there is none.
+  /// What is shown behind it: of a blank that the link has taken part of, what is
+  /// left of its "&#32;". NUL for nothing.
   char16_t behind;
 };
 
-/// Nothing where there is none, or none that is easily told: with a scheme, and
-/// no other near it.
+/// Finds the link without writing any HTML. It returns nothing if there is none and
+/// in all but simple cases: for an address without a scheme, for several of them.
 [[nodiscard]] std::optional<OnlyLink> onlyLink(QByteArrayView plain);
 
-/// Wraps web addresses in a read's HTML in links. Blanks are still "&#32;" at
-/// this stage, so a link's body runs on until the ";" of one.
+/// Turns web addresses in a read's HTML into links. Blanks are still written "&#32;"
+/// at this stage, so an address ends only at the ";" of the next one.
 void linkify(QString& html);
 
 /// Replaces the placeholders "<space>", "<tab>", "<lt>" and "<gt>" by what they
-/// stand for, and makes every second of adjoining blanks a hard one.
+/// stand for, and every second blank of a row by one that HTML does not collapse.
 void resolvePlaceholders(QString& html);
 
 }  // namespace kelmora::terminal

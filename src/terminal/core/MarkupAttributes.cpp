@@ -12,7 +12,7 @@ namespace {
 
 enum class Value { Words, Colour, Size };
 
-/// The values of a style declaration, and the words that it may have.
+/// A style declaration that is allowed: the kind of its value, and the allowed words.
 struct DeclarationRow {
   QStringView name;
   Value value;
@@ -29,7 +29,7 @@ constexpr std::array allowedDeclarations{
     DeclarationRow{u"text-decoration", Value::Words, u"none underline overline line-through"},
 };
 
-/// In points or pixels, as for the player's own fonts.
+/// In points or pixels; the player's own fonts have the same limit.
 constexpr double largestFont = 200;
 
 /// Null when there is none.
@@ -48,7 +48,7 @@ bool isColour(QStringView value) {
   return colour.match(value.toString()).hasMatch();
 }
 
-/// Each word once; nothing when there is one that is not known.
+/// Each word of the value once; empty if any of them is unknown.
 QString wordsOf(QStringView known, QStringView value) {
   const auto knownWords = known.split(u' ');
   QStringList words;
@@ -63,8 +63,9 @@ QString wordsOf(QStringView known, QStringView value) {
   return words.join(u' ');
 }
 
-/// These answer what of an attribute's value may stay, nothing if none. A value
-/// of a style may be written again for each span inside its own, so it is short.
+// The following return the allowed part of an attribute's value, which may be empty.
+// Values of styles are kept short, because they may be repeated in every span inside.
+
 QString colourValue(QStringView value) {
   return isColour(value.trimmed()) ? value.trimmed().toString() : QString();
 }
@@ -81,7 +82,7 @@ bool hasWord(QStringView words, QStringView word) {
   return false;
 }
 
-/// One of the words, or what matches the expression.
+/// The value if it is one of the words or matches the expression; otherwise empty.
 QString wordOr(QStringView words, const QRegularExpression& expression, QStringView value) {
   const QString text = value.trimmed().toString().toLower();
   return (!text.isEmpty() && hasWord(words, text)) || expression.match(text).hasMatch() ? text
@@ -139,7 +140,7 @@ QString styleValue(QStringView value) {
   return kept.join(u';');
 }
 
-/// A link leads to the web or to a letter, never to a file of the player's.
+/// Links may lead to web pages and mail addresses, but never to the player's files.
 QString linkValue(QStringView value) {
   const auto begin = std::find_if_not(value.begin(), value.end(), [](QChar character) {
     return character.isSpace() || character.category() == QChar::Other_Control;
@@ -149,13 +150,14 @@ QString linkValue(QStringView value) {
   const auto scheme = std::find_if(schemes.begin(), schemes.end(), [link](QStringView one) {
     return link.startsWith(one, Qt::CaseInsensitive);
   });
-  // Written anew too: letters beyond ASCII may pass for the same ones.
+  // The scheme is written anew, because a comparison without regard to case also
+  // accepts some letters outside ASCII.
   return scheme == schemes.end() ? QString()
                                  : scheme->toString().append(link.sliced(scheme->size()));
 }
 
 struct AttributeRow {
-  QStringView tags;  ///< their names, between blanks
+  QStringView tags;  ///< their names, separated by blanks
   QStringView name;
   QString (*allowedPart)(QStringView value);
 };

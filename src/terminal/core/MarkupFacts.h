@@ -5,19 +5,20 @@
 
 namespace kelmora::terminal {
 
-/// What is known for certain of how HTML will be shown, without reading it.
+/// What is certain about how a piece of HTML will be shown before the toolkit has
+/// imported it.
 struct MarkupFacts {
-  /// Anything but tags. Blanks may collapse, and what an entity shows is the
-  /// toolkit's to say.
+  /// Whether it has anything besides tags. That may still show nothing: blanks may
+  /// collapse, and what an entity shows is not known here.
   bool hasText = false;
-  /// Nothing but inline tags and line breaks; others may go on working on what
-  /// follows.
+  /// Whether it has only inline tags and line breaks. Other tags may affect the text
+  /// that follows.
   bool isInlineOnly = true;
-  /// How many characters it shows at least up to each line break, and behind the
-  /// last.
+  /// The least number of characters that it shows up to each line break, and behind
+  /// the last one.
   std::vector<qsizetype> lines = {};
 
-  /// Whether it puts characters into the pane.
+  /// Whether it certainly puts characters into the pane; a line break is one.
   [[nodiscard]] bool showsSomething() const { return lines.size() > 1 || lines.back() > 0; }
 };
 

@@ -91,7 +91,7 @@ MarkupReader::Word MarkupReader::word() {
   const qsizetype start = pos_;
   if (at(u"\"") || at(u"'")) {
     const QChar quote = html_[pos_++];
-    // A single quote behind a backslash does not end its word.
+    // A single quote behind a backslash does not end the word.
     while (!atEnd() && (html_[pos_] != quote || (quote == u'\'' && html_[pos_ - 1] == u'\\')))
       ++pos_;
     const QStringView raw = html_.sliced(start + 1, pos_ - start - 1);
@@ -126,7 +126,7 @@ std::vector<MarkupTag::Attribute> MarkupReader::attributes() {
     skipSpace();
     const Word value = word();
     QString text = value.raw.toString();
-    // Between single quotes an entity is just text.
+    // The importer does not replace entities between single quotes.
     if (value.quote == u'\'')
       text.replace(u'&', QStringLiteral("&amp;"));
     found.push_back({name, text});

@@ -8,47 +8,49 @@
 
 namespace kelmora::terminal {
 
-/// One tag as it was found. The views are into the text that was read.
+/// A tag as the server has written it. The views point into the text that was read.
 struct MarkupTag {
   enum class Edge { Start, End };
   struct Attribute {
     QStringView name;
-    /// As it would stand between double quotes: entities are still entities.
+    /// As it could be written between double quotes; its entities are not replaced.
     QString value;
   };
 
   Edge edge = Edge::Start;
-  /// As written; empty for a comment or declaration.
+  /// In the server's spelling; empty for a comment or a declaration.
   QStringView name;
-  /// Those that have a value.
+  /// Only those that have a value.
   std::vector<Attribute> attributes;
-  /// A slash before its end makes a start tag its own end tag too.
+  /// Whether it has a slash before its ">", which makes a start tag an end tag too.
   bool closed = false;
 };
 
-/// Takes HTML apart where the toolkit's importer would, oddities included:
-/// quoted tag names, an attribute list that a slash or a "<" breaks off. But a
-/// "<" before a blank begins no tag, nor one whose tag the end of its line cuts,
-/// nor one of a comment without an end: games draw and compare with it, and the
-/// importer would drop or change all that follows. Reads each character a fixed
-/// number of times.
+/// Divides HTML into text and tags exactly as the toolkit's importer does, with all
+/// its oddities: names of tags may be quoted, and a slash or a "<" ends a list of
+/// attributes. The exception is a "<" before a blank, one whose tag does not end on
+/// the same line, and one that begins a comment without an end. These are text here,
+/// because games draw and compare with "<", and the importer would drop or change
+/// everything behind it. The time is in proportion to the length of the text.
 class MarkupReader {
  public:
   explicit MarkupReader(QStringView html) : html_(html) {}
 
   [[nodiscard]] bool atEnd() const { return pos_ == html_.size(); }
-  /// Reads up to the next "<" or the end.
+  /// Reads the text up to the next "<" or the end.
   [[nodiscard]] QStringView text();
-  /// Reads from a "<" on; what ends nowhere ends with the text. Nothing, and
-  /// only the "<" is read, when no tag begins there.
+  /// Reads the tag that begins with the next character, a "<". A tag without an end
+  /// lasts until the end of the text. If no tag begins there, reads just the "<" and
+  /// returns nothing.
   [[nodiscard]] std::optional<MarkupTag> tag();
-  /// Behind the start tag of a title, a style sheet or a script: reads to behind
-  /// its end tag. Answers false, and reads nothing, where there is none, or for
-  /// any other name.
+  /// After the start tag of a title, a style sheet or a script, skips its content and
+  /// its end tag. For any other name, or without an end tag, skips nothing and
+  /// returns false.
   [[nodiscard]] bool skipHiddenElement(QStringView name);
 
  private:
-  /// The next place of something, looked for once until it is behind.
+  /// Remembers where a text was found, so that it is not searched for again before
+  /// reading has passed that place.
   struct Place {
     QStringView what;
     qsizetype at = -1;
@@ -56,30 +58,33 @@ class MarkupReader {
 
   struct Word {
     QStringView raw;
-    QChar quote;
+    QChar quote;  ///< null if it is not quoted
   };
 
   [[nodiscard]] bool at(QStringView prefix) const { return html_.sliced(pos_).startsWith(prefix); }
   [[nodiscard]] bool atSpace() const { return !atEnd() && html_[pos_].isSpace(); }
-  /// The end of the text where there is none.
+  /// Finds the text from here on; the end of the HTML if it is not there.
   [[nodiscard]] qsizetype next(Place& place) const;
-  /// The last ">" before the end of the line, beyond which its tags are cut.
+  /// The place of the last ">" in the line. A tag that goes on behind it does not end
+  /// in this line.
   [[nodiscard]] qsizetype lastTagEnd();
-  /// These read from behind the "<" on, and answer nothing where it is text.
+  // These two read what follows a "<", and return nothing if that is text.
   [[nodiscard]] std::optional<MarkupTag> comment();
   [[nodiscard]] std::optional<MarkupTag> tagOfOneLine();
   void skipSpace();
-  /// Answers what was skipped.
+  /// Returns what was skipped.
   QStringView skipPast(QStringView end);
   Word word();
   std::vector<MarkupTag::Attribute> attributes();
 
   QStringView html_;
   qsizetype pos_ = 0;
-  /// As the pipeline writes it.
+  /// A line end as the pipeline writes it.
   Place lineEnd_{u"<br>\n"};
   qsizetype lastTagEnd_ = 0;
-  /// Of the line's tags that were cut: none is read again as another tag's.
+  /// Where attributes begin in this line that belong to a tag without an end. If
+  /// another "<" leads to the same attributes, its tag has no end either. Without
+  /// this, a line of many "<" would be read in quadratic time.
   std::unordered_set<qsizetype> cutAttributes_;
   Place commentEnd_{u"-->"};
   std::array<Place, 3> hiddenEnds_{Place{u"</title"}, Place{u"</style"}, Place{u"</script"}};

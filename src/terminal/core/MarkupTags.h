@@ -9,20 +9,20 @@ namespace markup {
 
 enum class Kind {
   Inline,
-  /// Ends the one before it, so it does not nest.
+  /// A paragraph or a list item. It ends the one before it, so it does not nest.
   Paragraph,
-  /// The same, and ends all that is open in its list.
+  /// A paragraph of a definition list. It also ends all that is open in the list.
   Term,
-  /// Nests, and each level costs the importer more than the one before.
+  /// It nests, and each level takes the importer more time than the one before.
   Block,
-  /// Has no end tag.
+  /// It has no end tag.
   Void,
-  /// Inline, and nothing without its attribute: the pane would still show an
-  /// anchor.
+  /// Inline. It is left out if it has no target, because the pane would still show it
+  /// as an anchor.
   Link,
 };
 
-/// A tag that passes, by its name in small letters.
+/// A tag that is allowed; its name is in small letters.
 struct TagRow {
   QStringView name;
   Kind kind;
@@ -30,9 +30,9 @@ struct TagRow {
 
 inline constexpr std::size_t tagCount = 42;
 
-/// In any case; null when no such tag passes.
+/// Null if no such tag is allowed. Upper and lower case are the same.
 [[nodiscard]] const TagRow* rowNamed(QStringView name);
-/// Which of the rows it is, from 0.
+/// The row's index, 0 to tagCount - 1.
 [[nodiscard]] std::size_t indexOf(const TagRow* row);
 
 }  // namespace markup

@@ -13,14 +13,14 @@ namespace {
 
 constexpr std::size_t maximumBlockDepth = 32;
 
-/// The importer walks all open elements at each tag, and colour spans are never
-/// closed: without a limit, sixteen thousand of them in one read take a minute.
+/// The importer goes through all open elements at each tag, and colour spans are never
+/// closed. Without a limit, sixteen thousand of them in one read take a minute.
 constexpr std::size_t maximumInlineDepth = 128;
 
-/// How many times as long a piece becomes that has no word to be divided in.
-constexpr qsizetype withoutWord = 2;
+/// A piece that is so many times too long ends at a tag if there is no word to divide.
+constexpr qsizetype mostLengths = 2;
 
-/// The importer looks no further for the end of one.
+/// In characters: the importer does not look further for the end of an entity.
 constexpr qsizetype longestEntity = 10;
 
 using Edge = MarkupTag::Edge;
@@ -40,9 +40,9 @@ constexpr std::array standIns{
     StandInRow{u"th", Edge::Start, StandIn::HardBlank},
 };
 
-/// Whether a text may have paragraphs of its own: by U+2029, or by the toolkit's
-/// marks of a frame, U+FDD0 and U+FDD1. Those are far up, so as an entity they
-/// take some digits, if the text does not end in the middle of one.
+/// Whether a text may end paragraphs: with U+2029, or with U+FDD0 or U+FDD1, by which
+/// the toolkit marks frames. They may be written as numeric entities, which then have
+/// at least four digits, or which the end of the text divides.
 bool mayEndParagraphs(QStringView text) {
   constexpr qsizetype longNumber = 4;
   if (text.contains(QChar::ParagraphSeparator) || text.contains(QChar(0xFDD0)) ||
@@ -73,7 +73,7 @@ void MarkupWriter::text(QStringView text) {
 }
 
 void MarkupWriter::tag(const MarkupTag& tag) {
-  if (length() >= withoutWord * unit())
+  if (length() >= mostLengths * leastLength())
     endPiece();
   for (const StandInRow& row : standIns) {
     if (row.edge != tag.edge || row.name.compare(tag.name, Qt::CaseInsensitive) != 0)
@@ -108,7 +108,7 @@ void MarkupWriter::start(Row row, const std::vector<MarkupTag::Attribute>& attri
       startInline(row, kept);
       return;
     case Kind::Block:
-      if (opens(row, kept))
+      if (openBlock(row, kept))
         write(row, kept);
       return;
     case Kind::Term:
@@ -133,7 +133,8 @@ void MarkupWriter::startInline(Row row, const QString& attributes) {
       OpenInline& span = openInlines_.back();
       span.attributes = markup::mergedStyle(span.attributes, attributes);
       spanIsDue_ = true;
-      // What is before it may look like an entity that goes on behind it.
+      // Without a tag in between, an "&" before the span might form an entity with
+      // the text in it.
       if (html_.last(std::min(html_.size(), longestEntity)).contains(u'&'))
         writeDueSpan();
       return;
@@ -155,7 +156,7 @@ void MarkupWriter::end(Row row) {
     case Kind::Void:
       return;
     case Kind::Block:
-      if (closes(row))
+      if (closeBlock(row))
         writeEnd(row);
       return;
     case Kind::Paragraph:
@@ -178,7 +179,7 @@ void MarkupWriter::endInline(Row row) {
   const auto first = openInlines_.begin() + static_cast<std::ptrdiff_t>(firstInline());
   for (auto open = openInlines_.end(); open != first;)
     if ((--open)->row == row) {
-      spanIsDue_ = false;  // it ends here, with nothing in it
+      spanIsDue_ = false;  // the span ends without any text
       openInlines_.erase(open, openInlines_.end());
       break;
     }
@@ -225,14 +226,14 @@ void MarkupWriter::writeDueSpan() {
   write(span.row, span.attributes);
 }
 
-bool MarkupWriter::opens(Row row, const QString& attributes) {
+bool MarkupWriter::openBlock(Row row, const QString& attributes) {
   openParagraph_.reset();
   openBlocks_.push_back({row, openInlines_.size(), attributes});
   ++count(openCounts_, row);
   return openBlocks_.size() <= maximumBlockDepth;
 }
 
-bool MarkupWriter::closes(Row row) {
+bool MarkupWriter::closeBlock(Row row) {
   openParagraph_.reset();
   if (count(openCounts_, row) == 0)
     return false;
@@ -267,13 +268,14 @@ std::size_t MarkupWriter::firstInline() const {
   return openBlocks_[std::min(openBlocks_.size(), maximumBlockDepth) - 1].inlinesBefore;
 }
 
-qsizetype MarkupWriter::unit() const {
-  // However much is opened again, all pieces together stay in proportion.
+qsizetype MarkupWriter::leastLength() const {
+  // At least as much new text as reopened tags, so that the pieces together are at
+  // most a fixed number of times as long as the whole.
   return std::max(pieceLength_, reopened_);
 }
 
 qsizetype MarkupWriter::divisionOf(QStringView text) const {
-  const qsizetype room = std::max<qsizetype>(unit() - length(), 0);
+  const qsizetype room = std::max<qsizetype>(leastLength() - length(), 0);
   for (qsizetype place = room + 1; place < text.size(); ++place)
     if (text[place - 1].isLetterOrNumber() && text[place].isLetterOrNumber() &&
         !text.first(place).last(std::min(place, longestEntity)).contains(u'&'))
@@ -299,7 +301,7 @@ void MarkupWriter::endPiece() {
     writeInlinesBefore(openBlocks_[i].inlinesBefore);
     write(openBlocks_[i].row, openBlocks_[i].attributes);
   }
-  // What is inline in a paragraph may stand around it as well.
+  // Inline tags of the paragraph are written around it; the look is the same.
   writeInlinesBefore(openInlines_.size());
   if (openParagraph_)
     write(openParagraph_->row, openParagraph_->attributes);

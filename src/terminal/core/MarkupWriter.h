@@ -12,13 +12,13 @@
 
 namespace kelmora::terminal {
 
-/// Writes anew what was read, tag by tag, with those left out that may not pass
-/// or nest too deep.
+/// Writes HTML anew, leaving out tags that are not allowed or nested too deep.
 class MarkupWriter {
  public:
-  /// In one piece, or in pieces of about that many characters: each but the last
-  /// ends within a word, where no blanks can be lost, and the next begins with
-  /// what is open there. Its text goes on in the paragraph of the one before.
+  /// Divides the HTML into pieces of about that many characters. A piece ends within
+  /// a word, because the importer may drop blanks at the edge of a piece. The next
+  /// one begins with the start tags that are still open, and its text continues the
+  /// same paragraph.
   explicit MarkupWriter(qsizetype pieceLength) : pieceLength_(pieceLength) {}
   static constexpr qsizetype endless = std::numeric_limits<qsizetype>::max() / 8;
 
@@ -29,7 +29,7 @@ class MarkupWriter {
 
   void text(QStringView text);
   void tag(const MarkupTag& tag);
-  /// At least one.
+  /// All that was written; at least one piece.
   [[nodiscard]] std::vector<Piece> pieces() &&;
 
  private:
@@ -44,45 +44,49 @@ class MarkupWriter {
   };
   struct OpenBlock {
     Row row;
-    std::size_t inlinesBefore;
+    std::size_t inlinesBefore;  ///< how many inline tags were open before it
     QString attributes;
   };
   using Counts = std::array<qsizetype, markup::tagCount>;
 
   void start(Row row, const std::vector<MarkupTag::Attribute>& attributes);
   void startInline(Row row, const QString& attributes);
-  /// Beyond the limit there is room for one link, and for a span, which takes
-  /// the place of a span right around it.
+  /// Beyond the limit of depth a link is still written unless another one is there,
+  /// and so is a span, which replaces the span right around it.
   [[nodiscard]] bool mayNestDeeper(Row row) const;
   void end(Row row);
   void endInline(Row row);
   void writeText(QStringView text);
   void write(Row row, const QString& attributes);
   void writeEnd(Row row);
+  /// Writes the innermost span anew if its attributes have changed.
   void writeDueSpan();
-  /// Of a tag that is written now.
+  /// Updates the facts for a tag that is being written.
   void noteTag(Row row);
-  /// Ends a stretch of text that nothing cuts, of which an entity may take some.
+  /// Ends a stretch of text without tags, in which entities may be.
   void endStretch();
-  /// Keeps count of open blocks as the importer does, or with more open than
-  /// it has: an end tag closes all that its block holds.
-  bool opens(Row row, const QString& attributes);
-  bool closes(Row row);
-  /// A term or what it is stands right in its list, or in nothing at all.
+  // These keep track of the open blocks; an end tag also closes all blocks inside its
+  // own. There may be more open here than in the importer, but not fewer. Both return
+  // whether the tag is to be written, which it is not below the limit of depth.
+  bool openBlock(Row row, const QString& attributes);
+  bool closeBlock(Row row);
+  /// Closes the blocks that the importer closes before a tag of a definition list: all
+  /// up to that list, or all there are.
   void closeUpToTerms();
-  /// Where the inlines of the innermost block that was written begin.
+  /// The index of the first inline tag in the innermost block that was written.
   [[nodiscard]] std::size_t firstInline() const;
   [[nodiscard]] static qsizetype& count(Counts& counts, Row row) {
     return counts[markup::indexOf(row)];
   }
 
-  /// Characters of the piece so far, without what it has reopened.
+  /// The length of the piece so far, in characters, without the tags reopened in it.
   [[nodiscard]] qsizetype length() const { return html_.size() - reopened_; }
-  /// What a piece has at least, but for the last.
-  [[nodiscard]] qsizetype unit() const;
-  /// Where a piece is long enough, between two letters, or -1.
+  /// The least length of each piece but the last, in characters.
+  [[nodiscard]] qsizetype leastLength() const;
+  /// The place in the text, between two letters, where the piece is long enough to
+  /// end; -1 if there is none.
   [[nodiscard]] qsizetype divisionOf(QStringView text) const;
-  /// With what is open there begun anew in the next.
+  /// Ends the piece, and begins the next one by reopening the tags that are open.
   void endPiece();
   void finishPiece();
 
@@ -90,15 +94,16 @@ class MarkupWriter {
   std::vector<Piece> pieces_;
   QString html_;
   MarkupFacts facts_;       ///< of the piece so far
-  qsizetype line_ = 0;      ///< characters for certain, as in the facts
-  qsizetype stretch_ = 0;   ///< the same, less what entities may take
-  qsizetype reopened_ = 0;  ///< characters of the piece that open again what was open
+  qsizetype line_ = 0;      ///< least number of characters shown since the last line break
+  qsizetype stretch_ = 0;   ///< the same since the last tag; negative with many entities
+  qsizetype reopened_ = 0;  ///< length of the reopened tags in the piece, in characters
   std::vector<OpenBlock> openBlocks_;
   std::vector<OpenInline> openInlines_;
   Counts openCounts_{};
-  /// Inline start tags beyond the limit, whose end tags are left out too.
+  /// Inline start tags that were left out as too deep; so are their end tags.
   Counts droppedCounts_{};
-  /// The innermost span has changed its attributes, and no text came since.
+  /// Whether the innermost span's attributes have changed since it was written. It is
+  /// written anew only when something follows that it applies to.
   bool spanIsDue_ = false;
   std::optional<OpenParagraph> openParagraph_;
 };

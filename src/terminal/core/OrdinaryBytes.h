@@ -10,10 +10,10 @@
 
 namespace kelmora::terminal {
 
-/// Most bytes of the game's text show the character that they are, and so do the
-/// single blanks between words. The others need a look: controls, bytes beyond
-/// ASCII, brackets and ampersands, and the first of two blanks, slashes or "w",
-/// by which web addresses are known.
+/// Most bytes of the game's text are shown as themselves, and these are copied many
+/// at once. All others are special: controls, bytes outside ASCII, angle brackets,
+/// ampersands, and the first of two blanks, slashes or "w". Doubled blanks keep their
+/// width, and the other two may be part of a web address.
 namespace ordinarybytes {
 
 inline constexpr qsizetype atOnce = 16;
@@ -22,12 +22,13 @@ inline constexpr qsizetype atOnce = 16;
   return static_cast<signed char>(byte) >= ' ' && byte != '<' && byte != '>' && byte != '&';
 }
 
-[[nodiscard]] constexpr bool needsALookWhenDoubled(char byte) {
+[[nodiscard]] constexpr bool isSpecialWhenDoubled(char byte) {
   return byte == ' ' || byte == '/' || byte == 'w';
 }
 
-/// Copies and widens the ordinary bytes that a text begins with, and answers how
-/// many they are. There has to be room for `atOnce` more than the text has.
+/// Copies the ordinary bytes at the beginning of a text, as bytes and as 16-bit
+/// characters, and returns how many they are. Both destinations must have room for
+/// `atOnce` more than `size`.
 [[nodiscard]] inline qsizetype copy(const char* from, qsizetype size, char* bytes, char16_t* text) {
   qsizetype done = 0;
 #ifdef KELMORA_SIXTEEN_BYTES_AT_ONCE
@@ -56,7 +57,7 @@ inline constexpr qsizetype atOnce = 16;
 #endif
   for (; done < size; ++done) {
     const char byte = from[done];
-    const bool isDoubled = needsALookWhenDoubled(byte) && done + 1 < size && from[done + 1] == byte;
+    const bool isDoubled = isSpecialWhenDoubled(byte) && done + 1 < size && from[done + 1] == byte;
     if (!isOrdinary(byte) || isDoubled)
       break;
     bytes[done] = byte;

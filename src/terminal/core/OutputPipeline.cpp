@@ -11,11 +11,11 @@ namespace kelmora::terminal {
 
 namespace {
 
-/// A part of a long read has about so many characters: keys come between the
-/// turns of two.
+/// A long read with tags is divided into pieces of about so many characters, so that
+/// keys can be handled while it is shown.
 constexpr qsizetype partLength = qsizetype{8} * 1024;
 
-/// What one walk makes of a read.
+/// What a read becomes.
 struct Read {
   ServerText text;
   QByteArray lines;
@@ -32,7 +32,7 @@ Read readHtml(const QByteArray& data, const PipelineOptions& options, PipelineSt
   return {std::move(pieces), std::move(lines), sink.bell};
 }
 
-/// Nothing where only HTML can say what is shown.
+/// Returns nothing if only the toolkit's importer can find out what is shown.
 std::optional<Read> readText(const QByteArray& data, const PipelineOptions& options,
                              PipelineState& state) {
   TextSink sink(data.size(), options);
@@ -45,7 +45,8 @@ std::optional<Read> readText(const QByteArray& data, const PipelineOptions& opti
 
 Read readOf(const QByteArray& data, const PipelineOptions& options, PipelineState& state) {
   const bool hasTags = options.parseHtml && (state.insideTag || data.contains('<'));
-  // Before the colours are known, nothing stands in front of a read's text.
+  // A read without tags is tried as text first. Before the colours are known no span
+  // is written before it, and the importer would treat its beginning otherwise.
   if (!hasTags && !state.translator.currentSpan().isEmpty()) {
     PipelineState walked = state;
     if (auto read = readText(data, options, walked)) {
@@ -61,11 +62,11 @@ Read readOf(const QByteArray& data, const PipelineOptions& options, PipelineStat
 void OutputPipeline::readSocketData(const QByteArray& data, const PipelineOptions& options,
                                     PipelineHost& host) {
   Read read = readOf(data, options, state_);
-  // From here on nothing of the pipeline is in use: the host may come back.
+  // The host may call the pipeline again: its state must not be used from here on.
   if (read.bell && options.playBeeps)
     host.beep();
   host.showServerText(std::move(read.text));
-  // One array for all pieces, unless the host keeps one.
+  // The same array is used for all pieces; it is copied if the host has kept one.
   QByteArray piece;
   QByteArrayView rest = read.lines;
   while (true) {

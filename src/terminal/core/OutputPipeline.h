@@ -7,25 +7,24 @@
 
 namespace kelmora::terminal {
 
-/// What the pipeline needs from the window. Each call may lead back into the
-/// pipeline or its translator.
+/// What the pipeline needs from the window. The window may call the pipeline or its
+/// translator again from within each of these functions.
 class PipelineHost {
  public:
   virtual ~PipelineHost() = default;
 
-  /// At most once for a read: playing again would only restart the sound.
+  /// Called at most once for each read, as playing again only restarts the sound.
   virtual void beep() = 0;
-  /// One fragment for the end of the pane, also when it holds no text.
+  /// Called once for each read, also if there is no text to show.
   virtual void showServerText(ServerText text) = 0;
-  /// A line piece up to its first NUL byte.
+  /// A line, or a piece of one, up to its first NUL byte.
   virtual void parseVitals(const char* line) = 0;
-  /// The same line piece, whole.
+  /// The same piece, with any NUL bytes.
   virtual void checkTriggers(const QByteArray& line) = 0;
 };
 
-/// The server's bytes on their way to the pane and, as plain lines, to the
-/// vitals and the triggers. Lines are not joined across reads: a line cut by
-/// the end of a read arrives as two pieces.
+/// Turns the server's bytes into text for the pane, and into plain lines for the
+/// vitals and the triggers. A line that comes in two reads makes two pieces.
 class OutputPipeline {
  public:
   [[nodiscard]] AnsiTranslator& translator() { return state_.translator; }

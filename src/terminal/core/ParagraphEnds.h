@@ -5,19 +5,20 @@
 
 namespace kelmora::terminal {
 
-/// Where the paragraphs of server text end. The server has line breaks only, so
-/// without this a session were one paragraph, laid out whole at each read and
-/// never dropped. Told of a stream text by text, in pieces of any size.
+/// Divides server text into paragraphs. The server sends only line breaks, and with
+/// those alone a whole session would be a single paragraph: laid out anew for each
+/// read, and never dropped. The text may come in pieces of any size; the length of
+/// the last paragraph is kept between them.
 class ParagraphEnds {
  public:
-  /// Lengths of a paragraph in characters: from where its next line break ends
-  /// it, and where it ends at the latest.
+  /// In characters. A paragraph that has the first length ends at its next line
+  /// break, and at the second length even without one.
   struct Lengths {
     qsizetype longParagraph = 4096;
     qsizetype longestParagraph = 65536;
   };
-  /// Where a paragraph ends in a text, and what that takes the place of: a line
-  /// end, or nothing.
+  /// Where a paragraph ends in a text. The end replaces a line break, which is one
+  /// character, or none.
   struct End {
     qsizetype start;
     qsizetype replaced;
@@ -26,16 +27,17 @@ class ParagraphEnds {
     bool operator==(const End&) const = default;
   };
 
-  /// Goes on with a last paragraph of some length.
+  /// The length is that of the last paragraph so far.
   explicit ParagraphEnds(Lengths lengths, qsizetype length = 0)
       : lengths_(lengths), length_(length) {}
 
-  /// The first end in a text from some place on, which is where the next search
-  /// goes on; nothing where all the rest belongs to the last paragraph.
+  /// The first paragraph end behind some place in a text. To find the next one, call
+  /// it again with the place behind that end. Returns nothing if there is none; the
+  /// rest of the text then belongs to the last paragraph.
   [[nodiscard]] std::optional<End> next(QStringView text, qsizetype from);
-  /// The same for a line of which is known only how many characters it has at
-  /// least: whether its line end ends a paragraph. Text that turns out longer
-  /// can only end its paragraphs sooner.
+  /// Adds a line of which only the least possible length is known. Returns whether
+  /// the paragraph ends with it. If the line turns out to be longer, the paragraph
+  /// can only have ended earlier.
   [[nodiscard]] bool endsWithLine(qsizetype characters);
   void addCharacters(qsizetype characters) { length_ += characters; }
   /// A new paragraph has begun.

@@ -11,7 +11,7 @@ struct PipelineOptions {
   bool displayURLs = true;
 };
 
-/// All that a read leaves behind for the next. A copy is cheap.
+/// All that lasts from one read to the next. Copies are cheap.
 struct PipelineState {
   AnsiTranslator translator;
   /// Whether a "<" waits for its ">"; changes only while HTML is parsed.

@@ -22,26 +22,25 @@ class SafeHtml {
   MarkupFacts facts_;
 };
 
-/// Makes HTML safe to insert into the pane: every tag is written anew from a
-/// short list of allowed ones, all others are dropped and their text stays.
-/// What the client itself adds (colour spans, line breaks, web links) passes
-/// unchanged; where its spans nest too deep, fewer are written that look the
-/// same.
+/// Makes HTML safe to insert into the pane. Tags on a short list are written anew;
+/// all others are dropped, but their text stays. What the client itself adds (colour
+/// spans, line breaks, web links) is unchanged, except that spans nested too deep are
+/// replaced by fewer ones with the same look.
 ///
-/// The toolkit's importer takes exponential time for nested tables and the
-/// square of the depth for other tags, lets sizes and spans of any number
-/// through and keeps tables out of the paragraph limit, so nothing of that kind
-/// may reach it. Tags are told apart as that importer does it, but for a "<" that
-/// a game means as one: see MarkupReader. No text in the result can start a tag
-/// that was not written here. What stands in a title, a style sheet or a script
-/// is left out with its tags, if it ends in the same text. Entities are left
-/// alone. Takes time in proportion to the text; the same text comes out when
-/// applied twice.
+/// This is needed because of the toolkit's importer: it takes exponential time for
+/// nested tables and quadratic time for other nested tags, accepts sizes and spans of
+/// any number, and does not count tables towards the paragraph limit.
+///
+/// What is a tag is decided as in that importer, except for a "<" that is meant as
+/// text: see MarkupReader. No text in the result can begin a tag that was not written
+/// here. A title, a style sheet or a script is left out with its content if its end
+/// tag is in the same text. Entities are unchanged. The time is in proportion to the
+/// length of the text, and applying this to its own result changes nothing.
 [[nodiscard]] SafeHtml safeMarkup(const QString& html);
 
-/// The same in pieces of about so many characters, at least one piece. Inserted
-/// one by one they show what the whole would, as long as no tags shape whole
-/// paragraphs: lists and the like go on as new ones.
+/// The same in pieces of about so many characters; at least one. Inserted one after
+/// the other they look like the whole, unless tags such as lists form paragraphs:
+/// a list that is divided continues as a new list.
 [[nodiscard]] std::vector<SafeHtml> safeMarkupPieces(const QString& html, qsizetype pieceLength);
 
 }  // namespace kelmora::terminal

@@ -8,8 +8,9 @@
 
 namespace kelmora::terminal {
 
-/// What a read became: text and its runs, or, where the server's tags are parsed
-/// and for what only the toolkit's importer can read, HTML in pieces.
+/// What a read becomes: text with its looks where possible; otherwise HTML in pieces,
+/// namely where the server's tags are parsed and for all that only the toolkit's
+/// importer can interpret.
 using ServerText = std::variant<StyledText, std::vector<SafeHtml>>;
 
 }  // namespace kelmora::terminal

@@ -6,14 +6,15 @@
 
 namespace kelmora::terminal {
 
-/// What the colour spans around a piece of text make of it.
+/// The colours of a piece of text.
 struct TextLook {
-  /// No colour is this one: it would need more than 24 bits.
+  /// Stands for no colour. Colours have 24 bits, so none has this value.
   static constexpr quint32 none = 0xFF000000;
 
   quint32 text = none;
   quint32 background = none;
-  /// To the toolkit formats that differ only in this are not the same.
+  /// Whether the background was set before the text colour. The toolkit treats formats
+  /// that differ only in this as different.
   bool backgroundCameFirst = false;
 
   bool operator==(const TextLook&) const = default;
@@ -23,11 +24,10 @@ inline size_t qHash(const TextLook& look, size_t seed = 0) {
   return qHashMulti(seed, look.text, look.background, look.backgroundCameFirst);
 }
 
-/// Text as it goes into a document, in pieces of one look each. A line end in it
-/// is U+2028.
+/// Text for a document, divided into runs of one look each. Its line ends are U+2028.
 struct StyledText {
   struct Run {
-    qsizetype end;  ///< where in the text the next one begins
+    qsizetype end;  ///< where in the text the next run begins
     TextLook look;
     /// The target of a link, empty for other text.
     QString target = {};

@@ -7,19 +7,19 @@
 
 namespace kelmora::terminal {
 
-/// Bytes or characters that only ever grow at their end. The toolkit's texts can
-/// do that too, but go through their general insertion each time, which for the
-/// few bytes between two blanks costs several times as much.
+/// Collects bytes or characters. Appending to one of the toolkit's strings takes
+/// several times as long when it is done a few bytes at a time, as here.
 template <typename Text>
 class TextBuffer {
  public:
   using Unit = std::conditional_t<std::is_same_v<Text, QString>, char16_t, char>;
 
-  /// Room for so many units at first.
+  /// Begins with room for so many bytes or characters.
   explicit TextBuffer(qsizetype room) { makeRoom(room); }
   Q_DISABLE_COPY_MOVE(TextBuffer)
 
-  /// Where the next units go: so many may be written, of which added() counts.
+  /// Room for so many bytes or characters at the end. Having written some there, call
+  /// added() with their number.
   [[nodiscard]] Unit* room(qsizetype units) {
     if (units > room_ - size_)
       makeRoom(units);
@@ -36,7 +36,7 @@ class TextBuffer {
     size_ += count;
     return *this;
   }
-  /// Of bytes for bytes, of characters for characters.
+  /// Appends a byte array to bytes, or a string to characters.
   template <typename Units>
   TextBuffer& operator+=(const Units& units) {
     return append(reinterpret_cast<const Unit*>(units.data()), units.size());

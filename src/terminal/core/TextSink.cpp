@@ -12,11 +12,12 @@ namespace kelmora::terminal {
 
 namespace {
 
-/// Longer than this, and a segment may have addresses beyond what the expression
-/// engine takes on, and then the rest of the read counts.
+/// In bytes. In a longer segment the expression engine may give up on a row of
+/// addresses, and what it does then depends on the rest of the read.
 constexpr qsizetype longestWithLinks = 8192;
 
-/// Characters that stand for something else than text in a document.
+/// Characters that are not text to a document: they divide paragraphs or stand for
+/// frames and objects.
 bool isStructural(QChar character) {
   return character == QChar::ParagraphSeparator || character == QChar::ObjectReplacementCharacter ||
          character == u'\uFDD0' || character == u'\uFDD1';
@@ -46,8 +47,8 @@ qsizetype TextSink::takeRun(QByteArrayView rest) {
   if (first == ' ' || !ordinarybytes::isOrdinary(first))
     return 0;
   addWide();
-  // A pair may have something dropped between its two.
-  if (ordinarybytes::needsALookWhenDoubled(first) && lines.size() > 0 && lines.end()[-1] == first)
+  // Its double may have come already, with bytes in between that were dropped.
+  if (ordinarybytes::isSpecialWhenDoubled(first) && lines.size() > 0 && lines.end()[-1] == first)
     segment_.mayHaveLink = true;
   const qsizetype room = rest.size() + ordinarybytes::atOnce;
   char* const bytes = lines.room(room);
@@ -95,12 +96,13 @@ void TextSink::openSpan(const ColourSpan& span) {
     return;
   endSegment(Follows::Span);
   beginSegment();
-  isImporters_ = isImporters_ || !span.isPlain;
+  needsImporter_ = needsImporter_ || !span.isPlain;
   const TextLook look = span.inside(look_);
   if (look == look_)
     return;
   endRun();
-  // One by one: a copy of the whole waits for its parts to be in memory.
+  // Member by member: to copy the whole, the processor would have to wait until the
+  // parts that it has just written are in memory.
   look_.text = look.text;
   look_.background = look.background;
   look_.backgroundCameFirst = look.backgroundCameFirst;
@@ -115,7 +117,7 @@ void TextSink::addBareColour(QByteArrayView colour) {
 std::optional<StyledText> TextSink::text() && {
   endSegment(Follows::Nothing);
   endRun();
-  if (isImporters_)
+  if (needsImporter_)
     return std::nullopt;
   return StyledText{std::move(text_).take(), std::move(runs_)};
 }
@@ -147,24 +149,24 @@ void TextSink::addBlank() {
 void TextSink::addWide() {
   if (wide_.isEmpty())
     return;
-  wide_.prepend(HtmlSink::keepsMark);
+  wide_.prepend(HtmlSink::markGuard);
   addDecoded(QString::fromUtf8(wide_).sliced(1));
   wide_.clear();
 }
 
 void TextSink::addDecoded(QStringView text) {
   for (const QChar character : text) {
-    isImporters_ = isImporters_ || isStructural(character);
+    needsImporter_ = needsImporter_ || isStructural(character);
     add(character.unicode());
   }
 }
 
 void TextSink::endSegment(Follows follows) {
   addWide();
-  if ((segment_.hasAmpersand || segment_.mayHaveLink) && !isImporters_ && needsHtml()) {
+  if ((segment_.hasAmpersand || segment_.mayHaveLink) && !needsImporter_ && needsHtml()) {
     text_.truncate(segment_.text);
     blanks_ = segment_.blanks;
-    isImporters_ = isImporters_ || !addHtml(segmentHtml(follows));
+    needsImporter_ = needsImporter_ || !addHtml(segmentHtml(follows));
   }
 }
 
@@ -183,14 +185,15 @@ bool TextSink::needsHtml() {
   const bool hasLink = options_.displayURLs && segment_.mayHaveLink && mayHaveLinks(plain);
   if (!segment_.hasAmpersand && (!hasLink || addOnlyLink()))
     return false;
-  isImporters_ = isImporters_ || (hasLink && plain.size() > longestWithLinks);
+  needsImporter_ = needsImporter_ || (hasLink && plain.size() > longestWithLinks);
   return true;
 }
 
 bool TextSink::addOnlyLink() {
   const QByteArrayView plain = plainSegment();
   const auto link = onlyLink(plain);
-  // Whatever does not show as it is, shows shorter than it is in the plain line.
+  // If text and plain copy differ in length, some bytes are not shown as themselves,
+  // and the link's place in one is not its place in the other.
   if (!link || text_.size() - segment_.text != plain.size())
     return false;
   const QString behind(reinterpret_cast<const QChar*>(text_.begin()) + segment_.text + link->end,
@@ -210,7 +213,7 @@ bool TextSink::addOnlyLink() {
 QString TextSink::segmentHtml(Follows follows) const {
   HtmlSink sink(lines.size() - segment_.line,
                 options_.parseHtml ? HtmlSink::Tags::Parsed : HtmlSink::Tags::Shown);
-  sink.addBareColour(QByteArrayView(&HtmlSink::keepsMark, 1));
+  sink.addBareColour(QByteArrayView(&HtmlSink::markGuard, 1));
   PipelineState state;
   qsizetype start = segment_.line;
   const auto walkTo = [&](qsizetype end) {

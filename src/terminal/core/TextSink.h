@@ -7,11 +7,12 @@
 
 namespace kelmora::terminal {
 
-/// Makes text and its runs of a read without tags of the server: what the
-/// toolkit's importer would make of the read's HTML, which is never written.
+/// Turns a read without tags of the server into text with its looks. The result is
+/// what the toolkit's importer would make of the read's HTML, but without writing
+/// that HTML.
 ///
-/// Only in a segment, a stretch without a line end or a span, that has an "&" or
-/// a web address the HTML has its say: that segment goes the long way, by HTML.
+/// The exceptions are segments (stretches without a line end or a change of colour)
+/// with an "&" or a web address: those are written as HTML and read from that.
 class TextSink final : public ReadSink {
  public:
   TextSink(qsizetype bytes, const PipelineOptions& options);
@@ -22,29 +23,30 @@ class TextSink final : public ReadSink {
   void openSpan(const ColourSpan& span) override;
   void addBareColour(QByteArrayView colour) override;
 
-  /// Nothing where something in it is the importer's to say.
+  /// Nothing if only the importer can find out what some part of the read shows.
   [[nodiscard]] std::optional<StyledText> text() &&;
 
  private:
   /// What a segment ends with.
   enum class Follows { LineEnd, Span, Nothing };
-  /// Blanks in a row show as one, and none are shown where a line begins.
+  /// Whether the next blank is shown. As in HTML, it is not behind another blank or
+  /// at the beginning of a line.
   enum class Blanks { Kept, Dropped };
   struct Segment {
-    qsizetype line = 0;  ///< where it begins in the plain lines
-    Blanks blanks = Blanks::Dropped;
-    /// The importer has to be asked what it means, or somebody who knows.
+    qsizetype line = 0;               ///< where it begins in the plain lines
+    qsizetype text = 0;               ///< where it begins in the text
+    Blanks blanks = Blanks::Dropped;  ///< at its beginning
     bool hasAmpersand = false;
     bool mayHaveLink = false;
-    qsizetype text = 0;
   };
 
   void add(char16_t character);
   void addSoftBlank();
   void addHardBlank() { add(QChar::Nbsp); }
-  /// Two blanks in a row keep their width: the second of a pair is a hard one.
+  /// Adds the next of several blanks. Every second one is hard, so that they keep
+  /// their width.
   void addBlank();
-  /// Decodes the bytes beyond ASCII that have come.
+  /// Decodes the bytes outside ASCII that have been collected.
   void addWide();
   void addDecoded(QStringView text);
 
@@ -53,12 +55,14 @@ class TextSink final : public ReadSink {
   [[nodiscard]] QByteArrayView plainSegment() const {
     return {lines.begin() + segment_.line, lines.size() - segment_.line};
   }
-  /// Does so where the segment is one plain letter after another but for it.
+  /// Makes a link of the segment's only web address without writing HTML. Returns
+  /// false if that cannot be done, because the segment is not simple enough.
   [[nodiscard]] bool addOnlyLink();
   [[nodiscard]] bool needsHtml();
-  /// With the tag behind it, which says where a last entity ends.
+  /// With the tag that follows the segment, which may decide where its last entity
+  /// ends.
   [[nodiscard]] QString segmentHtml(Follows follows) const;
-  /// Answers false where the importer has to decide.
+  /// Returns false if only the importer can find out what the HTML shows.
   [[nodiscard]] bool addHtml(const QString& html);
   void endRun(const QString& target = {});
 
@@ -67,13 +71,15 @@ class TextSink final : public ReadSink {
   std::vector<StyledText::Run> runs_;
   TextLook look_;
   Blanks blanks_ = Blanks::Dropped;
-  /// The last blank has no second yet.
+  /// Whether the last blank was a soft one, so that another one would be hard.
   bool inPair_ = false;
-  /// Bytes beyond ASCII, which may go on behind what is dropped.
+  /// Bytes outside ASCII that are not decoded yet: bytes that are dropped, such as
+  /// carriage returns, may divide a character.
   QByteArray wide_;
   Segment segment_;
-  std::vector<qsizetype> tabs_;  ///< of the segment, in the plain lines
-  bool isImporters_ = false;
+  std::vector<qsizetype> tabs_;  ///< where the segment's tabs are in the plain lines
+  /// Whether only the importer can find out what some part of the read shows.
+  bool needsImporter_ = false;
 };
 
 }  // namespace kelmora::terminal

@@ -30,17 +30,17 @@ std::optional<int> percentage(int current, int maximum) {
     return 0;
   if (maximum == 0)
     return std::nullopt;
-  // 32-bit arithmetic that wraps: huge values give odd percentages, which the
-  // bar leaves aside.
+  // 32-bit arithmetic that wraps around: huge values give wrong percentages, which
+  // the bar ignores if they are out of range.
   const auto product = static_cast<int>(static_cast<quint32>(current) * 100U);
-  // The one quotient that does not fit wraps too, to the dividend itself.
+  // Dividing the lowest number by -1 would overflow; it wraps to the same number.
   return maximum == -1 ? static_cast<int>(0U - static_cast<quint32>(product)) : product / maximum;
 }
 
 }  // namespace
 
 std::optional<VitalPercentages> parseVitals(const char* line) {
-  // Few lines are prompts, and each line comes here.
+  // Every line comes here and few are prompts, so the first letter is checked first.
   if (*line != 'h' && *line != 'H')
     return std::nullopt;
   const auto numbers = readPrompt(line);

@@ -28,8 +28,8 @@ Sample sampleOf(const QString& text, const QFont& font, QPaintDevice* device) {
   return {line.naturalTextWidth(), line.height()};
 }
 
-/// What makes no character wider or taller.
-bool shapes(const QTextFormat& format) {
+/// Whether a format may make characters wider or taller.
+bool changesSize(const QTextFormat& format) {
   constexpr std::array<int, 8> harmless{
       QTextFormat::ForegroundBrush,    QTextFormat::BackgroundBrush,   QTextFormat::IsAnchor,
       QTextFormat::AnchorHref,         QTextFormat::AnchorName,        QTextFormat::FontUnderline,
@@ -40,11 +40,12 @@ bool shapes(const QTextFormat& format) {
   });
 }
 
+/// Characters that are as wide as any other in a fixed-pitch font.
 bool isUsual(char16_t code) {
   return (code >= u' ' && code <= u'~') || code == QChar::Nbsp || code == QChar::LineSeparator;
 }
 
-bool isOfWords(QChar character) {
+bool isWordCharacter(QChar character) {
   const char16_t code = character.unicode();
   return (code >= u'0' && code <= u'9') || (code >= u'A' && code <= u'Z') ||
          (code >= u'a' && code <= u'z') || code == u'_';
@@ -52,26 +53,27 @@ bool isOfWords(QChar character) {
 
 /// Whether a line is sure not to break within a word.
 bool holdsTogether(QStringView word) {
-  // A number may part from the mark before it.
+  // The marks at the word's end are left out; within a word they may allow a break.
   while (word.endsWith(u'.') || word.endsWith(u','))
     word.chop(1);
   return std::all_of(word.begin(), word.end(),
-                     [](QChar one) { return isOfWords(one) || one == u'\''; });
+                     [](QChar one) { return isWordCharacter(one) || one == u'\''; });
 }
 
-/// Of a row whose last blanks hang over its edge.
+/// Without the blanks at its end, which take no room: they hang over the edge.
 qsizetype lengthOf(QStringView row) {
   while (row.endsWith(u' '))
     row.chop(1);
   return row.size();
 }
 
-/// Whether a line is sure to break at the blanks before a word, if need be: most
-/// marks stay with what is at the other side of them.
+/// Whether a line may certainly break at the blanks before a word. The toolkit
+/// keeps an opening bracket, and most words that begin with a mark, on the same
+/// line as what is on the other side of the blanks.
 bool breaksBefore(QStringView line, qsizetype wordStart) {
   const qsizetype before = lengthOf(line.first(wordStart));
   return before > 0 && QStringView(u"([{").indexOf(line[before - 1]) < 0 &&
-         isOfWords(line[wordStart]);
+         isWordCharacter(line[wordStart]);
 }
 
 qsizetype endOfBlanks(QStringView line, qsizetype start) {
@@ -82,7 +84,7 @@ qsizetype endOfBlanks(QStringView line, qsizetype start) {
 
 }  // namespace
 
-void BlockEstimate::look(const QTextDocument& document) {
+void BlockEstimate::measureFont(const QTextDocument& document) {
   constexpr int length = 64;
   const QFont font = document.defaultFont();
   QPaintDevice* const device = document.documentLayout()->paintDevice();
@@ -93,9 +95,9 @@ void BlockEstimate::look(const QTextDocument& document) {
     isFixedPitch_ =
         isFixedPitch_ &&
         qFuzzyCompare(sampleOf(QString(length, other), font, device).width, sample.width);
-  advance_ = std::max<qreal>(sample.width / length, 1.0 / length);
-  shaping_.clear();
-  anyShaping_ = false;
+  characterWidth_ = std::max<qreal>(sample.width / length, 1.0 / length);
+  changesSize_.clear();
+  anyChangesSize_ = false;
 }
 
 BlockEstimate::Size BlockEstimate::of(const QTextBlock& block, qreal contentWidth) {
@@ -103,34 +105,37 @@ BlockEstimate::Size BlockEstimate::of(const QTextBlock& block, qreal contentWidt
   const auto sides = blocklines::sidesOf(block, contentWidth);
   const bool breaks = contentWidth > 0 && !format.nonBreakableLines();
   const qreal width = std::max<qreal>(sides.right - sides.left, 0);
-  const auto columns = breaks ? static_cast<qsizetype>(std::floor(width / advance_))
+  const auto columns = breaks ? static_cast<qsizetype>(std::floor(width / characterWidth_))
                               : std::numeric_limits<qsizetype>::max();
   const Rows rows = rowsOf(block.text(), columns);
-  return {.pixels = {sides.left + static_cast<qreal>(rows.widest) * advance_ + format.rightMargin(),
+  return {.pixels = {sides.left + static_cast<qreal>(rows.widest) * characterWidth_ +
+                         format.rightMargin(),
                      static_cast<qreal>(rows.count) * rowHeight_},
           .isCertain =
               isFixedPitch_ && rows.isCertain && format.propertyCount() == 0 && isPlain(block)};
 }
 
 bool BlockEstimate::isPlain(const QTextBlock& block) {
-  lookAtFormats(*block.document());
-  const auto isShaping = [this](int format) { return shaping_[static_cast<std::size_t>(format)]; };
-  if (!anyShaping_)
+  checkNewFormats(*block.document());
+  if (!anyChangesSize_)
     return true;
-  if (isShaping(block.charFormatIndex()))
+  const auto changes = [this](int format) {
+    return changesSize_[static_cast<std::size_t>(format)];
+  };
+  if (changes(block.charFormatIndex()))
     return false;
   for (auto piece = block.begin(); !piece.atEnd(); ++piece)
-    if (isShaping(piece.fragment().charFormatIndex()))
+    if (changes(piece.fragment().charFormatIndex()))
       return false;
   return true;
 }
 
-void BlockEstimate::lookAtFormats(const QTextDocument& document) {
+void BlockEstimate::checkNewFormats(const QTextDocument& document) {
   const auto formats = document.allFormats();
-  const auto known = static_cast<qsizetype>(shaping_.size());
+  const auto known = static_cast<qsizetype>(changesSize_.size());
   for (qsizetype index = known; index < formats.size(); ++index) {
-    shaping_.push_back(formats[index].isCharFormat() && shapes(formats[index]));
-    anyShaping_ = anyShaping_ || shaping_.back();
+    changesSize_.push_back(formats[index].isCharFormat() && changesSize(formats[index]));
+    anyChangesSize_ = anyChangesSize_ || changesSize_.back();
   }
 }
 
@@ -156,7 +161,7 @@ void BlockEstimate::wrap(QStringView line, qsizetype columns, Rows& rows) {
   qsizetype start = 0;
   while (line.size() - start > columns) {
     const qsizetype limit = start + columns;
-    // Blanks that end a row hang over its edge.
+    // A blank right at the edge hangs over it, and the row ends there.
     qsizetype rowEnd = limit;
     if (line[limit] != u' ') {
       const qsizetype blank = line.sliced(start, columns).lastIndexOf(u' ');

@@ -7,21 +7,21 @@
 
 namespace kelmora::terminal {
 
-/// Tells how much room a block of a document will take, from its text and one
-/// look at the font, for a small part of what breaking it into lines costs.
+/// Estimates how large a block of a document will be, from its text and a few
+/// measures of the font. That is much cheaper than breaking it into lines.
 class BlockEstimate {
  public:
   struct Size {
     QSizeF pixels;
-    /// Whether the lines will not turn out otherwise: text of the usual kind in
-    /// a font of one pitch.
+    /// Whether breaking the block into lines is sure to give the same size: plain
+    /// ASCII text in a fixed-pitch font.
     bool isCertain = false;
   };
 
-  /// Looks at the document's font, and forgets what it knew of its formats.
-  void look(const QTextDocument& document);
-  /// In a document whose content has that width, in pixels; not above 0 where
-  /// lines are never broken.
+  /// Measures the document's font, and forgets the formats it has looked at. Call
+  /// it first, and again when the font or the formats' numbers change.
+  void measureFont(const QTextDocument& document);
+  /// The content's width is in pixels; 0 or less means that lines never wrap.
   [[nodiscard]] Size of(const QTextBlock& block, qreal contentWidth);
 
  private:
@@ -31,17 +31,18 @@ class BlockEstimate {
     bool isCertain = true;
   };
 
-  /// Whether no more than colours and links set a block's characters apart.
+  /// Whether the block's formats change nothing but colours, underlines and links.
   [[nodiscard]] bool isPlain(const QTextBlock& block);
-  void lookAtFormats(const QTextDocument& document);
+  void checkNewFormats(const QTextDocument& document);
   [[nodiscard]] static Rows rowsOf(QStringView text, qsizetype columns);
   static void wrap(QStringView line, qsizetype columns, Rows& rows);
 
   qreal rowHeight_ = 0;
-  qreal advance_ = 1;  ///< of a character, on average
+  qreal characterWidth_ = 1;
   bool isFixedPitch_ = false;
-  std::vector<bool> shaping_;  ///< formats that change more than colours, by index
-  bool anyShaping_ = false;
+  /// By a format's index, whether it may change the size of text.
+  std::vector<bool> changesSize_;
+  bool anyChangesSize_ = false;
 };
 
 }  // namespace kelmora::terminal

@@ -14,11 +14,11 @@ namespace blocklines {
 
 namespace {
 
-/// In which colour the toolkit draws rulers; its later releases have another.
+/// The colour in which the toolkit draws rulers; later releases use another.
 constexpr auto rulerRole =
     QT_VERSION < QT_VERSION_CHECK(6, 5, 0) ? QPalette::Dark : QPalette::WindowText;
 
-/// Wider than any text: for one that is never broken.
+/// The width of a line that is never broken: wider than any text.
 constexpr qreal unlimited = 1 << 24;
 
 QTextOption optionFor(const QTextBlock& block, const QTextBlockFormat& format, qreal contentWidth) {
@@ -73,7 +73,8 @@ QSizeF place(const QTextBlock& block, qreal contentWidth) {
   QTextLayout& layout = *block.layout();
   const QTextBlockFormat format = block.blockFormat();
   layout.setTextOption(optionFor(block, format, contentWidth));
-  // What is kept of a word that broke at a hidden hyphen counts the hyphen too.
+  // The toolkit's cache keeps the width of a word that was broken at a soft hyphen
+  // with that hyphen, which would be wrong when the block is broken again.
   layout.setCacheEnabled(!block.text().contains(QChar::SoftHyphen));
   const Sides sides = sidesOf(block, contentWidth);
   const bool leftToRight = block.textDirection() == Qt::LeftToRight;
@@ -87,7 +88,8 @@ QSizeF place(const QTextBlock& block, qreal contentWidth) {
     line.setLeadingIncluded(true);
     const qreal width = contentWidth <= 0 ? unlimited : std::max<qreal>(right - left, 0);
     line.setLineWidth(width);
-    // Cursors do not go beyond a line's width, but its text may.
+    // A word too long for the line makes its text wider than the line. The line is
+    // widened, as cursors cannot go beyond its width.
     if (line.naturalTextWidth() > width)
       line.setLineWidth(line.naturalTextWidth());
     line.setPosition({left, size.height()});
@@ -101,7 +103,7 @@ QSizeF place(const QTextBlock& block, qreal contentWidth) {
 
 void release(const QTextBlock& block) {
   QTextLayout& layout = *block.layout();
-  // An empty layout without the cache is all that frees the glyphs.
+  // The toolkit frees the glyphs only for an empty layout with its cache off.
   layout.setCacheEnabled(false);
   layout.beginLayout();
   layout.endLayout();
@@ -123,8 +125,9 @@ void paint(QPainter& painter, const QTextBlock& block, const QPointF& origin,
   const auto selections = selectionsIn(block, context);
   if (block.textList())
     listmarker::paint(painter, block, origin, context.palette, selections);
-  // The toolkit's text has no room for the height of a long document, but glyphs
-  // of some size come out a shade different where they are moved.
+  // The toolkit draws text wrong far down in a very tall document, so the painter
+  // is moved there first. Not everywhere, because large glyphs that are drawn
+  // through a moved painter come out in a slightly different shade.
   constexpr qreal room = 1 << 20;
   const QPointF corner(0, origin.y() < room ? 0 : std::floor(origin.y()));
   const QPen pen = painter.pen();

@@ -7,29 +7,29 @@
 
 namespace kelmora::terminal {
 
-/// The lines of one block of a document: where they are, and their picture. All
-/// lengths are pixels; those of a block are from its own top left corner, which
-/// lies at the left edge of the document's content whatever margins it has.
+/// Breaks one block of a document into lines, and paints them. All lengths are
+/// pixels. A block's own are measured from its top left corner, which lies at the
+/// left edge of the document's content even where the block has a left margin.
 namespace blocklines {
 
 /// Breaks a block's text into lines, as the toolkit would in a document of that
-/// width. They are kept in the block's own layout. Returns what they take, with
-/// the block's margins at its sides, but not above and below.
+/// width, and keeps them in the block's own layout. Returns the size of the lines,
+/// with the block's left and right margins but not those above and below.
 QSizeF place(const QTextBlock& block, qreal contentWidth);
-/// Forgets the lines, and the glyphs that painting has left behind.
+/// Frees the memory of the lines, and of the glyphs that painting has cached.
 void release(const QTextBlock& block);
 [[nodiscard]] bool arePlaced(const QTextBlock& block);
 
-/// What its margins, and the depth of its list, leave a block of the content's
-/// width.
+/// Where a block's lines may begin and end: the content's width without the
+/// block's margins and the indentation of its list.
 struct Sides {
   qreal left;
   qreal right;
 };
 [[nodiscard]] Sides sidesOf(const QTextBlock& block, qreal contentWidth);
 
-/// Paints the lines that the context's clip touches, its selections, the marker
-/// of a list's item and a ruler. The block's lines are placed; origin is its
+/// Paints the lines that touch the context's clip, with selections, the marker of
+/// a list item and a ruler. The block must be placed; origin is its top left
 /// corner in the document.
 void paint(QPainter& painter, const QTextBlock& block, const QPointF& origin,
            const QAbstractTextDocumentLayout::PaintContext& context);

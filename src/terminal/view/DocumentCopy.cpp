@@ -11,7 +11,7 @@ DocumentCopy::DocumentCopy(const QTextDocument& document)
       copy_(std::make_unique<QTextDocument>()),
       next_(document.begin()),
       end_(copy_.get()) {
-  // What is appended to an empty last paragraph belongs to it.
+  // Text appended to an empty last paragraph must not push the cursor behind it.
   next_.setKeepPositionOnInsert(true);
   copy_->setUndoRedoEnabled(false);
   copy_->setDefaultFont(document.defaultFont());
@@ -25,7 +25,7 @@ bool DocumentCopy::advance(int milliseconds) {
   QElapsedTimer timer;
   timer.start();
   QTextBlock block = next_.block();
-  // All of it as one change: each has its cost, however small it is.
+  // One edit block for all: each one has a fixed cost.
   end_.beginEditBlock();
   while (block.next().isValid() && timer.elapsed() < milliseconds) {
     copyBlock(block);
@@ -61,7 +61,8 @@ void DocumentCopy::copyList(const QTextBlock& block) {
   QTextList*& list = lists_[block.textList()->objectIndex()];
   if (!list)
     list = end_.createList(block.textList()->format());
-  // Formats whose properties came in another order are not the same.
+  // To the toolkit, formats differ if their properties were set in another order.
+  // createList() has changed that order, so the original's format is set again.
   QTextBlockFormat format = block.blockFormat();
   format.setObjectIndex(list->objectIndex());
   end_.setBlockFormat(format);

@@ -9,20 +9,20 @@ class QTextList;
 
 namespace kelmora::terminal {
 
-/// Copies a document a little at a time. The copy has none but the formats in
-/// use: the toolkit keeps every format that a document ever had. Meanwhile the
-/// document may go on growing at its end, and lose paragraphs at its top by its
-/// limit of them; whoever changes it otherwise begins a new copy.
+/// Copies a document a little at a time. The toolkit keeps every format that a
+/// document ever had; the copy has only those in use. While it is being copied the
+/// document may grow at its end, and its block limit may remove paragraphs at its
+/// top. After any other change a new copy has to be begun.
 class DocumentCopy {
  public:
-  /// The copy has the document's settings from the start, but its limit of
-  /// paragraphs only at the end. The document outlives this.
+  /// The document outlives this. Its settings are copied at once, except for the
+  /// block limit, which the copy gets when it is complete.
   explicit DocumentCopy(const QTextDocument& document);
 
-  /// Copies for so many milliseconds. Answers whether it is complete, until the
-  /// document changes again.
+  /// Copies for so many milliseconds. Returns whether the copy is complete; it is
+  /// so only until the document changes again.
   [[nodiscard]] bool advance(int milliseconds);
-  /// A complete copy; it has no parent.
+  /// The copy, once advance() has returned true; it has no parent.
   [[nodiscard]] std::unique_ptr<QTextDocument> take() &&;
 
  private:
@@ -31,10 +31,10 @@ class DocumentCopy {
 
   const QTextDocument& document_;
   std::unique_ptr<QTextDocument> copy_;
-  QTextCursor next_;  ///< in the document, where the next paragraph to copy begins
-  QTextCursor end_;   ///< of the copy
-  /// The copy's, by the document's numbers of theirs: another list may come to
-  /// stand in the memory of one that is dropped meanwhile.
+  QTextCursor next_;  ///< in the document, at the paragraph to copy next
+  QTextCursor end_;   ///< at the end of the copy
+  /// The copy's lists, by the object indices of the document's. Their addresses
+  /// would not do: one may be reused for another list during the copying.
   QHash<int, QTextList*> lists_;
   bool isBegun_ = false;
 };

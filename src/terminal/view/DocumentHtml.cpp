@@ -14,7 +14,7 @@ qsizetype sizeOf(const HtmlForms::Ends& ends) {
   return ends.before.size() + ends.behind.size();
 }
 
-/// About; letters that are not written as themselves come on top.
+/// An approximation in bytes: characters that are written as entities take more.
 qsizetype sizeOf(const DocumentRuns& content, const HtmlForms& forms) {
   qsizetype size = sizeOf(forms.page());
   for (const DocumentRuns::Paragraph& paragraph : content.paragraphs)

@@ -15,7 +15,7 @@ bool isPlain(const QTextBlock& block) {
          !format.hasProperty(QTextFormat::BlockTrailingHorizontalRulerWidth);
 }
 
-/// Of characters, which may be a link.
+/// Whether it is a format of mere characters. They may be a link.
 bool isPlain(const QTextFormat& format) {
   return format.isCharFormat() && format.objectType() == QTextFormat::NoObject &&
          !format.hasProperty(QTextFormat::AnchorName);

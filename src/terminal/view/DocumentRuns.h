@@ -8,26 +8,26 @@ class QTextDocument;
 
 namespace kelmora::terminal {
 
-/// The text of a document that is nothing but paragraphs of characters, with the
-/// places at which the look changes. Formats are told by their place among all
-/// that the document has.
+/// The text of a document that consists of paragraphs of text only, divided where
+/// the format changes. A format is given as its index in the document's
+/// allFormats().
 struct DocumentRuns {
   struct Run {
-    int length = 0;
+    int length = 0;  ///< in characters
     int format = 0;
   };
   struct Paragraph {
     QString text;
     int blockFormat = 0;
-    int charFormat = 0;  ///< what an empty one would begin with
-    int runs = 0;        ///< of all runs, those of the paragraphs before it come first
+    int charFormat = 0;  ///< of the block itself, not of its text
+    int runs = 0;        ///< how many; the list of runs goes on with the next paragraph's
   };
 
   std::vector<Paragraph> paragraphs = {};
   std::vector<Run> runs = {};
 
-  /// Nothing where the document holds anything else: a table, a list, a ruler, a
-  /// picture, a place to jump to, or text from right to left.
+  /// Nothing if the document holds anything else: a table, a list, a ruler, a
+  /// picture, a named anchor, or text from right to left.
   [[nodiscard]] static std::optional<DocumentRuns> of(const QTextDocument& document);
 };
 

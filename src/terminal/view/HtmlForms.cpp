@@ -12,11 +12,11 @@ namespace {
 constexpr QChar textMark = HtmlSamples::textMark;
 constexpr QChar targetMark = HtmlSamples::targetMark;
 
-/// What the toolkit makes a paragraph or an object of, and what would tear the
-/// lines of the samples.
+/// Characters that cannot be part of a sample: those from which the toolkit makes
+/// a paragraph or an object, those that divide the lines of samples, and the marks.
 constexpr std::u16string_view unteachable = u"\n\r\u2029\uFDD0\uFDD1\uFFFC\uE000\uE001";
 
-/// The letters of all these texts, each once.
+/// Collects the characters of texts, each once.
 class Alphabet {
  public:
   void add(QStringView text) {
@@ -39,8 +39,8 @@ class Alphabet {
   std::vector<char> seen_ = std::vector<char>(0x10000);
 };
 
-/// The looks of a document, each once: links that differ by their targets alone
-/// are one.
+/// Collects character formats, each once. Their users replace the target of a link
+/// by a mark, so that links differing only in their targets share a format.
 class Looks {
  public:
   [[nodiscard]] int placeOf(const QTextCharFormat& look) {
@@ -63,7 +63,8 @@ class Looks {
 
 }  // namespace
 
-/// Learns in one go: what is to be known, a sample of each, what they tell.
+/// Finds out which characters and formats a document has, lets the toolkit write a
+/// sample of each, and takes their HTML from that.
 class HtmlForms::Teacher {
  public:
   Teacher(const QTextDocument& document, const DocumentRuns& content)
@@ -91,10 +92,11 @@ class HtmlForms::Teacher {
 
  private:
   struct Use {
-    int look = -1;  ///< its place among the looks; -1 for a format out of use
+    int look = -1;  ///< its index among the looks; -1 for a format out of use
     QString target = {};
   };
-  /// How a look is written; both parts before it are one where it is no link.
+  /// What stands around a text of some look. For a link the part before the text is
+  /// in two: before and behind its target.
   struct Look {
     QByteArray before = {};
     QByteArray behindTarget = {};

@@ -12,17 +12,17 @@ class QTextDocument;
 
 namespace kelmora::terminal {
 
-/// What the toolkit writes for the paragraphs, the looks and the letters of a
-/// document, learned from samples of each that it has written. All of it is in
-/// the bytes of a saved session.
+/// The HTML that the toolkit writes for the paragraphs, the formats and the
+/// characters of a document. It is learned by having the toolkit write a sample
+/// of each. All HTML here is in the encoding of a saved session: see bytesOf().
 class HtmlForms {
  public:
-  /// What stands around a text.
+  /// What is written before and behind a text.
   struct Ends {
     QByteArray before = {};
     QByteArray behind = {};
   };
-  /// How letters are written. Most of the first 128 are themselves.
+  /// How characters are written. Most of the first 128 are written as themselves.
   class Letters {
    public:
     void learn(char16_t letter, const QByteArray& written);
@@ -33,14 +33,14 @@ class HtmlForms {
     QHash<char16_t, QByteArray> others_ = {};
   };
 
-  /// Nothing where the samples leave a doubt.
+  /// Nothing if what the toolkit wrote for the samples is not as expected.
   [[nodiscard]] static std::optional<HtmlForms> learn(const QTextDocument& document,
                                                       const DocumentRuns& content);
 
   /// Characters outside Latin-1 become "?", then the bytes are UTF-8.
   [[nodiscard]] static QByteArray bytesOf(const QString& html);
 
-  /// Around all paragraphs.
+  /// What stands before the first and behind the last paragraph.
   [[nodiscard]] const Ends& page() const { return page_; }
   [[nodiscard]] const Ends& around(const DocumentRuns::Paragraph& paragraph) const;
   [[nodiscard]] const Ends& around(const DocumentRuns::Run& run) const;
@@ -55,7 +55,7 @@ class HtmlForms {
   Ends page_ = {};
   Letters letters_ = {};
   QHash<ParagraphKind, Ends> paragraphs_ = {};
-  std::vector<Ends> runs_ = {};  ///< by format, empty for those out of use
+  std::vector<Ends> runs_ = {};  ///< by format index; empty for formats out of use
 };
 
 }  // namespace kelmora::terminal

@@ -7,11 +7,12 @@
 
 namespace kelmora::terminal {
 
-/// A document of samples, a paragraph each, and what the toolkit writes for
-/// them in a document like the one that is given.
+/// Lets the toolkit write samples in HTML: add() takes them, write() writes them
+/// all, and take() returns the HTML of one after another. Each is a paragraph.
 class HtmlSamples {
  public:
-  // They stand for a text and for a link's target. No game sends them.
+  // Marks that stand in a sample for any text and for the target of any link. They
+  // are private characters, which no game sends.
   static constexpr QChar textMark{0xE000};
   static constexpr QChar targetMark{0xE001};
 
@@ -20,26 +21,28 @@ class HtmlSamples {
     QString behind = {};
   };
 
+  /// The samples are written with the font and the settings of that document.
   explicit HtmlSamples(const QTextDocument& like);
 
   void add(const QString& text, const QTextCharFormat& look = {},
            const QTextBlockFormat& block = {}, const QTextCharFormat& ofBlock = {});
-  /// Nothing is added behind it. False where the toolkit does not write a line
-  /// for each paragraph.
+  /// Call it once, after the last add(). False if the toolkit does not write one
+  /// line for each paragraph.
   [[nodiscard]] bool write();
 
-  // What stands around all paragraphs.
+  // What stands before the first and behind the last paragraph.
   [[nodiscard]] const QString& head() const { return head_; }
   [[nodiscard]] const QString& tail() const { return tail_; }
 
-  /// The line of the next paragraph.
+  /// The line of HTML of the next sample.
   [[nodiscard]] QString take() { return lines_.takeFirst(); }
-  /// Without what stands around a paragraph that has no format.
+  /// The same without the tags of its paragraph, which must have no format; nothing
+  /// if the line does not have them.
   [[nodiscard]] std::optional<QString> takeInner();
 
-  /// What stands around the mark; nothing where it is there more than once.
+  /// What stands before and behind the mark; nothing unless it is there just once.
   [[nodiscard]] static std::optional<Ends> endsOf(const QString& line, QChar mark = textMark);
-  /// A mark before, between and behind all letters.
+  /// The letters with a mark before, between and behind them.
   [[nodiscard]] static QString between(QChar mark, const QString& letters);
 
  private:
@@ -47,7 +50,7 @@ class HtmlSamples {
   QTextCursor cursor_{&document_};
   QString head_;
   QString tail_;
-  Ends plain_;  ///< of a paragraph without any format
+  Ends plain_;  ///< what is written around a paragraph without any format
   QStringList lines_;
 };
 

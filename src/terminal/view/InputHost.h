@@ -4,7 +4,7 @@
 
 namespace kelmora::terminal {
 
-/// What the input bar needs of its window.
+/// What the input bar needs from its window.
 class InputHost {
  public:
   virtual ~InputHost() = default;

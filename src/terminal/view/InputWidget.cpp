@@ -10,8 +10,8 @@ using namespace kelmora::terminal;
 InputWidget::InputWidget(InputHost& host, QWidget* parent) : QLineEdit(parent), host_(host) {}
 
 bool InputWidget::event(QEvent* event) {
-  // A line editor claims the platform's editing keys (Ctrl+E goes to the end
-  // on some) before any shortcut sees them. The toolbar comes first here.
+  // A line editor claims the platform's editing keys (on some, Ctrl+E moves to the
+  // end) before any shortcut sees them. Here the toolbar's shortcuts come first.
   if (event->type() == QEvent::ShortcutOverride &&
       host_.claimsShortcut(static_cast<QKeyEvent*>(event)->keyCombination())) {
     event->ignore();

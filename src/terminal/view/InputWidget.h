@@ -6,8 +6,8 @@ namespace kelmora::terminal {
 class InputHost;
 }
 
-/// The one-line editor under the output pane. It only routes keys; what they
-/// do is its host's business.
+/// The one-line editor under the output pane. It decides what a key is for; its
+/// host does the work.
 class InputWidget : public QLineEdit {
   Q_OBJECT
 

@@ -12,7 +12,7 @@ namespace listmarker {
 
 namespace {
 
-/// Later releases of the toolkit draw dots in the colour of their text.
+/// Later releases of the toolkit draw a list's dots in the colour of its text.
 constexpr bool dotsHaveTextColour = QT_VERSION >= QT_VERSION_CHECK(6, 5, 0);
 
 struct Marker {
@@ -25,7 +25,7 @@ Marker markerOf(const QTextBlock& block, const QFont& font) {
   const QTextList& list = *block.textList();
   const QFontMetrics metrics(font);
   Marker marker{{}, font, {}};
-  // HTML has no other dots here.
+  // Of all markers without text, the HTML that passes the filter makes only discs.
   if (list.format().style() == QTextListFormat::ListDisc) {
     const int side = metrics.lineSpacing() / 3;
     marker.size = {side, side};

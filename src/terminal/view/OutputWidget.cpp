@@ -10,14 +10,16 @@ using namespace kelmora::terminal;
 
 namespace {
 
-/// Milliseconds without text until what is out of sight is laid out, for so many
-/// at a time.
+/// After so many milliseconds without new text, what is out of sight is laid out,
+/// in turns of so many milliseconds.
 constexpr int idle = 100;
 constexpr int idleTurn = 4;
-/// Milliseconds without text until formats out of use are looked for.
+/// After so many milliseconds without new text, unused formats are looked for.
 constexpr int quiet = 3000;
-/// Beyond it, in bytes, who adds has to wait. Text seldom gets there: only
-/// what makes no paragraphs, such as a flood of colours around nothing.
+/// When more bytes than this are waiting, adding text takes until enough of them
+/// are written. Ordinary text does not get there, because most of a flood is
+/// dropped unseen; a flood of what ends no paragraphs does, such as colours
+/// without text.
 constexpr qsizetype longQueue = qsizetype{32} * 1024 * 1024;
 
 }  // namespace
@@ -42,7 +44,7 @@ OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
   quietMoment_.setSingleShot(true);
   quietMoment_.setInterval(quiet);
   connect(&quietMoment_, &QTimer::timeout, this, [this] {
-    document_.lookAtFormats();
+    document_.renewIfFormatsAreUnused();
     renewLater();
   });
   setOpenExternalLinks(true);
@@ -80,8 +82,8 @@ void OutputWidget::settle() {
 }
 
 QVariant OutputWidget::loadResource(int /*type*/, const QUrl& /*name*/) {
-  // Empty, but not null: for a null answer the document goes and reads the
-  // file itself.
+  // Empty but not null: given a null answer, the document would read the file
+  // itself.
   return QByteArray("");
 }
 

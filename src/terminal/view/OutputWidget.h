@@ -11,30 +11,30 @@
 
 class InputWidget;
 
-/// The scrolling pane, and the one door to it: server text, status lines, the
-/// echo of sent lines and the client's own messages all enter here, each at
-/// the end of the document and in the order of the calls.
+/// The scrolling output pane. Server text, status lines, the echo of sent lines and
+/// the client's own messages all go through it, and are added at the end of its
+/// document in the order of the calls.
 ///
-/// They wait in a queue until the next turn of the event loop, for the rest of
-/// a frame where text came just before, or longer in a flood (PaneTurns). A
-/// turn writes as much as leaves time for keys and paint. Who reads the document
-/// calls settle() first.
+/// Text is not added at once. It waits in a queue until the next turn of the event
+/// loop; if text came just before, for the rest of that frame; in a flood, longer
+/// (PaneTurns). A turn ends early enough to leave time for keys and painting. Call
+/// settle() before reading the document, so that nothing is missing from it.
 class OutputWidget : public QTextBrowser {
   Q_OBJECT
 
  public:
   static constexpr kelmora::terminal::PaneDocument::Limits limits = {};
 
-  /// The input bar outlives the pane; typing is a Tab away from reading.
+  /// The input bar outlives the pane. The Tab key leads from the pane to it.
   OutputWidget(InputWidget& inputBar, QWidget* parent);
 
-  /// Continues the last paragraph with what the pipeline made of one read.
+  /// Adds what the pipeline made of one read to the end of the last paragraph.
   void showServerText(kelmora::terminal::ServerText text);
-  /// A paragraph of its own.
+  /// Adds a new paragraph.
   void appendStatusLine(kelmora::terminal::SafeHtml html);
-  /// Yellow on black; the text is shown with its own line end.
+  /// Yellow on black; no line end is added to the text.
   void echoSentText(const QString& text);
-  /// One line in a colour on black; an invalid colour is drawn white.
+  /// A line in that colour, or in white if it is invalid, on black.
   void printText(const QString& text, const QColor& colour);
   /// "## " and the text, yellow on red.
   void printError(const QString& text);
@@ -45,11 +45,11 @@ class OutputWidget : public QTextBrowser {
   [[nodiscard]] qsizetype waitingBytes() const { return queue_.size(); }
   /// Whether all that came is in the document.
   [[nodiscard]] bool settled() const { return queue_.isEmpty(); }
-  /// Writes all that waits, at once.
+  /// Writes everything that is waiting into the document now.
   void settle();
 
-  /// Nothing that the server names is ever loaded: no file, no picture, no
-  /// style sheet.
+  /// Loads nothing: the server must not make the client read files, pictures or
+  /// style sheets.
   QVariant loadResource(int type, const QUrl& name) override;
 
  protected:
@@ -57,16 +57,17 @@ class OutputWidget : public QTextBrowser {
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
-  /// A link never replaces what the pane shows.
+  /// Does nothing: following a link must not replace what the pane shows.
   void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
 
  private:
   template <typename Text>  // PaneText or ServerText
   void add(Text text);
   void takeTurn();
-  /// Writes for so many milliseconds, or until the queue is empty.
+  /// Writes waiting text until the deadline, or until the queue is empty.
   void write(QDeadlineTimer deadline);
-  /// Makes the document anew, for a moment at a time.
+  /// Continues copying the document into one without unused formats, if that is
+  /// under way.
   void renew();
   void renewLater();
 

@@ -11,7 +11,7 @@ namespace kelmora::terminal {
 
 namespace {
 
-/// The toolkit's link blue is made for white paper.
+/// The toolkit's own blue for links is too dark on a black background.
 QString linkStyle() {
   return QStringLiteral("a { color: #6fa8ff }");
 }
@@ -43,8 +43,8 @@ void PaneDocument::write(PaneQueue& queue, QDeadlineTimer deadline) {
   putCursorToTheEnd();
   PaneLayout& layout = layoutOf(document());
   layout.beginWriting();
-  if (queue.takeSkip())
-    clearUnlessItShapesWhatFollows();
+  if (queue.takeClearing())
+    clearUnlessFormatGoesOn();
   end_ = QTextCursor(&document());
   end_.movePosition(QTextCursor::End);
   end_.beginEditBlock();
@@ -59,7 +59,7 @@ void PaneDocument::write(PaneQueue& queue, QDeadlineTimer deadline) {
 }
 
 void PaneDocument::putCursorToTheEnd() {
-  // Where nothing is selected it is there already, and goes along.
+  // A cursor at the end without a selection moves along with new text.
   QTextCursor cursor = pane_.textCursor();
   if (!cursor.hasSelection() && cursor.atEnd())
     return;
@@ -71,8 +71,8 @@ void PaneDocument::writeOne(const StyledText& text) {
   divideLastParagraph();
   if (text.text.isEmpty())
     return;
-  // As by the importer, the first text of a document brings its paragraph's
-  // formats along.
+  // The importer does the same: the first text in a document resets the formats of
+  // its paragraph.
   if (end_.position() == 0) {
     end_.setBlockFormat({});
     end_.setBlockCharFormat({});
@@ -89,7 +89,8 @@ void PaneDocument::writeOne(const StyledText& text) {
     const QTextCharFormat format = looks_.formatOf(run);
     while (end && end->behind() <= run.end) {
       insertUpTo(end->start, format);
-      // One that replaces nothing looks as what is before it.
+      // A paragraph end that replaces no line break has the format of the character
+      // before it.
       end_.insertBlock(end_.blockFormat(), end->replaced > 0 ? format : end_.charFormat());
       start = end->behind();
       end = ends.next(text.text, start);
@@ -104,8 +105,8 @@ void PaneDocument::writeOne(const SafeHtml& text) {
 }
 
 void PaneDocument::writeOne(const StatusLine& text) {
-  // Rare enough for the toolkit's own way, which is no part of a change: it
-  // looks where the view is.
+  // append() must not be part of an edit block, because it looks at the scroll bar.
+  // It is slow, but status lines are rare.
   end_.endEditBlock();
   pane_.moveCursor(QTextCursor::End);
   pane_.append(text.html.html());
@@ -114,7 +115,7 @@ void PaneDocument::writeOne(const StatusLine& text) {
 }
 
 void PaneDocument::writeOne(const PlainText& text) {
-  // Whatever else the text before it looks like, it keeps.
+  // Only the colours are set; all else, such as bold, is as in the text before it.
   end_.movePosition(QTextCursor::End);
   QTextCharFormat colours;
   colours.setForeground(text.colour);
@@ -140,8 +141,8 @@ void PaneDocument::divideLastParagraph() {
   }
 }
 
-void PaneDocument::clearUnlessItShapesWhatFollows() {
-  // A paragraph goes on in the format of the one before it.
+void PaneDocument::clearUnlessFormatGoesOn() {
+  // A new paragraph takes over the format of the last one, such as its alignment.
   if (document().lastBlock().blockFormat().propertyCount() > 0)
     return;
   copy_.reset();
@@ -156,7 +157,7 @@ void PaneDocument::limitHeight() {
     return;
   const QTextBlock cut = layout.blockAt(excess);
   const int first = cut.blockNumber() + (layout.topOf(cut) < excess ? 1 : 0);
-  // The toolkit's own way to drop them.
+  // Lowering the limit makes the toolkit drop them.
   document().setMaximumBlockCount(std::max(document().blockCount() - first, 1));
   document().setMaximumBlockCount(limits_.paragraphs);
 }
@@ -166,7 +167,7 @@ void PaneDocument::limitFormats() {
     copy_.emplace(document());
 }
 
-void PaneDocument::lookAtFormats() {
+void PaneDocument::renewIfFormatsAreUnused() {
   const qsizetype all = document().allFormats().size();
   if (copy_ || all <= limits_.formats)
     return;
@@ -184,7 +185,7 @@ bool PaneDocument::renew(int milliseconds) {
   QTextDocument& old = document();
   auto made = std::move(*copy_).take();
   copy_.reset();
-  // Somebody else has changed it meanwhile.
+  // Someone has changed the document meanwhile, so the copy is useless.
   if (made->characterCount() != old.characterCount())
     return false;
   QTextDocument& renewed = *made.release();
@@ -193,7 +194,7 @@ bool PaneDocument::renew(int milliseconds) {
   const QTextCursor before = pane_.textCursor();
   const int anchor = before.anchor();
   const int position = before.position();
-  // The toolkit deletes its own, which is the first.
+  // setDocument() deletes the document that the toolkit made itself, not ours.
   const bool isOurs = old.parent() == &pane_;
   pane_.setDocument(&renewed);
   if (isOurs)

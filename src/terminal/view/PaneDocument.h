@@ -12,38 +12,40 @@ class QTextEdit;
 
 namespace kelmora::terminal {
 
-/// A pane's document, and the only one that changes it: writes what waits at
-/// its end, ends long paragraphs, and keeps it from growing without end. It has
-/// a PaneLayout, which is told of each change as a whole.
+/// Makes all changes to a pane's document: appends waiting text, divides long
+/// paragraphs, and keeps the document from growing without limit. It gives the
+/// document a PaneLayout, which measures nothing until a change is complete.
 class PaneDocument {
  public:
   struct Limits {
     int paragraphs = 750;
     ParagraphEnds::Lengths lengths = {};
-    /// Pixels, beyond which paragraphs are dropped as well: scroll bars count in
-    /// whole numbers of 32 bits.
+    /// Paragraphs are also dropped when the document is taller than this, in pixels:
+    /// the positions of scroll bars are 32-bit integers.
     int tallest = 100'000'000;
-    /// Formats, each about half a kilobyte, that the document may gather beyond
-    /// twice those it had when it was last made anew. The toolkit keeps every
-    /// format that a document ever had, and each link of another target is one.
+    /// The document is replaced by a copy of it without unused formats when it has
+    /// more formats than twice as many as after the last time, plus this number. A
+    /// format takes about half a kilobyte, the toolkit keeps every one that a
+    /// document ever had, and each new link target makes one.
     qsizetype formats = 4096;
   };
 
   /// The pane outlives this.
   PaneDocument(QTextEdit& pane, const Limits& limits);
 
-  /// Writes for that long, or until the queue is empty; at least one text, so
-  /// there must be one. The pane's cursor is at the end then.
+  /// Appends texts from the queue, which must not be empty, until the deadline or
+  /// until the queue is empty, but at least one. Moves the pane's cursor to the end.
   void write(PaneQueue& queue, QDeadlineTimer deadline);
-  /// Drops paragraphs from the top, all but the last, of what is too tall.
+  /// Drops paragraphs from the top, but never the last one, while the document is
+  /// too tall.
   void limitHeight();
-  /// For a quiet moment: looks whether many formats are out of use.
-  void lookAtFormats();
-  /// Whether the document has gathered formats, and is made anew meanwhile.
+  /// Begins to copy the document if many of its formats are unused. It looks at
+  /// the whole document, so call it in a quiet moment.
+  void renewIfFormatsAreUnused();
+  /// Whether the document is being copied, to get rid of unused formats.
   [[nodiscard]] bool isRenewing() const { return copy_.has_value(); }
-  /// Goes on with that for so many milliseconds. Answers whether another
-  /// document has taken the place of the old one, with the same text and
-  /// selection.
+  /// Continues copying for so many milliseconds. Returns whether the copy, with the
+  /// same text and selection, has taken the document's place.
   bool renew(int milliseconds);
 
  private:
@@ -54,13 +56,13 @@ class PaneDocument {
   void writeOne(const StatusLine& text);
   void writeOne(const PlainText& text);
   void divideLastParagraph();
-  void clearUnlessItShapesWhatFollows();
+  void clearUnlessFormatGoesOn();
   void limitFormats();
 
   QTextEdit& pane_;
   Limits limits_;
   TextLooks looks_;
-  QTextCursor end_;  ///< while it is written
+  QTextCursor end_;  ///< where write() appends; null at other times
   std::optional<DocumentCopy> copy_;
   qsizetype formatsAtRenewal_ = 0;
 };

@@ -10,7 +10,8 @@
 
 namespace kelmora::terminal {
 
-/// What is known of a block's room. It goes with the block wherever that goes.
+/// The size of a block, as far as it is known. The block owns it, so it stays with
+/// the block when others before it are inserted or removed.
 class PaneLayout::Measure : public QTextBlockUserData {
  public:
   enum class State { Unknown, Uncertain, Certain, Placed };
@@ -20,17 +21,17 @@ class PaneLayout::Measure : public QTextBlockUserData {
   qreal marginAbove = 0;
   qreal marginBelow = 0;
   int length = 0;  ///< of the text measured, in characters
-  /// It was broken into lines before it changed, so it is likely in sight.
+  /// It was broken into lines before it changed, so it is probably visible.
   bool isWanted = false;
 };
 
 namespace {
 
-/// Blocks that may keep their lines and glyphs though they are out of sight;
-/// each takes some hundred kilobytes.
+/// So many blocks may keep their lines and glyphs although they are not visible.
+/// Each takes some hundred kilobytes.
 constexpr std::size_t manyPlaced = 16;
 
-/// Whether a line's text is at a point; that of an empty one is at its edge.
+/// Whether a point is on a line's text, or at the edge where an empty line begins.
 bool holds(const QTextLine& line, const QPointF& point) {
   const QRectF text = line.naturalTextRect();
   return point.x() >= text.left() && point.x() <= text.right() && point.y() >= text.top() &&
@@ -59,7 +60,8 @@ QRectF PaneLayout::frameBoundingRect(QTextFrame* /*frame*/) const {
 QRectF PaneLayout::blockBoundingRect(const QTextBlock& block) const {
   if (!isReady() || !block.isValid())
     return {};
-  // A question for what is there: answering it shows nothing that was not so.
+  // Laying out on demand does not change what the document says, so it may be done
+  // in a const function.
   auto& self = const_cast<PaneLayout&>(*this);
   const bool isPlaced = !isWriting_ && !isStepOfWalk(block);
   if (isPlaced && self.place(block))
@@ -73,9 +75,9 @@ QRectF PaneLayout::blockBoundingRect(const QTextBlock& block) const {
 }
 
 bool PaneLayout::isStepOfWalk(const QTextBlock& block) const {
-  // Whoever asks for the link under the mouse asks first for the place in the
-  // text and then for block after block down to it: laying all of them out for
-  // that would take a second.
+  // To find the link under the mouse, the toolkit calls hitTest() and then asks for
+  // the rectangle of every block from the first down to the one hit. Laying them all
+  // out for that would take a second, so they are answered with estimates.
   if (nextStep_ >= 0 && block.blockNumber() == nextStep_) {
     ++nextStep_;
     return !blocklines::arePlaced(block);
@@ -115,7 +117,7 @@ void PaneLayout::draw(QPainter* painter, const PaintContext& context) {
   const qreal bottom = context.clip.isValid() ? context.clip.bottom() : documentSize().height();
   if (layOut(top, bottom))
     tellSizeLater();
-  // What is selected behind a line does not go into the document's margin.
+  // A selection that goes on behind the end of a line is not painted in the margin.
   PaintContext inside = context;
   const qreal margin = document()->documentMargin();
   const QRectF content =
@@ -152,15 +154,15 @@ qreal PaneLayout::contentWidth() const {
 
 void PaneLayout::noteChange(int from, int length) {
   const int end = from + length;
-  // Page, font and options come as a change of everything, and so does what
-  // begins anew: formats have other numbers then.
+  // A new page size, font or option is reported as a change of the whole document,
+  // and so is clearing it, after which formats have other indices.
   if (from == 0 && end >= document()->characterCount() - 1)
-    estimate_.look(*document());
+    estimate_.measureFont(*document());
   QTextBlock block = document()->findBlock(from);
   validRows_ = std::min(validRows_, static_cast<std::size_t>(std::max(block.blockNumber(), 0)));
   if (const auto* measure = static_cast<Measure*>(block.userData());
       measure && length == 0 && block.position() == from && measure->length == block.length())
-    return;  // whole blocks before it went
+    return;  // only whole blocks before this one have been removed
   for (; block.isValid() && block.position() <= end; block = block.next())
     if (auto* measure = static_cast<Measure*>(block.userData())) {
       if (measure->state == Measure::State::Placed) {
@@ -174,7 +176,7 @@ void PaneLayout::noteChange(int from, int length) {
 PaneLayout::Measure& PaneLayout::measured(const QTextBlock& block) {
   auto* measure = static_cast<Measure*>(block.userData());
   if (!measure) {
-    measure = new Measure;  // the block's from here on
+    measure = new Measure;  // owned by the block
     QTextBlock(block).setUserData(measure);
   }
   if (measure->state == Measure::State::Unknown) {
@@ -217,7 +219,7 @@ void PaneLayout::sumUp() {
     const Measure& measure = measured(block);
     Row row{.top = document()->documentMargin()};
     if (validRows_ > 0) {
-      // Margins of neighbours fall together.
+      // Of the margins between two blocks only the larger one counts.
       const Row& above = rows_[validRows_ - 1];
       row.top = above.bottom + std::max(above.marginBelow, measure.marginAbove);
       row.widest = above.widest;
@@ -286,13 +288,14 @@ void PaneLayout::keepNear(qreal top, qreal bottom) {
 }
 
 void PaneLayout::tellSize() {
-  // A bar that comes or goes by what is told changes the width, and so the size.
+  // When the size is told, a scroll bar may appear or disappear. That changes the
+  // width, and so the size again.
   constexpr int rounds = 4;
   if (std::exchange(isTelling_, true))
     return;
-  for (int round = 0; round < rounds && documentSize() != told_; ++round) {
-    told_ = documentSize();
-    Q_EMIT documentSizeChanged(told_);
+  for (int round = 0; round < rounds && documentSize() != toldSize_; ++round) {
+    toldSize_ = documentSize();
+    Q_EMIT documentSizeChanged(toldSize_);
   }
   isTelling_ = false;
 }
@@ -309,7 +312,7 @@ void PaneLayout::tellSizeLater() {
 
 void PaneLayout::tellChange(qreal top) {
   tellSize();
-  // Far beyond the end: what stood below it may be gone.
+  // Far beyond the end, because text below the end may have been removed.
   constexpr qreal everything = 1e9;
   Q_EMIT update(QRectF(0, top, everything, everything));
 }

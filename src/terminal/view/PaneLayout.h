@@ -8,16 +8,16 @@
 
 namespace kelmora::terminal {
 
-/// The layout of a long document that grows at its end: only blocks that are
-/// painted or asked for are broken into lines, of all others the height is an
-/// estimate until then. What is in sight looks as the toolkit's own layout has
-/// it. Lengths are pixels, from the document's top left corner.
-/// What stands in a frame or a table is laid out as if it stood in none.
+/// A layout for a long document that grows at its end. It breaks only those blocks
+/// into lines that are painted or asked for, and estimates the height of all others.
+/// What is visible looks exactly as in the toolkit's own layout, but frames and
+/// tables are ignored: their text is laid out like any other. Lengths are in pixels,
+/// from the document's top left corner.
 class PaneLayout : public QAbstractTextDocumentLayout {
   Q_OBJECT
 
  public:
-  /// A child of the document, which takes it over by setDocumentLayout().
+  /// Give the layout to the document with setDocumentLayout(); it then owns it.
   explicit PaneLayout(QTextDocument& document);
 
   void draw(QPainter* painter, const PaintContext& context) override;
@@ -25,28 +25,30 @@ class PaneLayout : public QAbstractTextDocumentLayout {
   [[nodiscard]] int pageCount() const override { return 1; }
   [[nodiscard]] QSizeF documentSize() const override;
   [[nodiscard]] QRectF frameBoundingRect(QTextFrame* frame) const override;
-  /// Breaks the block into lines if nobody has, as cursors rely on it.
+  /// Breaks the block into lines first if need be, because cursors rely on them.
   [[nodiscard]] QRectF blockBoundingRect(const QTextBlock& block) const override;
 
-  /// Until endWriting() changes are noted, and nothing is measured or told.
+  /// Until endWriting(), changes are only noted: nothing is measured, and no signal
+  /// is emitted.
   void beginWriting() { isWriting_ = true; }
   void endWriting() { isWriting_ = false; }
-  /// Breaks all blocks between two heights into lines. Answers whether a height
-  /// changed by that.
+  /// Breaks all blocks between two heights into lines. Returns whether that changed
+  /// the height of any block.
   bool layOut(qreal top, qreal bottom);
-  /// Does so, from the newest block up, with those whose height is uncertain,
-  /// for so many milliseconds. Answers whether there are more.
+  /// Measures blocks of uncertain height exactly, from the last one up, for so many
+  /// milliseconds. Returns whether any are left.
   bool refine(int milliseconds);
-  /// Forgets the lines of what is not near to these heights, where there are many.
+  /// Frees the lines of blocks that are not near these two heights, if there are
+  /// many.
   void keepNear(qreal top, qreal bottom);
-  /// Emits documentSizeChanged() if the size is another than it was last told.
+  /// Emits documentSizeChanged() if the size has changed since it was last emitted.
   void tellSize();
 
-  /// These break nothing into lines.
+  // The following break nothing into lines.
   [[nodiscard]] qreal topOf(const QTextBlock& block) const;
-  /// Where the last block ends, however far down.
+  /// The height at which the last block ends.
   [[nodiscard]] qreal bottom() const;
-  /// The block at a height, the nearest one above and below all.
+  /// The block at a height; above or below all blocks, the nearest one.
   [[nodiscard]] QTextBlock blockAt(qreal height) const;
   /// The first block between two heights that is broken into lines.
   [[nodiscard]] QTextBlock firstLaidOut(qreal top, qreal bottom) const;
@@ -59,33 +61,33 @@ class PaneLayout : public QAbstractTextDocumentLayout {
   struct Row {
     qreal top = 0;
     qreal bottom = 0;
-    qreal widest = 0;  ///< down to here
+    qreal widest = 0;  ///< the width of the widest block down to this one
     qreal marginBelow = 0;
   };
 
   [[nodiscard]] bool isReady() const;
   [[nodiscard]] qreal contentWidth() const;
   void noteChange(int from, int length);
-  /// The block's measure, estimated if need be.
+  /// The block's measure, which is estimated first if it is unknown.
   Measure& measured(const QTextBlock& block);
-  /// Answers whether the block's height changed.
+  /// Breaks the block into lines. Returns whether its size changed by that.
   bool place(const QTextBlock& block);
   void sumUp();
   [[nodiscard]] const Row& rowOf(const QTextBlock& block) const;
   [[nodiscard]] bool isStepOfWalk(const QTextBlock& block) const;
   void tellSizeLater();
-  /// Tells the size, and that what stands below a height looks another way.
+  /// Emits that the size may have changed, and all that is below a height.
   void tellChange(qreal top);
 
   BlockEstimate estimate_;
-  std::vector<Row> rows_;  ///< by block
+  std::vector<Row> rows_;  ///< by block number
   std::size_t validRows_ = 0;
-  std::size_t placed_ = 0;  ///< blocks broken into lines since they were last counted
-  QSizeF told_;
+  std::size_t placed_ = 0;  ///< at least as many blocks have lines in memory
+  QSizeF toldSize_;
   bool isWriting_ = false;
   bool isTelling_ = false;
   bool tellsLater_ = false;
-  mutable int nextStep_ = -1;
+  mutable int nextStep_ = -1;  ///< the next block of a walk, see isStepOfWalk(); -1 for none
 };
 
 }  // namespace kelmora::terminal

@@ -11,7 +11,7 @@ template <class... Cases>
 struct Overloaded : Cases... {
   using Cases::operator()...;
 };
-// Older compilers do not deduce this by themselves.
+// Some supported compilers need this deduction guide.
 template <class... Cases>
 Overloaded(Cases...) -> Overloaded<Cases...>;
 
@@ -33,7 +33,7 @@ qsizetype memoryOf(const PaneText& text) {
                     text);
 }
 
-/// A character that looks as the run does.
+/// A single character in the look of that run.
 StyledText oneOf(StyledText::Run run, QChar character) {
   run.end = 1;
   return {QString(character), {std::move(run)}};
@@ -58,23 +58,23 @@ void PaneQueue::add(PaneText text) {
 }
 
 PaneText PaneQueue::take() {
-  if (!bridge_.empty())
-    return takeBridge();
+  if (!standIns_.empty())
+    return takeStandIn();
   const auto* const styled = std::get_if<StyledText>(&waiting_.front().text);
   if (styled && (gone_ > 0 || styled->text.size() > sliceLength))
     return nextSlice();
   return takeFirst();
 }
 
-PaneText PaneQueue::takeBridge() {
-  PaneText first = std::move(bridge_.front());
-  bridge_.pop_front();
+PaneText PaneQueue::takeStandIn() {
+  PaneText first = std::move(standIns_.front());
+  standIns_.pop_front();
   return first;
 }
 
 PaneText PaneQueue::takeFirst() {
   PaneText first = std::move(waiting_.front().text);
-  dropFirst();
+  removeFirst();
   return first;
 }
 
@@ -92,55 +92,55 @@ StyledText PaneQueue::nextSlice() {
     if (run.end <= end)
       ++goneRuns_;
   }
-  leaveOut(end);
+  removeUpTo(end);
   return slice;
 }
 
-void PaneQueue::leaveOut(qsizetype end) {
+void PaneQueue::removeUpTo(qsizetype end) {
   Waiting& first = waiting_.front();
   const qsizetype memory = (end - gone_) * static_cast<qsizetype>(sizeof(QChar));
   first.memory -= memory;
   size_ -= memory;
   gone_ = end;
   if (gone_ == std::get<StyledText>(first.text).text.size())
-    dropFirst();
+    removeFirst();
 }
 
-void PaneQueue::dropFirst() {
+void PaneQueue::removeFirst() {
   size_ -= waiting_.front().memory;
   waiting_.pop_front();
   gone_ = 0;
   goneRuns_ = 0;
 }
 
-bool PaneQueue::takeSkip() {
-  return std::exchange(skipped_, false) && !bridge_.empty() &&
-         !std::holds_alternative<PlainText>(bridge_.front());
+bool PaneQueue::takeClearing() {
+  return std::exchange(hasDropped_, false) && !standIns_.empty() &&
+         !std::holds_alternative<PlainText>(standIns_.front());
 }
 
 void PaneQueue::dropUnseen() {
-  // Where HTML counts fewer paragraphs than it has, the pane may start afresh
-  // in the middle of one, and of what is shown next.
+  // Two more than the pane keeps: HTML may end its paragraphs elsewhere than was
+  // counted, so the first ones that are shown may be incomplete.
   constexpr qint64 atBothEnds = 2;
-  const qint64 unseen = ended_ - paragraphs_ - atBothEnds;
-  if (unseen <= unseen_)
+  const qint64 outdated = ended_ - paragraphs_ - atBothEnds;
+  if (outdated <= outdated_)
     return;
-  unseen_ = unseen;
-  while (!waiting_.empty() && waiting_.front().isPassing) {
+  outdated_ = outdated;
+  while (!waiting_.empty() && waiting_.front().canBeDropped) {
     Waiting& first = waiting_.front();
-    if (first.endedBefore >= unseen || (first.endedBehind >= unseen && cutFirst(unseen)) ||
-        first.endedBehind > unseen)
+    if (first.endedBefore >= outdated || (first.endedBehind >= outdated && cutFirst(outdated)) ||
+        first.endedBehind > outdated)
       return;
     if (first.hasLook)
-      bridge_.clear();
-    else if (!bridge_.empty() && std::holds_alternative<PlainText>(bridge_.back()))
-      bridge_.pop_back();
+      standIns_.clear();
+    else if (!standIns_.empty() && std::holds_alternative<PlainText>(standIns_.back()))
+      standIns_.pop_back();
     if (auto* const styled = std::get_if<StyledText>(&first.text); styled && first.hasLook)
-      bridge_.push_back(oneOf(styled->runs.back(), styled->text.back()));
+      standIns_.push_back(oneOf(styled->runs.back(), styled->text.back()));
     else if (first.hasLook || std::holds_alternative<PlainText>(first.text))
-      bridge_.push_back(std::move(first.text));
-    dropFirst();
-    skipped_ = true;
+      standIns_.push_back(std::move(first.text));
+    removeFirst();
+    hasDropped_ = true;
   }
 }
 
@@ -153,10 +153,11 @@ bool PaneQueue::cutFirst(qint64 number) {
   ParagraphEnds::End end{0, 0};
   for (qint64 i = first.endedBefore; i < number; ++i)
     end = ends.next(styled->text, end.behind()).value_or(end);
-  if (end.behind() == 0 && !bridge_.empty()) {
-    // It looks as the last character before it.
-    if (const auto* const before = std::get_if<StyledText>(&bridge_.back()))
-      bridge_.push_back(oneOf(before->runs.back(), QChar::ParagraphSeparator));
+  if (end.behind() == 0 && !standIns_.empty()) {
+    // The paragraph end is at the very start of this text, so its format is that of
+    // the character before it, which has been dropped already.
+    if (const auto* const before = std::get_if<StyledText>(&standIns_.back()))
+      standIns_.push_back(oneOf(before->runs.back(), QChar::ParagraphSeparator));
   }
   if (end.behind() <= gone_)
     return true;
@@ -164,10 +165,10 @@ bool PaneQueue::cutFirst(qint64 number) {
     return std::find_if(styled->runs.begin(), styled->runs.end(),
                         [place](const StyledText::Run& run) { return run.end > place; });
   };
-  bridge_ = {oneOf(*runAt(end.behind() - 1), QChar::ParagraphSeparator)};
+  standIns_ = {oneOf(*runAt(end.behind() - 1), QChar::ParagraphSeparator)};
   goneRuns_ = static_cast<std::size_t>(runAt(end.behind()) - styled->runs.begin());
-  leaveOut(end.behind());
-  skipped_ = true;
+  removeUpTo(end.behind());
+  hasDropped_ = true;
   return true;
 }
 
@@ -201,7 +202,7 @@ void PaneQueue::count(Waiting& waiting) {
 void PaneQueue::countMarkup(Waiting& waiting, const SafeHtml& html) {
   const MarkupFacts& facts = html.facts();
   waiting.hasLook = facts.hasText || facts.showsSomething();
-  waiting.isPassing = facts.isInlineOnly && (!waiting.hasLook || facts.showsSomething());
+  waiting.canBeDropped = facts.isInlineOnly && (!waiting.hasLook || facts.showsSomething());
   if (!facts.isInlineOnly)
     return ends_.beginAnew();
   for (std::size_t line = 0; line + 1 < facts.lines.size(); ++line)

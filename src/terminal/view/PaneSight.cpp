@@ -26,8 +26,8 @@ PaneSight::Change::~Change() {
 
 PaneSight::PaneSight(QTextEdit& pane) : pane_(pane) {
   const QScrollBar& bar = *pane_.verticalScrollBar();
-  QObject::connect(&bar, &QScrollBar::valueChanged, &bars_, [this] { noteBar(); });
-  QObject::connect(&bar, &QScrollBar::rangeChanged, &bars_, [this] {
+  QObject::connect(&bar, &QScrollBar::valueChanged, &connections_, [this] { noteBar(); });
+  QObject::connect(&bar, &QScrollBar::rangeChanged, &connections_, [this] {
     if (follows_ && depth_ == 0)
       pane_.verticalScrollBar()->setValue(pane_.verticalScrollBar()->maximum());
   });
@@ -39,7 +39,7 @@ PaneLayout& PaneSight::layout() const {
 
 void PaneSight::noteBar() {
   const QScrollBar& bar = *pane_.verticalScrollBar();
-  // Below the last line there is only the margin.
+  // The last line is in sight even if the margin below it is not.
   if (depth_ == 0)
     follows_ = bar.maximum() - bar.value() <= pane_.document()->documentMargin();
 }
@@ -48,13 +48,13 @@ void PaneSight::begin(Keeps keeps) {
   keeps_ = keeps;
   const int top = pane_.verticalScrollBar()->value();
   shown_ = top;
-  // Kept from change to change: one may begin in the middle of an edit, where no
-  // cursor can go.
+  // The cursors are kept between changes: a change may begin in the middle of an
+  // edit, when a new cursor could not be placed.
   const bool isOther = topLine_.isNull() || topLine_.document() != pane_.document();
   if (isOther)
     takeCursors();
-  // Nobody has scrolled since: from one line's first character to the next one's
-  // the sight would creep up while the window is dragged.
+  // The top line is looked for anew only if the player has scrolled. Otherwise
+  // small errors would add up, and the text would creep while the window is resized.
   if (isOther || std::lround(lineTop(topLine_.position()) + above_) != top)
     topLine_.setPosition(layout().hitTest(QPointF(0, top), Qt::FuzzyHit));
   above_ = top - lineTop(topLine_.position());
@@ -70,12 +70,12 @@ void PaneSight::takeCursors() {
 }
 
 void PaneSight::end() {
-  // A document that has taken the place of another has the same text.
+  // If the document has been replaced, the new one has the same text.
   if (topLine_.isNull() || topLine_.document() != pane_.document()) {
     takeCursors();
     topLine_.setPosition(topPosition_);
   }
-  // The size may bring a bar or take it away, and so change the width.
+  // Telling the size may show or hide a scroll bar, which changes the width.
   constexpr int rounds = 3;
   qreal top = 0;
   for (int round = 0; round < rounds; ++round) {
@@ -90,7 +90,8 @@ void PaneSight::end() {
     keeps_ = Keeps::Nothing;
   }
   QScrollBar& bar = *pane_.verticalScrollBar();
-  // Bars that moved on the way led updates to other places than what is painted.
+  // If a bar has moved, the updates that were requested meanwhile are for the wrong
+  // places.
   if (bar.value() != shown_ || pane_.horizontalScrollBar()->value() != across_)
     keeps_ = Keeps::Nothing;
   bar.setValue(static_cast<int>(std::lround(top)));
@@ -133,10 +134,11 @@ void PaneSight::repaint(int top) {
 qreal PaneSight::changedTop() const {
   const QTextBlock block = textEnd_.block();
   const qreal top = layout().blockBoundingRect(block).top();
-  // Alignment is one for a paragraph.
+  // More text may shift all of a paragraph that is not aligned to the left.
   if (block.blockFormat().propertyCount() > 0 || block.textDirection() == Qt::RightToLeft)
     return top;
-  // The word that ended the text may have grown, and gone into the next line.
+  // The last word may have been completed and wrapped, so its line may have changed
+  // and the one before as well.
   const QTextLine line = block.layout()->lineForTextPosition(textEnd_.positionInBlock());
   return line.lineNumber() > 0 ? top + block.layout()->lineAt(line.lineNumber() - 1).y() : top;
 }
@@ -147,13 +149,14 @@ void PaneSight::layOutForPaint() {
   QScrollBar& bar = *pane_.verticalScrollBar();
   const int before = bar.value();
   const int height = pane_.viewport()->height();
-  // What stands on the screen already stays there, and what comes in sight above
-  // it may bring more in sight by being lower than was thought.
+  // What is on the screen already stays where it is. Lines that appear above it may
+  // be lower than estimated, and then even more of them appear.
   const QTextBlock drawn = layout().firstLaidOut(std::max(before, shown_), before + height);
   const qreal drawnTop = layout().topOf(drawn);
   long wanted = before;
   ++depth_;
-  // In a pane that is hardly wider than a bar, the bar may come and go for ever.
+  // In a pane hardly wider than a scroll bar, the bar might appear and disappear for
+  // ever; therefore the limit.
   constexpr int rounds = 8;
   for (int round = 0; round < rounds && layout().layOut(bar.value(), bar.value() + height);
        ++round) {

@@ -9,20 +9,20 @@ namespace kelmora::terminal {
 
 class PaneLayout;
 
-/// Where a pane looks: at the newest line, however its text, its size and its
-/// font change, until somebody scrolls up; then the line at the top stays where
-/// it is. Lays out what comes in sight, and nothing else.
+/// Decides which part of its document a pane shows. It shows the newest line, also
+/// when the text, the pane's size or its font changes, until the player scrolls up;
+/// from then on the line at the top stays there. Lays out only what is visible.
 class PaneSight {
  public:
-  /// What a change leaves as it was drawn.
+  /// What a change leaves as it is on the screen.
   enum class Keeps {
-    /// All that was there; text is appended, paragraphs at the top may go.
+    /// The existing text: some is appended, and paragraphs at the top may go.
     Text,
     Nothing
   };
 
-  /// A change of the text or its layout, for as long as this lives; at its end
-  /// the bars are where they belong. A change within a change is part of it.
+  /// Exists while the text or its layout is being changed. Its destructor scrolls
+  /// to where the pane should look. Changes may be nested.
   class Change {
    public:
     explicit Change(PaneSight& sight, Keeps keeps = Keeps::Nothing);
@@ -33,18 +33,17 @@ class PaneSight {
     PaneSight& sight_;
   };
 
-  /// The pane's document has a PaneLayout, this one and any later one. The pane
-  /// outlives this.
+  /// The pane outlives this. Each document that it ever has must have a PaneLayout.
   explicit PaneSight(QTextEdit& pane);
 
-  /// While true the pane's bars move without the pane's scrolling.
+  /// During a change the pane must not scroll when its scroll bars move.
   [[nodiscard]] bool isChanging() const { return depth_ > 0; }
-  /// Looks at the newest line, from the end of the change on.
+  /// Shows the newest line from the end of the current change on.
   void follow() { follows_ = true; }
-  /// For the pane's paint event, before it paints.
+  /// Call this in the pane's paint event, before it paints.
   void layOutForPaint();
-  /// Lays out a little of what is out of sight and of uncertain height. Answers
-  /// whether more is left.
+  /// Spends so many milliseconds on laying out what is out of sight and has only an
+  /// uncertain height. Returns whether there is more of it.
   [[nodiscard]] bool refine(int milliseconds);
 
  private:
@@ -53,23 +52,24 @@ class PaneSight {
   void takeCursors();
   void begin(Keeps keeps);
   void end();
-  /// Pixels down to where the sight begins.
+  /// The height in the document that should be at the top of the view, in pixels.
   [[nodiscard]] qreal wantedTop() const;
   [[nodiscard]] qreal lineTop(int position) const;
   void repaint(int top);
-  /// From where on appended text may have changed what was there, in pixels.
+  /// The height, in pixels, below which appended text may have changed the lines
+  /// that were there before.
   [[nodiscard]] qreal changedTop() const;
 
   QTextEdit& pane_;
-  QObject bars_;  ///< of whom the bars' signals are received, no longer than this lives
-  bool follows_ = true;
+  QObject connections_;  ///< ends the connections to the scroll bar when it is destroyed
+  bool follows_ = true;  ///< whether the newest line is shown
   int depth_ = 0;
   Keeps keeps_ = Keeps::Nothing;
-  QTextCursor topLine_;  ///< the line at the top of the sight
-  int topPosition_ = 0;  ///< its place before the change
-  qreal above_ = 0;      ///< how much of it is above the sight, in pixels
-  int across_ = 0;       ///< where the horizontal bar was before the change
-  int shown_ = 0;        ///< where the sight began when it was last painted or changed
+  QTextCursor topLine_;  ///< in the line at the top of the view
+  int topPosition_ = 0;  ///< its position before the change
+  qreal above_ = 0;      ///< how much of that line is above the view, in pixels
+  int across_ = 0;       ///< the horizontal bar's value before the change
+  int shown_ = 0;        ///< the vertical bar's value at the last paint or change
   QTextCursor textEnd_;  ///< the end of the text before the change
 };
 

@@ -7,8 +7,8 @@ namespace kelmora::terminal {
 
 namespace {
 
-/// What a turn may take, in milliseconds: of a frame, whose rest is for paint,
-/// and while more comes in than can be shown.
+/// How many milliseconds a turn may take: half a frame, as the rest is for painting,
+/// and less while more arrives than can be shown.
 constexpr int ordinaryTurn = 8;
 constexpr int floodTurn = 2;
 
@@ -26,8 +26,9 @@ int PaneTurns::begin(qsizetype waiting) {
 }
 
 int PaneTurns::end() {
-  // While more comes in, taking it in goes first: most of a flood is never
-  // shown, and the less often it is, the sooner it is over.
+  // While text keeps arriving, reading it comes first. Most of a flood is dropped
+  // unseen, so the less often it is shown, the sooner it is over. A turn gets one
+  // part in eight of the time.
   constexpr qint64 share = 8;
   constexpr qint64 longestPause = 100;
   const qint64 taken = sinceTurn_.elapsed();

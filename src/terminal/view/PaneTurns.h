@@ -4,27 +4,31 @@
 
 namespace kelmora::terminal {
 
-/// A frame of the screen, in milliseconds.
+/// The time between two pictures on the screen, in milliseconds.
 inline constexpr int frameLength = 16;
 
-/// When the pane takes a turn at writing what waits, and for how long: such that
-/// keys and paint come between, and that in a flood reading goes before showing.
+/// Decides when the pane writes waiting text, and for how long: so that keys and
+/// painting get their time in between, and so that in a flood most time is left for
+/// reading.
 class PaneTurns {
  public:
-  /// More bytes than a pane shows at once. So much waits for the rest of its
-  /// frame even after a pause: lines that may be answered come with it.
+  /// In bytes; more than fits on the screen. When so much arrives at once, it is
+  /// written only after the rest of the frame even if there was a pause before it:
+  /// first its lines are read, because a trigger may have to answer one.
   static constexpr qsizetype muchText = qsizetype{64} * 1024;
 
-  /// Milliseconds until the turn for a text that comes now.
+  /// Call it when a text arrives. Returns how many milliseconds to wait for the turn.
   [[nodiscard]] int textComes();
-  /// Begins a turn, with so many bytes waiting. Milliseconds that it may take.
+  /// Begins a turn with so many bytes waiting. Returns how many milliseconds it may
+  /// take.
   [[nodiscard]] int begin(qsizetype waiting);
-  /// Ends the turn. Milliseconds until the next, should anything be left.
+  /// Ends the turn. Returns how many milliseconds later the next one should begin if
+  /// anything is left.
   [[nodiscard]] int end();
 
  private:
   QElapsedTimer sinceTurn_;
-  /// Whether anything came since the last turn.
+  /// Whether any text has arrived since the last turn.
   bool arriving_ = false;
 };
 

@@ -7,9 +7,9 @@ class QTextDocument;
 
 namespace kelmora::terminal {
 
-/// Writes a document as a web page with that background ("#rrggbb"). Characters
-/// outside Latin-1 become "?"; the file is UTF-8, as its own header says. False
-/// when the file cannot be written; an old file stands then.
+/// Writes a document into a file as a web page with that background ("#rrggbb").
+/// Characters outside Latin-1 become "?"; the file is UTF-8, as its header says.
+/// Returns false if the file cannot be written; an old file is then unchanged.
 bool captureSession(const QTextDocument& document, const QByteArray& background,
                     const QString& fileName);
 

@@ -6,7 +6,7 @@ namespace kelmora::terminal {
 
 namespace {
 
-/// Far more than a game has; only a server that plays with colours gets here.
+/// Far more looks than a game uses; a limit against servers that send all colours.
 constexpr qsizetype mostKept = 4096;
 
 QString span(const QString& property, quint32 colour) {

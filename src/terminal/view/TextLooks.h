@@ -8,11 +8,12 @@
 
 namespace kelmora::terminal {
 
-/// The character formats of looks. Each is made once by the toolkit's own
-/// importer and then kept: of what it is made is the importer's to say.
+/// Finds the character format for each look. The toolkit's HTML importer makes it,
+/// so that text shown without HTML has exactly the formats that the importer would
+/// give it. Each format is made once and then kept.
 class TextLooks {
  public:
-  /// The style sheet is that of the document which the formats are for.
+  /// The style sheet of the document that the formats are for.
   explicit TextLooks(const QString& styleSheet);
 
   [[nodiscard]] QTextCharFormat formatOf(const StyledText::Run& run);

@@ -30,7 +30,7 @@ constexpr std::array<BarRow, 3> barRows{{
 
 QProgressBar* makeBar(QWidget& toolbar, const BarRow& row) {
   auto* bar = new QProgressBar(&toolbar);
-  // All three share one name, as style sheets of players expect.
+  // Players' style sheets select all three bars by this one name.
   bar->setObjectName(QStringLiteral("progHP"));
   bar->setStyleSheet(QString::fromLatin1(row.styleSheet));
   bar->setGeometry(left, row.top, width, height);
@@ -55,8 +55,8 @@ void VitalsBars::show(const VitalPercentages& percentages) {
   for (std::size_t i = 0; i < bars_.size(); ++i)
     if (const auto value = percentages.at(i); value && *value >= 0 && *value <= full)
       newest_.at(i) = value;
-  // A bar measures and paints itself each time its value changes; with a prompt
-  // in every other line of a flood that were most of the work.
+  // A bar is laid out and painted each time its value changes. In a flood with a
+  // prompt in every other line that would be most of the work.
   if (endOfFrame_.isActive())
     return;
   const qint64 idle = sinceApplied_.isValid() ? sinceApplied_.elapsed() : frameLength;

@@ -11,16 +11,15 @@ class QWidget;
 
 namespace kelmora::terminal {
 
-/// The three bars for hit, spell and endurance points. They stand at fixed
-/// places on the toolbar, drawn for the default window width. A prompt is shown
-/// at once; of many in one frame the last is.
+/// The three bars for hit, spell and endurance points. They are at fixed places on
+/// the toolbar, which suit the default width of the window. A prompt is shown at
+/// once; of several within one frame, the first and the last are.
 class VitalsBars {
  public:
-  /// The bars become children of the toolbar and go with it.
+  /// The bars become children of the toolbar, which destroys them.
   explicit VitalsBars(QWidget& toolbar);
 
-  /// Percentages; a bar keeps its value where none is given or where it lies
-  /// outside 0 to 100.
+  /// A bar keeps its value if its percentage is missing or not between 0 and 100.
   void show(const VitalPercentages& percentages);
 
  private:
