@@ -3,10 +3,10 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QNetworkProxy>
-#include <QPushButton>
 #include <QStyle>
 
 #include "PlayWindow.h"
+#include "support/Controls.h"
 #include "support/DialogAnswers.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
@@ -23,13 +23,8 @@ class SettingsPlay : public PlayWindow {
   QDialog& openGeneral() const { return open(5, "General Settings"); }
   QDialog& openProxy() const { return open(6, "Proxy Settings"); }
   QDialog& openInterface() const {
-    press(openGeneral(), "Interface style");
+    buttonOf(openGeneral(), "Interface style")->click();
     return *dialogTitled("Interface Settings");
-  }
-  static void press(QDialog& dialog, const QString& text) {
-    for (QPushButton* button : dialog.findChildren<QPushButton*>())
-      if (button->text() == text)
-        button->click();
   }
   /// Leaves the record ahead of the window: its lines are taken over up to the
   /// bad one at its end, and nothing of them takes effect.
@@ -95,13 +90,9 @@ void TestAppliedSettings::cleanup() {
 void TestAppliedSettings::theGeneralSettingsGiveTheFontsToPaneAndBar() {
   const SettingsPlay play(5000);
   QDialog& dialog = play.openGeneral();
-  for (QPushButton* button : dialog.findChildren<QPushButton*>()) {
-    if (button->text() == "Output Window")
-      button->setFont(QFont("DejaVu Serif", 11));
-    if (button->text() == "Input Bar")
-      button->setFont(QFont("DejaVu Serif", 12));
-  }
-  play.press(dialog, "Apply");
+  buttonOf(dialog, "Output Window")->setFont(QFont("DejaVu Serif", 11));
+  buttonOf(dialog, "Input Bar")->setFont(QFont("DejaVu Serif", 12));
+  buttonOf(dialog, "Apply")->click();
   QCOMPARE(play.pane->font().family(), QString("DejaVu Serif"));
   QCOMPARE(play.pane->font().pointSize(), 11);
   QCOMPARE(play.bar->font().pointSize(), 12);
@@ -111,7 +102,7 @@ void TestAppliedSettings::theGeneralSettingsTakeWhatAFailedImportLeftInTheRecord
   const SettingsPlay play(5000);
   play.importAndFail("outFont Courier,13,-1,5,50,0,0,0,0,0\nwhite #112233\n");
   QCOMPARE(play.pane->font().pointSize(), 10);
-  play.press(play.openGeneral(), "Apply");
+  buttonOf(play.openGeneral(), "Apply")->click();
   QCOMPARE(play.pane->font().pointSize(), 13);
   play.window->clientConnected();
   QCOMPARE(play.formatOf("Connected to host!").foreground().color(), QColor("#112233"));
@@ -121,7 +112,7 @@ void TestAppliedSettings::theGeneralSettingsLeaveStyleIconsAndProxyAlone() {
   const SettingsPlay play(5000);
   play.importAndFail(
       "interfaceStyle Windows\niconSize.width 24\nuseProxyServer 1\nproxyHostName there.invalid\n");
-  play.press(play.openGeneral(), "Apply");
+  buttonOf(play.openGeneral(), "Apply")->click();
   QCOMPARE(styleName(), QString("fusion"));
   QCOMPARE(play.icons(), QSize(48, 48));
   QCOMPARE(QNetworkProxy::applicationProxy(), untouched);
@@ -135,7 +126,7 @@ void TestAppliedSettings::theGeneralSettingsReturnToTheResetColours() {
   server.send("\x1b[31mbefore ");
   QTRY_VERIFY(play.text().contains("before"));
   QCOMPARE(play.formatOf("before").foreground().color(), QColor("#660000"));
-  play.press(play.openGeneral(), "Apply");
+  buttonOf(play.openGeneral(), "Apply")->click();
   server.send("after");
   QTRY_VERIFY(play.text().contains("after"));
   QCOMPARE(play.formatOf("after").foreground().color(), QColor("#bdbdbd"));
@@ -148,7 +139,7 @@ void TestAppliedSettings::theGeneralSettingsDoNotEndBold() {
   QVERIFY(play.connectTo(server));
   server.send("\x1b[1mbefore ");
   QTRY_VERIFY(play.text().contains("before"));
-  play.press(play.openGeneral(), "Apply");
+  buttonOf(play.openGeneral(), "Apply")->click();
   server.send("\x1b[31mafter");
   QTRY_VERIFY(play.text().contains("after"));
   QCOMPARE(play.formatOf("after").foreground().color(), QColor("#ff0000"));
@@ -193,7 +184,7 @@ void TestAppliedSettings::theProxySettingsInstallTheProxy() {
   QCOMPARE(fields.size(), texts.size());
   for (qsizetype i = 0; i < texts.size(); ++i)
     fields.at(i)->setText(texts.at(i));
-  play.press(dialog, "Apply");
+  buttonOf(dialog, "Apply")->click();
   QVERIFY(!dialog.isVisible());
   QCOMPARE(QNetworkProxy::applicationProxy(), installed);
 }
@@ -202,7 +193,7 @@ void TestAppliedSettings::uncheckedTheyMakeConnectionsDirectThoughNothingChanged
   const SettingsPlay play(5000, {{"proxyHostName", "there.invalid"}});
   QCOMPARE(QNetworkProxy::applicationProxy(), untouched);
   const ClientSettings before = play.profile.settings;
-  play.press(play.openProxy(), "Apply");
+  buttonOf(play.openProxy(), "Apply")->click();
   QCOMPARE(play.profile.settings, before);
   QCOMPARE(QNetworkProxy::applicationProxy(), QNetworkProxy(QNetworkProxy::NoProxy));
 }
@@ -211,7 +202,7 @@ void TestAppliedSettings::cancellingTheProxySettingsInstallsNothing() {
   const SettingsPlay play(5000);
   QDialog& dialog = play.openProxy();
   dialog.findChild<QCheckBox*>()->setChecked(true);
-  play.press(dialog, "Cancel");
+  buttonOf(dialog, "Cancel")->click();
   QCOMPARE(QNetworkProxy::applicationProxy(), untouched);
 }
 
@@ -222,7 +213,7 @@ void TestAppliedSettings::theInterfaceSettingsSetStyleAndIcons() {
   const auto lengths = dialog.findChildren<QLineEdit*>();
   lengths.at(0)->setText("21");
   lengths.at(1)->setText("35");
-  play.press(dialog, "Apply");
+  buttonOf(dialog, "Apply")->click();
   QCOMPARE(styleName(), QString("windows"));
   QCOMPARE(play.icons(), QSize(21, 35));
 }
@@ -231,7 +222,7 @@ void TestAppliedSettings::anUnknownStyleLeavesTheStyle() {
   const SettingsPlay play(5000);
   QDialog& dialog = play.openInterface();
   QCOMPARE(dialog.findChild<QComboBox*>()->currentText(), QString());
-  play.press(dialog, "Apply");
+  buttonOf(dialog, "Apply")->click();
   QCOMPARE(play.profile.settings.interfaceStyle, QString());
   QCOMPARE(styleName(), QString("fusion"));
 }
@@ -241,7 +232,7 @@ void TestAppliedSettings::cancellingTheInterfaceSettingsSetsNothing() {
   QDialog& dialog = play.openInterface();
   dialog.findChild<QComboBox*>()->setCurrentText("Windows");
   dialog.findChild<QLineEdit*>()->setText("21");
-  play.press(dialog, "Cancel");
+  buttonOf(dialog, "Cancel")->click();
   QCOMPARE(styleName(), QString("fusion"));
   QCOMPARE(play.icons(), QSize(48, 48));
 }
@@ -256,13 +247,13 @@ void TestAppliedSettings::nothingIsSavedByAnImportButByEveryApply() {
   const DialogAnswers answers{ExpectedDialog::file("good.settings")};
   play.actions.at(4)->trigger();
   QVERIFY(!isSaved("first"));
-  play.press(play.openGeneral(), "Apply");
+  buttonOf(play.openGeneral(), "Apply")->click();
   QVERIFY(isSaved("first"));
   play.profile.settings.proxyUserName = "second";
-  play.press(play.openProxy(), "Apply");
+  buttonOf(play.openProxy(), "Apply")->click();
   QVERIFY(isSaved("second"));
   play.profile.settings.proxyUserName = "third";
-  play.press(play.openInterface(), "Apply");
+  buttonOf(play.openInterface(), "Apply")->click();
   QVERIFY(isSaved("third"));
 }
 

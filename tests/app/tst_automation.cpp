@@ -1,10 +1,10 @@
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QPushButton>
 
 #include "PlayWindow.h"
 #include "automation/editors/AliasWidget.h"
 #include "script/ActionTimer.h"
+#include "support/Controls.h"
 #include "support/DialogAnswers.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
@@ -115,9 +115,7 @@ void TestAutomation::whatCouldNotBeReadIsKeptBeside() {
     PlayWindow play(5000);
     QVERIFY(answers.allCame());
     play.actions.at(8)->trigger();
-    for (QPushButton* button : play.window->findChild<AliasWidget*>()->findChildren<QPushButton*>())
-      if (button->text() == "Add alias")
-        button->click();
+    buttonOf(*play.window->findChild<AliasWidget*>(), "Add alias")->click();
     QVERIFY(play.window->close());
   }
   QCOMPARE(contentsOf("variables.txt"), QByteArray("\nvariable a \"1\"\n"));

@@ -1,10 +1,10 @@
 #include <QApplication>
 #include <QDialog>
 #include <QFocusEvent>
-#include <QPushButton>
 #include <functional>
 
 #include "PlayWindow.h"
+#include "support/Controls.h"
 #include "support/DialogAnswers.h"
 #include "support/ScratchMain.h"
 
@@ -45,11 +45,6 @@ class TestDialogFocus : public QObject {
   void theHelpOpensWithTheBarReady();
 
  private:
-  static void press(const QDialog& dialog, const QString& text) {
-    for (QPushButton* button : dialog.findChildren<QPushButton*>())
-      if (button->text() == text)
-        button->click();
-  }
   /// In the words of the table of ways: a button's text, "Escape" or "window".
   static void close(QDialog& dialog, const QString& way) {
     if (way == "Escape")
@@ -57,7 +52,7 @@ class TestDialogFocus : public QObject {
     else if (way == "window")
       dialog.close();
     else
-      press(dialog, way);
+      buttonOf(dialog, way)->click();
   }
   /// Half a line stands in the bar, with the cursor within it, and the pane
   /// has the focus.
@@ -132,7 +127,7 @@ void TestDialogFocus::afterTheInterfaceSettingsTheGeneralOnesHaveTheKeyboard() {
   QDialog* style = play.dialogTitled("Interface Settings");
   play.actions.at(5)->trigger();
   QVERIFY(QTest::qWaitForWindowActive(general));
-  press(*general, "Interface style");
+  buttonOf(*general, "Interface style")->click();
   QVERIFY(QTest::qWaitForWindowActive(style));
   close(*style, way);
   QVERIFY(!style->isVisible());

@@ -3,9 +3,9 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QLineEdit>
-#include <QPushButton>
 
 #include "PlayWindow.h"
+#include "support/Controls.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
 
@@ -20,13 +20,6 @@ class TestDialogsFromToolbar : public QObject {
   void applyingWritesTheVariables_data();
   void applyingWritesTheVariables();
   void anAliasAddedInItsEditorRunsAtOnce();
-
- private:
-  static void press(QDialog* dialog, const QString& text) {
-    for (QPushButton* button : dialog->findChildren<QPushButton*>())
-      if (button->text() == text)
-        QTest::mouseClick(button, Qt::LeftButton);
-  }
 };
 
 void TestDialogsFromToolbar::opens_data() {
@@ -70,7 +63,7 @@ void TestDialogsFromToolbar::applyingTheGeneralSettingsReachesTheWindow() {
   for (QComboBox* box : dialog->findChildren<QComboBox*>())
     if (box->findText("localhost 4023") >= 0)
       box->setCurrentText("localhost 4023");
-  press(dialog, "Apply");
+  click(buttonOf(*dialog, "Apply"));
   QVERIFY(!dialog->isVisible());
   QCOMPARE(play.profile.settings.port, 4023);
   play.type("gone");
@@ -109,9 +102,9 @@ void TestDialogsFromToolbar::applyingWritesTheVariables() {
   play.type("/set hp, 15");
   play.actions.at(action)->trigger();
   if (title == "Interface Settings")
-    press(play.dialogTitled("General Settings"), "Interface style");
+    click(buttonOf(*play.dialogTitled("General Settings"), "Interface style"));
   QVERIFY(play.dialogTitled(title)->isVisible());
-  press(play.dialogTitled(title), button);
+  click(buttonOf(*play.dialogTitled(title), button));
   QVERIFY(!play.dialogTitled(title)->isVisible());
   QCOMPARE(contentsOf("variables.txt"),
            written ? QByteArray("\nvariable hp \"15\"\n") : QByteArray());
@@ -123,13 +116,13 @@ void TestDialogsFromToolbar::anAliasAddedInItsEditorRunsAtOnce() {
   QVERIFY(play.connectTo(server));
   play.actions.at(8)->trigger();
   QDialog* dialog = play.dialogTitled("Aliases");
-  press(dialog, "Add alias");
-  press(dialog, "Edit alias");
+  click(buttonOf(*dialog, "Add alias"));
+  click(buttonOf(*dialog, "Edit alias"));
   auto* name = dialog->findChild<QLineEdit*>();
   name->selectAll();
   QTest::keyClicks(name, "hi");
-  press(dialog, "Save alias");
-  press(dialog, "Close");
+  click(buttonOf(*dialog, "Save alias"));
+  click(buttonOf(*dialog, "Close"));
   QCOMPARE(play.profile.aliases.entries().first().name, QString("hi"));
   play.type("hi;mark");
   // The commands field was left empty, which is one empty line.

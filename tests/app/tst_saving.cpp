@@ -2,7 +2,6 @@
 #include <QDialog>
 #include <QDir>
 #include <QNetworkProxy>
-#include <QPushButton>
 #include <QStyle>
 #ifdef Q_OS_LINUX
 #include <sys/inotify.h>
@@ -10,6 +9,7 @@
 #endif
 
 #include "PlayWindow.h"
+#include "support/Controls.h"
 #include "support/DialogAnswers.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
@@ -111,13 +111,6 @@ class TestSaving : public QObject {
 
  private:
   static void occasions();
-  static void press(const PlayWindow& play, const QString& title, const QString& text) {
-    for (const QDialog* dialog : play.window->findChildren<QDialog*>())
-      if (dialog->windowTitle() == title)
-        for (QPushButton* button : dialog->findChildren<QPushButton*>())
-          if (button->text() == text)
-            button->click();
-  }
   /// Closes the window, or opens the dialog and presses its Apply.
   static void save(const PlayWindow& play, const QString& title) {
     if (title.isEmpty()) {
@@ -126,8 +119,8 @@ class TestSaving : public QObject {
     }
     play.actions.at(title == "Proxy Settings" ? 6 : 5)->trigger();
     if (title == "Interface Settings")
-      press(play, "General Settings", "Interface style");
-    press(play, title, "Apply");
+      buttonOf(*play.dialogTitled("General Settings"), "Interface style")->click();
+    buttonOf(*play.dialogTitled(title), "Apply")->click();
   }
 
   const QString styleAtStart_ = QApplication::style()->objectName();

@@ -3,11 +3,11 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QProxyStyle>
-#include <QPushButton>
 #include <QStyle>
 #include <QTranslator>
 
 #include "PlayWindow.h"
+#include "support/Controls.h"
 #include "support/DialogAnswers.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
@@ -224,9 +224,7 @@ void TestToolbar::anAppliedIconSizeLeavesTheBarsWhole() {
       QCOMPARE(fields.size(), 2);
       fields.first()->setText(QString::number(applied.width()));
       fields.last()->setText(QString::number(applied.height()));
-      for (QPushButton* button : dialog->findChildren<QPushButton*>())
-        if (button->text() == "Apply")
-          button->click();
+      buttonOf(*dialog, "Apply")->click();
     }
     QCoreApplication::processEvents();
     QCOMPARE(play.profile.settings.iconSize, applied);
