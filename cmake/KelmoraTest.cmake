@@ -23,10 +23,14 @@ kelmora_precompiled_kind(core_tests LIBS Qt6::Core Qt6::Test kelmora_test_option
 kelmora_precompiled_kind(values_tests LIBS Qt6::Gui Qt6::Test kelmora_test_options)
 kelmora_precompiled_kind(widgets_tests LIBS Qt6::Widgets Qt6::Test kelmora_test_options)
 
-# The main of every test program.
-add_library(kelmora_test_runner STATIC ${PROJECT_SOURCE_DIR}/tests/support/TestRunner.cpp)
+# The main of every test program, and what test classes inherit.
+add_library(kelmora_test_runner STATIC ${PROJECT_SOURCE_DIR}/tests/support/TestRunner.cpp
+  ${PROJECT_SOURCE_DIR}/tests/support/OwnFolderTest.cpp
+  ${PROJECT_SOURCE_DIR}/tests/support/OwnFolderTest.h)
+set_target_properties(kelmora_test_runner PROPERTIES AUTOMOC ON)
 target_include_directories(kelmora_test_runner PUBLIC ${PROJECT_SOURCE_DIR}/tests)
-target_link_libraries(kelmora_test_runner PRIVATE kelmora_warnings)
+target_link_libraries(kelmora_test_runner PUBLIC Qt6::Test PRIVATE kelmora_test_options)
+kelmora_use_precompiled(kelmora_test_runner core_tests)
 
 # What tests of widgets share beyond headers.
 add_library(kelmora_test_dialogs STATIC EXCLUDE_FROM_ALL

@@ -1,12 +1,12 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
-#include <memory>
 
 #include "TableOf.h"
 #include "automation/core/AutomationFiles.h"
 #include "support/FileText.h"
 #include "support/LogLines.h"
 #include "support/OwnFolder.h"
+#include "support/OwnFolderTest.h"
 #include "support/ScratchMain.h"
 #include "support/SizeLimit.h"
 
@@ -45,13 +45,10 @@ class Session {
 
 }  // namespace
 
-class TestAutomationFiles : public QObject {
+class TestAutomationFiles : public OwnFolderTest {
   Q_OBJECT
 
  private Q_SLOTS:
-  void init();
-  void cleanup();
-
   void missingFilesAreCreatedEmpty();
   void theFilesStandInTheWorkingDirectory();
   void foldersInTheirPlacesFail();
@@ -84,19 +81,7 @@ class TestAutomationFiles : public QObject {
   void otherWritersFailWhereNothingCanBeWritten();
 
   void aLargeTableIsQuick();
-
- private:
-  std::unique_ptr<OwnFolder> folder_;
 };
-
-void TestAutomationFiles::init() {
-  folder_ = std::make_unique<OwnFolder>();
-  QVERIFY(folder_->isValid());
-}
-
-void TestAutomationFiles::cleanup() {
-  folder_.reset();
-}
 
 void TestAutomationFiles::missingFilesAreCreatedEmpty() {
   MacroTable macros;

@@ -8,7 +8,6 @@
 #include <QTextDocument>
 #include <csignal>
 #include <cstdio>
-#include <memory>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <vector>
@@ -18,6 +17,7 @@
 #include "support/FileText.h"
 #include "support/InChild.h"
 #include "support/OwnFolder.h"
+#include "support/OwnFolderTest.h"
 #include "support/ScratchMain.h"
 #include "terminal/view/SessionCapture.h"
 
@@ -177,13 +177,10 @@ int stopped(const char* where) {
 
 }  // namespace
 
-class TestDiskFaults : public QObject {
+class TestDiskFaults : public OwnFolderTest {
   Q_OBJECT
 
  private Q_SLOTS:
-  void init();
-  void cleanup();
-
   void theOldFileStandsUntilTheNewOneCan_data();
   void theOldFileStandsUntilTheNewOneCan();
   void aFirstSaveThatFailsLeavesNothingToStumbleOver_data();
@@ -192,19 +189,9 @@ class TestDiskFaults : public QObject {
   void theMacroFileKeepsItsRule();
 
  private:
-  std::unique_ptr<OwnFolder> folder_;
   const SavedState old_{1};
   const SavedState new_{2};
 };
-
-void TestDiskFaults::init() {
-  folder_ = std::make_unique<OwnFolder>();
-  QVERIFY(folder_->isValid());
-}
-
-void TestDiskFaults::cleanup() {
-  folder_.reset();
-}
 
 void TestDiskFaults::theOldFileStandsUntilTheNewOneCan_data() {
   QTest::addColumn<int>("fault");

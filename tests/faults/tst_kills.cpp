@@ -6,13 +6,13 @@
 #include <QRegularExpression>
 #include <array>
 #include <csignal>
-#include <memory>
 #include <poll.h>
 
 #include "SavedState.h"
 #include "support/FileText.h"
 #include "support/InChild.h"
 #include "support/OwnFolder.h"
+#include "support/OwnFolderTest.h"
 #include "support/ScratchMain.h"
 
 using namespace kelmora;
@@ -78,27 +78,12 @@ class Saver {
 
 }  // namespace
 
-class TestKills : public QObject {
+class TestKills : public OwnFolderTest {
   Q_OBJECT
 
  private Q_SLOTS:
-  void init();
-  void cleanup();
-
   void aThousandKillsLeaveEveryFileWhole();
-
- private:
-  std::unique_ptr<OwnFolder> folder_;
 };
-
-void TestKills::init() {
-  folder_ = std::make_unique<OwnFolder>();
-  QVERIFY(folder_->isValid());
-}
-
-void TestKills::cleanup() {
-  folder_.reset();
-}
 
 void TestKills::aThousandKillsLeaveEveryFileWhole() {
   constexpr int kills = 1000;

@@ -1,11 +1,11 @@
 #include <QFileInfo>
 #include <functional>
-#include <memory>
 
 #include "files/Files.h"
 #include "support/FileText.h"
 #include "support/LogLines.h"
 #include "support/OwnFolder.h"
+#include "support/OwnFolderTest.h"
 #include "support/ScratchMain.h"
 
 using namespace kelmora;
@@ -21,13 +21,10 @@ const QString path = u"./table.txt"_s;
 
 Q_DECLARE_METATYPE(std::function<bool(const QString&)>)
 
-class TestFiles : public QObject {
+class TestFiles : public OwnFolderTest {
   Q_OBJECT
 
  private Q_SLOTS:
-  void init();
-  void cleanup();
-
   void thePathsKindIsTold();
   void aFileIsReadByteForByte();
   void readingAloneCreatesNothing();
@@ -57,19 +54,7 @@ class TestFiles : public QObject {
   void whatFailsIsLogged_data();
   void whatFailsIsLogged();
   void whatIsKeptIsLogged();
-
- private:
-  std::unique_ptr<OwnFolder> folder_;
 };
-
-void TestFiles::init() {
-  folder_ = std::make_unique<OwnFolder>();
-  QVERIFY(folder_->isValid());
-}
-
-void TestFiles::cleanup() {
-  folder_.reset();
-}
 
 void TestFiles::thePathsKindIsTold() {
   QVERIFY(put(u"file"_s, "x"));

@@ -6,7 +6,6 @@
 #include <QRandomGenerator>
 #include <algorithm>
 #include <csignal>
-#include <memory>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -14,6 +13,7 @@
 #include "support/FileText.h"
 #include "support/InChild.h"
 #include "support/OwnFolder.h"
+#include "support/OwnFolderTest.h"
 #include "support/ScratchMain.h"
 #include "support/SizeLimit.h"
 
@@ -28,13 +28,10 @@ const QString path = u"./table.txt"_s;
 
 }  // namespace
 
-class TestFileSafety : public QObject {
+class TestFileSafety : public OwnFolderTest {
   Q_OBJECT
 
  private Q_SLOTS:
-  void init();
-  void cleanup();
-
   void aPipeIsLeftAlone();
   void theNullDeviceIsAnEmptyFile_data();
   void theNullDeviceIsAnEmptyFile();
@@ -56,19 +53,7 @@ class TestFileSafety : public QObject {
   void aFullDiskLeavesTheOldFile();
   void aFileMountedByItselfIsWrittenInPlace();
 #endif
-
- private:
-  std::unique_ptr<OwnFolder> folder_;
 };
-
-void TestFileSafety::init() {
-  folder_ = std::make_unique<OwnFolder>();
-  QVERIFY(folder_->isValid());
-}
-
-void TestFileSafety::cleanup() {
-  folder_.reset();
-}
 
 void TestFileSafety::aPipeIsLeftAlone() {
   QCOMPARE(mkfifo("table.txt", 0600), 0);
