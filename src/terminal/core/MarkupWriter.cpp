@@ -58,6 +58,10 @@ bool mayEndParagraphs(QStringView text) {
   return false;
 }
 
+bool isTarget(const MarkupTag::Attribute& attribute) {
+  return attribute.name.compare(u"href", Qt::CaseInsensitive) == 0;
+}
+
 }  // namespace
 
 void MarkupWriter::text(QStringView text) {
@@ -84,8 +88,10 @@ void MarkupWriter::tag(const MarkupTag& tag) {
       text(u"&nbsp;");
   }
   const auto* row = markup::rowNamed(tag.name);
-  if (!row)
+  if (!row) {
+    ++losses_.forbidden;
     return;
+  }
   if (tag.edge == Edge::Start)
     start(row, tag.attributes);
   if (tag.edge == Edge::End || tag.closed)
@@ -101,8 +107,10 @@ void MarkupWriter::start(Row row, const std::vector<MarkupTag::Attribute>& attri
   const QString kept = markup::safeAttributes(row->name, attributes);
   switch (row->kind) {
     case Kind::Link:
-      if (kept.isEmpty())
+      if (kept.isEmpty()) {
+        losses_.links += std::any_of(attributes.begin(), attributes.end(), isTarget) ? 1 : 0;
         return;
+      }
       [[fallthrough]];
     case Kind::Inline:
       startInline(row, kept);
@@ -110,6 +118,8 @@ void MarkupWriter::start(Row row, const std::vector<MarkupTag::Attribute>& attri
     case Kind::Block:
       if (openBlock(row, kept))
         write(row, kept);
+      else
+        ++losses_.tooDeep;
       return;
     case Kind::Term:
       closeUpToTerms();
@@ -126,6 +136,7 @@ void MarkupWriter::startInline(Row row, const QString& attributes) {
   if (openInlines_.size() >= maximumInlineDepth) {
     if (!mayNestDeeper(row) || attributes.isEmpty()) {
       ++count(droppedCounts_, row);
+      ++losses_.tooDeep;
       return;
     }
     if (row->kind != Kind::Link && openInlines_.size() > firstInline() &&

@@ -29,6 +29,13 @@ class MarkupWriter {
 
   void text(QStringView text);
   void tag(const MarkupTag& tag);
+  /// What was left out so far.
+  struct Losses {
+    qsizetype forbidden = 0;  ///< tags that are not on the list
+    qsizetype tooDeep = 0;    ///< start tags that were nested too deep
+    qsizetype links = 0;      ///< links whose target is not allowed
+  };
+  [[nodiscard]] const Losses& losses() const { return losses_; }
   /// All that was written; at least one piece.
   [[nodiscard]] std::vector<Piece> pieces() &&;
 
@@ -106,6 +113,7 @@ class MarkupWriter {
   /// written anew only when something follows that it applies to.
   bool spanIsDue_ = false;
   std::optional<OpenParagraph> openParagraph_;
+  Losses losses_;
 };
 
 }  // namespace kelmora::terminal

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "terminal/core/Log.h"
+
 namespace kelmora::terminal {
 
 namespace {
@@ -126,10 +128,18 @@ void PaneQueue::dropUnseen() {
   if (outdated <= outdated_)
     return;
   outdated_ = outdated;
+  const qsizetype before = size_;
+  dropOutdated();
+  if (size_ < before)
+    qCInfo(paneLog) << "text dropped unseen, as newer text fills the pane, bytes:"
+                    << before - size_;
+}
+
+void PaneQueue::dropOutdated() {
   while (!waiting_.empty() && waiting_.front().canBeDropped) {
     Waiting& first = waiting_.front();
-    if (first.endedBefore >= outdated || (first.endedBehind >= outdated && cutFirst(outdated)) ||
-        first.endedBehind > outdated)
+    if (first.endedBefore >= outdated_ || (first.endedBehind >= outdated_ && cutFirst(outdated_)) ||
+        first.endedBehind > outdated_)
       return;
     if (first.hasLook)
       standIns_.clear();
