@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "terminal/core/Log.h"
 
@@ -21,16 +22,28 @@ qsizetype sizeOf(const QString& text) {
   return text.size() * static_cast<qsizetype>(sizeof(QChar));
 }
 
+template <class Element>
+qsizetype sizeOf(const std::vector<Element>& elements) {
+  return static_cast<qsizetype>(elements.size() * sizeof(Element));
+}
+
+qsizetype sizeOf(const StyledText& styled) {
+  qsizetype size = sizeOf(styled.text) + sizeOf(styled.runs);
+  for (const StyledText::Run& run : styled.runs)
+    size += sizeOf(run.target);
+  return size;
+}
+
+qsizetype sizeOf(const SafeHtml& html) {
+  return sizeOf(html.html()) + sizeOf(html.facts().lines);
+}
+
 qsizetype memoryOf(const PaneText& text) {
   constexpr qsizetype overhead = 256;
   return overhead +
-         std::visit(Overloaded{[](const StyledText& styled) {
-                                 return sizeOf(styled.text) +
-                                        static_cast<qsizetype>(styled.runs.size() *
-                                                               sizeof(StyledText::Run));
-                               },
-                               [](const SafeHtml& html) { return sizeOf(html.html()); },
-                               [](const StatusLine& status) { return sizeOf(status.html.html()); },
+         std::visit(Overloaded{[](const StyledText& styled) { return sizeOf(styled); },
+                               [](const SafeHtml& html) { return sizeOf(html); },
+                               [](const StatusLine& line) { return sizeOf(line.html); },
                                [](const PlainText& plain) { return sizeOf(plain.text); }},
                     text);
 }
