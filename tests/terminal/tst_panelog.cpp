@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QTest>
+#include <QTextBrowser>
 #include <functional>
 
 #include "IdleHost.h"
@@ -11,6 +12,9 @@
 #include "terminal/core/Log.h"
 #include "terminal/core/SafeMarkup.h"
 #include "terminal/view/InputWidget.h"
+#include "terminal/view/OutputWidget.h"
+#include "terminal/view/PaneDocument.h"
+#include "terminal/view/PaneQueue.h"
 #include "terminal/view/SessionCapture.h"
 
 using namespace kelmora;
