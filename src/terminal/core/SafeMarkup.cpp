@@ -1,6 +1,7 @@
 #include "terminal/core/SafeMarkup.h"
 
 #include "terminal/core/Log.h"
+#include "terminal/core/MarkupPieces.h"
 #include "terminal/core/MarkupReader.h"
 #include "terminal/core/MarkupWriter.h"
 
@@ -44,7 +45,7 @@ std::vector<SafeHtml> safeMarkupPieces(const QString& html, qsizetype pieceLengt
   }
   logLosses(writer.losses(), hidden);
   std::vector<SafeHtml> pieces;
-  for (MarkupWriter::Piece& piece : std::move(writer).pieces())
+  for (MarkupPieces::Piece& piece : std::move(writer).pieces())
     pieces.push_back({std::move(piece.html), std::move(piece.facts)});
   return pieces;
 }
