@@ -85,10 +85,11 @@ class MainWidget : public QWidget,
   void connectSocket();
   void returnToInputBar();
 
+  // Two of these are called by the constructor, so nobody is to override them.
   // PlayHost
   void setActionEnabled(kelmora::net::ConnectionAction action, bool enabled) override;
-  void focusInputBar() override;
-  // SettingsHost; the constructor calls it, too, so nobody is to override it.
+  void focusInputBar() final;
+  // SettingsHost
   void applySettings(kelmora::settings::Occasion occasion) final;
   // InputHost
   [[nodiscard]] bool claimsShortcut(QKeyCombination keys) const override;

@@ -3,7 +3,6 @@
 #include <QEvent>
 #include <utility>
 
-#include "terminal/core/Log.h"
 #include "terminal/view/InputWidget.h"
 
 using namespace kelmora;
@@ -19,8 +18,8 @@ constexpr int idleTurn = 4;
 constexpr int quiet = 3000;
 /// When more bytes than this are waiting, adding text takes until enough of them
 /// are written. Ordinary text does not get there, because most of a flood is
-/// dropped unseen; a flood of what ends no paragraphs does, such as tags around
-/// nothing.
+/// dropped unseen; a flood of what ends no paragraphs does, such as colours
+/// without text.
 constexpr qsizetype longQueue = qsizetype{32} * 1024 * 1024;
 
 }  // namespace
@@ -30,9 +29,12 @@ OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
       inputBar_(inputBar),
       queue_(limits.paragraphs, limits.lengths),
       document_(*this, limits),
-      sight_(*this) {
+      sight_(*this),
+      readBack_(*this, sight_) {
   nextTurn_.setSingleShot(true);
   nextTurn_.setTimerType(Qt::PreciseTimer);
+  connect(&readBack_, &ReadBack::closed, &inputBar_,
+          [this] { inputBar_.setFocus(Qt::OtherFocusReason); });
   connect(&nextTurn_, &QTimer::timeout, this, [this] { takeTurn(); });
   nextCopy_.setSingleShot(true);
   connect(&nextCopy_, &QTimer::timeout, this, [this] { renew(); });
@@ -83,7 +85,6 @@ void OutputWidget::settle() {
 }
 
 QVariant OutputWidget::loadResource(int /*type*/, const QUrl& /*name*/) {
-  qCInfo(paneLog) << "a file or picture refused";
   // Empty but not null: given a null answer, the document would read the file
   // itself.
   return QByteArray("");
@@ -100,6 +101,7 @@ void OutputWidget::resizeEvent(QResizeEvent* event) {
     QTextBrowser::resizeEvent(event);
     document_.limitHeight();
   }
+  readBack_.layOut();
   idleMoment_.start(idle);
 }
 
@@ -113,6 +115,7 @@ void OutputWidget::changeEvent(QEvent* event) {
     QTextBrowser::changeEvent(event);
     document_.limitHeight();
   }
+  readBack_.layOut();
   idleMoment_.start(idle);
 }
 
@@ -121,15 +124,11 @@ void OutputWidget::scrollContentsBy(int dx, int dy) {
     QTextBrowser::scrollContentsBy(dx, dy);
 }
 
-void OutputWidget::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {
-  qCInfo(paneLog) << "a link was not followed, as it does not lead out of the client";
-}
+void OutputWidget::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {}
 
 template <typename Text>
 void OutputWidget::add(Text text) {
   queue_.add(std::move(text));
-  if (queue_.size() > longQueue)
-    qCInfo(paneLog) << "text has to wait for the pane, bytes in the queue:" << queue_.size();
   while (queue_.size() > longQueue)
     write(QDeadlineTimer(frameLength));
   const int delay = turns_.textComes();
@@ -149,6 +148,7 @@ void OutputWidget::takeTurn() {
 void OutputWidget::write(QDeadlineTimer deadline) {
   if (queue_.isEmpty())
     return;
+  readBack_.beforeText();
   {
     const PaneSight::Change change(sight_, PaneSight::Keeps::Text);
     sight_.follow();
@@ -167,7 +167,7 @@ void OutputWidget::renewLater() {
 void OutputWidget::renew() {
   if (queue_.isEmpty()) {
     const PaneSight::Change change(sight_, PaneSight::Keeps::Text);
-    if (document_.renew(idleTurn))
+    if (document_.renew(idleTurn, [this](QTextDocument& made) { readBack_.beforeDocument(made); }))
       idleMoment_.start(idle);
   }
   renewLater();

@@ -8,6 +8,7 @@
 #include "terminal/view/PaneQueue.h"
 #include "terminal/view/PaneSight.h"
 #include "terminal/view/PaneTurns.h"
+#include "terminal/view/ReadBack.h"
 
 class InputWidget;
 
@@ -41,7 +42,9 @@ class OutputWidget : public QTextBrowser {
   /// "++ " and the text, white on blue.
   void printInfo(const QString& text);
 
-  /// Whether all text is in the document. The benchmarks measure the time until then.
+  /// About the memory of what is not in the document yet.
+  [[nodiscard]] qsizetype waitingBytes() const { return queue_.size(); }
+  /// Whether all that came is in the document.
   [[nodiscard]] bool settled() const { return queue_.isEmpty(); }
   /// Writes everything that is waiting into the document now.
   void settle();
@@ -78,4 +81,5 @@ class OutputWidget : public QTextBrowser {
   QTimer nextCopy_;
   kelmora::terminal::PaneDocument document_;
   kelmora::terminal::PaneSight sight_;
+  kelmora::terminal::ReadBack readBack_;
 };

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "terminal/core/Log.h"
 #include "terminal/view/PaneLayout.h"
 
 namespace kelmora::terminal {
@@ -158,12 +157,8 @@ void PaneDocument::limitHeight() {
     return;
   const QTextBlock cut = layout.blockAt(excess);
   const int first = cut.blockNumber() + (layout.topOf(cut) < excess ? 1 : 0);
-  const int kept = std::max(document().blockCount() - first, 1);
-  if (kept < document().blockCount())
-    qCInfo(paneLog) << "paragraphs dropped, as the text is too tall:"
-                    << document().blockCount() - kept;
   // Lowering the limit makes the toolkit drop them.
-  document().setMaximumBlockCount(kept);
+  document().setMaximumBlockCount(std::max(document().blockCount() - first, 1));
   document().setMaximumBlockCount(limits_.paragraphs);
 }
 
@@ -184,7 +179,7 @@ void PaneDocument::renewIfFormatsAreUnused() {
     copy_.emplace(document());
 }
 
-bool PaneDocument::renew(int milliseconds) {
+bool PaneDocument::renew(int milliseconds, const std::function<void(QTextDocument&)>& show) {
   if (!copy_ || !copy_->advance(milliseconds))
     return false;
   QTextDocument& old = document();
@@ -196,6 +191,7 @@ bool PaneDocument::renew(int milliseconds) {
   QTextDocument& renewed = *made.release();
   renewed.setParent(&pane_);
   giveLayout(renewed, *pane_.viewport());
+  show(renewed);
   const QTextCursor before = pane_.textCursor();
   const int anchor = before.anchor();
   const int position = before.position();

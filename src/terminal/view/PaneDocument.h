@@ -2,6 +2,7 @@
 
 #include <QDeadlineTimer>
 #include <QTextCursor>
+#include <functional>
 #include <optional>
 
 #include "terminal/view/DocumentCopy.h"
@@ -45,8 +46,9 @@ class PaneDocument {
   /// Whether the document is being copied, to get rid of unused formats.
   [[nodiscard]] bool isRenewing() const { return copy_.has_value(); }
   /// Continues copying for so many milliseconds. Returns whether the copy, with the
-  /// same text and selection, has taken the document's place.
-  bool renew(int milliseconds);
+  /// same text and selection, has taken the document's place. Just before that it is
+  /// handed to the function, for whatever else shows the document.
+  bool renew(int milliseconds, const std::function<void(QTextDocument&)>& show);
 
  private:
   [[nodiscard]] QTextDocument& document() const;

@@ -6,22 +6,62 @@
 #include <QTextLayout>
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "terminal/view/PaneLayout.h"
 
 namespace kelmora::terminal {
 
 PaneSight::Change::Change(PaneSight& sight, Keeps keeps) : sight_(sight) {
-  if (sight_.depth_++ == 0)
-    sight_.begin(keeps);
-  else if (keeps == Keeps::Nothing)
-    sight_.keeps_ = keeps;
+  for (PaneSight* one : sight_.all())
+    if (one)
+      one->enter(keeps);
 }
 
 PaneSight::Change::~Change() {
-  if (sight_.depth_ == 1)
-    sight_.end();
-  --sight_.depth_;
+  for (PaneSight* one : sight_.all())
+    if (one)
+      one->leave();
+}
+
+std::array<PaneSight*, 2> PaneSight::all() {
+  if (followed_)
+    return {this, followed_};
+  return {reader_, this};
+}
+
+void PaneSight::enter(Keeps keeps) {
+  if (depth_++ == 0)
+    begin(keeps);
+  else if (keeps == Keeps::Nothing)
+    keeps_ = keeps;
+}
+
+void PaneSight::leave() {
+  if (depth_ == 1)
+    end();
+  --depth_;
+}
+
+void PaneSight::goWith(PaneSight& reader) {
+  if (reader_ != &reader) {
+    reader_ = &reader;
+    reader.followed_ = this;
+    reader.depth_ = depth_;
+    reader.begin(Keeps::Nothing);
+  }
+  reader.keeps_ = Keeps::Nothing;
+  reader.follows_ = false;
+  reader.topLine_.setPosition(topLine_.position());
+  reader.topPosition_ = topPosition_;
+  reader.above_ = above_;
+}
+
+void PaneSight::goAlone(PaneSight& reader) {
+  if (reader_ != &reader)
+    return;
+  reader_ = nullptr;
+  reader.followed_ = nullptr;
 }
 
 PaneSight::PaneSight(QTextEdit& pane) : pane_(pane) {
@@ -97,7 +137,16 @@ void PaneSight::end() {
   bar.setValue(static_cast<int>(std::lround(top)));
   shown_ = bar.value();
   repaint(shown_);
-  layout().keepNear(top, top + pane_.viewport()->height());
+  keepNear();
+}
+
+void PaneSight::keepNear() {
+  std::vector<PaneLayout::Stretch> seen;
+  for (const PaneSight* one : all())
+    if (one)
+      seen.push_back({.top = static_cast<qreal>(one->shown_),
+                      .bottom = static_cast<qreal>(one->shown_ + one->pane_.viewport()->height())});
+  layout().keepNear(seen);
 }
 
 qreal PaneSight::wantedTop() const {
@@ -168,7 +217,7 @@ void PaneSight::layOutForPaint() {
   if (drawn.isValid() && bar.value() != wanted)
     pane_.viewport()->update();
   shown_ = bar.value();
-  layout().keepNear(shown_, shown_ + height);
+  keepNear();
   --depth_;
 }
 

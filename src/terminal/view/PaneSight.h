@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QTextCursor>
+#include <array>
 
 class QTextEdit;
 
@@ -40,6 +41,16 @@ class PaneSight {
   [[nodiscard]] bool isChanging() const { return depth_ > 0; }
   /// Shows the newest line from the end of the current change on.
   void follow() { follows_ = true; }
+  /// Whether it shows the newest line.
+  [[nodiscard]] bool follows() const { return follows_; }
+
+  /// Call this during a change. The reader, the sight of another view of the same
+  /// document, begins where this one is now. From then on a change of either is a
+  /// change of both.
+  void goWith(PaneSight& reader);
+  /// Ends that. Does nothing for a sight that this one does not go with.
+  void goAlone(PaneSight& reader);
+
   /// Call this in the pane's paint event, before it paints.
   void layOutForPaint();
   /// Spends so many milliseconds on laying out what is out of sight and has only an
@@ -50,8 +61,15 @@ class PaneSight {
   [[nodiscard]] PaneLayout& layout() const;
   void noteBar();
   void takeCursors();
+  void enter(Keeps keeps);
+  void leave();
   void begin(Keeps keeps);
   void end();
+  /// This sight and the one that it goes with, if any. The reader comes first,
+  /// because what is laid out for it moves what is below.
+  [[nodiscard]] std::array<PaneSight*, 2> all();
+  /// Frees the lines that are near neither.
+  void keepNear();
   /// The height in the document that should be at the top of the view, in pixels.
   [[nodiscard]] qreal wantedTop() const;
   [[nodiscard]] qreal lineTop(int position) const;
@@ -71,6 +89,10 @@ class PaneSight {
   int across_ = 0;       ///< the horizontal bar's value before the change
   int shown_ = 0;        ///< the vertical bar's value at the last paint or change
   QTextCursor textEnd_;  ///< the end of the text before the change
+  // The other view of the same document, if there is one: of two sights that go
+  // together, one has a reader and the other is it.
+  PaneSight* reader_ = nullptr;
+  PaneSight* followed_ = nullptr;
 };
 
 }  // namespace kelmora::terminal

@@ -1,0 +1,3 @@
+#include "support/OwnFolderTest.h"
+
+#include "moc_OwnFolderTest.cpp"

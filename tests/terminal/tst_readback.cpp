@@ -1,0 +1,328 @@
+#include <QApplication>
+#include <QScrollBar>
+#include <QTest>
+#include <QTextBlock>
+#include <QWheelEvent>
+#include <functional>
+
+#include "IdleHost.h"
+#include "LayoutContents.h"
+#include "PaneHtml.h"
+#include "PictureCompare.h"
+#include "support/ScratchMain.h"
+#include "support/Settled.h"
+#include "terminal/view/InputWidget.h"
+#include "terminal/view/OutputWidget.h"
+#include "terminal/view/ReadBackView.h"
+#include "terminal/view/SplitHandle.h"
+
+using namespace kelmora;
+using namespace kelmora::terminal;
+
+namespace {
+
+void turnWheel(QWidget& over, int steps) {
+  const QPointF place(20, 5);
+  QWheelEvent wheel(place, over.mapToGlobal(place), {}, {0, 120 * steps}, Qt::NoButton,
+                    Qt::NoModifier, Qt::NoScrollPhase, false);
+  QCoreApplication::sendEvent(&over, &wheel);
+}
+
+QString topLine(const QTextBrowser& view) {
+  return view.cursorForPosition({5, 3}).block().text();
+}
+
+}  // namespace
+
+/// Whoever reads back keeps the place while the game goes on below.
+class TestReadBack : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+  void cleanup();
+  void textOpensTheViewForWhoeverHasScrolledUp_data();
+  void textOpensTheViewForWhoeverHasScrolledUp();
+  void nothingOpens_data();
+  void nothingOpens();
+  void whatIsReadStaysWhereItIs_data();
+  void whatIsReadStaysWhereItIs();
+  void noPixelOfTheUpperPartMovesWhenItOpens();
+  void comingDownToTheEndClosesIt();
+  void aWheelAtItsTopIsNotForThePane();
+  void escapeClosesItAndLeavesTheInput();
+  void theBorderIsDragged();
+  void theShareIsKept();
+  void aPlaceFurtherUpIsTaken();
+  void whereAllFitsItCloses();
+  void aSelectionInItStays();
+
+ private:
+  void say(int from, int count) {
+    for (int i = from; i < from + count; ++i)
+      pane_->printText(QStringLiteral("Line %1 of the story, with some words in it.").arg(i),
+                       Qt::white);
+    pane_->settle();
+    QCoreApplication::processEvents();
+  }
+  [[nodiscard]] ReadBackView* view() const { return pane_->findChild<ReadBackView*>(); }
+  [[nodiscard]] bool isOpen() const { return view() && view()->isVisible(); }
+  [[nodiscard]] bool isPaneAtEnd() const {
+    return pane_->verticalScrollBar()->value() == pane_->verticalScrollBar()->maximum();
+  }
+  void open() {
+    turnWheel(*pane_->viewport(), 20);
+    say(1000, 1);
+  }
+  void drag(int by) const {
+    auto* const handle = pane_->findChild<SplitHandle*>();
+    QTest::mousePress(handle, Qt::LeftButton, {}, {30, 2});
+    QMouseEvent move(QEvent::MouseMove, QPointF(30, 2 + by),
+                     handle->mapToGlobal(QPointF(30, 2 + by)), Qt::NoButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(handle, &move);
+    if (pane_->findChild<SplitHandle*>() == handle)
+      QTest::mouseRelease(handle, Qt::LeftButton, {}, {30, 2});
+  }
+
+  IdleHost host_;
+  QWidget* window_ = nullptr;
+  InputWidget* bar_ = nullptr;
+  OutputWidget* pane_ = nullptr;
+};
+
+void TestReadBack::init() {
+  window_ = new QWidget;
+  window_->resize(500, 440);
+  bar_ = new InputWidget(host_, window_);
+  bar_->setGeometry(0, 410, 500, 30);
+  pane_ = new OutputWidget(*bar_, window_);
+  QPalette palette = pane_->palette();
+  palette.setColor(QPalette::Base, Qt::black);
+  pane_->setPalette(palette);
+  pane_->setFont(layout_contents::fonts()[0].font);
+  pane_->setGeometry(0, 0, 500, 400);
+  window_->show();
+  QVERIFY(QTest::qWaitForWindowActive(window_));
+  bar_->setFocus();
+  say(0, 200);
+}
+
+void TestReadBack::cleanup() {
+  delete window_;
+}
+
+void TestReadBack::textOpensTheViewForWhoeverHasScrolledUp_data() {
+  QTest::addColumn<std::function<void(OutputWidget&)>>("scroll");
+  using Scroll = std::function<void(OutputWidget&)>;
+  QTest::newRow("by the wheel") << Scroll(
+      [](OutputWidget& pane) { turnWheel(*pane.viewport(), 3); });
+  QTest::newRow("by the wheel over the bar")
+      << Scroll([](OutputWidget& pane) { turnWheel(*pane.verticalScrollBar(), 3); });
+  QTest::newRow("by a page") << Scroll(
+      [](OutputWidget& pane) { QTest::keyClick(&pane, Qt::Key_PageUp); });
+  QTest::newRow("by a click above the slider") << Scroll([](OutputWidget& pane) {
+    QTest::mouseClick(pane.verticalScrollBar(), Qt::LeftButton, {}, {5, 60});
+  });
+}
+
+void TestReadBack::textOpensTheViewForWhoeverHasScrolledUp() {
+  QFETCH(const std::function<void(OutputWidget&)>, scroll);
+  scroll(*pane_);
+  const QString read = topLine(*pane_);
+  QVERIFY(!isPaneAtEnd());
+  QVERIFY(!isOpen());
+  say(200, 1);
+  QVERIFY(isOpen());
+  QVERIFY(isPaneAtEnd());
+  QCOMPARE(topLine(*view()), read);
+  QVERIFY(view()->height() > pane_->viewport()->height() / 2);
+  QVERIFY(view()->height() < pane_->viewport()->height());
+  QCOMPARE(view()->viewport()->width(), pane_->viewport()->width());
+  // Its own bar is in sight, not the pane's behind it.
+  const QScrollBar* const bar = view()->verticalScrollBar();
+  QCOMPARE(pane_->childAt(bar->mapTo(pane_, bar->rect().center())), bar);
+}
+
+void TestReadBack::nothingOpens_data() {
+  QTest::addColumn<std::function<void(OutputWidget&)>>("act");
+  using Act = std::function<void(OutputWidget&)>;
+  QTest::newRow("at the end") << Act([](OutputWidget&) {});
+  QTest::newRow("for a reader who has come back") << Act([](OutputWidget& pane) {
+    turnWheel(*pane.viewport(), 3);
+    turnWheel(*pane.viewport(), -3);
+  });
+  QTest::newRow("for a program that moves the bar")
+      << Act([](OutputWidget& pane) { pane.verticalScrollBar()->setValue(3); });
+  QTest::newRow("where all fits") << Act([](OutputWidget& pane) {
+    pane.clear();
+    turnWheel(*pane.viewport(), 3);
+  });
+  QTest::newRow("in a pane too small for two parts") << Act([](OutputWidget& pane) {
+    pane.resize(400, 60);
+    turnWheel(*pane.viewport(), 3);
+  });
+}
+
+void TestReadBack::nothingOpens() {
+  QFETCH(const std::function<void(OutputWidget&)>, act);
+  act(*pane_);
+  say(200, 1);
+  QVERIFY(!view());
+  QVERIFY(isPaneAtEnd());
+}
+
+void TestReadBack::whatIsReadStaysWhereItIs_data() {
+  QTest::addColumn<std::function<void(OutputWidget&)>>("change");
+  using Change = std::function<void(OutputWidget&)>;
+  QTest::newRow("while lines come") << Change([](OutputWidget& pane) {
+    for (int i = 0; i < 100; ++i)
+      pane.printText("one more", Qt::white);
+  });
+  QTest::newRow("while the oldest paragraphs are dropped") << Change([](OutputWidget& pane) {
+    for (int i = 0; i < 650; ++i)
+      pane.printText("one more", Qt::white);
+  });
+  QTest::newRow("while a status line comes")
+      << Change([](OutputWidget& pane) { appendStatusLine(pane, "<b>Connected</b>"); });
+  QTest::newRow("in a pane of another width")
+      << Change([](OutputWidget& pane) { pane.resize(260, 400); });
+  QTest::newRow("in a pane of another height")
+      << Change([](OutputWidget& pane) { pane.resize(500, 250); });
+  QTest::newRow("in another font")
+      << Change([](OutputWidget& pane) { pane.setFont(layout_contents::fonts()[1].font); });
+  QTest::newRow("where another document takes over") << Change([](OutputWidget& pane) {
+    const QTextDocument* const before = pane.document();
+    for (int i = 0; i < 9000; ++i)
+      insertServerHtml(pane,
+                       QStringLiteral("<a href=\"http://a/%1\">%1</a><br>").arg(i % 3 ? i : 0));
+    pane.settle();
+    QTRY_VERIFY_WITH_TIMEOUT(pane.document() != before, 20'000);
+  });
+}
+
+void TestReadBack::whatIsReadStaysWhereItIs() {
+  QFETCH(const std::function<void(OutputWidget&)>, change);
+  turnWheel(*pane_->viewport(), 10);
+  say(200, 1);
+  QVERIFY(isOpen());
+  const QString read = topLine(*view());
+  change(*pane_);
+  pane_->settle();
+  QTest::qWait(150);  // idle
+  QVERIFY(isOpen());
+  QVERIFY(isPaneAtEnd());
+  QCOMPARE(view()->document(), pane_->document());
+  // Paragraphs that are dropped take their place with them.
+  if (pane_->document()->blockCount() < 700 ||
+      qstrcmp(QTest::currentDataTag(), "while the oldest paragraphs are dropped") == 0)
+    QCOMPARE(topLine(*view()), read);
+  QCOMPARE(view()->viewport()->width(), pane_->viewport()->width());
+  QCOMPARE(static_cast<int>(pane_->document()->pageSize().width()), pane_->viewport()->width());
+}
+
+void TestReadBack::noPixelOfTheUpperPartMovesWhenItOpens() {
+  turnWheel(*pane_->viewport(), 4);
+  QCoreApplication::processEvents();
+  const QImage before = pictureOf(*pane_->viewport());
+  say(200, 1);
+  QVERIFY(isOpen());
+  const QImage after = pictureOf(*view()->viewport());
+  QCOMPARE(after, before.copy(after.rect()));
+}
+
+void TestReadBack::comingDownToTheEndClosesIt() {
+  turnWheel(*pane_->viewport(), 4);
+  say(200, 1);
+  int steps = 0;
+  while (isOpen() && steps < 50) {
+    turnWheel(*view()->viewport(), -1);
+    ++steps;
+  }
+  QVERIFY(!isOpen());
+  QVERIFY2(steps >= 4 && steps < 12, qPrintable(QString::number(steps)));
+  QVERIFY(isPaneAtEnd());
+  say(201, 1);
+  QVERIFY(!isOpen());
+}
+
+void TestReadBack::aWheelAtItsTopIsNotForThePane() {
+  open();
+  for (int i = 0; i < 30; ++i)
+    turnWheel(*view()->viewport(), 10);
+  QCOMPARE(view()->verticalScrollBar()->value(), 0);
+  turnWheel(*view()->viewport(), 5);
+  QVERIFY(isPaneAtEnd());
+}
+
+void TestReadBack::escapeClosesItAndLeavesTheInput() {
+  open();
+  QVERIFY(isOpen());
+  bar_->setText("say hel");
+  bar_->setFocus();
+  QTest::keyClick(bar_, Qt::Key_Escape);
+  QVERIFY(!isOpen());
+  QCOMPARE(bar_->text(), QString("say hel"));
+  QVERIFY(bar_->hasFocus());
+  // With nothing open it is the bar's again.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  QTest::keyClick(bar_, Qt::Key_Escape);
+  QCOMPARE(bar_->text(), QString());
+}
+
+void TestReadBack::theBorderIsDragged() {
+  open();
+  const int before = view()->height();
+  drag(-40);
+  QCOMPARE(view()->height(), before - 40);
+  drag(1000);
+  QVERIFY(view()->height() > pane_->viewport()->height() * 8 / 10);
+  QVERIFY(view()->height() < pane_->viewport()->height() - SplitHandle::thickness);
+  drag(-1000);
+  QVERIFY(!isOpen());
+}
+
+void TestReadBack::theShareIsKept() {
+  open();
+  drag(-70);
+  const int height = view()->height();
+  QTest::keyClick(bar_, Qt::Key_Escape);
+  open();
+  QCOMPARE(view()->height(), height);
+  drag(-1000);
+  open();
+  QVERIFY(!isOpen());
+  QVERIFY(isPaneAtEnd());
+}
+
+void TestReadBack::aPlaceFurtherUpIsTaken() {
+  open();
+  for (int i = 0; i < 5; ++i)
+    turnWheel(*pane_->viewport(), 10);
+  const QString further = topLine(*pane_);
+  QVERIFY(further != topLine(*view()));
+  say(1001, 1);
+  QVERIFY(isOpen());
+  QVERIFY(isPaneAtEnd());
+  QCOMPARE(topLine(*view()), further);
+}
+
+void TestReadBack::whereAllFitsItCloses() {
+  open();
+  pane_->resize(500, 8000);
+  QCoreApplication::processEvents();
+  QVERIFY(!isOpen());
+}
+
+void TestReadBack::aSelectionInItStays() {
+  open();
+  QTextCursor cursor = view()->cursorForPosition({5, 3});
+  cursor.select(QTextCursor::LineUnderCursor);
+  view()->setTextCursor(cursor);
+  const QString selected = cursor.selectedText();
+  say(1001, 20);
+  QCOMPARE(view()->textCursor().selectedText(), selected);
+  QVERIFY(!selected.isEmpty());
+}
+
+KELMORA_GUI_TEST_MAIN(TestReadBack)
+#include "tst_readback.moc"
