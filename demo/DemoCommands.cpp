@@ -1,6 +1,7 @@
 #include <QStringList>
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "demo/DemoWorld.h"
 
@@ -18,6 +19,17 @@ QString joined(QStringList names) {
   return names.join(QStringLiteral(", ")) + QStringLiteral(" and ") + last;
 }
 
+QString coinsInWords(int count) {
+  return count == 1 ? QStringLiteral("a copper coin")
+                    : QStringLiteral("%1 copper coins").arg(count);
+}
+
+bool isCoins(const QString& word) {
+  static constexpr std::array kWords{"coin", "coins", "copper coin", "copper coins"};
+  return std::any_of(kWords.begin(), kWords.end(),
+                     [&word](const char* name) { return word == QLatin1String(name); });
+}
+
 QString capitalised(const QString& text) {
   return text.isEmpty() ? text : text.at(0).toUpper() + text.sliced(1);
 }
@@ -32,7 +44,8 @@ std::span<const DemoWorld::Command> DemoWorld::commands() {
       Command{"go", "go DIRECTION", "north, south, east, west, up, down; or just n s e w u d",
               &DemoWorld::go},
       Command{"say", "say WORDS", "speak to everyone around you", &DemoWorld::say},
-      Command{"get take", "get THING", "pick something up", &DemoWorld::get},
+      Command{"get take", "get THING", "pick something up, such as coins after a fight",
+              &DemoWorld::get},
       Command{"drop", "drop THING", "put it down again", &DemoWorld::drop},
       Command{"inventory i", "inventory", "what you carry", &DemoWorld::showInventory},
       Command{"who", "who", "who is in town", &DemoWorld::who},
@@ -120,6 +133,8 @@ void DemoWorld::showPlace(DemoPlayer& player) {
   for (std::size_t i = 0; i < items_.size(); ++i)
     if (!items_[i].carrier && items_[i].place == player.place)
       things.append(prose(items()[i].name));
+  if (const int lie = coinsAt(player.place); lie > 0)
+    things.append(coinsInWords(lie));
   if (!things.isEmpty())
     tell(player, QStringLiteral("You see %1 here.").arg(joined(things)), Ink::Green);
   QStringList others;
@@ -188,6 +203,14 @@ void DemoWorld::say(DemoPlayer& player, const QString& argument) {
 
 void DemoWorld::get(DemoPlayer& player, const QString& argument) {
   const QString word = argument.toLower();
+  if (int& lie = coinsAt(player.place); lie > 0 && isCoins(word)) {
+    player.coins += lie;
+    tell(player, QStringLiteral("You take %1.").arg(coinsInWords(lie)));
+    tellOthers(player, QStringLiteral("%1 takes %2.").arg(player.name, coinsInWords(lie)),
+               Ink::Cyan);
+    lie = 0;
+    return;
+  }
   for (std::size_t i = 0; i < items_.size(); ++i) {
     ItemState& item = items_[i];
     if (item.carrier || item.place != player.place || !isCalled(items()[i].name, word))
@@ -204,6 +227,13 @@ void DemoWorld::get(DemoPlayer& player, const QString& argument) {
 
 void DemoWorld::drop(DemoPlayer& player, const QString& argument) {
   const QString word = argument.toLower();
+  if (player.coins > 0 && isCoins(word)) {
+    const QString coins = coinsInWords(player.coins);
+    coinsAt(player.place) += std::exchange(player.coins, 0);
+    tell(player, QStringLiteral("You put down %1.").arg(coins));
+    tellOthers(player, QStringLiteral("%1 puts down %2.").arg(player.name, coins), Ink::Cyan);
+    return;
+  }
   for (std::size_t i = 0; i < items_.size(); ++i) {
     ItemState& item = items_[i];
     if (item.carrier != player.id || !isCalled(items()[i].name, word))
@@ -222,6 +252,8 @@ void DemoWorld::showInventory(DemoPlayer& player, const QString&) {
   for (std::size_t i = 0; i < items_.size(); ++i)
     if (items_[i].carrier == player.id)
       things.append(prose(items()[i].name));
+  if (player.coins > 0)
+    things.append(coinsInWords(player.coins));
   tell(player, things.isEmpty() ? prose("You carry nothing but good intentions.")
                                 : QStringLiteral("You carry %1.").arg(joined(things)));
 }
@@ -245,12 +277,14 @@ void DemoWorld::score(DemoPlayer& player, const QString&) {
   tell(player, QStringLiteral("%1, traveller").arg(player.name), Ink::White);
   tell(player, QStringLiteral("  places seen       %1 of %2\n"
                               "  creatures bested  %3\n"
-                              "  things carried    %4 of %5")
+                              "  things carried    %4 of %5\n"
+                              "  copper coins      %6")
                    .arg(player.seen.size())
                    .arg(kPlaceCount)
                    .arg(player.bested)
                    .arg(carried)
-                   .arg(items_.size()));
+                   .arg(items_.size())
+                   .arg(player.coins));
   if (player.seen.size() == static_cast<std::size_t>(kPlaceCount))
     tell(player, prose("You have seen it all. It was pleased to be seen."), Ink::Yellow);
 }

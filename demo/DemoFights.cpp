@@ -11,6 +11,8 @@ using demo::prose;
 
 constexpr int kStrikeCost = 2;
 constexpr int kFleeCost = 5;
+constexpr int kFewestCoins = 2;
+constexpr int kMostCoins = 9;
 
 struct Spell {
   const char* word;
@@ -121,6 +123,12 @@ void DemoWorld::creatureBeaten(std::size_t creature, const DemoPlayer& victor) {
       tell(player, QStringLiteral("%1 has won.").arg(victor.name), Ink::Cyan);
     }
   }
+  const int coins = roll(kFewestCoins, kMostCoins);
+  coinsAt(beaten.home) += coins;
+  tellPlace(
+      beaten.home,
+      QStringLiteral("%1 leaves %2 copper coins behind.").arg(capitalised(the(beaten))).arg(coins),
+      Ink::Yellow);
 }
 
 // Nobody dies in Kelmora; one wakes up in bed, somewhat embarrassed.

@@ -45,6 +45,7 @@ struct DemoPlayer {
 
   std::set<PlaceId> seen;
   int bested = 0;
+  int coins = 0;
   /// The chapter shown last; 0 before the first.
   int chapter = 0;
 };

@@ -1,6 +1,7 @@
 #include "demo/DemoWorld.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "demo/Shows.h"
 
@@ -130,6 +131,7 @@ void DemoWorld::removePlayer(DemoPlayer& player) {
   for (ItemState& item : items_)
     if (item.carrier == player.id)
       item = {player.place, std::nullopt};
+  coinsAt(player.place) += std::exchange(player.coins, 0);
 }
 
 void DemoWorld::floodFinished(PlayerId id, int lines) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QRandomGenerator>
+#include <array>
 #include <map>
 #include <span>
 #include <vector>
@@ -67,6 +68,9 @@ class DemoWorld {
     std::optional<PlayerId> carrier;
   };
 
+  /// How many copper coins lie there.
+  [[nodiscard]] int& coinsAt(PlaceId place) { return coins_.at(static_cast<std::size_t>(place)); }
+
   void takeName(DemoPlayer& player, const QString& typed);
   void obey(DemoPlayer& player, const QString& line);
   void removePlayer(DemoPlayer& player);
@@ -120,6 +124,7 @@ class DemoWorld {
   std::map<PlayerId, DemoPlayer> players_;
   std::vector<CreatureState> creatures_;
   std::vector<ItemState> items_;
+  std::array<int, kPlaceCount> coins_{};
   qint64 beat_ = 0;
   qint64 bobSpeaksAt_ = 0;
 };

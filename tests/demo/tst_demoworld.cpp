@@ -129,6 +129,7 @@ class TestDemoWorld : public QObject {
   void playersHearEachOther();
   void nobodyCanForgeALineOfTheWorld();
   void aFightCostsPointsAndEnds();
+  void aBeatenCreatureLeavesCoins();
   void aBeatenCreatureReturns();
   void everyCreatureCanBeFought();
   void losingAFightEndsInTheInn();
@@ -309,7 +310,7 @@ void TestDemoWorld::everyCommandAnswers_data() {
   row("beep", "beep", "ding!\x07\r\n");
   row("hungry", "hungry", "You are hungry.\r\n");
   row("flood of nothing", "flood", "How high a flood?");
-  row("help", "help", "  get THING          pick something up\r\n");
+  row("help", "help", "  get THING          pick something up, such as coins after a fight\r\n");
   row("quit", "quit", "Farewell, Ada.");
   row("a word nobody knows", "xyzzy", "Nobody in Kelmora knows how to do that.");
   row("capitals are the same", "LOOK", "Lantern Square\r\n");
@@ -528,6 +529,34 @@ void TestDemoWorld::aFightCostsPointsAndEnds() {
   QVERIFY(withoutSequences(stage.host.heard[ada].last()).contains("You have won!"));
   QCOMPARE(player->bested, 1);
   QVERIFY(player->hits.now > 0 && player->hits.now < player->hits.most);
+}
+
+void TestDemoWorld::aBeatenCreatureLeavesCoins() {
+  Stage stage;
+  const PlayerId ada = stage.join("Ada");
+  const PlayerId eve = stage.join("Eve");
+  for (const PlayerId id : {ada, eve})
+    stage.walk(id, PlaceId::Gate);
+  QVERIFY(stage.type(ada, "get coins").contains("There is nothing of that name"));
+  stage.world.receiveLine(ada, "kill straw");
+  const qsizetype before = stage.host.heard[eve].size();
+  for (int i = 0; i < 100 && stage.world.player(ada)->foe; ++i)
+    stage.world.beat();
+  static const QRegularExpression left(
+      QStringLiteral("\nThe straw soldier leaves ([2-9]) copper coins behind\\.\r\n"));
+  const auto match = left.match(QString::fromUtf8(stage.heardSince(eve, before)));
+  QVERIFY(match.hasMatch());
+  const QByteArray coins = match.captured(1).toUtf8() + " copper coins";
+  QVERIFY(stage.type(eve, "look").contains("You see " + coins + " here."));
+  QVERIFY(stage.type(ada, "get coins").contains("You take " + coins + "."));
+  QVERIFY(stage.type(eve, "get coins").contains("There is nothing of that name"));
+  QVERIFY(stage.type(ada, "score").contains("copper coins      " + match.captured(1).toUtf8()));
+  QVERIFY(stage.type(ada, "inventory").contains("You carry " + coins + "."));
+  QVERIFY(stage.type(ada, "drop coins").contains("You put down " + coins + "."));
+  QVERIFY(stage.type(ada, "drop coins").contains("You carry nothing of that name."));
+  stage.world.receiveLine(ada, "take copper coins");
+  stage.world.disconnectPlayer(ada);
+  QVERIFY(stage.type(eve, "look").contains("You see " + coins + " here."));
 }
 
 void TestDemoWorld::aBeatenCreatureReturns() {
