@@ -25,7 +25,6 @@ kelmora_precompiled_kind(widgets_tests LIBS Qt6::Widgets Qt6::Test kelmora_test_
 
 # The main of every test program, and what test classes inherit.
 add_library(kelmora_test_runner STATIC ${PROJECT_SOURCE_DIR}/tests/support/TestRunner.cpp
-  ${PROJECT_SOURCE_DIR}/tests/support/OwnFolderTest.cpp
   ${PROJECT_SOURCE_DIR}/tests/support/OwnFolderTest.h)
 set_target_properties(kelmora_test_runner PROPERTIES AUTOMOC ON)
 target_include_directories(kelmora_test_runner PUBLIC ${PROJECT_SOURCE_DIR}/tests)

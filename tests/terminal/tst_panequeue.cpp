@@ -137,6 +137,8 @@ class TestPaneQueue : public QObject {
   void aLongTextIsTakenInSlices();
   void noSliceTearsAPair();
   void ofALongTextTheFrontIsTakenOffToo();
+  void ofAFloodOnlyWhatFillsThePaneWaits();
+  void linksAndLineBreaksCountAsMemory();
   void dropsNothingBefore_data();
   void dropsNothingBefore();
   void dropsUnseen_data();
@@ -216,6 +218,29 @@ void TestPaneQueue::ofALongTextTheFrontIsTakenOffToo() {
   QCOMPARE(pane.clearings, 1);
   QCOMPARE(pane.view.toPlainText().section('\n', 0, 0), "the line of the number 9996");
   QCOMPARE(pane.view.document()->blockCount(), paragraphs);
+}
+
+void TestPaneQueue::ofAFloodOnlyWhatFillsThePaneWaits() {
+  PaneQueue queue(750, {});
+  const QString line = QString(80, u'x') + QChar(QChar::LineSeparator);
+  qsizetype most = 0;
+  for (int read = 0; read < 600; ++read) {
+    queue.add(ServerText(textOf(line.repeated(200))));
+    most = std::max(most, queue.size());
+  }
+  QVERIFY2(most < 8 * 1024 * 1024, qPrintable(QString::number(most)));
+}
+
+void TestPaneQueue::linksAndLineBreaksCountAsMemory() {
+  constexpr qsizetype million = 1'000'000;
+  PaneQueue links(paragraphs, lengths);
+  links.add(PaneText(StyledText{"x", {{1, {}, QString(million, u'a')}}}));
+  QVERIFY(links.size() >= million * qsizetype{sizeof(QChar)});
+  PaneQueue breaks(750, {});
+  const QString html = QStringLiteral("<br>").repeated(1000);
+  breaks.add(PaneText(htmlOf(html)));
+  QVERIFY(breaks.size() >=
+          html.size() * qsizetype{sizeof(QChar)} + 1000 * qsizetype{sizeof(qsizetype)});
 }
 
 void TestPaneQueue::dropsNothingBefore_data() {

@@ -17,12 +17,6 @@ constexpr std::size_t maximumBlockDepth = 32;
 /// closed. Without a limit, sixteen thousand of them in one read take a minute.
 constexpr std::size_t maximumInlineDepth = 128;
 
-/// A piece that is so many times too long ends at a tag if there is no word to divide.
-constexpr qsizetype mostLengths = 2;
-
-/// In characters: the importer does not look further for the end of an entity.
-constexpr qsizetype longestEntity = 10;
-
 using Edge = MarkupTag::Edge;
 
 /// What keeps the cells of a table apart once its tags are gone.
@@ -40,22 +34,8 @@ constexpr std::array standIns{
     StandInRow{u"th", Edge::Start, StandIn::HardBlank},
 };
 
-/// Whether a text may end paragraphs: with U+2029, or with U+FDD0 or U+FDD1, by which
-/// the toolkit marks frames. They may be written as numeric entities, which then have
-/// at least four digits, or which the end of the text divides.
-bool mayEndParagraphs(QStringView text) {
-  constexpr qsizetype longNumber = 4;
-  if (text.contains(QChar::ParagraphSeparator) || text.contains(QChar(0xFDD0)) ||
-      text.contains(QChar(0xFDD1)) || text.endsWith(u'&'))
-    return true;
-  for (qsizetype at = text.indexOf(u"&#"); at >= 0; at = text.indexOf(u"&#", at + 1)) {
-    const QStringView number = text.sliced(at + 2);
-    const auto* const end = std::find_if_not(number.begin(), number.end(),
-                                             [](QChar part) { return part.isLetterOrNumber(); });
-    if (end == number.end() || end - number.begin() >= longNumber)
-      return true;
-  }
-  return false;
+bool isTarget(const MarkupTag::Attribute& attribute) {
+  return attribute.name.compare(u"href", Qt::CaseInsensitive) == 0;
 }
 
 }  // namespace
@@ -64,16 +44,16 @@ void MarkupWriter::text(QStringView text) {
   if (text.isEmpty())
     return;
   writeDueSpan();
-  for (qsizetype division = divisionOf(text); division > 0; division = divisionOf(text)) {
-    writeText(text.first(division));
+  for (qsizetype end = pieces_.divisionOf(text); end > 0; end = pieces_.divisionOf(text)) {
+    pieces_.addText(text.first(end));
     endPiece();
-    text = text.sliced(division);
+    text = text.sliced(end);
   }
-  writeText(text);
+  pieces_.addText(text);
 }
 
 void MarkupWriter::tag(const MarkupTag& tag) {
-  if (length() >= mostLengths * leastLength())
+  if (pieces_.isOverlong())
     endPiece();
   for (const StandInRow& row : standIns) {
     if (row.edge != tag.edge || row.name.compare(tag.name, Qt::CaseInsensitive) != 0)
@@ -84,25 +64,28 @@ void MarkupWriter::tag(const MarkupTag& tag) {
       text(u"&nbsp;");
   }
   const auto* row = markup::rowNamed(tag.name);
-  if (!row)
+  if (!row) {
+    ++losses_.forbidden;
     return;
+  }
   if (tag.edge == Edge::Start)
     start(row, tag.attributes);
   if (tag.edge == Edge::End || tag.closed)
     end(row);
 }
 
-std::vector<MarkupWriter::Piece> MarkupWriter::pieces() && {
-  finishPiece();
-  return std::move(pieces_);
+std::vector<MarkupPieces::Piece> MarkupWriter::pieces() && {
+  return std::move(pieces_).take();
 }
 
 void MarkupWriter::start(Row row, const std::vector<MarkupTag::Attribute>& attributes) {
   const QString kept = markup::safeAttributes(row->name, attributes);
   switch (row->kind) {
     case Kind::Link:
-      if (kept.isEmpty())
+      if (kept.isEmpty()) {
+        losses_.links += std::any_of(attributes.begin(), attributes.end(), isTarget) ? 1 : 0;
         return;
+      }
       [[fallthrough]];
     case Kind::Inline:
       startInline(row, kept);
@@ -110,6 +93,8 @@ void MarkupWriter::start(Row row, const std::vector<MarkupTag::Attribute>& attri
     case Kind::Block:
       if (openBlock(row, kept))
         write(row, kept);
+      else
+        ++losses_.tooDeep;
       return;
     case Kind::Term:
       closeUpToTerms();
@@ -126,6 +111,7 @@ void MarkupWriter::startInline(Row row, const QString& attributes) {
   if (openInlines_.size() >= maximumInlineDepth) {
     if (!mayNestDeeper(row) || attributes.isEmpty()) {
       ++count(droppedCounts_, row);
+      ++losses_.tooDeep;
       return;
     }
     if (row->kind != Kind::Link && openInlines_.size() > firstInline() &&
@@ -135,7 +121,7 @@ void MarkupWriter::startInline(Row row, const QString& attributes) {
       spanIsDue_ = true;
       // Without a tag in between, an "&" before the span might form an entity with
       // the text in it.
-      if (html_.last(std::min(html_.size(), longestEntity)).contains(u'&'))
+      if (pieces_.mayEndInEntity())
         writeDueSpan();
       return;
     }
@@ -186,36 +172,14 @@ void MarkupWriter::endInline(Row row) {
   writeEnd(row);
 }
 
-void MarkupWriter::writeText(QStringView text) {
-  html_ += text;
-  for (const QChar character : text)
-    stretch_ += character == u'&' ? 1 - longestEntity : character.isSpace() ? 0 : 1;
-  facts_.isInlineOnly = facts_.isInlineOnly && !mayEndParagraphs(text);
-  facts_.hasText = facts_.hasText || !text.isEmpty();
-}
-
-void MarkupWriter::noteTag(Row row) {
-  endStretch();
-  if (row->name == u"br")
-    facts_.lines.push_back(std::exchange(line_, 0));
-  else if (row->kind != Kind::Inline && row->kind != Kind::Link)
-    facts_.isInlineOnly = false;
-}
-
-void MarkupWriter::endStretch() {
-  line_ += std::max<qsizetype>(std::exchange(stretch_, 0), 0);
-}
-
 void MarkupWriter::write(Row row, const QString& attributes) {
   writeDueSpan();
-  noteTag(row);
-  html_.append(u'<').append(row->name).append(attributes).append(u'>');
+  pieces_.addStart(*row, attributes);
 }
 
 void MarkupWriter::writeEnd(Row row) {
   writeDueSpan();
-  noteTag(row);
-  html_.append(u"</").append(row->name).append(u'>');
+  pieces_.addEnd(*row);
 }
 
 void MarkupWriter::writeDueSpan() {
@@ -268,30 +232,9 @@ std::size_t MarkupWriter::firstInline() const {
   return openBlocks_[std::min(openBlocks_.size(), maximumBlockDepth) - 1].inlinesBefore;
 }
 
-qsizetype MarkupWriter::leastLength() const {
-  // At least as much new text as reopened tags, so that the pieces together are at
-  // most a fixed number of times as long as the whole.
-  return std::max(pieceLength_, reopened_);
-}
-
-qsizetype MarkupWriter::divisionOf(QStringView text) const {
-  const qsizetype room = std::max<qsizetype>(leastLength() - length(), 0);
-  for (qsizetype place = room + 1; place < text.size(); ++place)
-    if (text[place - 1].isLetterOrNumber() && text[place].isLetterOrNumber() &&
-        !text.first(place).last(std::min(place, longestEntity)).contains(u'&'))
-      return place;
-  return -1;
-}
-
-void MarkupWriter::finishPiece() {
-  endStretch();
-  facts_.lines.push_back(std::exchange(line_, 0));
-  pieces_.push_back({std::exchange(html_, {}), std::exchange(facts_, {})});
-}
-
 void MarkupWriter::endPiece() {
   spanIsDue_ = false;
-  finishPiece();
+  pieces_.endPiece();
   auto open = openInlines_.cbegin();
   const auto writeInlinesBefore = [&](std::size_t end) {
     for (; open != openInlines_.cbegin() + static_cast<std::ptrdiff_t>(end); ++open)
@@ -305,7 +248,7 @@ void MarkupWriter::endPiece() {
   writeInlinesBefore(openInlines_.size());
   if (openParagraph_)
     write(openParagraph_->row, openParagraph_->attributes);
-  reopened_ = html_.size();
+  pieces_.endReopening();
 }
 
 }  // namespace kelmora::terminal

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "terminal/core/MarkupFacts.h"
+#include "terminal/core/MarkupPieces.h"
 #include "terminal/core/MarkupReader.h"
 #include "terminal/core/MarkupTags.h"
 
@@ -19,18 +19,20 @@ class MarkupWriter {
   /// a word, because the importer may drop blanks at the edge of a piece. The next
   /// one begins with the start tags that are still open, and its text continues the
   /// same paragraph.
-  explicit MarkupWriter(qsizetype pieceLength) : pieceLength_(pieceLength) {}
+  explicit MarkupWriter(qsizetype pieceLength) : pieces_(pieceLength) {}
   static constexpr qsizetype endless = std::numeric_limits<qsizetype>::max() / 8;
-
-  struct Piece {
-    QString html;
-    MarkupFacts facts;
-  };
 
   void text(QStringView text);
   void tag(const MarkupTag& tag);
+  /// What was left out so far.
+  struct Losses {
+    qsizetype forbidden = 0;  ///< tags that are not on the list
+    qsizetype tooDeep = 0;    ///< start tags that were nested too deep
+    qsizetype links = 0;      ///< links whose target is not allowed
+  };
+  [[nodiscard]] const Losses& losses() const { return losses_; }
   /// All that was written; at least one piece.
-  [[nodiscard]] std::vector<Piece> pieces() &&;
+  [[nodiscard]] std::vector<MarkupPieces::Piece> pieces() &&;
 
  private:
   using Row = const markup::TagRow*;
@@ -56,15 +58,10 @@ class MarkupWriter {
   [[nodiscard]] bool mayNestDeeper(Row row) const;
   void end(Row row);
   void endInline(Row row);
-  void writeText(QStringView text);
   void write(Row row, const QString& attributes);
   void writeEnd(Row row);
   /// Writes the innermost span anew if its attributes have changed.
   void writeDueSpan();
-  /// Updates the facts for a tag that is being written.
-  void noteTag(Row row);
-  /// Ends a stretch of text without tags, in which entities may be.
-  void endStretch();
   // These keep track of the open blocks; an end tag also closes all blocks inside its
   // own. There may be more open here than in the importer, but not fewer. Both return
   // whether the tag is to be written, which it is not below the limit of depth.
@@ -79,24 +76,10 @@ class MarkupWriter {
     return counts[markup::indexOf(row)];
   }
 
-  /// The length of the piece so far, in characters, without the tags reopened in it.
-  [[nodiscard]] qsizetype length() const { return html_.size() - reopened_; }
-  /// The least length of each piece but the last, in characters.
-  [[nodiscard]] qsizetype leastLength() const;
-  /// The place in the text, between two letters, where the piece is long enough to
-  /// end; -1 if there is none.
-  [[nodiscard]] qsizetype divisionOf(QStringView text) const;
   /// Ends the piece, and begins the next one by reopening the tags that are open.
   void endPiece();
-  void finishPiece();
 
-  qsizetype pieceLength_;
-  std::vector<Piece> pieces_;
-  QString html_;
-  MarkupFacts facts_;       ///< of the piece so far
-  qsizetype line_ = 0;      ///< least number of characters shown since the last line break
-  qsizetype stretch_ = 0;   ///< the same since the last tag; negative with many entities
-  qsizetype reopened_ = 0;  ///< length of the reopened tags in the piece, in characters
+  MarkupPieces pieces_;
   std::vector<OpenBlock> openBlocks_;
   std::vector<OpenInline> openInlines_;
   Counts openCounts_{};
@@ -106,6 +89,7 @@ class MarkupWriter {
   /// written anew only when something follows that it applies to.
   bool spanIsDue_ = false;
   std::optional<OpenParagraph> openParagraph_;
+  Losses losses_;
 };
 
 }  // namespace kelmora::terminal

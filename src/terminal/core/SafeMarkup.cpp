@@ -1,9 +1,26 @@
 #include "terminal/core/SafeMarkup.h"
 
+#include "terminal/core/Log.h"
+#include "terminal/core/MarkupPieces.h"
 #include "terminal/core/MarkupReader.h"
 #include "terminal/core/MarkupWriter.h"
 
 namespace kelmora::terminal {
+
+namespace {
+
+void logLosses(const MarkupWriter::Losses& losses, qsizetype hidden) {
+  if (losses.forbidden > 0)
+    qCInfo(paneLog) << "tags left out:" << losses.forbidden;
+  if (losses.tooDeep > 0)
+    qCInfo(paneLog) << "tags left out, nested too deep:" << losses.tooDeep;
+  if (losses.links > 0)
+    qCInfo(paneLog) << "links refused:" << losses.links;
+  if (hidden > 0)
+    qCInfo(paneLog) << "titles, style sheets and scripts left out:" << hidden;
+}
+
+}  // namespace
 
 SafeHtml safeMarkup(const QString& html) {
   return safeMarkupPieces(html, MarkupWriter::endless).front();
@@ -12,6 +29,7 @@ SafeHtml safeMarkup(const QString& html) {
 std::vector<SafeHtml> safeMarkupPieces(const QString& html, qsizetype pieceLength) {
   MarkupReader reader(html);
   MarkupWriter writer(pieceLength);
+  qsizetype hidden = 0;
   while (true) {
     writer.text(reader.text());
     if (reader.atEnd())
@@ -22,9 +40,12 @@ std::vector<SafeHtml> safeMarkupPieces(const QString& html, qsizetype pieceLengt
     else if (tag->edge == MarkupTag::Edge::End || tag->closed ||
              !reader.skipHiddenElement(tag->name))
       writer.tag(*tag);
+    else
+      ++hidden;
   }
+  logLosses(writer.losses(), hidden);
   std::vector<SafeHtml> pieces;
-  for (MarkupWriter::Piece& piece : std::move(writer).pieces())
+  for (MarkupPieces::Piece& piece : std::move(writer).pieces())
     pieces.push_back({std::move(piece.html), std::move(piece.facts)});
   return pieces;
 }

@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <utility>
 
+#include "terminal/core/Log.h"
 #include "terminal/view/InputWidget.h"
 
 using namespace kelmora;
@@ -18,8 +19,8 @@ constexpr int idleTurn = 4;
 constexpr int quiet = 3000;
 /// When more bytes than this are waiting, adding text takes until enough of them
 /// are written. Ordinary text does not get there, because most of a flood is
-/// dropped unseen; a flood of what ends no paragraphs does, such as colours
-/// without text.
+/// dropped unseen; a flood of what ends no paragraphs does, such as tags around
+/// nothing.
 constexpr qsizetype longQueue = qsizetype{32} * 1024 * 1024;
 
 }  // namespace
@@ -85,6 +86,7 @@ void OutputWidget::settle() {
 }
 
 QVariant OutputWidget::loadResource(int /*type*/, const QUrl& /*name*/) {
+  qCInfo(paneLog) << "a file or picture refused";
   // Empty but not null: given a null answer, the document would read the file
   // itself.
   return QByteArray("");
@@ -124,11 +126,15 @@ void OutputWidget::scrollContentsBy(int dx, int dy) {
     QTextBrowser::scrollContentsBy(dx, dy);
 }
 
-void OutputWidget::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {}
+void OutputWidget::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {
+  qCInfo(paneLog) << "a link was not followed, as it does not lead out of the client";
+}
 
 template <typename Text>
 void OutputWidget::add(Text text) {
   queue_.add(std::move(text));
+  if (queue_.size() > longQueue)
+    qCInfo(paneLog) << "text has to wait for the pane, bytes in the queue:" << queue_.size();
   while (queue_.size() > longQueue)
     write(QDeadlineTimer(frameLength));
   const int delay = turns_.textComes();

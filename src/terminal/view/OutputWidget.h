@@ -42,9 +42,7 @@ class OutputWidget : public QTextBrowser {
   /// "++ " and the text, white on blue.
   void printInfo(const QString& text);
 
-  /// About the memory of what is not in the document yet.
-  [[nodiscard]] qsizetype waitingBytes() const { return queue_.size(); }
-  /// Whether all that came is in the document.
+  /// Whether all text is in the document. The benchmarks measure the time until then.
   [[nodiscard]] bool settled() const { return queue_.isEmpty(); }
   /// Writes everything that is waiting into the document now.
   void settle();

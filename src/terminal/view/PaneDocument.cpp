@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "terminal/core/Log.h"
 #include "terminal/view/PaneLayout.h"
 
 namespace kelmora::terminal {
@@ -157,8 +158,12 @@ void PaneDocument::limitHeight() {
     return;
   const QTextBlock cut = layout.blockAt(excess);
   const int first = cut.blockNumber() + (layout.topOf(cut) < excess ? 1 : 0);
+  const int kept = std::max(document().blockCount() - first, 1);
+  if (kept < document().blockCount())
+    qCInfo(paneLog) << "paragraphs dropped, as the text is too tall:"
+                    << document().blockCount() - kept;
   // Lowering the limit makes the toolkit drop them.
-  document().setMaximumBlockCount(std::max(document().blockCount() - first, 1));
+  document().setMaximumBlockCount(kept);
   document().setMaximumBlockCount(limits_.paragraphs);
 }
 

@@ -2,9 +2,8 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QTextBlock>
-#include <vector>
 
-#include "terminal/view/BlockEstimate.h"
+#include "terminal/view/BlockRows.h"
 
 namespace kelmora::terminal {
 
@@ -30,19 +29,15 @@ class PaneLayout : public QAbstractTextDocumentLayout {
 
   /// Until endWriting(), changes are only noted: nothing is measured, and no signal
   /// is emitted.
-  void beginWriting() { isWriting_ = true; }
-  void endWriting() { isWriting_ = false; }
+  void beginWriting() { rows_.setWriting(true); }
+  void endWriting() { rows_.setWriting(false); }
   /// Breaks all blocks between two heights into lines. Returns whether that changed
   /// the height of any block.
   bool layOut(qreal top, qreal bottom);
   /// Measures blocks of uncertain height exactly, from the last one up, for so many
   /// milliseconds. Returns whether any are left.
   bool refine(int milliseconds);
-  /// A part of the document's height.
-  struct Stretch {
-    qreal top;
-    qreal bottom;
-  };
+  using Stretch = BlockRows::Stretch;
   /// Frees the lines of blocks that are near none of these parts, if there are many.
   void keepNear(const std::vector<Stretch>& seen);
   /// Emits documentSizeChanged() if the size has changed since it was last emitted.
@@ -61,34 +56,15 @@ class PaneLayout : public QAbstractTextDocumentLayout {
   void documentChanged(int from, int oldLength, int length) override;
 
  private:
-  class Measure;
-  struct Row {
-    qreal top = 0;
-    qreal bottom = 0;
-    qreal widest = 0;  ///< the width of the widest block down to this one
-    qreal marginBelow = 0;
-  };
-
   [[nodiscard]] bool isReady() const;
-  [[nodiscard]] qreal contentWidth() const;
-  void noteChange(int from, int length);
-  /// The block's measure, which is estimated first if it is unknown.
-  Measure& measured(const QTextBlock& block);
-  /// Breaks the block into lines. Returns whether its size changed by that.
-  bool place(const QTextBlock& block);
-  void sumUp();
-  [[nodiscard]] const Row& rowOf(const QTextBlock& block) const;
   [[nodiscard]] bool isStepOfWalk(const QTextBlock& block) const;
   void tellSizeLater();
   /// Emits that the size may have changed, and all that is below a height.
   void tellChange(qreal top);
 
-  BlockEstimate estimate_;
-  std::vector<Row> rows_;  ///< by block number
-  std::size_t validRows_ = 0;
-  std::size_t placed_ = 0;  ///< at least as many blocks have lines in memory
+  /// Mutable because questions to a layout are const, and have it measure blocks.
+  mutable BlockRows rows_;
   QSizeF toldSize_;
-  bool isWriting_ = false;
   bool isTelling_ = false;
   bool tellsLater_ = false;
   mutable int nextStep_ = -1;  ///< the next block of a walk, see isStepOfWalk(); -1 for none

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
+
+#include "terminal/core/Log.h"
 
 namespace kelmora::terminal {
 
@@ -19,16 +22,28 @@ qsizetype sizeOf(const QString& text) {
   return text.size() * static_cast<qsizetype>(sizeof(QChar));
 }
 
+template <class Element>
+qsizetype sizeOf(const std::vector<Element>& elements) {
+  return static_cast<qsizetype>(elements.size()) * static_cast<qsizetype>(sizeof(Element));
+}
+
+qsizetype sizeOf(const StyledText& styled) {
+  qsizetype size = sizeOf(styled.text) + sizeOf(styled.runs);
+  for (const StyledText::Run& run : styled.runs)
+    size += sizeOf(run.target);
+  return size;
+}
+
+qsizetype sizeOf(const SafeHtml& html) {
+  return sizeOf(html.html()) + sizeOf(html.facts().lines);
+}
+
 qsizetype memoryOf(const PaneText& text) {
   constexpr qsizetype overhead = 256;
   return overhead +
-         std::visit(Overloaded{[](const StyledText& styled) {
-                                 return sizeOf(styled.text) +
-                                        static_cast<qsizetype>(styled.runs.size() *
-                                                               sizeof(StyledText::Run));
-                               },
-                               [](const SafeHtml& html) { return sizeOf(html.html()); },
-                               [](const StatusLine& status) { return sizeOf(status.html.html()); },
+         std::visit(Overloaded{[](const StyledText& styled) { return sizeOf(styled); },
+                               [](const SafeHtml& html) { return sizeOf(html); },
+                               [](const StatusLine& line) { return sizeOf(line.html); },
                                [](const PlainText& plain) { return sizeOf(plain.text); }},
                     text);
 }
@@ -126,10 +141,18 @@ void PaneQueue::dropUnseen() {
   if (outdated <= outdated_)
     return;
   outdated_ = outdated;
+  const qsizetype before = size_;
+  dropOutdated();
+  if (size_ < before)
+    qCInfo(paneLog) << "text dropped unseen, as newer text fills the pane, bytes:"
+                    << before - size_;
+}
+
+void PaneQueue::dropOutdated() {
   while (!waiting_.empty() && waiting_.front().canBeDropped) {
     Waiting& first = waiting_.front();
-    if (first.endedBefore >= outdated || (first.endedBehind >= outdated && cutFirst(outdated)) ||
-        first.endedBehind > outdated)
+    if (first.endedBefore >= outdated_ || (first.endedBehind >= outdated_ && cutFirst(outdated_)) ||
+        first.endedBehind > outdated_)
       return;
     if (first.hasLook)
       standIns_.clear();

@@ -69,6 +69,7 @@ class PaneQueue {
   void count(Waiting& waiting);
   void countMarkup(Waiting& waiting, const SafeHtml& html);
   void dropUnseen();
+  void dropOutdated();
   /// Drops the part of the first text before the paragraph end of that number, of
   /// all that came. Returns false if the first text is not server text without
   /// HTML, in which alone paragraph ends are known exactly.

@@ -1,3 +1,0 @@
-#include "support/OwnFolderTest.h"
-
-#include "moc_OwnFolderTest.cpp"
