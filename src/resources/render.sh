@@ -22,6 +22,10 @@ for icon in connect disconnect savebuffer savesettings loadsettings configure pr
   render_2x "$icon" 48 48
 done
 render mainicon 256 256
+# For menus and task bars; mainicon.png is the largest of them.
+for size in 16 22 24 32 48 64 128; do
+  rsvg-convert -w "$size" -h "$size" icons/svg/mainicon.svg -o "../../packaging/icons/$size.png"
+done
 render splash 560 320
 render_2x splash 560 320
 
