@@ -4,8 +4,8 @@
 build_packages="build-essential cmake ninja-build qt6-base-dev qt6-multimedia-dev libgl-dev"
 # Tests that miss one of these are skipped. Qt Test comes with qt6-base-dev. The
 # three proxies are real peers for the connection tests; xvfb and xdotool give
-# those of the window a real display.
-test_packages="microsocks dante-server tinyproxy xvfb xdotool"
+# those of the window a real display; the last four read what is installed.
+test_packages="microsocks dante-server tinyproxy xvfb xdotool desktop-file-utils appstream man-db groff-base"
 
 # ensure_packages NEEDED [WISHED]: two lists of names. Installs with apt-get what
 # is not there, of the wished ones those that this release of Debian has. Where
@@ -89,12 +89,11 @@ go_on_by_hand() {
       Qt 6.4 or later, with its headers: Core, Gui, Widgets, Network, Multimedia
     and its tests also
       Qt Test, and for some of them, which are skipped otherwise: microsocks,
-      Dante, tinyproxy, Xvfb, xdotool
+      Dante, tinyproxy, Xvfb, xdotool, desktop-file-validate, appstreamcli, man
     By hand it is built and played, without Ninja too, with
       cmake -S . -B build && cmake --build build
       build/demo/kelmora-demo & build/src/app/kelmora
     and tested with
-      cmake -S . -B build -DBUILD_TESTING=ON && cmake --build build
       cmake -S . -B build -DBUILD_TESTING=ON && cmake --build build
       ctest --test-dir build --output-on-failure
 END

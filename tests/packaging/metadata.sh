@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# What menus and shops of software read is valid, as far as their tools are
+# installed.
+#
+#   metadata.sh SOURCES BUILT      77: none of the tools is there
+set -euo pipefail
+sources=$1 built=$2
+ran=0
+if command -v desktop-file-validate > /dev/null; then
+  told=$(desktop-file-validate "$sources/kelmora.desktop" 2>&1) || true
+  [ -z "$told" ] || { echo "FAILED: $told"; exit 1; }
+  ran=$((ran + 1))
+fi
+if command -v appstreamcli > /dev/null; then
+  appstreamcli validate --no-net "$built/example.kelmora.kelmora.metainfo.xml"
+  ran=$((ran + 1))
+fi
+[ "$ran" -gt 0 ] || { echo "SKIPPED: neither desktop-file-validate nor appstreamcli is installed"; exit 77; }
+echo "PASSED: $ran of 2 tools"
