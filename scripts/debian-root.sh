@@ -32,7 +32,7 @@ in_mounts() {
 stop_inside() {
   [ -n "$inside" ] || return 0
   # Its child is the first process in there: all others end with it.
-  pkill -KILL -P "$inside" || kill -KILL "$inside" || true
+  pkill -KILL -P "$inside" || kill -KILL "$inside" 2> /dev/null || true
   wait "$inside" 2> /dev/null || true
 }
 
@@ -44,7 +44,7 @@ make_root() {
   eval "$(apt-config shell proxy Acquire::http::Proxy)"
   if [ -n "$proxy" ]; then export http_proxy="${http_proxy:-$proxy}"; fi
   chmod 755 "$(dirname "$system")"
-  in_mounts debootstrap --variant=minbase "${include[@]}" "$suite" "$system" "$mirror"
+  in_mounts debootstrap --variant=minbase "${include[@]}" "$suite" "$system" "$mirror" || return
 
   rm -f "$system/etc/apt/sources.list"
   printf '%s\n' "$sources" > "$system/etc/apt/sources.list.d/here.list"
