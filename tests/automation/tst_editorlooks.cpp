@@ -18,6 +18,7 @@ class TestEditorLooks : public EditorTest {
   void declaresItsSevenSlotsInOrder();
   void saysItsWords();
   void looksAsLaidOut();
+  void aLargeFontOfTheDesktopCutsNoButton();
   void theTabKeyFollowsTheReadingOrder();
   void showingReturnsAtOnceAndBlocksTheOtherWindows();
   void enterPressesTheButtonThatHasTheFocus();
@@ -83,6 +84,24 @@ void TestEditorLooks::looksAsLaidOut() {
   QTRY_VERIFY(c.list->width() > 600);
   QVERIFY(qAbs(c.add->width() - c.remove->width()) <= 1);
   QVERIFY(qAbs(c.list->width() - 2 * c.add->width()) <= 3);
+}
+
+void TestEditorLooks::aLargeFontOfTheDesktopCutsNoButton() {
+  QDialog& dialog = editor().dialog();
+  QFont font = dialog.font();
+  font.setPointSizeF(24);
+  dialog.setFont(font);
+  editor().open({{"A", {"kill"}}});
+  const EditorControls& c = controls();
+  for (const QPushButton* button : {c.edit, c.save, c.cancel, c.add, c.remove, c.close})
+    QVERIFY2(button->width() >= button->sizeHint().width(), qPrintable(button->text()));
+  // With the usual font again, the usual size is enough.
+  dialog.close();
+  font.setPointSizeF(9);
+  dialog.setFont(font);
+  QApplication::processEvents();
+  editor().dialog().showEditor();
+  QCOMPARE(dialog.minimumSize(), QSize(420, 360));
 }
 
 void TestEditorLooks::theTabKeyFollowsTheReadingOrder() {

@@ -86,6 +86,7 @@ EditorWidget::EditorWidget(EditorTexts texts, QWidget* parent)
 void EditorWidget::showEditor() {
   listEntries();
   setState(State::Browsing);
+  makeRoom();
   show();
 }
 
@@ -140,6 +141,15 @@ void EditorWidget::layOutControls() {
   column->addWidget(closeButton_, row, 0);
   setMinimumSize(smallestSize);
   resize(firstSize);
+}
+
+// With a large font of the desktop the first size would cut the buttons' texts.
+void EditorWidget::makeRoom() {
+  layout()->invalidate();  // the font may have changed since they were last measured
+  layout()->activate();
+  const QSize needed = layout()->minimumSize();
+  const bool fits = needed.boundedTo(firstSize) == needed;
+  setMinimumSize(fits ? smallestSize : smallestSize.expandedTo(needed));
 }
 
 void EditorWidget::nameControls() {

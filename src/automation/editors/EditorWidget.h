@@ -88,6 +88,7 @@ class EditorWidget : public QDialog {
 
   void createControls();
   void layOutControls();
+  void makeRoom();
   void nameControls();
   void setFieldColours();
   void setState(State state);
