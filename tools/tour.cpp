@@ -3,36 +3,19 @@
 // a picture of the window.
 
 #include <QApplication>
-#include <QDeadlineTimer>
-#include <QKeyEvent>
 #include <QTemporaryDir>
 #include <QTextStream>
-#include <functional>
 
+#include "Hands.h"
 #include "app/ApplicationFonts.h"
 #include "app/MainWidget.h"
 #include "app/Profile.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
+using namespace kelmora::tools;
+
 namespace {
-
-constexpr int patience = 10000;  // milliseconds to wait for an answer
-
-bool waitFor(const std::function<bool()>& condition) {
-  const QDeadlineTimer deadline(patience);
-  while (!condition() && !deadline.hasExpired())
-    QApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
-  return condition();
-}
-
-void press(QWidget& widget, int key, const QString& text = {},
-           Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-  QKeyEvent down(QEvent::KeyPress, key, modifiers, text);
-  QApplication::sendEvent(&widget, &down);
-  QKeyEvent up(QEvent::KeyRelease, key, modifiers, text);
-  QApplication::sendEvent(&widget, &up);
-}
 
 struct Step {
   const char* typed;
@@ -55,9 +38,7 @@ bool play(MainWidget& window) {
     return false;
   for (const Step& step : steps) {
     const QString before = pane->toPlainText();
-    bar->clear();
-    for (const QChar letter : QString::fromLatin1(step.typed))
-      press(*bar, 0, letter);
+    typeInto(*bar, QString::fromLatin1(step.typed));
     press(*bar, Qt::Key_Return);
     const auto answered = [&] {
       return pane->toPlainText().mid(before.size()).contains(QLatin1String(step.answer));

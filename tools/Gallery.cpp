@@ -1,0 +1,159 @@
+#include "Gallery.h"
+
+#include <QCoreApplication>
+
+#include "Dialogs.h"
+#include "Hands.h"
+#include "Studio.h"
+#include "terminal/view/InputWidget.h"
+
+namespace kelmora::tools {
+
+namespace {
+
+const QString kPrompt = QStringLiteral("hp: [");
+
+Entry greeting() {
+  return {QStringLiteral("hi"), QStringLiteral("say Good morning!\nlook")};
+}
+
+Entry answerToBob() {
+  return {QStringLiteral("{*} tells you: {*}"),
+          QStringLiteral("/echo *** {_trigOut0} talks to you ***, FFCC00\n"
+                         "say Hello to you, too!")};
+}
+
+void enterAsRobin(Studio& studio) {
+  studio.enter();
+  studio.say(QStringLiteral("Robin"), kPrompt);
+}
+
+/// One picture after another.
+class Film {
+ public:
+  explicit Film(Studio& studio) : studio_(studio) {}
+
+  void show(int milliseconds) {
+    const QString number = QStringLiteral("%1").arg(++count_, 4, 10, QLatin1Char('0'));
+    studio_.keep(QStringLiteral("film-%1-%2.png").arg(number).arg(milliseconds), studio_.window());
+  }
+  void type(const QString& words) {
+    InputWidget& bar = studio_.bar();
+    constexpr int lettersAtOnce = 2;
+    for (qsizetype at = lettersAtOnce; at < words.size(); at += lettersAtOnce) {
+      typeInto(bar, words.first(at));
+      show(lettersAtOnce * millisecondsALetter);
+    }
+    typeInto(bar, words);
+    show(pause);
+  }
+  void say(const QString& words, const QString& answer, int milliseconds) {
+    type(words);
+    const qsizetype before = studio_.text().size();
+    press(studio_.bar(), Qt::Key_Return);
+    studio_.awaitWords(answer, before);
+    show(milliseconds);
+  }
+  void await(const QString& answer, qsizetype from, int milliseconds) {
+    studio_.awaitWords(answer, from);
+    show(milliseconds);
+  }
+
+ private:
+  static constexpr int millisecondsALetter = 70;
+  static constexpr int pause = 350;
+
+  Studio& studio_;
+  int count_ = 0;
+};
+
+}  // namespace
+
+void takeGuidePictures(Studio& studio) {
+  const auto keep = [&](const char* name) {
+    studio.keep(QString::fromLatin1(name) + QStringLiteral(".png"), studio.window());
+  };
+  keep("start");
+  keepGeneralSettings(studio);
+  keepInterfaceSettings(studio);
+  keepProxySettings(studio);
+  keepHelp(studio);
+  studio.enter();
+  keep("connected");
+  studio.say(QStringLiteral("Robin"), kPrompt);
+  keep("named");
+  studio.say(QStringLiteral("look fountain"), kPrompt);
+  studio.say(QStringLiteral("map"), kPrompt);
+  keep("map");
+  studio.say(QStringLiteral("north;kill soldier"), QStringLiteral("You hit"));
+  keep("fight");
+  studio.awaitWords(QStringLiteral("You have won!"), 0);
+  keepAliases(studio, greeting());
+  keepTriggers(studio, answerToBob());
+  studio.say(QStringLiteral("bob"), QStringLiteral("You say: Hello to you, too!"));
+  keep("triggered");
+  keepMacros(studio, QStringLiteral("score"));
+}
+
+QStringList guidePictures() {
+  return {QStringLiteral("start.png"),
+          QStringLiteral("connected.png"),
+          QStringLiteral("named.png"),
+          QStringLiteral("map.png"),
+          QStringLiteral("fight.png"),
+          QStringLiteral("triggered.png"),
+          QStringLiteral("general-settings.png"),
+          QStringLiteral("interface-settings.png"),
+          QStringLiteral("proxy-settings.png"),
+          QStringLiteral("help.png"),
+          QStringLiteral("aliases.png"),
+          QStringLiteral("triggers.png"),
+          QStringLiteral("key.png"),
+          QStringLiteral("macros.png")};
+}
+
+void takeDialogPictures(Studio& studio) {
+  keepGeneralSettings(studio);
+  keepInterfaceSettings(studio);
+  keepProxySettings(studio);
+  keepHelp(studio);
+  keepAliases(studio, greeting());
+  keepDeleteQuestion(studio);
+  keepTriggers(studio, answerToBob());
+  keepMacros(studio, QStringLiteral("score"));
+  enterAsRobin(studio);
+  studio.keep(QStringLiteral("window.png"), studio.window());
+}
+
+QStringList dialogPictures() {
+  return {QStringLiteral("window.png"),
+          QStringLiteral("general-settings.png"),
+          QStringLiteral("proxy-settings.png"),
+          QStringLiteral("interface-settings.png"),
+          QStringLiteral("help.png"),
+          QStringLiteral("aliases.png"),
+          QStringLiteral("delete-alias.png"),
+          QStringLiteral("triggers.png"),
+          QStringLiteral("key.png"),
+          QStringLiteral("macros.png")};
+}
+
+void takeFilm(Studio& studio) {
+  studio.enter();
+  Film film(studio);
+  film.show(1500);
+  film.say(QStringLiteral("Robin"), kPrompt, 2000);
+  film.say(QStringLiteral("map"), kPrompt, 2000);
+  film.say(QStringLiteral("north;kill soldier"), QStringLiteral("square up"), 700);
+  qsizetype from = studio.text().size();
+  for (int round = 0; round < 3; ++round) {
+    film.await(kPrompt, from, 900);
+    from = studio.text().size();
+  }
+  studio.awaitWords(QStringLiteral("You have won!"), 0);
+  film.show(1500);
+  film.say(QStringLiteral("colours"), kPrompt, 2500);
+  film.say(QStringLiteral("say Come and play!"), kPrompt, 3000);
+}
+
+}  // namespace kelmora::tools
