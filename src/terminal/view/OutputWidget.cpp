@@ -1,5 +1,6 @@
 #include "terminal/view/OutputWidget.h"
 
+#include <QAccessible>
 #include <QEvent>
 #include <utility>
 
@@ -31,7 +32,9 @@ OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
       queue_(limits.paragraphs, limits.lengths),
       document_(*this, limits),
       sight_(*this),
-      readBack_(*this, sight_) {
+      readBack_(*this, sight_),
+      announcer_(*this),
+      speech_([this](const QString& text) { announcer_.say(text); }) {
   nextTurn_.setSingleShot(true);
   nextTurn_.setTimerType(Qt::PreciseTimer);
   connect(&readBack_, &ReadBack::closed, &inputBar_,
@@ -66,7 +69,7 @@ void OutputWidget::appendStatusLine(SafeHtml html) {
 }
 
 void OutputWidget::echoSentText(const QString& text) {
-  add<PaneText>(PlainText{text, Qt::yellow, Qt::black});
+  add<PaneText>(PlainText{text, Qt::yellow, Qt::black}, Whose::Player);
 }
 
 void OutputWidget::printText(const QString& text, const QColor& colour) {
@@ -131,7 +134,13 @@ void OutputWidget::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType
 }
 
 template <typename Text>
-void OutputWidget::add(Text text) {
+void OutputWidget::add(Text text, Whose whose) {
+  if (QAccessible::isActive()) {
+    if (whose == Whose::Other)
+      speech_.hear(text);
+    else
+      speech_.hearEcho();
+  }
   queue_.add(std::move(text));
   if (queue_.size() > longQueue)
     qCInfo(paneLog) << "text has to wait for the pane, bytes in the queue:" << queue_.size();

@@ -4,9 +4,11 @@
 #include <QTextBrowser>
 #include <QTimer>
 
+#include "terminal/view/Announcer.h"
 #include "terminal/view/PaneDocument.h"
 #include "terminal/view/PaneQueue.h"
 #include "terminal/view/PaneSight.h"
+#include "terminal/view/PaneSpeech.h"
 #include "terminal/view/PaneTurns.h"
 #include "terminal/view/ReadBack.h"
 
@@ -60,8 +62,10 @@ class OutputWidget : public QTextBrowser {
   void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
 
  private:
+  /// Text that is not the player's own is read out where a screen reader runs.
+  enum class Whose { Player, Other };
   template <typename Text>  // PaneText or ServerText
-  void add(Text text);
+  void add(Text text, Whose whose = Whose::Other);
   void takeTurn();
   /// Writes waiting text until the deadline, or until the queue is empty.
   void write(QDeadlineTimer deadline);
@@ -80,4 +84,6 @@ class OutputWidget : public QTextBrowser {
   kelmora::terminal::PaneDocument document_;
   kelmora::terminal::PaneSight sight_;
   kelmora::terminal::ReadBack readBack_;
+  kelmora::terminal::Announcer announcer_;
+  kelmora::terminal::PaneSpeech speech_;
 };

@@ -1,5 +1,6 @@
 #include "terminal/view/VitalsBars.h"
 
+#include <QAccessible>
 #include <QCoreApplication>
 #include <QProgressBar>
 
@@ -42,6 +43,19 @@ QProgressBar* makeBar(QWidget& toolbar, const BarRow& row) {
   return bar;
 }
 
+/// As long as it lives, screen readers are not told of changes. Some speak each one
+/// of a bar, which with a bar for each kind of points and a prompt every second is
+/// all that a player would hear.
+class Untold {
+ public:
+  Untold() : before_(QAccessible::installUpdateHandler([](QAccessibleEvent* /*event*/) {})) {}
+  ~Untold() { QAccessible::installUpdateHandler(before_); }
+  Q_DISABLE_COPY_MOVE(Untold)
+
+ private:
+  QAccessible::UpdateHandler before_;
+};
+
 }  // namespace
 
 VitalsBars::VitalsBars(QWidget& toolbar)
@@ -67,6 +81,7 @@ void VitalsBars::show(const VitalPercentages& percentages) {
 }
 
 void VitalsBars::apply() {
+  const Untold untold;
   sinceApplied_.start();
   for (std::size_t i = 0; i < bars_.size(); ++i)
     if (newest_.at(i))
