@@ -1,12 +1,14 @@
 // How the window is put together, in the order in which its parts need each
 // other; what it does once it stands is in MainWidget.cpp.
 
+#include <QAccessibleWidget>
 #include <QAction>
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTcpSocket>
 #include <QToolBar>
+#include <QToolButton>
 
 #include "app/AutomationStart.h"
 #include "app/MainWidget.h"
@@ -38,9 +40,24 @@ void keepExtent(QToolBar& toolbar) {
   toolbar.setMinimumWidth(1);
 }
 
+/// Screen readers look for a window by its role, and to the toolkit one without a
+/// menu is only a surface.
+QAccessibleInterface* windowForReaders(const QString& className, QObject* object) {
+  if (className != QLatin1String("MainWidget"))
+    return nullptr;
+  return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Window);
+}
+
+void nameToolbar(QToolBar& toolbar) {
+  toolbar.setAccessibleName(MainWidget::tr("Toolbar"));
+  if (auto* more = toolbar.findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button")))
+    more->setAccessibleName(MainWidget::tr("More buttons"));
+}
+
 }  // namespace
 
 MainWidget::MainWidget(Profile& profile) : profile_(profile) {
+  QAccessible::installFactory(windowForReaders);
   setWindowTitle(QStringLiteral("Kelmora - The Official Client"));
   setWindowIcon(QIcon(QStringLiteral(":/icons/mainicon.png")));
   loadStoredSettings();
@@ -72,6 +89,7 @@ void MainWidget::loadStoredSettings() {
 
 void MainWidget::createWidgets() {
   toolbar_ = new QToolBar(this);
+  nameToolbar(*toolbar_);
   inputBar_ = new InputWidget(*this, this);
   inputBar_->setAccessibleName(tr("Input bar"));
   outputPane_ = new OutputWidget(*inputBar_, this);

@@ -39,6 +39,8 @@ void TestSpokenLines::speaksEachLineOnce_data() {
   QTest::newRow("blank lines") << QStringList{"\n\n  \none\n\t\n"} << QStringList{"one"};
   QTest::newRow("blanks around a line") << QStringList{"   one two  \n"} << QStringList{"one two"};
   QTest::newRow("tabs") << QStringList{"one\ttwo\n"} << QStringList{"one two"};
+  QTest::newRow("blanks in a row, as the pane has them for a tab")
+      << QStringList{QStringLiteral("one\u00A0 \u00A0two\n")} << QStringList{"one two"};
   QTest::newRow("characters that have no sound")
       << QStringList{QStringLiteral("o\u0007n\u0000e\uFFFC\r\n")} << QStringList{"one"};
   QTest::newRow("letters of two halves, in two pieces")

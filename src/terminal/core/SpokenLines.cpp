@@ -16,8 +16,8 @@ bool endsLine(QChar character) {
 
 /// A text with a character zero would end there on its way to a screen reader.
 bool isSpoken(QChar character) {
-  return character.category() != QChar::Other_Control &&
-         character != QChar::ObjectReplacementCharacter;
+  return character == u'\t' || (character.category() != QChar::Other_Control &&
+                                character != QChar::ObjectReplacementCharacter);
 }
 
 }  // namespace
@@ -37,9 +37,7 @@ void SpokenLines::keep(QStringView piece) {
   for (const QChar character : piece) {
     if (restLength_ > longestLine)
       return;
-    if (character == u'\t')
-      rest_ += u' ';
-    else if (restLength_ == longestLine && isSpoken(character))
+    if (restLength_ == longestLine && isSpoken(character))
       rest_ += ellipsis;
     else if (isSpoken(character))
       rest_ += character;
@@ -56,7 +54,7 @@ void SpokenLines::endLine() {
 
 void SpokenLines::keepRest() {
   if (hasRest())
-    lines_ << rest_.trimmed();
+    lines_ << rest_.simplified();
   rest_.clear();
   if (lines_.size() > mostLines) {
     lines_.removeFirst();

@@ -6,8 +6,8 @@
 namespace kelmora::terminal {
 
 /// Collects what a screen reader is to read out: the lines of all text that comes,
-/// without blank ones and without characters that cannot be spoken. Of many lines
-/// it keeps the last ones and counts the others.
+/// without blank ones and without characters that cannot be spoken; blanks in a row
+/// count as one. Of many lines it keeps the last ones and counts the others.
 class SpokenLines {
  public:
   /// A screenful is the most that anyone listens to. Fast speech takes about a
