@@ -4,8 +4,9 @@
 build_packages="build-essential cmake ninja-build qt6-base-dev qt6-multimedia-dev libgl-dev"
 # Tests that miss one of these are skipped. Qt Test comes with qt6-base-dev. The
 # three proxies are real peers for the connection tests; xvfb and xdotool give
-# those of the window a real display; the last four read what is installed.
-test_packages="microsocks dante-server tinyproxy xvfb xdotool desktop-file-utils appstream man-db groff-base"
+# those of the window a real display; dbus and at-spi2-core give it a bus on which
+# they hear what a screen reader is told; the last four read what is installed.
+test_packages="microsocks dante-server tinyproxy xvfb xdotool dbus at-spi2-core desktop-file-utils appstream man-db groff-base"
 
 # ensure_packages NEEDED [WISHED]: two lists of names. Installs with apt-get what
 # is not there, of the wished ones those that this release of Debian has. Where
@@ -89,7 +90,8 @@ go_on_by_hand() {
       Qt 6.4 or later, with its headers: Core, Gui, Widgets, Network, Multimedia
     and its tests also
       Qt Test, and for some of them, which are skipped otherwise: microsocks,
-      Dante, tinyproxy, Xvfb, xdotool, desktop-file-validate, appstreamcli, man
+      Dante, tinyproxy, Xvfb, xdotool, D-Bus, AT-SPI, desktop-file-validate,
+      appstreamcli, man
     By hand it is built and played, without Ninja too, with
       cmake -S . -B build && cmake --build build
       build/demo/kelmora-demo & build/src/app/kelmora
