@@ -27,7 +27,7 @@ demo::DemoOptions quietWorld() {
 
 /// What differs between systems is settled: the fonts and the style.
 QString storeIn(const QTemporaryDir& folder, quint16 port) {
-  const QString file = folder.filePath(QStringLiteral("store.ini"));
+  QString file = folder.filePath(QStringLiteral("store.ini"));
   QSettings store(file, QSettings::IniFormat);
   store.beginGroup(QStringLiteral("Global Settings"));
   store.setValue(QStringLiteral("size"), QSize(800, 600));
