@@ -2,6 +2,7 @@
 
 #include <QLatin1StringView>
 
+#include <QCoreApplication>
 #include <QString>
 #include <array>
 #include <span>
@@ -26,7 +27,7 @@ struct CommandRow {
   QLatin1StringView word;
   ArgumentForm form;
   Substituted substituted;
-  QLatin1StringView error;  ///< what is said when an argument is missing
+  const char* error;  ///< what is said, translated, of the word when an argument is missing
 };
 
 namespace commandtable {
@@ -35,28 +36,32 @@ using namespace Qt::Literals::StringLiterals;
 using enum ArgumentForm;
 using enum Substituted;
 
+inline constexpr const char* takesOne = QT_TRANSLATE_NOOP("Script", "%1 takes one argument");
+inline constexpr const char* takesOneOrMore =
+    QT_TRANSLATE_NOOP("Script", "%1 takes at least one argument");
+inline constexpr const char* takesTwo = QT_TRANSLATE_NOOP("Script", "%1 takes two arguments");
+
 inline constexpr std::array rows{
-    CommandRow{"/set"_L1, Two, Second, "/set takes two arguments"_L1},
-    CommandRow{"/delete"_L1, One, Nothing, "/delete takes one argument"_L1},
-    CommandRow{"/variables"_L1, None, Nothing, {}},
-    CommandRow{"/add"_L1, Two, Second, "/add takes two arguments"_L1},
-    CommandRow{"/subtract"_L1, Two, Second, "/subtract takes two arguments"_L1},
-    CommandRow{"/multiply"_L1, Two, Second, "/multiply takes two arguments"_L1},
-    CommandRow{"/divide"_L1, Two, Second, "/divide takes two arguments"_L1},
-    CommandRow{"/isequal"_L1, Two, Both, "/isequal takes two arguments"_L1},
-    CommandRow{"/isnotequal"_L1, Two, Both, "/isnotequal takes two arguments"_L1},
-    CommandRow{"/islessthan"_L1, Two, Both, "/islessthan takes two arguments"_L1},
-    CommandRow{"/isgreaterthan"_L1, Two, Both, "/isgreaterthan takes two arguments"_L1},
-    CommandRow{"/islessthanorequal"_L1, Two, Both, "/islessthanorequal takes two arguments"_L1},
-    CommandRow{"/isgreaterthanorequal"_L1, Two, Both,
-               "/isgreaterthanorequal takes two arguments"_L1},
-    CommandRow{"/cond"_L1, One, Nothing, "/cond takes one argument"_L1},
-    CommandRow{"/condloop"_L1, One, Nothing, "/condloop takes one argument"_L1},
-    CommandRow{"/repeat"_L1, Two, First, "/repeat takes two arguments"_L1},
-    CommandRow{"/echo"_L1, TextAndMaybeColour, First, "/echo takes at least one argument"_L1},
-    CommandRow{"/pause"_L1, Two, Nothing, "/pause takes two arguments"_L1},
+    CommandRow{"/set"_L1, Two, Second, takesTwo},
+    CommandRow{"/delete"_L1, One, Nothing, takesOne},
+    CommandRow{"/variables"_L1, None, Nothing, nullptr},
+    CommandRow{"/add"_L1, Two, Second, takesTwo},
+    CommandRow{"/subtract"_L1, Two, Second, takesTwo},
+    CommandRow{"/multiply"_L1, Two, Second, takesTwo},
+    CommandRow{"/divide"_L1, Two, Second, takesTwo},
+    CommandRow{"/isequal"_L1, Two, Both, takesTwo},
+    CommandRow{"/isnotequal"_L1, Two, Both, takesTwo},
+    CommandRow{"/islessthan"_L1, Two, Both, takesTwo},
+    CommandRow{"/isgreaterthan"_L1, Two, Both, takesTwo},
+    CommandRow{"/islessthanorequal"_L1, Two, Both, takesTwo},
+    CommandRow{"/isgreaterthanorequal"_L1, Two, Both, takesTwo},
+    CommandRow{"/cond"_L1, One, Nothing, takesOne},
+    CommandRow{"/condloop"_L1, One, Nothing, takesOne},
+    CommandRow{"/repeat"_L1, Two, First, takesTwo},
+    CommandRow{"/echo"_L1, TextAndMaybeColour, First, takesOneOrMore},
+    CommandRow{"/pause"_L1, Two, Nothing, takesTwo},
     // A quirk kept on purpose: blanks behind this id are taken as part of it.
-    CommandRow{"/unpause"_L1, OneUntrimmed, Nothing, "/unpause takes one argument"_L1},
+    CommandRow{"/unpause"_L1, OneUntrimmed, Nothing, takesOne},
 };
 
 }  // namespace commandtable
@@ -64,6 +69,12 @@ inline constexpr std::array rows{
 /// All commands.
 [[nodiscard]] constexpr std::span<const CommandRow> commandRows() {
   return commandtable::rows;
+}
+
+/// What is said when an argument of the command is missing.
+[[nodiscard]] inline QString errorOf(const CommandRow& row) {
+  return row.error == nullptr ? QString()
+                              : QCoreApplication::translate("Script", row.error).arg(row.word);
 }
 
 }  // namespace kelmora::script

@@ -91,7 +91,7 @@ std::optional<Sequel> Commands::run(const QString& action) {
     return std::nullopt;
   std::optional<Arguments> arguments = split(command->form, action);
   if (!arguments) {
-    host_.printError(command->error);
+    host_.printError(errorOf(*command));
     return Sequel();
   }
   prepare(*command, *arguments);
@@ -105,7 +105,7 @@ std::optional<Sequel> Commands::run(const QString& action) {
 
 void Commands::prepare(const CommandRow& command, Arguments& arguments) {
   if (arguments.wasCut &&
-      losses_.tell(QStringLiteral("Text cut at %1 bytes: ").arg(longestArgument), command.word))
+      losses_.tell(tr("Text cut at %1 bytes: %2").arg(longestArgument), command.word))
     qCInfo(scriptsLog) << "argument cut, command" << command.word;
   if (command.form == ArgumentForm::OneUntrimmed)
     return;
@@ -129,8 +129,7 @@ void Commands::substitute(const CommandRow& command, QString& argument) {
 }
 
 void Commands::tellCut(QLatin1StringView word) {
-  if (losses_.tell(QStringLiteral("Text cut at %1 characters: ").arg(VariableTable::maximumLength),
-                   word))
+  if (losses_.tell(tr("Text cut at %1 characters: %2").arg(VariableTable::maximumLength), word))
     qCInfo(scriptsLog) << "value or text cut, command" << word;
 }
 
@@ -141,12 +140,12 @@ Sequel Commands::set(const Arguments& arguments) {
 
 Sequel Commands::remove(const Arguments& arguments) {
   if (!variables_.remove(arguments.first))
-    host_.printError(QStringLiteral("No such variable to delete: ") + arguments.first);
+    host_.printError(tr("No such variable to delete: %1").arg(arguments.first));
   return {};
 }
 
 Sequel Commands::list(const Arguments& /*arguments*/) {
-  host_.printInfo(QStringLiteral("Global variables:"));
+  host_.printInfo(tr("Global variables:"));
   // A copy, because the host may change the variables while it prints.
   const VariableTable::Entries entries = variables_.entries();
   for (auto entry = entries.cbegin(); entry != entries.cend() && !budget_.overspent(); ++entry)
@@ -157,7 +156,7 @@ Sequel Commands::list(const Arguments& /*arguments*/) {
 template <Operation operation>
 Sequel Commands::calculate(const Arguments& arguments) {
   if (!variables_.contains(arguments.first)) {
-    host_.printError(QStringLiteral("No such variable: ") + arguments.first);
+    host_.printError(tr("No such variable: %1").arg(arguments.first));
     return {};
   }
   const QString value = variables_.value(arguments.first);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <optional>
 
@@ -19,6 +20,8 @@ class VariableTable;
 /// Runs the slash-commands. CommandTable.h lists them; to add one, write its
 /// row there, and here its function and its entry in the list of handlers.
 class Commands {
+  Q_DECLARE_TR_FUNCTIONS(Script)
+
  public:
   /// The most rounds of a /condloop and of a /repeat. That they differ by one
   /// is a quirk kept on purpose.

@@ -112,7 +112,7 @@ std::optional<QString> Interpreter::bodyOf(Run& run) {
   }
   run.calls.pop();
   if (commands_.conditionFlag())
-    host_.printError(QStringLiteral("/condloop has reached maximum evaluation"));
+    host_.printError(tr("/condloop has reached maximum evaluation"));
   return std::nullopt;
 }
 
@@ -172,7 +172,7 @@ void Interpreter::callOrSend(Run& run, const QString& text, Place place) {
     host_.sendLine(text);
   } else if (run.calls.isCircle(text, caller)) {
     run.calls.leave(text);
-    if (losses_.tell(QStringLiteral("Endless alias stopped: ") + text))
+    if (losses_.tell(tr("Endless alias stopped: %1").arg(text)))
       qCInfo(scriptsLog) << "endless alias stopped, lists and loops open:" << run.calls.size();
   } else {
     budget_.spendCall(run.calls.size());
@@ -183,8 +183,7 @@ void Interpreter::callOrSend(Run& run, const QString& text, Place place) {
 bool Interpreter::endsForSteps(const Run& run) {
   if (budget_.overspent() && !budget_.ended()) {
     budget_.end();
-    if (losses_.tell(QStringLiteral("Script stopped after %1 steps: ").arg(budget_.limit()),
-                     run.started))
+    if (losses_.tell(tr("Script stopped after %1 steps: %2").arg(budget_.limit()), run.started))
       qCInfo(scriptsLog) << "run stopped, lists and loops open:" << run.calls.size();
   }
   return budget_.ended();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 #include <optional>
@@ -25,6 +26,8 @@ class VariableTable;
 /// begin again, and the actions around it go on. An alias that calls itself
 /// through a condition or a loop may end, so it runs on, within RunBudget.
 class Interpreter {
+  Q_DECLARE_TR_FUNCTIONS(Script)
+
  public:
   /// Host, variables and aliases must outlive the interpreter.
   Interpreter(ScriptHost& host, VariableTable& variables, const AliasLookup& aliases,

@@ -16,11 +16,19 @@ QString shortened(const QString& text) {
 
 }  // namespace
 
+bool Losses::tell(const QString& loss) {
+  return tellOnce(loss, loss);
+}
+
 bool Losses::tell(const QString& loss, const QString& about) {
+  return tellOnce(loss, loss.arg(shortened(about)));
+}
+
+bool Losses::tellOnce(const QString& loss, const QString& line) {
   if (told_.contains(loss))
     return false;
   told_.insert(loss);
-  host_.printError(loss + shortened(about));
+  host_.printError(line);
   return true;
 }
 

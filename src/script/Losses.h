@@ -30,12 +30,16 @@ class Losses {
   explicit Losses(ScriptHost& host) : host_(host) {}
   Q_DISABLE_COPY_MOVE(Losses)
 
-  /// Prints an error line of the loss and the beginning of what it is about.
-  /// Does nothing and returns false if the same loss was told in this event,
-  /// whatever it was about.
-  bool tell(const QString& loss, const QString& about = {});
+  /// Prints an error line of the loss. Does nothing and returns false if the same
+  /// loss was told in this event.
+  bool tell(const QString& loss);
+  /// The same for a loss with one placeholder left, which stands for the beginning
+  /// of what the loss is about. Whatever that is, it is the same loss.
+  bool tell(const QString& loss, const QString& about);
 
  private:
+  bool tellOnce(const QString& loss, const QString& line);
+
   ScriptHost& host_;
   int events_ = 0;
   QSet<QString> told_;

@@ -20,7 +20,7 @@ PendingTimers::~PendingTimers() {
 void PendingTimers::park(const Pause& pause, const QStringList& rest) {
   if (timers_.contains(pause.timerId)) {
     qCInfo(scriptsLog) << "pause refused, its id is taken; actions dropped:" << rest.size();
-    host_.printError(QStringLiteral("Duplicate timer id: ") + pause.timerId);
+    host_.printError(tr("Duplicate timer id: %1").arg(pause.timerId));
     return;
   }
   auto* const timer = new ActionTimer(
@@ -38,14 +38,14 @@ void PendingTimers::runDue(const ActionTimer& timer) {
 void PendingTimers::unpause(const QString& timerId) {
   const ActionTimer* const timer = timers_.take(timerId);
   if (timer == nullptr) {
-    host_.printError(QStringLiteral("No such pending timer: ") + timerId);
+    host_.printError(tr("No such pending timer: %1").arg(timerId));
     return;
   }
   qCInfo(scriptsLog) << "timer cancelled by a script; actions dropped:" << timer->actions().size();
   // A timer that is due has left the map, so this one is not in its own slot
   // now and can be deleted.
   delete timer;
-  host_.printInfo(QStringLiteral("Deleted timer: ") + timerId);
+  host_.printInfo(tr("Deleted timer: %1").arg(timerId));
 }
 
 }  // namespace kelmora::script

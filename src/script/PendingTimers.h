@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QMap>
 #include <QStringList>
 #include <functional>
@@ -15,6 +16,8 @@ class ScriptHost;
 /// The lists of actions that wait for the end of a pause, each under the id
 /// that the pause was given.
 class PendingTimers {
+  Q_DECLARE_TR_FUNCTIONS(Script)
+
  public:
   using RunActions = std::function<void(const QStringList& actions)>;
 

@@ -74,7 +74,8 @@ QString substitutedOf(const script::CommandRow& command) {
 void TestReference::commands() {
   QList<QStringList> inCode;
   for (const script::CommandRow& command : script::commandRows())
-    inCode << QStringList{command.word, formOf(command), substitutedOf(command), command.error};
+    inCode << QStringList{command.word, formOf(command), substitutedOf(command),
+                          script::errorOf(command)};
   QList<QStringList> inPage;
   for (const QStringList& row : page("scripting.md").checkedTable("## Commands"))
     inPage << QStringList{codeIn(row.at(0)), row.at(1), row.at(2), codeIn(row.at(4))};
@@ -87,7 +88,7 @@ void TestReference::scriptMessages() {
   QMap<QString, QString> inCode;
   // Commands without their arguments have their errors in a table of their own.
   static const QRegularExpression message(
-      QStringLiteral("(printError|printInfo|tell)\\(\\s*QStringLiteral\\(\"([^\"%]+)"));
+      QStringLiteral("(printError|printInfo|tell)\\(\\s*tr\\(\"([^\"%]+)"));
   for (const QString& path : filesIn("src/script", "*.cpp"))
     for (auto match = message.globalMatch(textOf(path)); match.hasNext();) {
       const auto found = match.next();

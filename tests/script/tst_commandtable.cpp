@@ -44,7 +44,8 @@ void TestCommandTable::theErrorFitsTheForm() {
       {ArgumentForm::TextAndMaybeColour, " takes at least one argument"},
   };
   for (const CommandRow& row : commandRows())
-    QCOMPARE(row.error, row.form == ArgumentForm::None ? QString() : row.word + errors[row.form]);
+    QCOMPARE(errorOf(row),
+             row.form == ArgumentForm::None ? QString() : row.word + errors[row.form]);
 }
 
 void TestCommandTable::everyRowRuns() {
@@ -54,7 +55,7 @@ void TestCommandTable::everyRowRuns() {
     script.run({row.word, row.word + QStringLiteral(" a"), row.word + QStringLiteral(" a, b")});
     QVERIFY2(script.host.noted(QStringLiteral("> ") + row.word).isEmpty(), row.word.data());
     const bool refusesNone = row.form != ArgumentForm::None;
-    QCOMPARE(script.host.errors().contains("## " + row.error), refusesNone);
+    QCOMPARE(script.host.errors().contains("## " + errorOf(row)), refusesNone);
     // A longer word is not the command.
     QCOMPARE(script.logOf({row.word + u'x'}), QStringList{"> " + row.word + u'x'});
   }
