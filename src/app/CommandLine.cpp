@@ -2,11 +2,16 @@
 
 #include <QCommandLineOption>
 #include <QCommandLineParser>
+#include <QCoreApplication>
 #include <array>
 
 namespace kelmora::app {
 
 namespace {
+
+struct Words {
+  Q_DECLARE_TR_FUNCTIONS(CommandLine)
+};
 
 constexpr int wrongUse = 2;
 
@@ -41,7 +46,7 @@ void addToolkitOptions(QCommandLineParser& parser) {
 }
 
 QString helpText() {
-  return QStringLiteral(
+  return Words::tr(
       "Usage: kelmora [options]\n"
       "A client for the text game Kelmora. Without options it opens its window.\n"
       "\n"
@@ -66,7 +71,7 @@ std::optional<CommandLineAnswer> answerTo(const QStringList& arguments) {
   // The parser passes over the program's name.
   if (!parser.parse(QStringList(QString()) + arguments))
     return CommandLineAnswer{
-        QStringLiteral("kelmora: %1\nTry 'kelmora --help'.\n").arg(parser.errorText()), wrongUse};
+        Words::tr("kelmora: %1\nTry 'kelmora --help'.\n").arg(parser.errorText()), wrongUse};
   if (parser.isSet(help))
     return CommandLineAnswer{helpText(), 0};
   if (parser.isSet(version))

@@ -85,7 +85,7 @@ void Play::sendLine(const QString& line) {
   if (echoEnabled_ && profile_.settings.displayLocalEcho)
     pane_.echoSentText(line + QStringLiteral("\r\n"));
   if (result == net::SendResult::LossBegins)
-    printError(QStringLiteral("The server takes no lines: this one and what follows is lost"));
+    printError(tr("The server takes no lines: this one and what follows is lost"));
 }
 
 void Play::printError(const QString& text) {

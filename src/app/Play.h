@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QCoreApplication>
+
 #include "automation/core/TriggerTable.h"
 #include "net/GameLink.h"
 #include "net/LinkHost.h"
@@ -41,6 +43,8 @@ class Play final : private terminal::PipelineHost,
                    private script::ScriptHost,
                    private script::AliasLookup,
                    private automation::TriggerHost {
+  Q_DECLARE_TR_FUNCTIONS(Play)
+
  public:
   /// The options have to be read already; the colours are still to be taken. Socket, timers and
   /// sound become children of the window. All four outlive this object.

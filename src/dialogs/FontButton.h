@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QPushButton>
 
 namespace kelmora::dialogs {
@@ -8,6 +9,8 @@ namespace kelmora::dialogs {
 /// that is too large or too small for a label is drawn in the nearest readable
 /// size, so that the dialog keeps its shape; the tool tip tells the true size.
 class FontButton : public QPushButton {
+  Q_DECLARE_TR_FUNCTIONS(FontButton)
+
  public:
   using QPushButton::QPushButton;
 

@@ -27,10 +27,10 @@ struct TypeRow {
 
 // A stored type that is none of these is shown as the first.
 constexpr TypeRow typeRows[] = {
-    {"Socks5", QNetworkProxy::Socks5Proxy},
-    {"HTTP", QNetworkProxy::HttpProxy},
-    {"HTTP Caching", QNetworkProxy::HttpCachingProxy},
-    {"FTP Caching", QNetworkProxy::FtpCachingProxy},
+    {QT_TRANSLATE_NOOP("ProxyWidget", "Socks5"), QNetworkProxy::Socks5Proxy},
+    {QT_TRANSLATE_NOOP("ProxyWidget", "HTTP"), QNetworkProxy::HttpProxy},
+    {QT_TRANSLATE_NOOP("ProxyWidget", "HTTP Caching"), QNetworkProxy::HttpCachingProxy},
+    {QT_TRANSLATE_NOOP("ProxyWidget", "FTP Caching"), QNetworkProxy::FtpCachingProxy},
 };
 
 /// Takes any int. Digits are not grouped, whatever is usual in the user's language:
@@ -76,7 +76,7 @@ ProxyWidget::ProxyWidget(QWidget& mainWindow, SettingsHost& host, Record& settin
   auto* grid = new QGridLayout(this);
   grid->addWidget(useProxy_, 0, 0);
   for (const TypeRow& row : typeRows)
-    type_->addItem(QString::fromLatin1(row.name), static_cast<int>(row.type));
+    type_->addItem(tr(row.name), static_cast<int>(row.type));
   addField(*grid, tr("Proxy type"), type_);
   for (const TextRow& row : textRows) {
     texts_.push_back(new QLineEdit(this));

@@ -1,11 +1,16 @@
 #include "net/StatusLines.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <array>
 
 namespace kelmora::net {
 
 namespace {
+
+struct Words {
+  Q_DECLARE_TR_FUNCTIONS(StatusLines)
+};
 
 struct ErrorText {
   QAbstractSocket::SocketError error;
@@ -15,8 +20,9 @@ struct ErrorText {
 /// The errors that are not told by their number.
 constexpr std::array<ErrorText, 3> errorTexts{{
     {QAbstractSocket::RemoteHostClosedError, nullptr},
-    {QAbstractSocket::HostNotFoundError, "Host not found"},
-    {QAbstractSocket::ConnectionRefusedError, "Connection refused by the peer"},
+    {QAbstractSocket::HostNotFoundError, QT_TRANSLATE_NOOP("StatusLines", "Host not found")},
+    {QAbstractSocket::ConnectionRefusedError,
+     QT_TRANSLATE_NOOP("StatusLines", "Connection refused by the peer")},
 }};
 
 QString italic(const QString& text) {
@@ -24,27 +30,29 @@ QString italic(const QString& text) {
 }
 
 QString errorStatus(const QString& text) {
-  return italic(QStringLiteral("Error: ") + text);
+  return italic(Words::tr("Error: %1").arg(text));
 }
 
 }  // namespace
 
 QString attemptLine(const QString& hostName, int port, qsizetype room) {
-  const QString before = QStringLiteral("Attempting to connect to ");
-  const QString after = QStringLiteral(" on port %1...").arg(port);
-  const qsizetype left = std::max(qsizetype{0}, room - italic(before + after).size());
+  const auto lineFor = [&](const QString& name) {
+    return italic(
+        Words::tr("Attempting to connect to %1 on port %2...").arg(name, QString::number(port)));
+  };
+  const qsizetype left = std::max(qsizetype{0}, room - lineFor({}).size());
   // The name is shown as 8-bit text that a zero ends, with "?" for each
   // character outside Latin-1.
   const QString shownName = QString::fromLatin1(hostName.left(left).toLatin1().constData());
-  return italic(before + shownName + after);
+  return lineFor(shownName);
 }
 
 QString connectedLine() {
-  return italic(QStringLiteral("Connected to host!"));
+  return italic(Words::tr("Connected to host!"));
 }
 
 QString disconnectedLine() {
-  return italic(QStringLiteral("Disconnected from host!"));
+  return italic(Words::tr("Disconnected from host!"));
 }
 
 std::optional<QString> errorLine(QAbstractSocket::SocketError error) {
@@ -53,9 +61,9 @@ std::optional<QString> errorLine(QAbstractSocket::SocketError error) {
       continue;
     if (known.text == nullptr)
       return std::nullopt;
-    return errorStatus(QLatin1String(known.text));
+    return errorStatus(Words::tr(known.text));
   }
-  return errorStatus(QStringLiteral("Socket error %1").arg(static_cast<int>(error)));
+  return errorStatus(Words::tr("Socket error %1").arg(static_cast<int>(error)));
 }
 
 }  // namespace kelmora::net
