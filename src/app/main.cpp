@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QLocale>
 #include <QPixmap>
 #include <cstdio>
 
@@ -7,6 +8,7 @@
 #include "app/MainWidget.h"
 #include "app/Profile.h"
 #include "app/StartSplash.h"
+#include "app/Translations.h"
 
 using namespace kelmora;
 using namespace kelmora::app;
@@ -16,12 +18,20 @@ int main(int argc, char** argv) {
   QStringList arguments;
   for (int i = 1; i < argc; ++i)
     arguments << QString::fromLocal8Bit(argv[i]);
-  if (const auto answer = answerTo(arguments)) {
+  const QString language = languageFor(QLocale::system().uiLanguages());
+  if (auto answer = answerTo(arguments)) {
+    if (!language.isEmpty()) {
+      // Texts are translated only where there is an application object.
+      const QCoreApplication speaker(argc, argv);
+      const Translations translations(language);
+      answer = answerTo(arguments);
+    }
     std::fputs(qPrintable(answer->text), answer->exitCode == 0 ? stdout : stderr);
     return answer->exitCode;
   }
 
   const QApplication application(argc, argv);
+  const Translations translations(language);
 
   StartSplash splash(QPixmap(QStringLiteral(":/icons/splash.png")));
   splash.show();
