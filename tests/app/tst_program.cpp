@@ -13,6 +13,9 @@
 class TestProgram : public QObject {
   Q_OBJECT
 
+ public:
+  using Variables = QList<std::pair<QString, QString>>;
+
  private Q_SLOTS:
   void init();
   void startsBehindItsSplash();
@@ -20,15 +23,18 @@ class TestProgram : public QObject {
   void theEventLoopsExitCodeIsTheProgramsOwn();
   void argumentsThatAreNoOptionsOfOursChangeNothing_data();
   void argumentsThatAreNoOptionsOfOursChangeNothing();
+  void speaksTheLanguageOfTheDesktop_data();
+  void speaksTheLanguageOfTheDesktop();
   void answersWithoutADisplay_data();
   void answersWithoutADisplay();
   void closingTheWindowSavesEveryOption();
 
  private:
   /// The lines of the report; ends the program that way.
-  QStringList run(const QString& end, const QStringList& arguments = {}) {
+  QStringList run(const QString& end, const QStringList& arguments = {},
+                  const Variables& variables = {{"LANG", "C"}}) {
     QProcess program;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    QProcessEnvironment environment = environmentWith(variables);
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     environment.insert("QT_QPA_GENERIC_PLUGINS", "startwatch");
     environment.insert("QT_PLUGIN_PATH", KELMORA_START_WATCH);
@@ -46,6 +52,16 @@ class TestProgram : public QObject {
         lines.value(gone + 1) == "window on the screen")
       lines.swapItemsAt(gone, gone + 1);
     return lines;
+  }
+
+  /// The environment of this test, but with these alone to tell the language.
+  static QProcessEnvironment environmentWith(const Variables& variables) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"})
+      environment.remove(name);
+    for (const auto& [name, value] : variables)
+      environment.insert(name, value);
+    return environment;
   }
 
   const QStringList usualStart_{
@@ -100,6 +116,49 @@ void TestProgram::argumentsThatAreNoOptionsOfOursChangeNothing() {
   QCOMPARE(exitCode_, 0);
 }
 
+void TestProgram::speaksTheLanguageOfTheDesktop_data() {
+  QTest::addColumn<Variables>("variables");
+  QTest::addColumn<bool>("isGerman");
+  QTest::newRow("none is told") << Variables{} << false;
+  QTest::newRow("LANG=C") << Variables{{"LANG", "C"}} << false;
+  QTest::newRow("LANG=en_GB.UTF-8") << Variables{{"LANG", "en_GB.UTF-8"}} << false;
+  QTest::newRow("one that the client does not speak")
+      << Variables{{"LANG", "cy_GB.UTF-8"}} << false;
+  QTest::newRow("LANG=de_DE.UTF-8") << Variables{{"LANG", "de_DE.UTF-8"}} << true;
+  QTest::newRow("LC_ALL goes before LANG")
+      << Variables{{"LANG", "en_US.UTF-8"}, {"LC_ALL", "de_AT.UTF-8"}} << true;
+  QTest::newRow("LANGUAGE goes before both")
+      << Variables{{"LANG", "de_DE.UTF-8"}, {"LC_ALL", "de_DE.UTF-8"}, {"LANGUAGE", "en:de"}}
+      << false;
+  QTest::newRow("the first of LANGUAGE that the client speaks")
+      << Variables{{"LANG", "en_US.UTF-8"}, {"LANGUAGE", "cy:de:en"}} << true;
+}
+
+void TestProgram::speaksTheLanguageOfTheDesktop() {
+  QFETCH(const Variables, variables);
+  QFETCH(const bool, isGerman);
+  if (isGerman && !KELMORA_SPEAKS_GERMAN)
+    QSKIP("built without lrelease");
+  const QStringList told = run("tell its words", {}, variables);
+  const QStringList words = told.filter("action: ");
+  QCOMPARE(words.size(), 11);
+  QCOMPARE(words.first(),
+           isGerman ? "action: Kelmora spielen (Strg+J)" : "action: Play Kelmora (Ctrl+J)");
+  QCOMPARE(exitCode_, 0);
+  const bool toolkitSpeaksIt =
+      isGerman &&
+      QFile::exists(QLibraryInfo::path(QLibraryInfo::TranslationsPath) + "/qtbase_de.qm");
+  QVERIFY(told.contains(toolkitSpeaksIt ? "the toolkit's button: Abbrechen"
+                                        : "the toolkit's button: Cancel"));
+  // And so do the answers without a window.
+  QProcess program;
+  program.setProcessEnvironment(environmentWith(variables));
+  program.start(KELMORA_PROGRAM, {"--help"});
+  QVERIFY(program.waitForFinished(30000));
+  QCOMPARE(program.exitCode(), 0);
+  QVERIFY(program.readAllStandardOutput().startsWith(isGerman ? "Aufruf: " : "Usage: "));
+}
+
 void TestProgram::answersWithoutADisplay_data() {
   QTest::addColumn<QString>("argument");
   QTest::addColumn<int>("exitCode");
@@ -119,7 +178,7 @@ void TestProgram::answersWithoutADisplay() {
   QFETCH(const QString, output);
   QFETCH(const QString, errors);
   QProcess program;
-  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  QProcessEnvironment environment = environmentWith({});
   for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
     environment.remove(name);
   program.setProcessEnvironment(environment);

@@ -131,6 +131,13 @@ class StartWatch : public QObject {
       QCoreApplication::exit(way.mid(5).toInt());
       return;
     }
+    if (way == "tell its words") {
+      for (const QAction* action : window_->findChildren<QAction*>())
+        if (!action->shortcut().isEmpty())
+          note(QStringLiteral("action: ") + action->text());
+      note(QStringLiteral("the toolkit's button: ") +
+           QCoreApplication::translate("QPlatformTheme", "Cancel"));
+    }
     if (way == "close beside the help")
       for (QAction* action : window_->findChildren<QAction*>())
         if (action->text().startsWith(QLatin1String("Kelmora help")))
