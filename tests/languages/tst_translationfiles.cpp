@@ -80,6 +80,7 @@ void TestTranslationFiles::hasTheTextsOfTheSource() {
         rest << text;
     return rest.join(u'\n');
   };
+  // The target update_translations mends both.
   QCOMPARE("missing: " + without(fresh, committed), QString("missing: "));
   QCOMPARE("obsolete: " + without(committed, fresh), QString("obsolete: "));
   QCOMPARE(committed.size(), fresh.size());
@@ -147,7 +148,7 @@ void TestTranslationFiles::differencesOfFormAreFound() {
 }
 
 void TestTranslationFiles::everyFileIsCompiledIn() {
-  if (QStringLiteral(KELMORA_LRELEASE).endsWith(QLatin1String("NOTFOUND")))
+  if (!KELMORA_SPEAKS_GERMAN)
     QSKIP("built without lrelease");
   QFETCH(const QString, path);
   const QString name = QFileInfo(path).completeBaseName();
@@ -171,7 +172,7 @@ void TestTranslationFiles::theLanguageIsTheFirstWanted_data() {
 }
 
 void TestTranslationFiles::theLanguageIsTheFirstWanted() {
-  if (QStringLiteral(KELMORA_LRELEASE).endsWith(QLatin1String("NOTFOUND")))
+  if (!KELMORA_SPEAKS_GERMAN)
     QSKIP("built without lrelease");
   QFETCH(const QStringList, wanted);
   QFETCH(const QString, language);
