@@ -535,6 +535,25 @@ Mehr dazu mit „kelmora --help“.
         <source>Ctrl+H</source>
         <translation>Ctrl+H</translation>
     </message>
+    <message>
+        <source>Toolbar</source>
+        <translation>Werkzeugleiste</translation>
+    </message>
+    <message>
+        <source>More buttons</source>
+        <translation>Weitere Schaltflächen</translation>
+    </message>
+</context>
+<context>
+    <name>PaneSpeech</name>
+    <message>
+        <source>1 line left out</source>
+        <translation>1 Zeile ausgelassen</translation>
+    </message>
+    <message>
+        <source>%1 lines left out</source>
+        <translation>%1 Zeilen ausgelassen</translation>
+    </message>
 </context>
 <context>
     <name>Play</name>
