@@ -110,6 +110,8 @@ void MainWidget::createDialogs() {
   macroEditor_ = new MacroWidget(profile_.macros, profile_.files, this);
   triggerEditor_ = new TriggerWidget(profile_.triggers, profile_.files, this);
   aliasEditor_ = new AliasWidget(profile_.aliases, profile_.files, this);
+  outputPane_->setTriggerMaker(
+      [this](const QString& line) { triggerEditor_->showEditorFor(line); });
   for (QDialog* dialog : findChildren<QDialog*>())
     dialog->installEventFilter(this);  // see eventFilter()
 }

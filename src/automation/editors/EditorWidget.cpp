@@ -269,12 +269,16 @@ void EditorWidget::deleteEntry() {
   list_->setCurrentIndex(list_->count() - 1);
 }
 
-bool EditorWidget::hasLabel(const QString& label) const {
-  for (qsizetype position = 0; position < entryCount(); ++position) {
+qsizetype EditorWidget::positionOf(const QString& label) const {
+  for (qsizetype position = 0; position < entryCount(); ++position)
     if (labelAt(position) == label)
-      return true;
-  }
-  return false;
+      return position;
+  return -1;
+}
+
+void EditorWidget::editEntryAt(qsizetype position) {
+  list_->setCurrentIndex(static_cast<int>(position));
+  editEntry();
 }
 
 void EditorWidget::refuse(const Notice& notice) {

@@ -72,7 +72,9 @@ class EditorWidget : public QDialog {
   void deleteEntry();
 
   // The parts of adding an entry, which each final class does in its own way.
-  [[nodiscard]] bool hasLabel(const QString& label) const;
+  /// Of the first entry with that label; -1 if there is none.
+  [[nodiscard]] qsizetype positionOf(const QString& label) const;
+  void editEntryAt(qsizetype position);
   void refuse(const Notice& notice);
   /// Lists and selects the entry that was added at the end of the table, and writes
   /// the file.

@@ -38,6 +38,18 @@ class TableEditorWidget : public EditorWidget {
 /// entry that holds its label, `SetLabel` the table's function that changes it.
 template <typename Table, auto Label, auto SetLabel>
 class LabelEditorWidget : public TableEditorWidget<Table> {
+ public:
+  /// Shows the editor with the first entry of that label, ready to be edited. If
+  /// there is none, one is added as by the Add button.
+  void showEditorFor(const QString& label) {
+    this->showEditor();
+    if (this->positionOf(label) < 0) {
+      this->table().append({label});
+      this->showAppended();
+    }
+    this->editEntryAt(this->positionOf(label));
+  }
+
  protected:
   using TableEditorWidget<Table>::TableEditorWidget;
 
@@ -51,7 +63,7 @@ class LabelEditorWidget : public TableEditorWidget<Table> {
   /// Adds an entry with the placeholder as its label and no commands.
   void addEntry() {
     const LabelField& field = this->labelField();
-    if (this->hasLabel(field.placeholder)) {
+    if (this->positionOf(field.placeholder) >= 0) {
       this->refuse(field.placeholderTaken);
       return;
     }

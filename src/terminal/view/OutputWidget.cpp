@@ -1,7 +1,9 @@
 #include "terminal/view/OutputWidget.h"
 
 #include <QAccessible>
+#include <QContextMenuEvent>
 #include <QEvent>
+#include <QMenu>
 #include <utility>
 
 #include "terminal/core/Log.h"
@@ -32,13 +34,11 @@ OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
       queue_(limits.paragraphs, limits.lengths),
       document_(*this, limits),
       sight_(*this),
-      readBack_(*this, sight_),
+      tools_(*this, sight_, inputBar),
       announcer_(*this),
       speech_([this](const QString& text) { announcer_.say(text); }) {
   nextTurn_.setSingleShot(true);
   nextTurn_.setTimerType(Qt::PreciseTimer);
-  connect(&readBack_, &ReadBack::closed, &inputBar_,
-          [this] { inputBar_.setFocus(Qt::OtherFocusReason); });
   connect(&nextTurn_, &QTimer::timeout, this, [this] { takeTurn(); });
   nextCopy_.setSingleShot(true);
   connect(&nextCopy_, &QTimer::timeout, this, [this] { renew(); });
@@ -106,7 +106,7 @@ void OutputWidget::resizeEvent(QResizeEvent* event) {
     QTextBrowser::resizeEvent(event);
     document_.limitHeight();
   }
-  readBack_.layOut();
+  tools_.layOut();
   idleMoment_.start(idle);
 }
 
@@ -120,13 +120,21 @@ void OutputWidget::changeEvent(QEvent* event) {
     QTextBrowser::changeEvent(event);
     document_.limitHeight();
   }
-  readBack_.layOut();
+  tools_.layOut();
   idleMoment_.start(idle);
 }
 
 void OutputWidget::scrollContentsBy(int dx, int dy) {
   if (!sight_.isChanging())
     QTextBrowser::scrollContentsBy(dx, dy);
+}
+
+void OutputWidget::contextMenuEvent(QContextMenuEvent* event) {
+  tools_.menuFor(*this, event->pos())->exec(event->globalPos());
+}
+
+void OutputWidget::setTriggerMaker(std::function<void(const QString& line)> make) {
+  tools_.setTriggerMaker(std::move(make));
 }
 
 void OutputWidget::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {
@@ -163,7 +171,7 @@ void OutputWidget::takeTurn() {
 void OutputWidget::write(QDeadlineTimer deadline) {
   if (queue_.isEmpty())
     return;
-  readBack_.beforeText();
+  tools_.beforeText();
   {
     const PaneSight::Change change(sight_, PaneSight::Keeps::Text);
     sight_.follow();
@@ -182,7 +190,7 @@ void OutputWidget::renewLater() {
 void OutputWidget::renew() {
   if (queue_.isEmpty()) {
     const PaneSight::Change change(sight_, PaneSight::Keeps::Text);
-    if (document_.renew(idleTurn, [this](QTextDocument& made) { readBack_.beforeDocument(made); }))
+    if (document_.renew(idleTurn, [this](QTextDocument& made) { tools_.beforeDocument(made); }))
       idleMoment_.start(idle);
   }
   renewLater();

@@ -3,6 +3,7 @@
 #include <QDeadlineTimer>
 #include <QTextBrowser>
 #include <QTimer>
+#include <functional>
 
 #include "terminal/view/Announcer.h"
 #include "terminal/view/PaneDocument.h"
@@ -10,7 +11,7 @@
 #include "terminal/view/PaneSight.h"
 #include "terminal/view/PaneSpeech.h"
 #include "terminal/view/PaneTurns.h"
-#include "terminal/view/ReadBack.h"
+#include "terminal/view/ReadingTools.h"
 
 class InputWidget;
 
@@ -49,6 +50,11 @@ class OutputWidget : public QTextBrowser {
   /// Writes everything that is waiting into the document now.
   void settle();
 
+  /// Opens the bar to find words, with the words that are selected.
+  void find() { tools_.find(); }
+  /// What is done with a line of the game for which the player wants a trigger.
+  void setTriggerMaker(std::function<void(const QString& line)> make);
+
   /// Loads nothing: the server must not make the client read files, pictures or
   /// style sheets.
   QVariant loadResource(int type, const QUrl& name) override;
@@ -58,6 +64,7 @@ class OutputWidget : public QTextBrowser {
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
   /// Does nothing: following a link must not replace what the pane shows.
   void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
 
@@ -83,7 +90,7 @@ class OutputWidget : public QTextBrowser {
   QTimer nextCopy_;
   kelmora::terminal::PaneDocument document_;
   kelmora::terminal::PaneSight sight_;
-  kelmora::terminal::ReadBack readBack_;
+  kelmora::terminal::ReadingTools tools_;
   kelmora::terminal::Announcer announcer_;
   kelmora::terminal::PaneSpeech speech_;
 };

@@ -43,6 +43,17 @@ void PaneSight::leave() {
   --depth_;
 }
 
+void PaneSight::goTo(int position) {
+  {
+    const Change change(*this);
+    follows_ = false;
+    topLine_.setPosition(position);
+    topPosition_ = position;
+    above_ = -pane_.viewport()->height() / 3.0;
+  }
+  noteBar();
+}
+
 void PaneSight::goWith(PaneSight& reader) {
   if (reader_ != &reader) {
     reader_ = &reader;

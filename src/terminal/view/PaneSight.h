@@ -41,6 +41,9 @@ class PaneSight {
   [[nodiscard]] bool isChanging() const { return depth_ > 0; }
   /// Shows the newest line from the end of the current change on.
   void follow() { follows_ = true; }
+  /// Brings a place in the document, counted in characters, into the upper half of
+  /// the view, or as near to it as the document's ends allow.
+  void goTo(int position);
   /// Whether it shows the newest line.
   [[nodiscard]] bool follows() const { return follows_; }
 

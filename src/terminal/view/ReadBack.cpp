@@ -59,8 +59,20 @@ void ReadBack::open() {
     layOut();
     view_->show();
     handle_->show();
+    Q_EMIT opened();
   }
   view_->takePlaceOfPane();
+}
+
+void ReadBack::goTo(int position) {
+  if (view_) {
+    view_->goTo(position);
+    if (view_->isAtEnd())
+      close();
+    return;
+  }
+  sight_.goTo(position);
+  hasScrolled_ = true;
 }
 
 void ReadBack::close() {

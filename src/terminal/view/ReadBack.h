@@ -33,6 +33,9 @@ class ReadBack : public QObject {
   /// To be called with a document that is about to take the place of the pane's.
   void beforeDocument(QTextDocument& document);
   void close();
+  /// Brings a place in the document, counted in characters, into the reader's sight.
+  /// In the pane that is as if the reader had scrolled there.
+  void goTo(int position);
 
   [[nodiscard]] bool isOpen() const { return view_ != nullptr; }
   /// Null while it is closed.
@@ -45,6 +48,7 @@ class ReadBack : public QObject {
   [[nodiscard]] bool isWanted() const;
 
  Q_SIGNALS:
+  void opened();
   void closed();
 
  protected:

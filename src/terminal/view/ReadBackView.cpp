@@ -1,6 +1,7 @@
 #include "terminal/view/ReadBackView.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QContextMenuEvent>
 #include <QEvent>
 #include <QScrollBar>
 #include <algorithm>
@@ -90,6 +91,10 @@ void ReadBackView::changeEvent(QEvent* event) {
 void ReadBackView::scrollContentsBy(int dx, int dy) {
   if (!sight_.isChanging())
     QTextBrowser::scrollContentsBy(dx, dy);
+}
+
+void ReadBackView::contextMenuEvent(QContextMenuEvent* event) {
+  Q_EMIT menuWanted(event->pos(), event->globalPos());
 }
 
 void ReadBackView::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {}

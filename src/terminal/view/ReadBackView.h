@@ -27,18 +27,23 @@ class ReadBackView : public QTextBrowser {
   void retire();
   /// Covers so much of the pane, in pixels from its top.
   void cover(int height);
+  /// Brings a place in the document, counted in characters, into sight.
+  void goTo(int position) { sight_.goTo(position); }
   /// Whether the pane, at its end, shows all that this view shows.
   [[nodiscard]] bool isAtEnd() const;
 
  Q_SIGNALS:
   /// The reader has scrolled down to where the pane begins.
   void endReached();
+  /// The places are in pixels, of the viewport and of the screen.
+  void menuWanted(const QPoint& place, const QPoint& onScreen);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
   void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
 
  private:

@@ -5,11 +5,14 @@
 #include <QPainter>
 #include <utility>
 
+#include "terminal/view/DesktopPalette.h"
+
 namespace kelmora::terminal {
 
 SplitHandle::SplitHandle(QAbstractScrollArea& pane, std::function<void(int height)> dragged)
     : QWidget(&pane), pane_(pane), dragged_(std::move(dragged)) {
   hide();
+  setPalette(desktopPalette());
   setCursor(Qt::SplitVCursor);
   setToolTip(tr("Drag to divide the pane; Escape closes the upper part"));
 }
@@ -20,7 +23,6 @@ void SplitHandle::place(int height) {
 }
 
 void SplitHandle::paintEvent(QPaintEvent* /*event*/) {
-  // The pane's palette has black for a base, so the colours are those of a button.
   QPainter painter(this);
   painter.fillRect(rect(), palette().color(QPalette::Button));
   painter.setPen(palette().color(QPalette::Mid));

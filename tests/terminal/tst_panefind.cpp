@@ -1,0 +1,440 @@
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QScrollBar>
+#include <QTest>
+#include <QTextBlock>
+#include <QTimer>
+#include <QToolButton>
+#include <QWheelEvent>
+
+#include "IdleHost.h"
+#include "LayoutContents.h"
+#include "PaneHtml.h"
+#include "PictureCompare.h"
+#include "support/ScratchMain.h"
+#include "support/Settled.h"
+#include "terminal/view/BarMarks.h"
+#include "terminal/view/FindBar.h"
+#include "terminal/view/InputWidget.h"
+#include "terminal/view/OutputWidget.h"
+#include "terminal/view/ReadBackView.h"
+
+using namespace kelmora;
+using namespace kelmora::terminal;
+
+/// Words are found in the pane while the game goes on, by keys as by the mouse.
+class TestPaneFind : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+  void cleanup();
+  void theKeyOpensTheBarAndEscapeGoesBackToTheInput();
+  void theCountFollowsTheWords_data();
+  void theCountFollowsTheWords();
+  void theNewestHitComesFirst();
+  void aHitInSightMovesNothing();
+  void furtherHits_data();
+  void furtherHits();
+  void hitsAreMarkedInTheTextAndOnTheBar();
+  void textThatComesIsLookedThrough();
+  void paragraphsThatGoTakeTheirHits();
+  void aHitKeepsItsPlaceWhileTextComes();
+  void anotherDocumentHasTheSameHits();
+  void selectedWordsAreLookedFor();
+  void nothingIsLeftWhenItCloses();
+  void aFloodOfHitsIsCutShort();
+  void escapeInTheBarLeavesTheViewOfEarlierText();
+  void theMenuOffersWhatIsThere();
+  void aTriggerIsMadeOfTheLine_data();
+  void aTriggerIsMadeOfTheLine();
+  void whatIsCopiedKeepsLinesAndBlanks();
+
+ private:
+  void say(int from, int count) {
+    for (int i = from; i < from + count; ++i)
+      pane_->printText(QStringLiteral("Line %1: the orc hits you.").arg(i), Qt::white);
+    settle();
+  }
+  void settle() {
+    pane_->settle();
+    QCoreApplication::processEvents();
+  }
+  [[nodiscard]] FindBar* bar() const { return pane_->findChild<FindBar*>(); }
+  [[nodiscard]] bool isOpen() const { return bar() && bar()->isVisible(); }
+  [[nodiscard]] QLineEdit& words() const { return *bar()->findChild<QLineEdit*>(); }
+  [[nodiscard]] QString count() const { return bar()->findChild<QLabel*>()->text(); }
+  void open() const { QTest::keyClick(inputBar_, Qt::Key_F, Qt::ControlModifier); }
+  void find(const QString& what) {
+    open();
+    words().clear();
+    QTest::keyClicks(&words(), what);
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+  }
+  void check(const QString& option) const {
+    for (QToolButton* button : bar()->findChildren<QToolButton*>())
+      if (button->accessibleName() == option)
+        return button->click();
+    QFAIL("no such option");
+  }
+  /// The paragraph of the current hit.
+  [[nodiscard]] QString currentLine() const {
+    for (const auto& one : pane_->extraSelections())
+      if (one.format.foreground() == Qt::black)
+        return one.cursor.block().text();
+    return {};
+  }
+
+  /// The texts of the context menu over the newest of these words, of which one may
+  /// be chosen.
+  QStringList offered(const QString& words, const QString& chosen = {});
+
+  IdleHost host_;
+  QWidget* window_ = nullptr;
+  InputWidget* inputBar_ = nullptr;
+  OutputWidget* pane_ = nullptr;
+};
+
+void TestPaneFind::init() {
+  window_ = new QWidget;
+  window_->resize(600, 440);
+  inputBar_ = new InputWidget(host_, window_);
+  inputBar_->setGeometry(0, 410, 600, 30);
+  pane_ = new OutputWidget(*inputBar_, window_);
+  QPalette palette = pane_->palette();
+  palette.setColor(QPalette::Base, Qt::black);
+  pane_->setPalette(palette);
+  pane_->setFont(layout_contents::fonts()[0].font);
+  pane_->setGeometry(0, 0, 600, 400);
+  window_->show();
+  QVERIFY(QTest::qWaitForWindowActive(window_));
+  inputBar_->setFocus();
+  say(0, 100);
+}
+
+void TestPaneFind::cleanup() {
+  delete window_;
+}
+
+void TestPaneFind::theKeyOpensTheBarAndEscapeGoesBackToTheInput() {
+  inputBar_->setText("say hel");
+  QVERIFY(!bar());
+  open();
+  QVERIFY(isOpen());
+  QVERIFY(words().hasFocus());
+  // Though the pane is black, its child can be read.
+  QCOMPARE(words().palette().color(QPalette::Base), QApplication::palette().color(QPalette::Base));
+  QTest::keyClicks(&words(), "orc");
+  QTest::keyClick(&words(), Qt::Key_Escape);
+  QVERIFY(!isOpen());
+  QVERIFY(inputBar_->hasFocus());
+  QCOMPARE(inputBar_->text(), QString("say hel"));
+}
+
+void TestPaneFind::theCountFollowsTheWords_data() {
+  QTest::addColumn<QString>("words");
+  QTest::addColumn<QString>("option");
+  QTest::addColumn<QString>("count");
+  QTest::newRow("in any case") << "ORC"
+                               << ""
+                               << "100 of 100";
+  QTest::newRow("as written") << "ORC"
+                              << "Upper and lower case"
+                              << "No hit";
+  QTest::newRow("parts of words") << "hit"
+                                  << ""
+                                  << "100 of 100";
+  QTest::newRow("whole words") << "hit"
+                               << "Whole words"
+                               << "No hit";
+  QTest::newRow("an expression") << "Line \\d5"
+                                 << "Regular expression"
+                                 << "9 of 9";
+  QTest::newRow("no expression") << "("
+                                 << "Regular expression"
+                                 << "No hit";
+  QTest::newRow("no words") << ""
+                            << ""
+                            << "";
+}
+
+void TestPaneFind::theCountFollowsTheWords() {
+  QFETCH(const QString, words);
+  QFETCH(const QString, option);
+  find(words);
+  if (!option.isEmpty())
+    check(option);
+  QCoreApplication::processEvents();
+  QTEST(count(), "count");
+}
+
+void TestPaneFind::theNewestHitComesFirst() {
+  find("Line 2");
+  // Lines 2 and 20 to 29, none of which is in sight.
+  QCOMPARE(count(), QString("11 of 11"));
+  QCOMPARE(currentLine(), QString("Line 29: the orc hits you."));
+  QVERIFY(pane_->verticalScrollBar()->value() < pane_->verticalScrollBar()->maximum());
+}
+
+void TestPaneFind::aHitInSightMovesNothing() {
+  const int before = pane_->verticalScrollBar()->value();
+  find("Line 9");
+  QCOMPARE(currentLine(), QString("Line 99: the orc hits you."));
+  QCOMPARE(pane_->verticalScrollBar()->value(), before);
+}
+
+void TestPaneFind::furtherHits_data() {
+  QTest::addColumn<int>("key");
+  QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+  QTest::addColumn<QStringList>("lines");
+  const QStringList older{"26", "16", "6", "86"};
+  const QStringList newer{"46", "56", "66", "76", "86", "6"};
+  using Modifiers = Qt::KeyboardModifiers;
+  QTest::newRow("F3 goes up, and from the oldest to the newest")
+      << int(Qt::Key_F3) << Modifiers(Qt::NoModifier) << older;
+  QTest::newRow("so does Enter") << int(Qt::Key_Return) << Modifiers(Qt::NoModifier) << older;
+  QTest::newRow("Shift turns F3 round") << int(Qt::Key_F3) << Modifiers(Qt::ShiftModifier) << newer;
+  QTest::newRow("and Enter") << int(Qt::Key_Return) << Modifiers(Qt::ShiftModifier) << newer;
+}
+
+void TestPaneFind::furtherHits() {
+  QFETCH(const int, key);
+  QFETCH(const Qt::KeyboardModifiers, modifiers);
+  QFETCH(const QStringList, lines);
+  find("6:");
+  QTest::keyClick(&words(), Qt::Key_Return);
+  // From line 96 up to 36.
+  for (int i = 0; i < 5; ++i)
+    QTest::keyClick(&words(), Qt::Key_F3);
+  QCoreApplication::processEvents();
+  QCOMPARE(currentLine().left(7), QString("Line 36"));
+  if (modifiers == Qt::NoModifier) {
+    for (const QString& line : lines.first(3)) {
+      QTest::keyClick(&words(), Qt::Key(key), modifiers);
+      QCoreApplication::processEvents();
+      QCOMPARE(currentLine(), QStringLiteral("Line %1: the orc hits you.").arg(line));
+    }
+    QTest::keyClick(&words(), Qt::Key(key), modifiers);
+    QCoreApplication::processEvents();
+    QCOMPARE(currentLine().left(7), QString("Line 96"));
+    return;
+  }
+  for (const QString& line : lines.first(5)) {
+    QTest::keyClick(&words(), Qt::Key(key), modifiers);
+    QCoreApplication::processEvents();
+    QCOMPARE(currentLine(), QStringLiteral("Line %1: the orc hits you.").arg(line));
+  }
+}
+
+void TestPaneFind::hitsAreMarkedInTheTextAndOnTheBar() {
+  const QImage before = pictureOf(*pane_->viewport());
+  find("hits");
+  auto* const marks = pane_->verticalScrollBar()->findChild<BarMarks*>();
+  QVERIFY(marks);
+  QVERIFY(marks->isVisible());
+  const int lines = pane_->viewport()->height() / QFontMetrics(pane_->font()).lineSpacing();
+  const auto found = pane_->extraSelections().size();
+  QVERIFY2(found >= lines - 3 && found <= lines + 2, qPrintable(QString::number(found)));
+  QVERIFY(pictureOf(*pane_->viewport()) != before);
+  // One mark in the picture of the bar for a single hit near the middle.
+  words().setText("Line 50:");
+  QCoreApplication::processEvents();
+  QCoreApplication::processEvents();
+  const QImage bar = pictureOf(*marks);
+  QList<int> marked;
+  for (int y = 0; y < bar.height(); ++y)
+    if (bar.pixelColor(bar.width() / 2, y) == QColor(224, 120, 0))
+      marked << y;
+  QCOMPARE(marked.size(), 2);
+  QVERIFY(std::abs(marked.first() - bar.height() / 2) < 15);
+}
+
+void TestPaneFind::textThatComesIsLookedThrough() {
+  find("orc");
+  QCOMPARE(count(), QString("100 of 100"));
+  say(100, 50);
+  QTRY_COMPARE(count(), QString("100 of 150"));
+  insertServerHtml(*pane_, "an o");
+  settle();
+  insertServerHtml(*pane_, "rc");
+  settle();
+  QTRY_COMPARE(count(), QString("100 of 151"));
+}
+
+void TestPaneFind::paragraphsThatGoTakeTheirHits() {
+  find("Line 7:");
+  QCOMPARE(count(), QString("1 of 1"));
+  words().setText("Line 7");
+  QCoreApplication::processEvents();
+  QVERIFY(count().endsWith("of 11"));
+  say(1000, 690);  // of 750 that are kept
+  QTRY_VERIFY2(count().endsWith("of 10"), qPrintable(count()));
+}
+
+void TestPaneFind::aHitKeepsItsPlaceWhileTextComes() {
+  find("Line 20:");
+  say(100, 3);
+  auto* const view = pane_->findChild<ReadBackView*>();
+  QVERIFY(view);
+  QVERIFY(view->isVisible());
+  QTRY_VERIFY(!view->extraSelections().isEmpty());
+  QCOMPARE(view->extraSelections().first().cursor.block().text().left(7), QString("Line 20"));
+  QVERIFY(view->viewport()->rect().contains(
+      view->cursorRect(view->extraSelections().first().cursor).center()));
+  QTRY_VERIFY(view->verticalScrollBar()->findChild<BarMarks*>());
+  QCOMPARE(count(), QString("1 of 1"));
+  QVERIFY(isOpen());
+  QVERIFY(words().hasFocus());
+}
+
+void TestPaneFind::anotherDocumentHasTheSameHits() {
+  find("Line 99:");
+  const QTextDocument* const before = pane_->document();
+  for (int i = 0; i < 9000; ++i)
+    insertServerHtml(*pane_,
+                     QStringLiteral("<a href=\"http://a/%1\">%1</a><br>").arg(i % 3 ? i : 0));
+  pane_->settle();
+  QTRY_VERIFY_WITH_TIMEOUT(pane_->document() != before, 20'000);
+  insertServerHtml(*pane_, "Line 99: again");
+  settle();
+  QTRY_VERIFY2(count().endsWith("of 2") || count().endsWith("of 1"), qPrintable(count()));
+}
+
+void TestPaneFind::selectedWordsAreLookedFor() {
+  QTextCursor cursor = pane_->document()->find("orc hits");
+  pane_->setTextCursor(cursor);
+  open();
+  QCOMPARE(words().text(), QString("orc hits"));
+  QCOMPARE(words().selectedText(), QString("orc hits"));
+}
+
+void TestPaneFind::nothingIsLeftWhenItCloses() {
+  const int place = pane_->verticalScrollBar()->value();
+  const QImage before = pictureOf(*pane_);
+  find("Line 9");
+  QVERIFY(pictureOf(*pane_) != before);
+  QTest::keyClick(&words(), Qt::Key_Escape);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  QCOMPARE(pane_->verticalScrollBar()->value(), place);
+  QVERIFY(!bar());
+  QVERIFY(!pane_->findChild<BarMarks*>());
+  QVERIFY(pane_->extraSelections().isEmpty());
+  QCOMPARE(pictureOf(*pane_), before);
+}
+
+void TestPaneFind::aFloodOfHitsIsCutShort() {
+  for (int i = 0; i < 40; ++i)
+    pane_->printText(QString(3000, u'x'), Qt::white);
+  settle();
+  find("x");
+  QTRY_VERIFY2(count().endsWith("of many"), qPrintable(count()));
+}
+
+void TestPaneFind::escapeInTheBarLeavesTheViewOfEarlierText() {
+  find("Line 20:");
+  say(100, 3);
+  QVERIFY(pane_->findChild<ReadBackView*>());
+  QTest::keyClick(&words(), Qt::Key_Escape);
+  QVERIFY(!isOpen());
+  QVERIFY(pane_->findChild<ReadBackView*>()->isVisible());
+  QTest::keyClick(inputBar_, Qt::Key_Escape);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  QVERIFY(!pane_->findChild<ReadBackView*>());
+}
+
+QStringList TestPaneFind::offered(const QString& words, const QString& chosen) {
+  QTextCursor end(pane_->document());
+  end.movePosition(QTextCursor::End);
+  const QRect at =
+      pane_->cursorRect(pane_->document()->find(words, end, QTextDocument::FindBackward));
+  QStringList texts;
+  QTimer::singleShot(0, this, [&] {
+    auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    if (!menu)
+      return;
+    for (QAction* action : menu->actions()) {
+      const QString text = action->text().remove('&');
+      if (!action->isSeparator())
+        texts << text + (action->isEnabled() ? "" : " (off)");
+      if (!chosen.isEmpty() && text.startsWith(chosen))
+        action->trigger();
+    }
+    menu->close();
+  });
+  const QPoint place = at.center() - QPoint(3, 0);
+  QContextMenuEvent event(QContextMenuEvent::Mouse, place, pane_->viewport()->mapToGlobal(place));
+  QCoreApplication::sendEvent(pane_->viewport(), &event);
+  return texts;
+}
+
+void TestPaneFind::theMenuOffersWhatIsThere() {
+  const QString divide = "Divide the Pane While Reading Back";
+  QCOMPARE(offered("Line 99"), (QStringList{"Copy (off)", "Select All", "Find\u2026", divide}));
+  pane_->setTriggerMaker([](const QString&) {});
+  insertServerHtml(*pane_, "see <a href=\"http://kelmora.example/a\">the map</a>");
+  settle();
+  pane_->setTextCursor(pane_->document()->find("orc"));
+  const QStringList withLink = offered("the map", "Copy Link");
+  QCOMPARE(withLink, (QStringList{"Copy", "Open Link", "Copy Link Address", "Select All",
+                                  "Find\u2026", "Make a Trigger of This Line\u2026", divide}));
+  QCOMPARE(QGuiApplication::clipboard()->text(), QString("http://kelmora.example/a"));
+  (void)offered("Line 99", "Find");
+  QVERIFY(isOpen());
+  (void)offered("Line 99", "Divide");
+  QWheelEvent wheel({20, 5}, pane_->viewport()->mapToGlobal(QPointF(20, 5)), {}, {0, 600},
+                    Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+  QCoreApplication::sendEvent(pane_->viewport(), &wheel);
+  say(100, 1);
+  QVERIFY(!pane_->findChild<ReadBackView*>());
+}
+
+void TestPaneFind::aTriggerIsMadeOfTheLine_data() {
+  QTest::addColumn<QString>("html");
+  QTest::addColumn<QString>("word");
+  QTest::addColumn<QString>("line");
+  QTest::newRow("a paragraph of one line") << "The orc dies."
+                                           << "orc"
+                                           << "The orc dies.";
+  QTest::newRow("the first of some lines") << "You rest.<br>The orc dies.<br>You win."
+                                           << "rest"
+                                           << "You rest.";
+  QTest::newRow("the middle one") << "You rest.<br>The orc dies.<br>You win."
+                                  << "dies"
+                                  << "The orc dies.";
+  QTest::newRow("the last one") << "You rest.<br>The orc dies.<br>You win."
+                                << "win"
+                                << "You win.";
+  QTest::newRow("hard blanks as blanks, none around it") << "<br>&nbsp; The &nbsp;orc dies. <br>"
+                                                         << "orc"
+                                                         << "The  orc dies.";
+}
+
+void TestPaneFind::aTriggerIsMadeOfTheLine() {
+  QFETCH(const QString, html);
+  QFETCH(const QString, word);
+  QString line;
+  pane_->setTriggerMaker([&line](const QString& made) { line = made; });
+  insertServerHtml(*pane_, html);
+  settle();
+  (void)offered(word, "Make a Trigger");
+  QTEST(line, "line");
+}
+
+void TestPaneFind::whatIsCopiedKeepsLinesAndBlanks() {
+  pane_->clear();
+  insertServerHtml(*pane_, "+--&nbsp;&nbsp; A&nbsp; B --+<br>|&nbsp; &nbsp; x |<br><br>end");
+  appendStatusLine(*pane_, "next");
+  settle();
+  pane_->selectAll();
+  pane_->copy();
+  QCOMPARE(QGuiApplication::clipboard()->text(), QString("+--   A  B --+\n|    x |\n\nend\nnext"));
+}
+
+KELMORA_GUI_TEST_MAIN(TestPaneFind)
+#include "tst_panefind.moc"
