@@ -5,6 +5,7 @@
 
 #include "EditorControls.h"
 #include "automation/editors/TriggerWidget.h"
+#include "support/FileText.h"
 #include "support/OwnFolder.h"
 #include "support/ScratchMain.h"
 
@@ -29,6 +30,8 @@ class TestTriggerWidget : public QObject {
 
  private Q_SLOTS:
   void triggersFireAsStoredWhileOneIsEdited();
+  void aLineBecomesATriggerThatIsReadyToBeEdited();
+  void aLineThatHasATriggerOpensIt();
 };
 
 void TestTriggerWidget::triggersFireAsStoredWhileOneIsEdited() {
@@ -54,6 +57,44 @@ void TestTriggerWidget::triggersFireAsStoredWhileOneIsEdited() {
   table.check("You are thirsty", host);
   table.check("You are hungry", host);
   QCOMPARE(host.ran, QList<QStringList>({{"eat"}, {"drink"}}));
+}
+
+void TestTriggerWidget::aLineBecomesATriggerThatIsReadyToBeEdited() {
+  const OwnFolder folder;
+  QVERIFY(folder.isValid());
+  AutomationFiles files;
+  TriggerTable table;
+  table.append({"hungry", {"eat"}});
+  TriggerWidget editor(table, files, nullptr);
+  editor.showEditorFor("You feel 100% better");
+  QVERIFY(QTest::qWaitForWindowActive(&editor));
+  const EditorControls controls(editor, "trigger");
+  QVERIFY(controls.complete());
+  QCOMPARE(table.size(), 2);
+  QCOMPARE(controls.label->text(), QString("You feel 100% better"));
+  QVERIFY(controls.commands->hasFocus());
+  retype(controls.commands, "smile");
+  click(controls.save);
+  RecordingHost host;
+  table.check("Now: You feel 100% better.", host);
+  QCOMPARE(host.ran, QList<QStringList>({{"smile"}}));
+  QVERIFY(contentsOf("triggers.txt").contains("You feel 100% better"));
+}
+
+void TestTriggerWidget::aLineThatHasATriggerOpensIt() {
+  const OwnFolder folder;
+  QVERIFY(folder.isValid());
+  AutomationFiles files;
+  TriggerTable table;
+  table.append({"You rest.", {"sleep"}});
+  table.append({"hungry", {"eat"}});
+  TriggerWidget editor(table, files, nullptr);
+  editor.showEditorFor("You rest.");
+  const EditorControls controls(editor, "trigger");
+  QCOMPARE(table.size(), 2);
+  QCOMPARE(controls.label->text(), QString("You rest."));
+  QCOMPARE(controls.commands->toPlainText(), QString("sleep\n"));
+  QVERIFY(controls.save->isEnabled());
 }
 
 KELMORA_GUI_TEST_MAIN(TestTriggerWidget)
