@@ -9,6 +9,8 @@ QString interfaceOf(const char* name) {
   return QStringLiteral("org.a11y.atspi.") + QLatin1String(name);
 }
 
+constexpr int patience = 20000;  // milliseconds
+
 struct Relation {
   quint32 kind = 0;
   QList<Accessible> targets = {};
@@ -57,7 +59,6 @@ QVariantList Accessible::callForAll(const char* interface, const char* method,
   QDBusMessage message = QDBusMessage::createMethodCall(program_, path_, interfaceOf(interface),
                                                         QLatin1String(method));
   message.setArguments(arguments);
-  constexpr int patience = 5000;  // milliseconds
   const QDBusMessage answer = accessibilityBus().call(message, QDBus::Block, patience);
   if (answer.type() == QDBusMessage::ErrorMessage) {
     qWarning("%s.%s of %s: %s", interface, method, qPrintable(path_),
@@ -76,7 +77,7 @@ QVariant Accessible::property(const char* interface, const char* name) const {
   QDBusMessage message = QDBusMessage::createMethodCall(
       program_, path_, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
   message.setArguments({interfaceOf(interface), QLatin1String(name)});
-  const QDBusMessage answer = accessibilityBus().call(message, QDBus::Block, 5000);
+  const QDBusMessage answer = accessibilityBus().call(message, QDBus::Block, patience);
   return answer.arguments().value(0).value<QDBusVariant>().variant();
 }
 
@@ -89,10 +90,6 @@ void Accessible::press() const {
 
 QString Accessible::name() const {
   return property("Accessible", "Name").toString();
-}
-
-QString Accessible::description() const {
-  return property("Accessible", "Description").toString();
 }
 
 QString Accessible::role() const {

@@ -6,7 +6,6 @@
 #include <QList>
 #include <QString>
 #include <QVariant>
-#include <functional>
 #include <optional>
 
 /// An object is known by the connection of its program and by its path.
@@ -21,7 +20,6 @@ class Accessible {
   [[nodiscard]] bool isNull() const { return program_.isEmpty(); }
 
   [[nodiscard]] QString name() const;
-  [[nodiscard]] QString description() const;
   [[nodiscard]] QString role() const;
   /// Whether what is typed into it is hidden. The name of its role does not say it.
   [[nodiscard]] bool isPassword() const;
@@ -53,7 +51,6 @@ Q_DECLARE_METATYPE(Accessible)
 
 /// Numbers of states on the bus.
 namespace state {
-constexpr int enabled = 8;
 constexpr int focusable = 11;
 constexpr int showing = 25;
 constexpr int visible = 30;

@@ -23,7 +23,6 @@ void storeServer(const QString& folder, quint16 port) {
 }  // namespace
 
 HeardClient::HeardClient(const GameServer& server) {
-  clock_.start();
   QDBusConnection bus = accessibilityBus();
   const QString events = QStringLiteral("org.a11y.atspi.Event.Object");
   for (const char* signal : {"StateChanged", "PropertyChange", "TextChanged", "Announcement"})
@@ -68,8 +67,8 @@ Accessible HeardClient::button(const QString& beginning) const {
 
 QStringList HeardClient::spoken() const {
   QStringList lines;
-  for (const Announcement& each : announcements_)
-    lines << each.lines;
+  for (const QStringList& each : announcements_)
+    lines << each;
   return lines;
 }
 
@@ -89,9 +88,9 @@ void HeardClient::hear(const QDBusMessage& message) {
   const bool isShown =
       event.name == QLatin1String("StateChanged showing") && arguments.value(1).toInt() == 1;
   if (message.member() == QLatin1String("Announcement")) {
-    announcements_ << Announcement{event.data.toString().split(u'\n'), clock_.elapsed()};
+    announcements_ << event.data.toString().split(u'\n');
   } else if (isShown && event.source.role() == QLatin1String("notification")) {
-    announcements_ << Announcement{event.source.name().split(u'\n'), clock_.elapsed()};
+    announcements_ << event.source.name().split(u'\n');
     notices_ << event.source;
   }
 }

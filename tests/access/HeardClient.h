@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QDBusMessage>
-#include <QElapsedTimer>
 #include <QObject>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -19,10 +18,6 @@ class HeardClient : public QObject {
     Accessible source;
     QVariant data;
   };
-  struct Announcement {
-    QStringList lines;
-    qint64 time;  ///< in milliseconds
-  };
 
   /// Starts the client on the server and waits for its window.
   explicit HeardClient(const GameServer& server);
@@ -36,8 +31,8 @@ class HeardClient : public QObject {
   [[nodiscard]] QByteArray log() { return process_.readAllStandardError(); }
 
   [[nodiscard]] const QList<Event>& events() const { return events_; }
-  /// What a screen reader speaks wherever the focus is.
-  [[nodiscard]] const QList<Announcement>& announcements() const { return announcements_; }
+  /// What a screen reader speaks wherever the focus is: the lines of each announcement.
+  [[nodiscard]] const QList<QStringList>& announcements() const { return announcements_; }
   /// The lines of all announcements.
   [[nodiscard]] QStringList spoken() const;
   /// The objects that announced something, where announcements are objects.
@@ -50,9 +45,8 @@ class HeardClient : public QObject {
  private:
   QTemporaryDir folder_;
   QProcess process_;
-  QElapsedTimer clock_;
   Accessible application_;
   QList<Event> events_;
-  QList<Announcement> announcements_;
+  QList<QStringList> announcements_;
   QList<Accessible> notices_;
 };
