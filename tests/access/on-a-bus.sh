@@ -25,8 +25,9 @@ mkdir -m 700 "$scratch/run" "$scratch/home"
 export XDG_RUNTIME_DIR=$scratch/run HOME=$scratch/home GSETTINGS_BACKEND=memory
 unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS AT_SPI_BUS_ADDRESS
 
-# The server picks a free display and says which one.
-Xvfb -displayfd 3 -screen 0 1200x1000x24 -nolisten tcp 3> "$scratch/display" \
+# The server picks a free display and says which one. It stays as it is when the bus,
+# which looks at it only once, leaves it without a client.
+Xvfb -displayfd 3 -screen 0 1200x1000x24 -nolisten tcp -noreset 3> "$scratch/display" \
   > "$scratch/xvfb.log" 2>&1 &
 pids+=($!)
 for _ in $(seq 200); do
