@@ -23,7 +23,9 @@ trap finish EXIT
 # The bus has its socket here, and dbus does without the settings of a desktop.
 mkdir -m 700 "$scratch/run" "$scratch/home"
 export XDG_RUNTIME_DIR=$scratch/run HOME=$scratch/home GSETTINGS_BACKEND=memory
-unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS AT_SPI_BUS_ADDRESS
+# The client speaks the desktop's language.
+export LC_ALL=C.UTF-8
+unset LANGUAGE WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS AT_SPI_BUS_ADDRESS
 
 # The server picks a free display and says which one. It stays as it is when the bus,
 # which looks at it only once, leaves it without a client.
