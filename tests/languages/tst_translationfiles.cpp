@@ -52,7 +52,7 @@ void TestTranslationFiles::isWhole() {
 
 void TestTranslationFiles::hasTheTextsOfTheSource() {
   QFETCH(const QString, path);
-  if (QStringLiteral(KELMORA_LUPDATE).endsWith(QLatin1String("NOTFOUND")))
+  if (qstrlen(KELMORA_LUPDATE) == 0)
     QSKIP("lupdate is not installed");
   const auto sourcesOf = [](const QString& file) {
     QStringList sources;
