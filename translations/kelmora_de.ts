@@ -837,10 +837,104 @@ Mehr dazu mit „kelmora --help“.
     </message>
 </context>
 <context>
+    <name>kelmora::terminal::FindBar</name>
+    <message>
+        <source>Find</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Find in the game text</source>
+        <translation>Im Spieltext suchen</translation>
+    </message>
+    <message>
+        <source>Hits</source>
+        <translation>Treffer</translation>
+    </message>
+    <message>
+        <source>Older hit</source>
+        <translation>Älterer Treffer</translation>
+    </message>
+    <message>
+        <source>Older hit (Enter, F3)</source>
+        <translation>Älterer Treffer (Eingabe, F3)</translation>
+    </message>
+    <message>
+        <source>Newer hit</source>
+        <translation>Neuerer Treffer</translation>
+    </message>
+    <message>
+        <source>Newer hit (Shift+Enter, Shift+F3)</source>
+        <translation>Neuerer Treffer (Umschalt+Eingabe, Umschalt+F3)</translation>
+    </message>
+    <message>
+        <source>Upper and lower case</source>
+        <translation>Groß- und Kleinschreibung</translation>
+    </message>
+    <message>
+        <source>Whole words</source>
+        <translation>Ganze Wörter</translation>
+    </message>
+    <message>
+        <source>Regular expression</source>
+        <translation>Regulärer Ausdruck</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Close (Esc)</source>
+        <translation>Schließen (Esc)</translation>
+    </message>
+    <message>
+        <source>No hit</source>
+        <translation>Kein Treffer</translation>
+    </message>
+    <message>
+        <source>%1 of many</source>
+        <translation>%1 von vielen</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+</context>
+<context>
     <name>kelmora::terminal::ReadBackView</name>
     <message>
         <source>Earlier game text</source>
         <translation>Früherer Spieltext</translation>
+    </message>
+</context>
+<context>
+    <name>kelmora::terminal::ReadingTools</name>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Open Link</source>
+        <translation>Link ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>Copy &amp;Link Address</source>
+        <translation>&amp;Link-Adresse kopieren</translation>
+    </message>
+    <message>
+        <source>Select &amp;All</source>
+        <translation>&amp;Alles auswählen</translation>
+    </message>
+    <message>
+        <source>&amp;Find…</source>
+        <translation>&amp;Suchen…</translation>
+    </message>
+    <message>
+        <source>Make a &amp;Trigger of This Line…</source>
+        <translation>&amp;Trigger aus dieser Zeile anlegen…</translation>
+    </message>
+    <message>
+        <source>&amp;Divide the Pane While Reading Back</source>
+        <translation>Ausgabe beim &amp;Zurücklesen teilen</translation>
     </message>
 </context>
 <context>

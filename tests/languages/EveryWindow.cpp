@@ -54,6 +54,7 @@ EveryWindow::EveryWindow() {
   profile_.aliases.append({.name = QStringLiteral("hi"), .commands = {}});
   window_->show();
   divide(pane());
+  pane().find();
   for (const auto open :
        {&MainWidget::configureSettings, &MainWidget::proxySettings, &MainWidget::editMacros,
         &MainWidget::editTriggers, &MainWidget::editAliases, &MainWidget::showHelp})

@@ -12,7 +12,7 @@
 
 class OutputWidget;
 
-/// The main window, scrolled back so that its pane is divided, and every dialog
+/// The main window, with its pane divided and the bar to find words, and every dialog
 /// that it can open, each with an entry to show.
 class EveryWindow {
  public:

@@ -38,7 +38,7 @@ constexpr Kept kept[]{
     {"Kelmora|kelmora", "the program's name"},
     {"[:!?]\\s*$", "the sign at the end"},
     {"\\.(?=\\s*$)", "the full stop at the end"},
-    {"\\.\\.\\.", "ellipses"},
+    {"\\.\\.\\.|\\x{2026}", "ellipses"},
     {"^<|>$", "angle brackets"},
     {"(?<=\\+).(?=\\)$)", "the key behind the text"},
 };

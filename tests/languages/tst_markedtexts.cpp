@@ -97,6 +97,7 @@ constexpr Exception exceptions[]{
     {"QLineEdit.text", "rat|hi", "an entry of the player's"},
     {"QLineEdit.text", ";", "what divides the input, unless the player says otherwise"},
     {"QLineEdit.text", "[1-9]{1,2}", "a length in pixels"},
+    {"QToolButton.text", "[^a-zA-Z]|Aa|\u201cw\u201d|[.][*]", "a sign, with words as its name"},
     {"QLabel.toolTip", "http://.*", "the address of a page"},
     {"QProgressBar.(format|text)", ".*%", "not shown: the bars have no text"},
 };
