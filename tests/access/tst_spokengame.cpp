@@ -1,5 +1,6 @@
 #include <QElapsedTimer>
 #include <QRect>
+#include <QStandardPaths>
 #include <QTest>
 
 #include "access/HeardClient.h"
@@ -21,6 +22,7 @@ class TestSpokenGame : public QObject {
   void theBarsAnswerButSayNothing();
   void thePaneIsReadByLinesAndWords();
   void aLateReaderStillGetsEarlierLines();
+  void whatIsFoundIsSpoken();
 
  private:
   /// Until so many lines have been spoken, and a little longer.
@@ -222,6 +224,31 @@ void TestSpokenGame::aLateReaderStillGetsEarlierLines() {
   for (const Accessible& notice : client_->notices())
     texts << notice.name();
   QCOMPARE(texts, (QStringList{"late 1", "late 2", "late 3", "late 4", "late 5"}));
+}
+
+void TestSpokenGame::whatIsFoundIsSpoken() {
+  const QString tool = QStringLiteral("xdotool");
+  if (QStandardPaths::findExecutable(tool).isEmpty())
+    QSKIP("xdotool is not installed");
+  const auto press = [&tool](const QStringList& words) {
+    QCOMPARE(QProcess::execute(tool, words), 0);
+  };
+  QCOMPARE(spokenAfter("A troll waits.\nAnother troll comes.\n", 2).size(), 2);
+  press({"search", "--onlyvisible", "--name", "Kelmora - The", "windowfocus", "--sync"});
+  press({"key", "ctrl+f"});
+  QTRY_VERIFY(!named("text", "Find in the game text").isNull());
+  client_->forget();
+  press({"type", "--delay", "5", "troll"});
+  QTRY_VERIFY(!client_->spoken().isEmpty());
+  QCOMPARE(client_->spoken(), (QStringList{"Another troll comes.", "2 of 2"}));
+  client_->forget();
+  press({"key", "F3"});
+  QTRY_VERIFY(!client_->spoken().isEmpty());
+  QCOMPARE(client_->spoken(), (QStringList{"A troll waits.", "1 of 2"}));
+  client_->forget();
+  press({"type", "--delay", "5", "x"});
+  QTRY_COMPARE(client_->spoken(), QStringList{"No hit"});
+  press({"key", "Escape"});
 }
 
 KELMORA_TEST_MAIN(TestSpokenGame)

@@ -1,5 +1,6 @@
 #include "terminal/view/FindBar.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -14,7 +15,10 @@
 namespace kelmora::terminal {
 
 FindBar::FindBar(QTextBrowser& pane, PaneSight& sight, ReadBack& readBack)
-    : QFrame(&pane), pane_(pane), find_(std::make_unique<PaneFind>(pane, sight, readBack)) {
+    : QFrame(&pane),
+      pane_(pane),
+      find_(std::make_unique<PaneFind>(pane, sight, readBack)),
+      announcer_(pane) {
   // It is no part of the game's text, so it looks as the desktop has it.
   setPalette(desktopPalette());
   setFont(QApplication::font());
@@ -33,19 +37,24 @@ FindBar::FindBar(QTextBrowser& pane, PaneSight& sight, ReadBack& readBack)
   words_->installEventFilter(this);
   row->addWidget(words_, 1);
   count_ = new QLabel;
-  count_->setAccessibleName(tr("Hits"));
+  count_->setAccessibleDescription(tr("Hits"));
   row->addWidget(count_);
   connect(&addButton(QStringLiteral("\u2191"), tr("Older hit"), tr("Older hit (Enter, F3)")),
-          &QToolButton::clicked, this, [this] { find_->goToOlder(); });
+          &QToolButton::clicked, this, &FindBar::goToOlder);
   connect(&addButton(QStringLiteral("\u2193"), tr("Newer hit"),
                      tr("Newer hit (Shift+Enter, Shift+F3)")),
-          &QToolButton::clicked, this, [this] { find_->goToNewer(); });
+          &QToolButton::clicked, this, &FindBar::goToNewer);
   matchCase_ = &addOption(QStringLiteral("Aa"), tr("Upper and lower case"));
   wholeWords_ = &addOption(QStringLiteral("\u201cw\u201d"), tr("Whole words"));
   expression_ = &addOption(QStringLiteral(".*"), tr("Regular expression"));
   connect(&addButton(QStringLiteral("\u2715"), tr("Close"), tr("Close (Esc)")),
           &QToolButton::clicked, this, &FindBar::dismissed);
   connect(words_, &QLineEdit::textChanged, this, [this] { look(); });
+  // Until then more is typed.
+  constexpr int pause = 500;  // milliseconds
+  speaks_.setSingleShot(true);
+  speaks_.setInterval(pause);
+  connect(&speaks_, &QTimer::timeout, this, &FindBar::speak);
   connect(find_.get(), &PaneFind::counted, this, [this] { tellCount(); });
   tellCount();
   layOut();
@@ -80,6 +89,7 @@ void FindBar::begin(const QString& words) {
 
 void FindBar::end() {
   hide();
+  speaks_.stop();
   find_.reset();
 }
 
@@ -109,10 +119,20 @@ bool FindBar::eventFilter(QObject* watched, QEvent* event) {
   if (press.key() == Qt::Key_Escape)
     Q_EMIT dismissed();
   else if (press.modifiers().testFlag(Qt::ShiftModifier))
-    find_->goToNewer();
+    goToNewer();
   else
-    find_->goToOlder();
+    goToOlder();
   return true;
+}
+
+void FindBar::goToOlder() {
+  find_->goToOlder();
+  speakLater();
+}
+
+void FindBar::goToNewer() {
+  find_->goToNewer();
+  speakLater();
 }
 
 void FindBar::look() {
@@ -120,6 +140,21 @@ void FindBar::look() {
                                           .wholeWords = wholeWords_->isChecked(),
                                           .expression = expression_->isChecked()}));
   tellCount();
+  speakLater();
+}
+
+void FindBar::speakLater() {
+  if (QAccessible::isActive())
+    speaks_.start();
+}
+
+void FindBar::speak() {
+  if (words_->text().isEmpty())
+    return;
+  if (find_->isDone())
+    announcer_.say(QString(find_->currentLine() + u'\n' + count_->text()).trimmed());
+  else
+    speaks_.start();
 }
 
 void FindBar::tellCount() {

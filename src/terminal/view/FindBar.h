@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QFrame>
+#include <QTimer>
 #include <memory>
 
+#include "terminal/view/Announcer.h"
 #include "terminal/view/PaneFind.h"
 
 class QLabel;
@@ -13,7 +15,8 @@ class QToolButton;
 namespace kelmora::terminal {
 
 /// The small bar at the pane's upper edge in which the reader says what to find.
-/// While it lives, the hits are marked.
+/// While it lives, the hits are marked. A screen reader speaks the line of a hit that
+/// the reader has come to.
 class FindBar : public QFrame {
   Q_OBJECT
 
@@ -38,11 +41,17 @@ class FindBar : public QFrame {
  private:
   QToolButton& addButton(const QString& text, const QString& name, const QString& toolTip);
   QToolButton& addOption(const QString& text, const QString& name);
+  void goToOlder();
+  void goToNewer();
   void look();
   void tellCount();
+  void speakLater();
+  void speak();
 
   QTextBrowser& pane_;
   std::unique_ptr<PaneFind> find_;
+  Announcer announcer_;
+  QTimer speaks_;
   QLineEdit* words_;
   QLabel* count_;
   QToolButton* matchCase_ = nullptr;

@@ -153,6 +153,17 @@ void PaneFind::chooseNearest() {
   makeCurrent(behind == hits_.begin() ? *behind : *std::prev(behind));
 }
 
+QString PaneFind::currentLine() const {
+  if (current() == 0)
+    return {};
+  const QTextBlock block = document_->findBlock(current_.selectionStart());
+  const QString paragraph = block.text();
+  const int place = current_.selectionStart() - block.position();
+  const QString line = paragraph.left(place).section(QChar::LineSeparator, -1) +
+                       paragraph.mid(place).section(QChar::LineSeparator, 0, 0);
+  return line.simplified();
+}
+
 void PaneFind::goToOlder() {
   if (hits_.empty())
     return;

@@ -41,6 +41,8 @@ class PaneFind : public QObject {
   [[nodiscard]] std::size_t count() const { return hits_.size(); }
   /// From 1, the oldest; 0 while there is none.
   [[nodiscard]] std::size_t current() const;
+  /// The line of the game in which the current hit is.
+  [[nodiscard]] QString currentLine() const;
   /// Whether the whole document has been looked through.
   [[nodiscard]] bool isDone() const { return !turn_.isActive(); }
 
