@@ -20,6 +20,7 @@ constexpr winsize screenSize{.ws_row = 45, .ws_col = 96, .ws_xpixel = 0, .ws_ypi
 
 [[noreturn]] void become(const std::vector<std::string>& command) {
   std::vector<char*> words;
+  words.reserve(command.size() + 1);
   for (const std::string& word : command)
     words.push_back(const_cast<char*>(word.c_str()));
   words.push_back(nullptr);
@@ -101,7 +102,7 @@ void ClientProcess::write(const std::string& line) {
 }
 
 void ClientProcess::drain() {
-  std::vector<char> buffer(64 * 1024);
+  std::vector<char> buffer(std::size_t{64} * 1024);
   for (;;) {
     const ssize_t count = ::read(output_, buffer.data(), buffer.size());
     if (count <= 0)
@@ -111,7 +112,7 @@ void ClientProcess::drain() {
       continue;
     const std::lock_guard lock(mutex_);
     partialLine_.append(buffer.data(), static_cast<std::size_t>(count));
-    for (std::size_t end; (end = partialLine_.find('\n')) != std::string::npos;) {
+    for (std::size_t end = 0; (end = partialLine_.find('\n')) != std::string::npos;) {
       lines_.push_back(partialLine_.substr(0, end));
       partialLine_.erase(0, end + 1);
     }
@@ -146,7 +147,9 @@ std::vector<pid_t> ClientProcess::family() const {
   // are not reused within one run.
   for (std::size_t index = 0; index < members.size(); ++index) {
     const std::string number = std::to_string(members[index]);
-    std::ifstream children("/proc/" + number + "/task/" + number + "/children");
+    std::string path = "/proc/";
+    path.append(number).append("/task/").append(number).append("/children");
+    std::ifstream children(path);
     for (pid_t child = 0; children >> child;)
       members.push_back(child);
   }

@@ -190,7 +190,7 @@ void TestAutomationFiles::whatWasNotReadIsKeptBesideBeforeTheFirstWrite() {
   QFETCH(QByteArray, old);
   QFETCH(bool, success);
   QFETCH(QByteArray, written);
-  const QString name = tableNames.at(table);
+  const QString& name = tableNames.at(table);
   QVERIFY(put(name, old));
   Session session;
   QCOMPARE(session.load(table), success);
@@ -214,7 +214,7 @@ void TestAutomationFiles::aFileThatWasReadWholeIsJustReplaced_data() {
 void TestAutomationFiles::aFileThatWasReadWholeIsJustReplaced() {
   QFETCH(int, table);
   QFETCH(QByteArray, old);
-  const QString name = tableNames.at(table);
+  const QString& name = tableNames.at(table);
   QVERIFY(put(name, old));
   Session session;
   QVERIFY(session.load(table));
@@ -237,7 +237,7 @@ void TestAutomationFiles::theNextSessionKeepsItsOwn() {
 
 void TestAutomationFiles::aFileReadWellAtLastIsNotKept() {
   for (int table = 0; table < tableNames.size(); ++table) {
-    const QString name = tableNames.at(table);
+    const QString& name = tableNames.at(table);
     QVERIFY(put(name, "hello\n"));
     Session session;
     QVERIFY(!session.load(table));
@@ -251,7 +251,7 @@ void TestAutomationFiles::aFileReadWellAtLastIsNotKept() {
 void TestAutomationFiles::whereNothingCanBeKeptNothingIsWritten() {
   const QByteArray old = "hello\n" + QByteArray(5000, 'x');
   for (int table = 0; table < tableNames.size(); ++table) {
-    const QString name = tableNames.at(table);
+    const QString& name = tableNames.at(table);
     QVERIFY(put(name, old));
     Session session;
     QVERIFY(!session.load(table));

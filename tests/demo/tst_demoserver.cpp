@@ -360,7 +360,7 @@ void TestDemoServer::aFloodCanBeStopped() {
 void TestDemoServer::aFloodWaitsForItsReader() {
   DemoOptions options = quick();
   // A flood that ran ahead of its reader would be dropped at once.
-  options.maxUnsentBytes = 512 * 1024;
+  options.maxUnsentBytes = qint64{512} * 1024;
   DemoServer server(options);
   QVERIFY(server.listen(0));
   Client ada(server, Client::Reading::Never);
@@ -375,7 +375,7 @@ void TestDemoServer::aFloodWaitsForItsReader() {
 
 void TestDemoServer::aPlayerWhoNeverReadsIsDroppedAndStopsNobody() {
   DemoOptions options = quick();
-  options.maxUnsentBytes = 64 * 1024;
+  options.maxUnsentBytes = qint64{64} * 1024;
   DemoServer server(options);
   QVERIFY(server.listen(0));
   Client deaf(server, Client::Reading::Never);

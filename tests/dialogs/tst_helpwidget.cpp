@@ -135,7 +135,7 @@ void TestHelpWidget::itsButtonsAreTranslated() {
 void TestHelpWidget::theHeadLinesAreSetInCourierNew() {
   create();
   const auto describe = [](const QWidget* widget) {
-    const QFont font = widget->font();
+    const QFont& font = widget->font();
     return QStringLiteral("%1 %2 %3").arg(font.family()).arg(font.pointSize()).arg(font.weight());
   };
   QCOMPARE(describe(at(*dialog_, 0, 0)), QString("Courier New 16 700"));
@@ -284,7 +284,7 @@ void TestHelpWidget::aGiantFileIsShownInPart_data() {
 void TestHelpWidget::aGiantFileIsShownInPart() {
   QFETCH(const QByteArray, piece);
   writeLicences(piece.repeated(2 * 1024 * 1024 / 80));
-  QVERIFY(QFile::resize(licenceFile, 100 * 1024 * 1024));
+  QVERIFY(QFile::resize(licenceFile, qint64{100} * 1024 * 1024));
   ProcessorClock clock;
   clock.start();
   show();

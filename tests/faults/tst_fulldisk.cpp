@@ -64,7 +64,7 @@ void TestFullDisk::editorsKeepTheirEntries() {
                         : nullptr;
   QVERIFY(dialog);
   const EditorControls editor(*dialog, entry);
-  QVERIFY(editor.complete());
+  QVERIFY(editor.complete() && editor.label);
   {
     const SizeLimit limit(fullDisk);
     click(editor.add);

@@ -293,8 +293,7 @@ void TestHostileText::aClickOpensNothingElse_data() {
                               "view-source:http://a.example",
                               "about:blank",
                               "x-unheard-of:x",
-                              "\x01"
-                              "file:///etc/passwd",
+                              "\001file:///etc/passwd",
                               "f&#105;le:///etc/passwd",
                               "c:/autoexec.bat"})
     QTest::newRow(address) << QByteArray(address);

@@ -51,11 +51,11 @@ QString withoutExtension(const QString& path) {
 }
 
 QString unitOf(const QString& path, const SourceTree& tree) {
-  const QString unit = withoutExtension(path);
+  QString unit = withoutExtension(path);
   if (isHeader(path) || tree.contains(unit + QLatin1String(".h")))
     return unit;
   for (const QString& include : tree[path].includes) {
-    const QString other = withoutExtension(include);
+    QString other = withoutExtension(include);
     // Formatted code indents everything but the beginnings of definitions.
     const QRegularExpression member(
         QStringLiteral(R"(^\S.*\b%1::~?\w+\(|^%1::~?\w+\()").arg(other.section(u'/', -1)),

@@ -54,7 +54,7 @@ QStringList danted(const QString& program, quint16 port, bool withPassword) {
                 .arg(QDir::current().absoluteFilePath(QStringLiteral("danted.log")))
                 .arg(port)
                 .arg(withPassword ? QStringLiteral("username") : QStringLiteral("none")));
-  const QStringList command{program, QStringLiteral("-f"), config, QStringLiteral("-p"),
+  QStringList command{program, QStringLiteral("-f"), config, QStringLiteral("-p"),
                             QDir::current().absoluteFilePath(QStringLiteral("danted.pid"))};
   if (!withPassword)
     return command;

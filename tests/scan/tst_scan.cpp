@@ -189,9 +189,8 @@ void TstScan::assignsFields_data() {
   QTest::addColumn<QByteArray>("format");
   QTest::addColumn<QByteArray>("input");
   QTest::addColumn<Fields>("fields");
-  const auto row = [](const char* name, QByteArray format, QByteArray input, Fields fields) {
-    QTest::newRow(name) << format << input << fields;
-  };
+  const auto row = [](const char* name, const QByteArray& format, const QByteArray& input,
+                      const Fields& fields) { QTest::newRow(name) << format << input << fields; };
   const auto bytes = [](const char* text) { return QVariant(QByteArray(text)); };
 
   row("two words are a key and a value", "%s %s", "port 5000 rest", {bytes("port"), bytes("5000")});
@@ -324,8 +323,8 @@ void TstScan::aFieldThatIsNotThereIsEmpty() {
 }
 
 void TstScan::takesLinearTime() {
-  const QByteArray blanks(32 * 1024 * 1024, ' ');
-  const QByteArray digits(32 * 1024 * 1024, '9');
+  const QByteArray blanks(qsizetype{32} * 1024 * 1024, ' ');
+  const QByteArray digits(qsizetype{32} * 1024 * 1024, '9');
   ProcessorClock timer;
   timer.start();
   QCOMPARE(scan::Format::compile("%s %s %d %% %s")->scan(blanks).count(), 0);

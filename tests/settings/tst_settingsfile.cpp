@@ -429,7 +429,7 @@ void TestSettingsFile::aMegabyteIsTheMost_data() {
   QTest::addColumn<qsizetype>("size");
   QTest::addColumn<QByteArray>("end");
   QTest::addColumn<bool>("isRead");
-  constexpr qsizetype megabyte = 1024 * 1024;
+  constexpr qsizetype megabyte = qsizetype{1024} * 1024;
   QTest::newRow("a megabyte to the last line break") << megabyte << QByteArray("\n") << true;
   QTest::newRow("a megabyte without one") << megabyte << QByteArray() << true;
   QTest::newRow("a byte more, the line break") << megabyte + 1 << QByteArray("\n") << false;
@@ -458,7 +458,7 @@ void TestSettingsFile::aMegabyteIsTheMost() {
 void TestSettingsFile::hugeAndBinaryFilesAreRefusedAtOnce_data() {
   QTest::addColumn<QByteArray>("start");
   QTest::addColumn<qint64>("size");
-  constexpr qint64 hundredMegabytes = 100 * 1024 * 1024;
+  constexpr qint64 hundredMegabytes = qint64{100} * 1024 * 1024;
   QTest::newRow("a hundred megabytes of nothing") << QByteArray() << hundredMegabytes;
   QTest::newRow("a value of a hundred megabytes") << QByteArray("hostName ") << hundredMegabytes;
   QTest::newRow("five megabytes of good lines")

@@ -463,7 +463,7 @@ void TestSettingsStore::theLargestStoreIsOpened_data() {
   QTest::addColumn<QByteArray>("value");
   QTest::addColumn<bool>("isOpened");
   const QByteArray start = "[Global%20Settings]\nport=4023\nofOthers=";
-  const qsizetype rest = 1024 * 1024 - start.size();
+  const qsizetype rest = qsizetype{1024} * 1024 - start.size();
   QTest::newRow("a megabyte") << QByteArray(rest, 'k') << true;
   QTest::newRow("a byte more") << QByteArray(rest + 1, 'k') << false;
   QTest::newRow("ten thousand zeros") << QByteArray(10'000, '\0') << true;
@@ -600,7 +600,7 @@ void TestSettingsStore::nothingIsWrittenThatTheNextLoadRefuses() {
 
 void TestSettingsStore::othersKeysCountTowardsWhatIsRefused() {
   const QByteArray start = "[Global%20Settings]\nport=4023\nofOthers=";
-  const QByteArray full = start + QByteArray(1024 * 1024 - start.size(), 'k');
+  const QByteArray full = start + QByteArray(qsizetype{1024} * 1024 - start.size(), 'k');
   QVERIFY(write(full));
   ClientSettings record;
   QCOMPARE(load(record), WindowPlace());

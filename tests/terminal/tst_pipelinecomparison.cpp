@@ -186,7 +186,7 @@ void TstPipelineComparison::longRunsOfAddressesAreAsTheRulesSay_data() {
 
 void TstPipelineComparison::longRunsOfAddressesAreAsTheRulesSay() {
   QFETCH(QByteArray, unit);
-  const QByteArray data = "http://" + unit.repeated(1024 * 1024 / unit.size()) + "<";
+  const QByteArray data = "http://" + unit.repeated(qsizetype{1024} * 1024 / unit.size()) + "<";
   OutputPipeline quick;
   LiteralPipeline literal;
   RecordingHost host;

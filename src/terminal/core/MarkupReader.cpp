@@ -13,7 +13,7 @@ QStringView MarkupReader::text() {
 
 std::optional<MarkupTag> MarkupReader::tag() {
   const qsizetype afterBracket = ++pos_;
-  const auto tag = at(u"!--") ? comment() : tagOfOneLine();
+  auto tag = at(u"!--") ? comment() : tagOfOneLine();
   if (!tag)
     pos_ = afterBracket;
   return tag;

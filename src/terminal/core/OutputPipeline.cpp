@@ -25,11 +25,12 @@ struct Read {
 Read readHtml(const QByteArray& data, const PipelineOptions& options, PipelineState& state) {
   HtmlSink sink(data.size(), options.parseHtml ? HtmlSink::Tags::Parsed : HtmlSink::Tags::Shown);
   walkBytes(data, options, state, sink);
+  const bool bell = sink.bell;
   QByteArray lines = std::move(sink.lines).take();
   const QString html = std::move(sink).html(options.displayURLs);
   std::vector<SafeHtml> pieces =
       data.size() > partLength ? safeMarkupPieces(html, partLength) : std::vector{safeMarkup(html)};
-  return {std::move(pieces), std::move(lines), sink.bell};
+  return {std::move(pieces), std::move(lines), bell};
 }
 
 /// Returns nothing if only the toolkit's importer can find out what is shown.
@@ -37,10 +38,12 @@ std::optional<Read> readText(const QByteArray& data, const PipelineOptions& opti
                              PipelineState& state) {
   TextSink sink(data.size(), options);
   walkBytes(data, options, state, sink);
+  const bool bell = sink.bell;
+  QByteArray lines = std::move(sink.lines).take();
   auto text = std::move(sink).text();
   if (!text)
     return std::nullopt;
-  return Read{*std::move(text), std::move(sink.lines).take(), sink.bell};
+  return Read{*std::move(text), std::move(lines), bell};
 }
 
 Read readOf(const QByteArray& data, const PipelineOptions& options, PipelineState& state) {

@@ -69,8 +69,9 @@ void paint(QPainter& painter, const QTextBlock& block, const QPointF& origin,
   const QPoint corner = (origin + first.naturalTextRect().topLeft()).toPoint();
   QRectF place(corner, marker.size);
   const int gap = metrics.horizontalAdvance(u' ');
+  const int middle = metrics.height() / 2;  // whole pixels, as the toolkit has it
   place.translate(leftToRight ? -gap - marker.size.width() : first.naturalTextWidth() + gap,
-                  metrics.height() / 2 - marker.size.height() / 2.0);
+                  middle - marker.size.height() / 2.0);
   QBrush textBrush = block.charFormat().foreground();
   if (textBrush.style() == Qt::NoBrush)
     textBrush = palette.brush(QPalette::Text);
