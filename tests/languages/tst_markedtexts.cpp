@@ -1,11 +1,14 @@
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QRegularExpression>
 #include <QSet>
+#include <QTimer>
 #include <QTranslator>
 #include <algorithm>
 #include <iterator>
@@ -110,6 +113,7 @@ class TestMarkedTexts : public QObject {
 
  private Q_SLOTS:
   void everyTextOfEveryWindow();
+  void theMenuOverThePane();
   void boxesAndFileDialogs();
   void failuresAtTheStart();
   void linesOfScripts();
@@ -166,6 +170,30 @@ void TestMarkedTexts::everyTextOfEveryWindow() {
   QVERIFY2(marked > 150, qPrintable(QString::number(marked)));
   for (const Exception& exception : exceptions)
     QVERIFY2(met.contains(&exception), exception.reason);
+}
+
+void TestMarkedTexts::theMenuOverThePane() {
+  const Marker marker;
+  const EveryWindow windows;
+  for (QDialog* dialog : windows.dialogs())
+    dialog->hide();
+  QStringList texts;
+  QTimer open;
+  connect(&open, &QTimer::timeout, this, [&] {
+    if (const auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+      for (const QAction* action : menu->actions())
+        if (!action->isSeparator())
+          texts << action->text();
+      QApplication::activePopupWidget()->close();
+    }
+  });
+  open.start(5);
+  const QPoint place = windows.pane().viewport()->rect().center();
+  QContextMenuEvent event(QContextMenuEvent::Mouse, place,
+                          windows.pane().viewport()->mapToGlobal(place));
+  QCoreApplication::sendEvent(windows.pane().viewport(), &event);
+  QVERIFY(texts.size() >= 4);
+  QCOMPARE(unmarkedIn(texts), QString());
 }
 
 void TestMarkedTexts::boxesAndFileDialogs() {
