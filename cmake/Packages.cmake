@@ -27,7 +27,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
 set(CPACK_DEBIAN_CLIENT_PACKAGE_NAME kelmora)
 # Wayland's plugin and xdg-open, which opens links, are used where they are there.
-set(CPACK_DEBIAN_CLIENT_PACKAGE_RECOMMENDS "qt6-wayland, xdg-utils")
+set(CPACK_DEBIAN_CLIENT_PACKAGE_RECOMMENDS "qt6-translations-l10n, qt6-wayland, xdg-utils")
 set(CPACK_DEBIAN_CLIENT_PACKAGE_SUGGESTS "kelmora-demo (= ${KELMORA_DEBIAN_VERSION})")
 set(CPACK_DEBIAN_CLIENT_DESCRIPTION "desktop client for the text game Kelmora
 Shows the coloured text of the game, sends what you type, and follows your hit,
