@@ -5,9 +5,10 @@
 build_packages="build-essential cmake ninja-build qt6-base-dev qt6-multimedia-dev libgl-dev qt6-l10n-tools"
 # Tests that miss one of these are skipped. Qt Test comes with qt6-base-dev. The
 # three proxies are real peers for the connection tests; xvfb and xdotool give
-# those of the window a real display; dbus and at-spi2-core give it a bus on which
-# they hear what a screen reader is told; the last four read what is installed.
-test_packages="microsocks dante-server tinyproxy xvfb xdotool dbus at-spi2-core desktop-file-utils appstream man-db groff-base"
+# those of the window a real display, weston and qt6-wayland one for Wayland; dbus
+# and at-spi2-core give it a bus on which they hear what a screen reader is told; the
+# last four read what is installed.
+test_packages="microsocks dante-server tinyproxy xvfb xdotool weston qt6-wayland dbus at-spi2-core desktop-file-utils appstream man-db groff-base"
 
 # ensure_packages NEEDED [WISHED]: two lists of names. Installs with apt-get what
 # is not there, of the wished ones those that this release of Debian has. Where

@@ -1,0 +1,111 @@
+#!/usr/bin/env bash
+# Plays the client on Wayland: a compositor in a virtual display, whose keys reach the
+# client as those of a keyboard would. Each dialog is shown and closed, then a line is
+# typed, and the demo world's answer is in the saved session.
+#
+#   wayland.sh CLIENT DEMO-WORLD [PICTURES]     77: skipped, a tool is missing
+#
+# The compositor is not run headless: then it has no keyboard, and the toolkit takes a
+# key for a fault.
+set -uo pipefail
+
+client=$1 world=$2 pictures=${3:-}
+for tool in Xvfb xdotool weston; do
+  command -v "$tool" > /dev/null || { echo "SKIPPED: $tool is not installed"; exit 77; }
+done
+ls /usr/lib/*/qt6/plugins/platforms/libqwayland* > /dev/null 2>&1 ||
+  { echo "SKIPPED: Qt has no plugin for Wayland here"; exit 77; }
+
+scratch=$(mktemp -d)
+pids=()
+finish() {
+  for pid in "${pids[@]}"; do kill "$pid" 2> /dev/null; done
+  wait 2> /dev/null
+  rm -rf "$scratch"
+}
+trap finish EXIT
+
+fail() {
+  echo "FAILED: $*"
+  exit 1
+}
+# until_true SECONDS COMMAND...: waits for a command to succeed.
+until_true() {
+  local tries=$(($1 * 20))
+  shift
+  while ! "$@"; do
+    tries=$((tries - 1))
+    [ "$tries" -gt 0 ] || return 1
+    sleep 0.05
+  done
+}
+holds() { grep -qF -- "$2" "$1" 2> /dev/null; }
+picture() {
+  [ -z "$pictures" ] || ! command -v import > /dev/null || import -window root "$pictures/$1.png"
+}
+
+cd "$scratch" || exit 1
+mkdir -m 700 home play runtime
+export HOME=$scratch/home XDG_CONFIG_HOME=$scratch/home/config XDG_RUNTIME_DIR=$scratch/runtime
+
+Xvfb -displayfd 3 -screen 0 1200x1000x24 -nolisten tcp 3> display > xvfb.log 2>&1 &
+pids+=($!)
+until_true 10 test -s display || fail "no display: $(cat xvfb.log)"
+DISPLAY=:$(cat display)
+export DISPLAY
+weston --backend=x11-backend.so --socket=play --width=1100 --height=950 --idle-time=0 \
+  > weston.log 2>&1 &
+pids+=($!)
+until_true 15 test -S runtime/play || fail "no compositor: $(cat weston.log)"
+# It has no name that the search knows; the first window is the display's own.
+until_true 10 eval "xdotool search --name '.*' > found; [ \$(wc -l < found) -gt 1 ]" || fail "the compositor shows no window: $(cat weston.log)"
+xdotool windowfocus --sync "$(tail -n 1 found)"
+
+"$world" --port 0 > world.log 2>&1 &
+pids+=($!)
+until_true 10 holds world.log Listening || fail "no world: $(cat world.log)"
+port=$(sed -n 's/.* port \([0-9]*\)$/\1/p' world.log)
+mkdir -p "$XDG_CONFIG_HOME/Dunmere Works"
+printf '[Global%%20Settings]\nhostName=127.0.0.1\nport=%s\npos=@Point(20 20)\n' "$port" \
+  > "$XDG_CONFIG_HOME/Dunmere Works/Kelmora Client v3.9b.conf"
+
+cd play || exit 1
+# The log names each window that is shown or goes.
+WAYLAND_DISPLAY=play WAYLAND_DEBUG=1 QT_QPA_PLATFORM=wayland LC_ALL=C.UTF-8 "$client" > ../client.log 2>&1 &
+client_pid=$!
+pids+=("$client_pid")
+main="Kelmora - The Official Client"
+until_true 20 holds ../client.log "set_title(\"$main\")" || fail "no window: $(tail -5 ../client.log)"
+sleep 1
+
+# The compositor hands the keyboard back when the dialog has faded away.
+handed_on() { [ "$(grep -c 'wl_keyboard@[0-9]*\.enter' ../client.log)" -ge "$1" ]; }
+for dialog in "g:General Settings" "p:Proxy Settings" "m:Macros" "l:Aliases" "t:Triggers" \
+  "h:Kelmora Help"; do
+  before=$(grep -c 'wl_keyboard@[0-9]*\.enter' ../client.log)
+  xdotool key "ctrl+${dialog%%:*}"
+  until_true 10 holds ../client.log "set_title(\"${dialog#*:}\")" || fail "no dialog \"${dialog#*:}\""
+  until_true 10 handed_on $((before + 1)) || fail "no keys for \"${dialog#*:}\""
+  picture "${dialog#*:}"
+  xdotool key Escape
+  until_true 10 handed_on $((before + 2)) || fail "Escape did not close \"${dialog#*:}\""
+done
+
+xdotool key ctrl+j
+sleep 1
+xdotool type --delay 20 Robin
+xdotool key Return
+sleep 0.5
+xdotool type --delay 20 'say hello'
+xdotool key Return
+sleep 0.5
+picture play
+xdotool key ctrl+s
+until_true 10 holds ../client.log 'set_title("Save Game Session To File")' || fail "nothing to save with"
+sleep 1
+xdotool type --delay 20 "$scratch/session.html"
+xdotool key Return
+until_true 10 holds "$scratch/session.html" 'You say: hello' ||
+  fail "the saved session lacks the answer: $(cat "$scratch/session.html" 2> /dev/null | tail -c 300)"
+kill -0 "$client_pid" || fail "the client is gone"
+echo "PASSED: showed every dialog, connected, spoke, saved"
