@@ -9,6 +9,7 @@
 #include "LayoutContents.h"
 #include "PaneHtml.h"
 #include "PictureCompare.h"
+#include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
 #include "terminal/view/InputWidget.h"
@@ -56,6 +57,7 @@ class TestReadBack : public QObject {
   void aPlaceFurtherUpIsTaken();
   void whereAllFitsItCloses();
   void aSelectionInItStays();
+  void aFloodIsHardlySlowerWhileItIsOpen();
 
  private:
   void say(int from, int count) {
@@ -322,6 +324,42 @@ void TestReadBack::aSelectionInItStays() {
   say(1001, 20);
   QCOMPARE(view()->textCursor().selectedText(), selected);
   QVERIFY(!selected.isEmpty());
+}
+
+void TestReadBack::aFloodIsHardlySlowerWhileItIsOpen() {
+  struct Times {
+    qint64 all = 0;
+    qint64 longestTurn = 0;
+  };
+  const auto flood = [this] {
+    Times times;
+    ProcessorClock clock;
+    clock.start();
+    for (int turn = 0; turn < 60; ++turn) {
+      const qint64 begin = clock.elapsed();
+      for (int i = 0; i < 50; ++i)
+        pane_->printText(QStringLiteral("Line %1 of the flood, with some words in it.").arg(i),
+                         Qt::white);
+      pane_->settle();
+      QCoreApplication::processEvents();
+      times.longestTurn = std::max(times.longestTurn, clock.elapsed() - begin);
+    }
+    times.all = clock.elapsed();
+    return times;
+  };
+  (void)flood();
+  const Times closed = flood();
+  open();
+  QVERIFY(isOpen());
+  const Times opened = flood();
+  QVERIFY(isOpen());
+  const QString told = QStringLiteral("closed %1 ms, longest turn %2; open %3 ms, longest turn %4")
+                           .arg(closed.all)
+                           .arg(closed.longestTurn)
+                           .arg(opened.all)
+                           .arg(opened.longestTurn);
+  QVERIFY2(opened.all <= 3 * closed.all + 50, qPrintable(told));
+  QVERIFY2(opened.longestTurn <= 50, qPrintable(told));
 }
 
 KELMORA_GUI_TEST_MAIN(TestReadBack)
