@@ -32,6 +32,18 @@ constexpr Chapter kChapters[] = {
      "Try it: type `link`.\n\n"
      "Links can be switched off with \"Display clickable URLs\" in the General "
      "settings."},
+    {"Reading back, and finding",
+     "Turn the mouse wheel up over the text, or drag the bar beside it, to read what "
+     "has gone by. When the world speaks again the text divides: above, you go on "
+     "reading where you are, and below, the play goes on. Drag the border if you want "
+     "more of one or the other. Escape, or going down to the end, closes the upper "
+     "part.\n\n"
+     "Try it: turn the wheel up until you see where you came in, and type `look`.\n\n"
+     "Ctrl+F finds words in all that is kept. Enter goes to the next older place, "
+     "Escape brings you back to your line. A click with the right button opens a menu, "
+     "with which a line becomes a trigger; the last chapter but one tells what that "
+     "is.\n\n"
+     "Try it: press Ctrl+F and type `Kelmora`."},
     {"Colours",
      "The world speaks in sixteen colours of its own, eight normal and eight bold, "
      "and now and then in one of 256 others.\n\n"

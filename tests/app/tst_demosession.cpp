@@ -62,7 +62,7 @@ void TestDemoSession::aNewcomerWalksAround() {
 }
 
 void TestDemoSession::theTutorialsAutomationWorks() {
-  QVERIFY(answers("tutorial 8", "Let the client play along"));
+  QVERIFY(answers("tutorial 9", "Let the client play along"));
   QVERIFY(answers("/set town,Kelmora;/echo I live in {town}, FFCC00", "I live in Kelmora\n"));
   play_->profile.aliases.append({"hi", {"say Good morning!", "look"}});
   QVERIFY(answers("hi", "You say: Good morning!"));
