@@ -71,7 +71,7 @@ void ReadBackView::paintEvent(QPaintEvent* event) {
 void ReadBackView::resizeEvent(QResizeEvent* event) {
   // Not the toolkit's text editor's, which would give the document its own width.
   const PaneSight::Change change(sight_);
-  QAbstractScrollArea::resizeEvent(event);
+  QAbstractScrollArea::resizeEvent(event);  // NOLINT(bugprone-parent-virtual-call)
   adjustBar();
 }
 
