@@ -59,10 +59,9 @@ void TestFullDisk::editorsKeepTheirEntries() {
   writeFile(file, old.toLatin1());
   PlayWindow play(5000);
   play.actions.at(action)->trigger();
-  QDialog* dialog = QApplication::activeModalWidget()
-                        ? qobject_cast<QDialog*>(QApplication::activeModalWidget())
-                        : nullptr;
-  QVERIFY(dialog);
+  auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+  if (!dialog)
+    QFAIL("no editor");
   const EditorControls editor(*dialog, entry);
   QVERIFY(editor.complete() && editor.label);
   {
