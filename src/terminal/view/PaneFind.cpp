@@ -42,16 +42,14 @@ PaneFind::PaneFind(QTextBrowser& pane, PaneSight& sight, ReadBack& readBack)
   connect(&turn_, &QTimer::timeout, this, [this] { takeTurn(); });
   shows_.setSingleShot(true);
   connect(&shows_, &QTimer::timeout, this, [this] { show(); });
-  connect(pane_.verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { showLater(); });
+  watchBar(pane_);
   connect(&readBack_, &ReadBack::opened, this, [this] {
-    connect(readBack_.view()->verticalScrollBar(), &QScrollBar::valueChanged, this,
-            [this] { showLater(); });
+    watchBar(*readBack_.view());
     showLater();
   });
   connect(&readBack_, &ReadBack::closed, this, [this] { showLater(); });
   if (readBack_.isOpen())
-    connect(readBack_.view()->verticalScrollBar(), &QScrollBar::valueChanged, this,
-            [this] { showLater(); });
+    watchBar(*readBack_.view());
   watchDocument();
 }
 
@@ -60,6 +58,10 @@ PaneFind::~PaneFind() {
   pane_.setExtraSelections({});
   if (readBack_.isOpen())
     readBack_.view()->setExtraSelections({});
+}
+
+void PaneFind::watchBar(const QTextBrowser& view) {
+  connect(view.verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { showLater(); });
 }
 
 void PaneFind::watchDocument() {

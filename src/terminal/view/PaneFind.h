@@ -58,6 +58,8 @@ class PaneFind : public QObject {
   };
   using Places = std::deque<Place>;
 
+  /// Shows the hits anew whenever this view scrolls.
+  void watchBar(const QTextBrowser& view);
   void watchDocument();
   void takeChange(int from, int removed, int added);
   void takeTurn();
