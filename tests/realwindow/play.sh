@@ -7,58 +7,16 @@
 set -uo pipefail
 
 client=$1 world=$2 pictures=${3:-}
-for tool in Xvfb xdotool; do
-  command -v "$tool" > /dev/null || { echo "SKIPPED: $tool is not installed"; exit 77; }
-done
-
-scratch=$(mktemp -d)
-pids=()
-finish() {
-  for pid in "${pids[@]}"; do kill "$pid" 2> /dev/null; done
-  wait 2> /dev/null
-  rm -rf "$scratch"
-}
-trap finish EXIT
-
-fail() {
-  echo "FAILED: $*"
-  exit 1
-}
-# until_true SECONDS COMMAND...: waits for a command to succeed.
-until_true() {
-  local tries=$(($1 * 20))
-  shift
-  while ! "$@"; do
-    tries=$((tries - 1))
-    [ "$tries" -gt 0 ] || return 1
-    sleep 0.05
-  done
-}
-picture() {
-  [ -z "$pictures" ] || ! command -v import > /dev/null || import -window root "$pictures/$1.png"
-}
-holds() { grep -qF -- "$2" "$1" 2> /dev/null; }
+. "$(dirname "$0")/display.sh"
+need Xvfb xdotool
 
 cd "$scratch" || exit 1
 mkdir home play
 export HOME=$scratch/home XDG_CONFIG_HOME=$scratch/home/config QT_QPA_PLATFORM=xcb
 unset WAYLAND_DISPLAY
 
-# The server picks a free display and says which one.
-Xvfb -displayfd 3 -screen 0 1200x1000x24 -nolisten tcp 3> display > xvfb.log 2>&1 &
-pids+=($!)
-until_true 10 test -s display || fail "no display: $(cat xvfb.log)"
-DISPLAY=:$(cat display)
-export DISPLAY
-
-"$world" --port 0 > world.log 2>&1 &
-pids+=($!)
-until_true 10 holds world.log Listening || fail "no world: $(cat world.log)"
-port=$(sed -n 's/.* port \([0-9]*\)$/\1/p' world.log)
-
-mkdir -p "$XDG_CONFIG_HOME/Dunmere Works"
-printf '[Global%%20Settings]\nhostName=127.0.0.1\nport=%s\npos=@Point(20 20)\n' "$port" \
-  > "$XDG_CONFIG_HOME/Dunmere Works/Kelmora Client v3.9b.conf"
+start_display
+start_world "$world"
 printf '\ntrigger "You say: {*}"\n/set said, {_trigOut0}\n/trigger\n' > play/triggers.txt
 cd play || exit 1
 "$client" > ../client.log 2>&1 &

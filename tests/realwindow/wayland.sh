@@ -10,49 +10,16 @@
 set -uo pipefail
 
 client=$1 world=$2 pictures=${3:-}
-for tool in Xvfb xdotool weston; do
-  command -v "$tool" > /dev/null || { echo "SKIPPED: $tool is not installed"; exit 77; }
-done
+. "$(dirname "$0")/display.sh"
+need Xvfb xdotool weston
 ls /usr/lib/*/qt6/plugins/platforms/libqwayland* > /dev/null 2>&1 ||
   { echo "SKIPPED: Qt has no plugin for Wayland here"; exit 77; }
-
-scratch=$(mktemp -d)
-pids=()
-finish() {
-  for pid in "${pids[@]}"; do kill "$pid" 2> /dev/null; done
-  wait 2> /dev/null
-  rm -rf "$scratch"
-}
-trap finish EXIT
-
-fail() {
-  echo "FAILED: $*"
-  exit 1
-}
-# until_true SECONDS COMMAND...: waits for a command to succeed.
-until_true() {
-  local tries=$(($1 * 20))
-  shift
-  while ! "$@"; do
-    tries=$((tries - 1))
-    [ "$tries" -gt 0 ] || return 1
-    sleep 0.05
-  done
-}
-holds() { grep -qF -- "$2" "$1" 2> /dev/null; }
-picture() {
-  [ -z "$pictures" ] || ! command -v import > /dev/null || import -window root "$pictures/$1.png"
-}
 
 cd "$scratch" || exit 1
 mkdir -m 700 home play runtime
 export HOME=$scratch/home XDG_CONFIG_HOME=$scratch/home/config XDG_RUNTIME_DIR=$scratch/runtime
 
-Xvfb -displayfd 3 -screen 0 1200x1000x24 -nolisten tcp 3> display > xvfb.log 2>&1 &
-pids+=($!)
-until_true 10 test -s display || fail "no display: $(cat xvfb.log)"
-DISPLAY=:$(cat display)
-export DISPLAY
+start_display
 weston --backend=x11-backend.so --socket=play --width=1100 --height=950 --idle-time=0 \
   > weston.log 2>&1 &
 pids+=($!)
@@ -61,13 +28,7 @@ until_true 15 test -S runtime/play || fail "no compositor: $(cat weston.log)"
 until_true 10 eval "xdotool search --name '.*' > found; [ \$(wc -l < found) -gt 1 ]" || fail "the compositor shows no window: $(cat weston.log)"
 xdotool windowfocus --sync "$(tail -n 1 found)"
 
-"$world" --port 0 > world.log 2>&1 &
-pids+=($!)
-until_true 10 holds world.log Listening || fail "no world: $(cat world.log)"
-port=$(sed -n 's/.* port \([0-9]*\)$/\1/p' world.log)
-mkdir -p "$XDG_CONFIG_HOME/Dunmere Works"
-printf '[Global%%20Settings]\nhostName=127.0.0.1\nport=%s\npos=@Point(20 20)\n' "$port" \
-  > "$XDG_CONFIG_HOME/Dunmere Works/Kelmora Client v3.9b.conf"
+start_world "$world"
 
 cd play || exit 1
 # The log names each window that is shown or goes.
