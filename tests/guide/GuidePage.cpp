@@ -23,10 +23,16 @@ constexpr std::array sentences{
     Sentence{Kind::File, "File `(.+)`:", true},
     Sentence{Kind::See, "You see:", true},
     Sentence{Kind::DoNotSee, "You do not see:", true},
-    Sentence{Kind::Press, "Press `([^`]+)`\\.", false},
+    Sentence{Kind::Find, "You find in `(.+)`:", true},
+    Sentence{Kind::Edit, "Edit the alias `([^`]+)`,(?: press `([^`]+)`)? and save it\\.", false},
+    Sentence{Kind::Press, "Press `([^`]+)`(?:, and call the file `([^`]+)`)?\\.", false},
     Sentence{Kind::Switch, "In the general settings, click `([^`]+)` and `Apply`\\.", false},
     Sentence{Kind::Restart, "Close the client and start it again\\.(?: A box says `([^`]+)`)?",
              false},
+    Sentence{Kind::Cut, "Imagine that the network cuts the next line behind `([^`]+)`\\.", false},
+    Sentence{Kind::Silence, "Imagine that the host is silent from now on\\.", false},
+    Sentence{Kind::Grey, "The buttons of (`[^`]+` and `[^`]+`) are grey\\.", false},
+    Sentence{Kind::NotGrey, "The button of `([^`]+)` can be pressed\\.", false},
 };
 
 struct Understood {
@@ -39,7 +45,8 @@ std::optional<Understood> understand(const QString& line) {
     const QRegularExpression form(
         QRegularExpression::anchoredPattern(QString::fromLatin1(sentence.form)));
     if (const auto match = form.match(line); match.hasMatch())
-      return Understood{{sentence.kind, match.captured(1), {}, 0}, sentence.hasBlock};
+      return Understood{{sentence.kind, match.captured(1), {}, 0, match.captured(2)},
+                        sentence.hasBlock};
   }
   return std::nullopt;
 }
@@ -57,15 +64,14 @@ GuidePage::GuidePage(const QString& path) {
 void GuidePage::read(const QStringList& lines) {
   static const QString fence = QStringLiteral("```");
   std::optional<GuideStep> open;  // waits for its block
-  QString title;
   for (qsizetype at = 0; at < lines.size(); ++at) {
     const QString& line = lines[at];
     const auto fault = [&](const QString& what) {
       faults_ << QStringLiteral("line %1: %2: %3").arg(at + 1).arg(what, line);
     };
     const auto take = [&](GuideStep step) {
-      if (sections_.isEmpty() || sections_.last().title != title)
-        sections_ << GuideSection{title, {}};
+      if (sections_.isEmpty())
+        return fault(QStringLiteral("a step before the first heading"));
       sections_.last().steps << std::move(step);
     };
     if (line.startsWith(fence)) {
@@ -92,7 +98,7 @@ void GuidePage::read(const QStringList& lines) {
       fault(QStringLiteral("text before the block of a step"));
       open.reset();
     } else if (line.startsWith(QLatin1String("## "))) {
-      title = line.sliced(3);
+      sections_ << GuideSection{line.sliced(3), {}};
     }
   }
   if (open)

@@ -12,17 +12,24 @@ struct GuideStep {
     Trigger,   ///
     Macro,     ///
     File,      ///< what a file of the client's folder is to hold
-    Press,     ///< a key
+    Edit,      ///< an alias is edited and saved; detail: a key that is pressed in between
+    Press,     ///< a key; detail: the name of the file that is asked for
     Switch,    ///< a box of the general settings, which is clicked
     Restart,   ///< the client is closed and started again; subject: what a box says then
+    Cut,       ///< the network lets a line wait behind these words of it
+    Silence,   ///< who connects gets no answer any more
     See,       ///< lines that the pane shows, in this order
     DoNotSee,  ///< lines that it does not show
+    Find,      ///< lines that a saved page shows, in this order
+    Grey,      ///< buttons that cannot be pressed, by their keys
+    NotGrey,   ///< one that can
   };
 
   Kind kind;
   QString subject;
   QStringList lines;
   int place = 0;  ///< the line of the page, counted from 1
+  QString detail = {};
 };
 
 /// The steps under one heading.
@@ -38,7 +45,7 @@ class GuidePage {
  public:
   explicit GuidePage(const QString& path);
 
-  /// The sections that have steps. Their titles are those of the "## " headings.
+  /// One for each "## " heading, also where it has no steps.
   [[nodiscard]] const QList<GuideSection>& sections() const& { return sections_; }
   const QList<GuideSection>& sections() const&& = delete;  // it would not live long enough
   /// What could not be understood, such as a block that belongs to no step.

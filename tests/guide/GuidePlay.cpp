@@ -2,8 +2,9 @@
 
 #include <QCheckBox>
 #include <QKeySequence>
+#include <QTextDocumentFragment>
+#include <algorithm>
 
-#include "automation/EditorControls.h"
 #include "automation/editors/KeyPressInput.h"
 #include "automation/editors/KeyPressWidget.h"
 #include "support/DialogAnswers.h"
@@ -55,11 +56,25 @@ QAction* actionOf(const PlayWindow& window, const QString& shortcut) {
   return nullptr;
 }
 
+/// The first line that the text does not hold in its turn; empty where it holds all.
+QString missingIn(const QString& text, const QStringList& lines) {
+  qsizetype at = 0;
+  for (const QString& line : lines) {
+    const qsizetype found = text.indexOf(line, at);
+    if (found < 0)
+      return line;
+    at = found + line.size();
+  }
+  return {};
+}
+
 }  // namespace
 
 GuidePlay::GuidePlay() : server_(quiet()) {
-  if (server_.listen(0))
-    window_ = std::make_unique<PlayWindow>(server_.port());
+  if (!server_.listen(0))
+    return;
+  wire_ = std::make_unique<Wire>(server_.port());
+  window_ = std::make_unique<PlayWindow>(wire_->port());
 }
 
 void GuidePlay::enterAs(const QString& name) {
@@ -78,10 +93,22 @@ void GuidePlay::play(const QList<GuideStep>& steps) {
 }
 
 void GuidePlay::playStep(const GuideStep& step) {
-  if (step.kind == Kind::See)
-    return see(step);
-  if (step.kind == Kind::DoNotSee)
-    return doNotSee(step);
+  switch (step.kind) {
+    case Kind::See:
+      return see(step);
+    case Kind::DoNotSee:
+      return doNotSee(step);
+    case Kind::Find:
+      return find(step);
+    case Kind::Grey:
+      for (const QString& key : step.subject.split(QStringLiteral(" and ")))
+        seeGrey(QString(key).remove(u'`'), true);
+      return;
+    case Kind::NotGrey:
+      return seeGrey(step.subject, false);
+    default:
+      break;
+  }
   if (looked_) {
     mark_ = window_->text().size();
     typed_.clear();
@@ -93,11 +120,7 @@ void GuidePlay::playStep(const GuideStep& step) {
 void GuidePlay::act(const GuideStep& step) {
   switch (step.kind) {
     case Kind::Type:
-      for (const QString& line : step.lines) {
-        typeLine(window_->bar, line);
-        typed_ << line.split(u';');
-      }
-      return;
+      return type(step);
     case Kind::Alias:
       return addEntry(step, QStringLiteral("alias"));
     case Kind::Trigger:
@@ -107,46 +130,83 @@ void GuidePlay::act(const GuideStep& step) {
     case Kind::File:
       QVERIFY(put(step.subject, (step.lines.join(u'\n') + u'\n').toLatin1()));
       return;
+    case Kind::Edit:
+      return editAlias(step);
     case Kind::Press:
-      return press(step.subject);
+      return step.detail.isEmpty() ? press(step.subject) : save(step);
     case Kind::Switch:
       return switchOption(step.subject);
     case Kind::Restart:
       return restart(step.subject);
-    case Kind::See:
-    case Kind::DoNotSee:
-      break;
+    case Kind::Cut:
+      cut_ = step.subject;
+      return wire_->cutBehind(cut_.toUtf8());
+    case Kind::Silence:
+      window_->profile.settings.port = silentHost_.port();
+      return;
+    default:
+      QFAIL("a step that nobody takes");
   }
 }
 
-void GuidePlay::addEntry(const GuideStep& step, const QString& word) {
-  const QString many = word == QLatin1String("alias") ? QStringLiteral("aliases") : word + u's';
+void GuidePlay::type(const GuideStep& step) {
+  for (const QString& line : step.lines) {
+    typeLine(window_->bar, line);
+    typed_ << line.split(u';');
+  }
+  if (cut_.isEmpty())
+    return;
+  // The rest of the line comes when the client has taken what was before the cut.
+  QVERIFY(QTest::qWaitFor([this] { return wire_->isCut() && shown().endsWith(cut_); }, patience));
+  cut_.clear();
+  wire_->goOn();
+}
+
+void GuidePlay::inEditor(const QString& word,
+                         const std::function<void(const EditorControls&)>& use) {
+  const bool isAlias = word == QLatin1String("alias");
+  const QString many = isAlias ? QStringLiteral("aliases") : word + u's';
   const QString title = many.at(0).toUpper() + many.sliced(1);
   QDialog* dialog = window_->dialogTitled(title);
   QVERIFY(dialog);
-  press(word == QLatin1String("alias") ? QStringLiteral("Ctrl+L")
-                                       : QStringLiteral("Ctrl+") + title.at(0));
+  press(isAlias ? QStringLiteral("Ctrl+L") : QStringLiteral("Ctrl+") + title.at(0));
   QVERIFY(QTest::qWaitForWindowActive(dialog));
   const EditorControls controls(*dialog, word);
   QVERIFY(controls.complete());
-  if (word == QLatin1String("macro")) {
-    const DialogAnswers answers{ExpectedDialog::of<KeyPressWidget>([&](KeyPressWidget& asked) {
-      pressIn(asked.findChild<KeyPressInput*>(), step.subject);
-      click(buttonOf(asked, QStringLiteral("Okay")));
-    })};
-    click(controls.add);
-  } else {
-    click(controls.add);
-  }
-  click(controls.edit);
-  if (controls.label)
-    retype(controls.label, step.subject);
-  retype(controls.commands, step.lines.join(u'\n'));
-  click(controls.save);
-  // What the dialog shows now is what the entry holds.
-  QCOMPARE(controls.commands->toPlainText().trimmed(), step.lines.join(u'\n'));
+  use(controls);
   click(controls.close);
   QVERIFY(QTest::qWaitForWindowActive(window_->window.get()));
+}
+
+void GuidePlay::addEntry(const GuideStep& step, const QString& word) {
+  inEditor(word, [&](const EditorControls& controls) {
+    QList<ExpectedDialog> questions;
+    if (word == QLatin1String("macro"))
+      questions << ExpectedDialog::of<KeyPressWidget>([&](KeyPressWidget& asked) {
+        pressIn(asked.findChild<KeyPressInput*>(), step.subject);
+        click(buttonOf(asked, QStringLiteral("Okay")));
+      });
+    const DialogAnswers answers(questions);
+    click(controls.add);
+    click(controls.edit);
+    if (controls.label)
+      retype(controls.label, step.subject);
+    retype(controls.commands, step.lines.join(u'\n'));
+    click(controls.save);
+    // What the dialog shows now is what the entry holds.
+    QCOMPARE(controls.commands->toPlainText().trimmed(), step.lines.join(u'\n'));
+  });
+}
+
+void GuidePlay::editAlias(const GuideStep& step) {
+  inEditor(QStringLiteral("alias"), [&](const EditorControls& controls) {
+    controls.list->setCurrentText(step.subject);
+    QCOMPARE(controls.list->currentText(), step.subject);
+    click(controls.edit);
+    if (!step.detail.isEmpty())
+      pressIn(controls.commands, step.detail);
+    click(controls.save);
+  });
 }
 
 void GuidePlay::press(const QString& key) {
@@ -155,6 +215,11 @@ void GuidePlay::press(const QString& key) {
     action->trigger();
   else
     pressIn(window_->bar, key);
+}
+
+void GuidePlay::save(const GuideStep& step) {
+  const DialogAnswers answers{ExpectedDialog::file(step.detail)};
+  press(step.subject);
 }
 
 void GuidePlay::switchOption(const QString& label) {
@@ -183,7 +248,7 @@ void GuidePlay::restart(const QString& box) {
   if (!box.isEmpty())
     boxes << ExpectedDialog::information({}, box);
   const DialogAnswers answers(boxes);
-  window_ = std::make_unique<PlayWindow>(server_.port(), kept);
+  window_ = std::make_unique<PlayWindow>(wire_->port(), kept);
 }
 
 void GuidePlay::see(const GuideStep& step) {
@@ -194,24 +259,11 @@ void GuidePlay::see(const GuideStep& step) {
           sent.startsWith(u'/') || !sent.contains(line),
           qPrintable(
               QStringLiteral("line %1: the echo of what is typed: %2").arg(step.place).arg(line)));
-  QString missing;
-  const auto allThere = [&] {
-    const QString text = shown();
-    qsizetype at = 0;
-    for (const QString& line : step.lines) {
-      const qsizetype found = text.indexOf(line, at);
-      if (found < 0) {
-        missing = line;
-        return false;
-      }
-      at = found + line.size();
-    }
-    return true;
-  };
-  QVERIFY2(
-      QTest::qWaitFor(allThere, patience),
-      qPrintable(
-          QStringLiteral("line %1: not seen: %2\nin:\n%3").arg(step.place).arg(missing, shown())));
+  const auto allThere = [&] { return missingIn(shown(), step.lines).isEmpty(); };
+  QVERIFY2(QTest::qWaitFor(allThere, patience),
+           qPrintable(QStringLiteral("line %1: not seen: %2\nin:\n%3")
+                          .arg(step.place)
+                          .arg(missingIn(shown(), step.lines), shown())));
 }
 
 void GuidePlay::doNotSee(const GuideStep& step) {
@@ -220,4 +272,20 @@ void GuidePlay::doNotSee(const GuideStep& step) {
     QVERIFY2(!shown().contains(line),
              qPrintable(
                  QStringLiteral("line %1: seen: %2\nin:\n%3").arg(step.place).arg(line, shown())));
+}
+
+void GuidePlay::find(const GuideStep& step) const {
+  const QString page = QString::fromUtf8(contentsOf(step.subject));
+  const QString text =
+      QTextDocumentFragment::fromHtml(page).toPlainText().replace(QChar::Nbsp, u' ');
+  QCOMPARE(missingIn(text, step.lines), QString());
+}
+
+void GuidePlay::seeGrey(const QString& key, bool grey) const {
+  const auto isMeant = [&](const QAction* action) {
+    return action->shortcut() == QKeySequence(key);
+  };
+  const auto action = std::find_if(window_->actions.begin(), window_->actions.end(), isMeant);
+  QVERIFY2(action != window_->actions.end(), qPrintable(key));
+  QCOMPARE(!(*action)->isEnabled(), grey);
 }

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "GuidePage.h"
+#include "Wire.h"
 #include "app/PlayWindow.h"
+#include "automation/EditorControls.h"
 #include "demo/DemoServer.h"
 #include "support/OwnFolder.h"
 
@@ -24,19 +27,29 @@ class GuidePlay {
  private:
   void playStep(const GuideStep& step);
   void act(const GuideStep& step);
+  void type(const GuideStep& step);
   void addEntry(const GuideStep& step, const QString& word);
+  void editAlias(const GuideStep& step);
+  /// Opens an editor by its key, lets it be used and closes it.
+  void inEditor(const QString& word, const std::function<void(const EditorControls&)>& use);
   void press(const QString& key);
+  void save(const GuideStep& step);
   void switchOption(const QString& label);
   void restart(const QString& box);
   void see(const GuideStep& step);
   void doNotSee(const GuideStep& step);
+  void find(const GuideStep& step) const;
+  void seeGrey(const QString& key, bool grey) const;
   /// What the pane has shown since the step behind the last look at it.
   [[nodiscard]] QString shown() const { return window_->text().mid(mark_); }
 
   OwnFolder folder_;
   kelmora::demo::DemoServer server_;
+  std::unique_ptr<Wire> wire_;
+  SilentHost silentHost_;
   std::unique_ptr<PlayWindow> window_;
   qsizetype mark_ = 0;
   bool looked_ = true;
   QStringList typed_;  ///< since then
+  QString cut_;        ///< where the network will cut
 };
