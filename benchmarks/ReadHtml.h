@@ -1,7 +1,7 @@
 #pragma once
 
 #include "terminal/core/HtmlSink.h"
-#include "terminal/core/SafeMarkup.h"
+#include "terminal/markup/SafeMarkup.h"
 
 using namespace kelmora;
 using namespace kelmora::terminal;

@@ -37,8 +37,8 @@
 #include "app/ApplicationFonts.h"
 #include "app/MainWidget.h"
 #include "app/Profile.h"
+#include "terminal/session/SessionCapture.h"
 #include "terminal/view/OutputWidget.h"
-#include "terminal/view/SessionCapture.h"
 
 using namespace kelmora;
 using namespace kelmora::app;

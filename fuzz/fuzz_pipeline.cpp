@@ -1,7 +1,7 @@
 #include "FuzzTarget.h"
 #include "terminal/MarkupFault.h"
 #include "terminal/PipelineSupport.h"
-#include "terminal/core/SafeMarkup.h"
+#include "terminal/markup/SafeMarkup.h"
 
 using namespace kelmora;
 using namespace kelmora::terminal;

@@ -6,7 +6,8 @@ ROOMS = {
     "files": ("src/files",),
     "settings": ("src/settings",),
     "net": ("src/net",),
-    "terminal": ("src/terminal/core", "src/terminal/view"),
+    "terminal": tuple("src/terminal/" + room for room in (
+        "markup", "core", "layout", "speech", "reading", "session", "view")),
     "automation": ("src/automation/core", "src/automation/editors"),
     "script": ("src/script",),
     "dialogs": ("src/dialogs",),

@@ -16,9 +16,9 @@
 #include "dialogs/ProxyWidget.h"
 #include "terminal/core/InputSubmission.h"
 #include "terminal/core/Vitals.h"
+#include "terminal/session/SessionCapture.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
-#include "terminal/view/SessionCapture.h"
 #include "terminal/view/VitalsBars.h"
 
 using namespace kelmora;

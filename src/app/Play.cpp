@@ -6,7 +6,7 @@
 
 #include "app/Beeper.h"
 #include "app/Profile.h"
-#include "terminal/core/SafeMarkup.h"
+#include "terminal/markup/SafeMarkup.h"
 #include "terminal/view/OutputWidget.h"
 
 namespace kelmora::app {

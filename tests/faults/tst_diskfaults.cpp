@@ -19,7 +19,7 @@
 #include "support/OwnFolder.h"
 #include "support/OwnFolderTest.h"
 #include "support/ScratchMain.h"
-#include "terminal/view/SessionCapture.h"
+#include "terminal/session/SessionCapture.h"
 
 using namespace kelmora;
 using namespace kelmora::automation;

@@ -11,7 +11,7 @@
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
 #include "terminal/LiteralPipeline.h"
-#include "terminal/core/SafeMarkup.h"
+#include "terminal/markup/SafeMarkup.h"
 
 using namespace kelmora;
 using namespace kelmora::app;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "support/LiteralPane.h"
-#include "terminal/core/SafeMarkup.h"
+#include "terminal/markup/SafeMarkup.h"
 #include "terminal/view/OutputWidget.h"
 
 using namespace kelmora;

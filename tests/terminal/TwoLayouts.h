@@ -7,7 +7,7 @@
 #include <QTextBrowser>
 #include <QTextLayout>
 
-#include "terminal/view/PaneLayout.h"
+#include "terminal/layout/PaneLayout.h"
 
 using namespace kelmora;
 using namespace kelmora::terminal;

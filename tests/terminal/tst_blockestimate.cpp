@@ -8,9 +8,9 @@
 
 #include "LayoutContents.h"
 #include "support/ScratchMain.h"
-#include "terminal/view/BlockEstimate.h"
-#include "terminal/view/BlockLines.h"
-#include "terminal/view/PaneLayout.h"
+#include "terminal/layout/BlockEstimate.h"
+#include "terminal/layout/BlockLines.h"
+#include "terminal/layout/PaneLayout.h"
 
 using namespace kelmora;
 using namespace kelmora::terminal;

@@ -9,8 +9,8 @@
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
 #include "terminal/PaneHtml.h"
-#include "terminal/core/SafeMarkup.h"
-#include "terminal/view/DocumentHtml.h"
+#include "terminal/markup/SafeMarkup.h"
+#include "terminal/session/DocumentHtml.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 

@@ -18,11 +18,11 @@
 #include "PictureCompare.h"
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
-#include "terminal/view/BarMarks.h"
-#include "terminal/view/FindBar.h"
+#include "terminal/reading/BarMarks.h"
+#include "terminal/reading/FindBar.h"
+#include "terminal/reading/ReadBackView.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
-#include "terminal/view/ReadBackView.h"
 
 using namespace kelmora;
 using namespace kelmora::terminal;

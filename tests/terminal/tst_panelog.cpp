@@ -10,12 +10,13 @@
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
 #include "terminal/core/Log.h"
-#include "terminal/core/SafeMarkup.h"
+#include "terminal/markup/Log.h"
+#include "terminal/markup/SafeMarkup.h"
+#include "terminal/session/SessionCapture.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 #include "terminal/view/PaneDocument.h"
 #include "terminal/view/PaneQueue.h"
-#include "terminal/view/SessionCapture.h"
 
 using namespace kelmora;
 using namespace kelmora::terminal;
@@ -32,6 +33,8 @@ class TestPaneLog : public QObject {
   void isSilentUnlessSwitchedOn();
   void tellsWhatIsLost_data();
   void tellsWhatIsLost();
+  void tellsWhichTagsAreNotShown_data();
+  void tellsWhichTagsAreNotShown();
   void tellsOfTextThatIsDroppedUnseen();
   void tellsOfParagraphsThatAreTooFarUp();
 };
@@ -41,23 +44,12 @@ void TestPaneLog::isSilentUnlessSwitchedOn() {
   QVERIFY(!paneLog().isInfoEnabled());
   QVERIFY(!paneLog().isWarningEnabled());
   QVERIFY(!paneLog().isCriticalEnabled());
+  QVERIFY(!markupLog().isCriticalEnabled());
 }
 
 void TestPaneLog::tellsWhatIsLost_data() {
   QTest::addColumn<Act>("act");
   QTest::addColumn<QStringList>("lines");
-  const auto html = [](const char* name, const QString& text, const QStringList& lines) {
-    QTest::newRow(name) << Act([text](OutputWidget& pane) { insertServerHtml(pane, text); })
-                        << lines;
-  };
-  html("tags that are not allowed", "<secret>a<img src=secret>", {"tags left out: 2"});
-  html("colours that are nested too deep", QString("<b>").repeated(130) + "x",
-       {"tags left out, nested too deep: 2"});
-  html("blocks that are nested too deep", QString("<div>").repeated(33) + "x",
-       {"tags left out, nested too deep: 1"});
-  html("a link to a file", "<a href=\"file:///secret\">x</a>", {"links refused: 1"});
-  html("a style sheet", "<style>secret</style>x", {"titles, style sheets and scripts left out: 1"});
-  html("an anchor without a target loses nothing", "<a name=x>x</a><b>y</b>", {});
   QTest::newRow("a file that the document asks for")
       << Act([](OutputWidget& pane) { (void)pane.loadResource(2, QUrl("secret")); })
       << QStringList{"a file or picture refused"};
@@ -85,6 +77,30 @@ void TestPaneLog::tellsWhatIsLost() {
   const LogLines log("kelmora.pane");
   act(pane);
   pane.settle();
+  QTEST(log.lines(), "lines");
+}
+
+void TestPaneLog::tellsWhichTagsAreNotShown_data() {
+  QTest::addColumn<QString>("html");
+  QTest::addColumn<QStringList>("lines");
+  QTest::newRow("tags that are not allowed")
+      << "<secret>a<img src=secret>" << QStringList{"tags left out: 2"};
+  QTest::newRow("colours that are nested too deep")
+      << QString("<b>").repeated(130) + "x" << QStringList{"tags left out, nested too deep: 2"};
+  QTest::newRow("blocks that are nested too deep")
+      << QString("<div>").repeated(33) + "x" << QStringList{"tags left out, nested too deep: 1"};
+  QTest::newRow("a link to a file")
+      << "<a href=\"file:///secret\">x</a>" << QStringList{"links refused: 1"};
+  QTest::newRow("a style sheet") << "<style>secret</style>x"
+                                 << QStringList{"titles, style sheets and scripts left out: 1"};
+  QTest::newRow("an anchor without a target loses nothing")
+      << "<a name=x>x</a><b>y</b>" << QStringList{};
+}
+
+void TestPaneLog::tellsWhichTagsAreNotShown() {
+  QFETCH(const QString, html);
+  const LogLines log("kelmora.markup");
+  (void)safeMarkup(html);
   QTEST(log.lines(), "lines");
 }
 

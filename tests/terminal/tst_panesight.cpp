@@ -14,9 +14,9 @@
 #include "PictureCompare.h"
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
+#include "terminal/layout/PaneLayout.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
-#include "terminal/view/PaneLayout.h"
 
 using namespace kelmora;
 using namespace kelmora::terminal;

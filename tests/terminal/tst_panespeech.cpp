@@ -3,7 +3,7 @@
 #include <QTest>
 
 #include "support/ScratchMain.h"
-#include "terminal/view/PaneSpeech.h"
+#include "terminal/speech/PaneSpeech.h"
 
 using namespace kelmora::terminal;
 using namespace std::chrono_literals;
@@ -94,7 +94,7 @@ void TestPaneSpeech::theClientsOwnLinesAreSpoken_data() {
 
 void TestPaneSpeech::theClientsOwnLinesAreSpoken() {
   QFETCH(const QString, text);
-  speech_->hear(PaneText(PlainText{text, Qt::yellow, Qt::red}));
+  speech_->hear(text);
   QTRY_COMPARE(announced_.size(), 1);
   QTEST(announced_.first(), "spoken");
 }
@@ -119,7 +119,7 @@ void TestPaneSpeech::markupIsSpokenAsItsText() {
   QTRY_COMPARE(announced_.size(), 1);
   QTEST(announced_.first(), "spoken");
   announced_.clear();
-  speech_->hear(PaneText(StatusLine{safeMarkup(html)}));
+  speech_->hear(safeMarkup(html));
   QTRY_COMPARE(announced_.size(), 1);
   QTEST(announced_.first(), "spoken");
 }

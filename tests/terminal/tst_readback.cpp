@@ -12,10 +12,10 @@
 #include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
+#include "terminal/reading/ReadBackView.h"
+#include "terminal/reading/SplitHandle.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
-#include "terminal/view/ReadBackView.h"
-#include "terminal/view/SplitHandle.h"
 
 using namespace kelmora;
 using namespace kelmora::terminal;

@@ -4,7 +4,7 @@
 #include "MarkupFault.h"
 #include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
-#include "terminal/core/SafeMarkup.h"
+#include "terminal/markup/SafeMarkup.h"
 
 using namespace kelmora;
 using namespace kelmora::terminal;

@@ -12,7 +12,7 @@
 #include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
 #include "support/Settled.h"
-#include "terminal/core/SafeMarkup.h"
+#include "terminal/markup/SafeMarkup.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 

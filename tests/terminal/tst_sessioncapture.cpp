@@ -9,9 +9,9 @@
 #include "PaneContent.h"
 #include "PaneHtml.h"
 #include "support/ScratchMain.h"
+#include "terminal/session/SessionCapture.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
-#include "terminal/view/SessionCapture.h"
 
 using namespace kelmora;
 using namespace kelmora::terminal;

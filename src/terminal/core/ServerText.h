@@ -3,8 +3,8 @@
 #include <variant>
 #include <vector>
 
-#include "terminal/core/SafeMarkup.h"
 #include "terminal/core/StyledText.h"
+#include "terminal/markup/SafeMarkup.h"
 
 namespace kelmora::terminal {
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "terminal/core/Entities.h"
 #include "terminal/core/HtmlSink.h"
 #include "terminal/core/Links.h"
-#include "terminal/core/MarkupReader.h"
 #include "terminal/core/OrdinaryBytes.h"
+#include "terminal/markup/Entities.h"
+#include "terminal/markup/MarkupReader.h"
 
 namespace kelmora::terminal {
 

@@ -26,6 +26,17 @@ constexpr int quiet = 3000;
 /// nothing.
 constexpr qsizetype longQueue = qsizetype{32} * 1024 * 1024;
 
+// What of a text is spoken.
+const ServerText& spokenOf(const ServerText& text) {
+  return text;
+}
+const SafeHtml& spokenOf(const StatusLine& line) {
+  return line.html;
+}
+const QString& spokenOf(const PlainText& text) {
+  return text.text;
+}
+
 }  // namespace
 
 OutputWidget::OutputWidget(InputWidget& inputBar, QWidget* parent)
@@ -65,23 +76,23 @@ void OutputWidget::showServerText(ServerText text) {
 }
 
 void OutputWidget::appendStatusLine(SafeHtml html) {
-  add<PaneText>(StatusLine{std::move(html)});
+  add(StatusLine{std::move(html)});
 }
 
 void OutputWidget::echoSentText(const QString& text) {
-  add<PaneText>(PlainText{text, Qt::yellow, Qt::black}, Whose::Player);
+  add(PlainText{text, Qt::yellow, Qt::black}, Whose::Player);
 }
 
 void OutputWidget::printText(const QString& text, const QColor& colour) {
-  add<PaneText>(PlainText{text + u'\n', colour.isValid() ? colour : QColor(Qt::white), Qt::black});
+  add(PlainText{text + u'\n', colour.isValid() ? colour : QColor(Qt::white), Qt::black});
 }
 
 void OutputWidget::printError(const QString& text) {
-  add<PaneText>(PlainText{QStringLiteral("## ") + text + u'\n', Qt::yellow, Qt::red});
+  add(PlainText{QStringLiteral("## ") + text + u'\n', Qt::yellow, Qt::red});
 }
 
 void OutputWidget::printInfo(const QString& text) {
-  add<PaneText>(PlainText{QStringLiteral("++ ") + text + u'\n', Qt::white, Qt::blue});
+  add(PlainText{QStringLiteral("++ ") + text + u'\n', Qt::white, Qt::blue});
 }
 
 void OutputWidget::settle() {
@@ -145,7 +156,7 @@ template <typename Text>
 void OutputWidget::add(Text text, Whose whose) {
   if (QAccessible::isActive()) {
     if (whose == Whose::Other)
-      speech_.hear(text);
+      speech_.hear(spokenOf(text));
     else
       speech_.hearEcho();
   }

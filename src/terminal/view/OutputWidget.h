@@ -5,13 +5,13 @@
 #include <QTimer>
 #include <functional>
 
-#include "terminal/view/Announcer.h"
+#include "terminal/reading/PaneSight.h"
+#include "terminal/reading/ReadingTools.h"
+#include "terminal/speech/Announcer.h"
+#include "terminal/speech/PaneSpeech.h"
 #include "terminal/view/PaneDocument.h"
 #include "terminal/view/PaneQueue.h"
-#include "terminal/view/PaneSight.h"
-#include "terminal/view/PaneSpeech.h"
 #include "terminal/view/PaneTurns.h"
-#include "terminal/view/ReadingTools.h"
 
 class InputWidget;
 

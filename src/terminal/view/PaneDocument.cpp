@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "terminal/core/Log.h"
-#include "terminal/view/PaneLayout.h"
+#include "terminal/layout/PaneLayout.h"
 
 namespace kelmora::terminal {
 

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QFrame>
+#include <QTimer>
+#include <memory>
+
+#include "terminal/reading/PaneFind.h"
+#include "terminal/speech/Announcer.h"
+
+class QLabel;
+class QLineEdit;
+class QTextBrowser;
+class QToolButton;
+
+namespace kelmora::terminal {
+
+/// The small bar at the pane's upper edge in which the reader says what to find.
+/// While it lives, the hits are marked. A screen reader speaks the line of a hit that
+/// the reader has come to.
+class FindBar : public QFrame {
+  Q_OBJECT
+
+ public:
+  /// A child of the pane, shown at once. Pane, sight and readBack outlive it.
+  FindBar(QTextBrowser& pane, PaneSight& sight, ReadBack& readBack);
+
+  /// Takes the keyboard. Words are put in, unless there are none.
+  void begin(const QString& words);
+  /// Hides it and takes the marks away, for as long as it still lives.
+  void end();
+  /// To be called when the pane's size has changed.
+  void layOut();
+
+ Q_SIGNALS:
+  /// The reader is done with it.
+  void dismissed();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  QToolButton& addButton(const QString& text, const QString& name, const QString& toolTip);
+  QToolButton& addOption(const QString& text, const QString& name);
+  void goToOlder();
+  void goToNewer();
+  void look();
+  void tellCount();
+  void speakLater();
+  void speak();
+
+  QTextBrowser& pane_;
+  std::unique_ptr<PaneFind> find_;
+  Announcer announcer_;
+  QTimer speaks_;
+  QLineEdit* words_;
+  QLabel* count_;
+  QToolButton* matchCase_ = nullptr;
+  QToolButton* wholeWords_ = nullptr;
+  QToolButton* expression_ = nullptr;
+};
+
+}  // namespace kelmora::terminal

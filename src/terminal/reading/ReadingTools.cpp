@@ -1,0 +1,126 @@
+#include "terminal/reading/ReadingTools.h"
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QDesktopServices>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QPointer>
+#include <QShortcut>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <QUrl>
+#include <utility>
+
+#include "terminal/reading/DesktopPalette.h"
+#include "terminal/reading/FindBar.h"
+#include "terminal/reading/ReadBackView.h"
+
+namespace kelmora::terminal {
+
+namespace {
+
+/// The line of the game at a place, without blanks around it. A paragraph has many.
+QString lineAt(const QTextBrowser& view, const QPoint& place) {
+  const QTextCursor cursor = view.cursorForPosition(place);
+  const QString paragraph = cursor.block().text();
+  const qsizetype before = paragraph.lastIndexOf(
+      QChar::LineSeparator, std::max<qsizetype>(cursor.positionInBlock() - 1, -1));
+  const qsizetype behind = paragraph.indexOf(QChar::LineSeparator, cursor.positionInBlock());
+  const qsizetype start = cursor.positionInBlock() == 0 ? 0 : before + 1;
+  const qsizetype end = behind < 0 ? paragraph.size() : behind;
+  return paragraph.sliced(start, end - start).replace(QChar::Nbsp, u' ').trimmed();
+}
+
+}  // namespace
+
+ReadingTools::ReadingTools(QTextBrowser& pane, PaneSight& sight, QWidget& inputBar)
+    : pane_(pane), sight_(sight), inputBar_(inputBar), readBack_(pane, sight) {
+  connect(&readBack_, &ReadBack::opened, this, [this] {
+    ReadBackView& view = *readBack_.view();
+    connect(&view, &ReadBackView::menuWanted, this,
+            [this, &view](const QPoint& place, const QPoint& onScreen) {
+              menuFor(view, place)->exec(onScreen);
+            });
+    if (findBar_)
+      findBar_->layOut();
+  });
+  connect(&readBack_, &ReadBack::closed, this, [this] {
+    if (!findBar_)
+      inputBar_.setFocus(Qt::OtherFocusReason);
+  });
+  connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_F), &pane), &QShortcut::activated, this,
+          [this] { find(); });
+}
+
+ReadingTools::~ReadingTools() = default;
+
+void ReadingTools::layOut() {
+  readBack_.layOut();
+  if (findBar_)
+    findBar_->layOut();
+}
+
+void ReadingTools::find() {
+  const QTextBrowser& read = readBack_.isOpen() && readBack_.view()->textCursor().hasSelection()
+                                 ? *readBack_.view()
+                                 : pane_;
+  const QString selected = read.textCursor().selectedText().replace(QChar::Nbsp, u' ');
+  if (!findBar_) {
+    findBar_ = std::make_unique<FindBar>(pane_, sight_, readBack_);
+    connect(findBar_.get(), &FindBar::dismissed, this, [this] { closeFindBar(); });
+  }
+  // Who has selected several lines wants to copy them.
+  const bool isOneLine =
+      !selected.contains(QChar::ParagraphSeparator) && !selected.contains(QChar::LineSeparator);
+  findBar_->begin(isOneLine ? selected : QString());
+}
+
+void ReadingTools::closeFindBar() {
+  // It is on its way through an event of its own.
+  FindBar* const bar = findBar_.release();
+  bar->end();
+  bar->deleteLater();
+  inputBar_.setFocus(Qt::OtherFocusReason);
+}
+
+void ReadingTools::setTriggerMaker(std::function<void(const QString& line)> make) {
+  makeTrigger_ = std::move(make);
+}
+
+std::unique_ptr<QMenu> ReadingTools::menuFor(QTextBrowser& view, const QPoint& place) {
+  auto menu = std::make_unique<QMenu>(&pane_);
+  menu->setPalette(desktopPalette());
+  const auto add = [&menu](const QString& text, bool isEnabled, auto&& act) {
+    QAction* const action = menu->addAction(text, std::forward<decltype(act)>(act));
+    action->setEnabled(isEnabled);
+    return action;
+  };
+  const QString link = view.anchorAt(place);
+  const QString line = lineAt(view, place);
+  add(tr("&Copy"), view.textCursor().hasSelection(), [shown = QPointer(&view)] {
+    if (shown)
+      shown->copy();
+  });
+  if (!link.isEmpty()) {
+    add(tr("&Open Link"), true, [link] { QDesktopServices::openUrl(QUrl(link)); });
+    add(tr("Copy &Link Address"), true, [link] { QGuiApplication::clipboard()->setText(link); });
+  }
+  add(tr("Select &All"), !view.document()->isEmpty(), [shown = QPointer(&view)] {
+    if (shown)
+      shown->selectAll();
+  });
+  menu->addSeparator();
+  add(tr("&Find…"), true, [this] { find(); })->setShortcut(Qt::CTRL | Qt::Key_F);
+  if (makeTrigger_)
+    add(tr("Make a &Trigger of This Line…"), !line.isEmpty(), [this, line] { makeTrigger_(line); });
+  menu->addSeparator();
+  QAction* const divides = add(tr("&Divide the Pane While Reading Back"), true, [this] {
+    readBack_.setShare(readBack_.isWanted() ? 0 : ReadBack::usualShare);
+  });
+  divides->setCheckable(true);
+  divides->setChecked(readBack_.isWanted());
+  return menu;
+}
+
+}  // namespace kelmora::terminal

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <memory>
+
+#include "terminal/reading/ReadBack.h"
+
+class QMenu;
+class QPoint;
+
+namespace kelmora::terminal {
+
+class FindBar;
+
+/// What a reader of a pane has beside its text: the view of earlier text, the bar to
+/// find words, and the context menu. None of them exists before it is used.
+class ReadingTools : public QObject {
+  Q_OBJECT
+
+ public:
+  /// All three outlive this. The input bar gets the keyboard when a tool closes.
+  ReadingTools(QTextBrowser& pane, PaneSight& sight, QWidget& inputBar);
+  ~ReadingTools() override;
+
+  /// To be called before new text moves the pane to its end.
+  void beforeText() { readBack_.beforeText(); }
+  /// To be called with a document that is about to take the place of the pane's.
+  void beforeDocument(QTextDocument& document) { readBack_.beforeDocument(document); }
+  /// To be called when the pane's size or font has changed.
+  void layOut();
+
+  /// Opens the bar to find words, with the words that are selected.
+  void find();
+  /// What is done with a line for which the reader wants a trigger. Without it the
+  /// menu does not offer that.
+  void setTriggerMaker(std::function<void(const QString& line)> make);
+  /// The context menu for a place in the pane or in the view of earlier text, in
+  /// pixels of its viewport.
+  [[nodiscard]] std::unique_ptr<QMenu> menuFor(QTextBrowser& view, const QPoint& place);
+
+ private:
+  void closeFindBar();
+
+  QTextBrowser& pane_;
+  PaneSight& sight_;
+  QWidget& inputBar_;
+  ReadBack readBack_;
+  std::unique_ptr<FindBar> findBar_;
+  std::function<void(const QString& line)> makeTrigger_;
+};
+
+}  // namespace kelmora::terminal
