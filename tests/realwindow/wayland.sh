@@ -39,11 +39,12 @@ main="Kelmora - The Official Client"
 until_true 20 holds ../client.log "set_title(\"$main\")" || fail "no window: $(tail -5 ../client.log)"
 sleep 1
 
-# The compositor hands the keyboard back when the dialog has faded away.
-handed_on() { [ "$(grep -c 'wl_keyboard@[0-9]*\.enter' ../client.log)" -ge "$1" ]; }
+# The compositor hands the keyboard back when the dialog has faded away. The log writes
+# an object as "name@7", from version 1.23 of the library on as "name#7".
+handed_on() { [ "$(grep -c 'wl_keyboard[@#][0-9]*\.enter' ../client.log)" -ge "$1" ]; }
 for dialog in "g:General Settings" "p:Proxy Settings" "m:Macros" "l:Aliases" "t:Triggers" \
   "h:Kelmora Help"; do
-  before=$(grep -c 'wl_keyboard@[0-9]*\.enter' ../client.log)
+  before=$(grep -c 'wl_keyboard[@#][0-9]*\.enter' ../client.log)
   xdotool key "ctrl+${dialog%%:*}"
   until_true 10 holds ../client.log "set_title(\"${dialog#*:}\")" || fail "no dialog \"${dialog#*:}\""
   until_true 10 handed_on $((before + 1)) || fail "no keys for \"${dialog#*:}\""
