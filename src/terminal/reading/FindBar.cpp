@@ -18,7 +18,8 @@ FindBar::FindBar(QTextBrowser& pane, PaneSight& sight, ReadBack& readBack)
     : QFrame(&pane),
       pane_(pane),
       find_(std::make_unique<PaneFind>(pane, sight, readBack)),
-      announcer_(pane) {
+      announcer_(pane),
+      row_(new QHBoxLayout) {
   // It is no part of the game's text, so it looks as the desktop has it.
   setPalette(desktopPalette());
   setFont(QApplication::font());
@@ -26,19 +27,23 @@ FindBar::FindBar(QTextBrowser& pane, PaneSight& sight, ReadBack& readBack)
   setAutoFillBackground(true);
   setCursor(Qt::ArrowCursor);
   setAttribute(Qt::WA_NoMousePropagation);
-  auto* const row = new QHBoxLayout(this);
+  auto* const rows = new QVBoxLayout(this);
   constexpr int margin = 3;  // pixels
-  row->setContentsMargins(margin, margin, margin, margin);
-  row->setSpacing(margin);
+  rows->setContentsMargins(margin, margin, margin, margin);
+  rows->setSpacing(margin);
+  rows->addLayout(row_);
   words_ = new QLineEdit;
   words_->setPlaceholderText(tr("Find"));
   words_->setAccessibleName(tr("Find in the game text"));
   words_->setClearButtonEnabled(true);
   words_->installEventFilter(this);
-  row->addWidget(words_, 1);
+  constexpr int fewest = 8;  // characters in sight, whatever stands beside them
+  words_->setMinimumWidth(words_->minimumSizeHint().width() +
+                          (fewest - 1) * fontMetrics().averageCharWidth());
+  row_->addWidget(words_, 1);
   count_ = new QLabel;
   count_->setAccessibleDescription(tr("Hits"));
-  row->addWidget(count_);
+  row_->addWidget(count_);
   connect(&addButton(QStringLiteral("\u2191"), tr("Older hit"), tr("Older hit (Enter, F3)")),
           &QToolButton::clicked, this, &FindBar::goToOlder);
   connect(&addButton(QStringLiteral("\u2193"), tr("Newer hit"),
@@ -57,7 +62,6 @@ FindBar::FindBar(QTextBrowser& pane, PaneSight& sight, ReadBack& readBack)
   connect(&speaks_, &QTimer::timeout, this, &FindBar::speak);
   connect(find_.get(), &PaneFind::counted, this, [this] { tellCount(); });
   tellCount();
-  layOut();
   show();
 }
 
@@ -69,7 +73,7 @@ QToolButton& FindBar::addButton(const QString& text, const QString& name, const 
   button->setAccessibleName(name);
   // With F3 and Escape from anywhere in the bar.
   button->installEventFilter(this);
-  layout()->addWidget(button);
+  row_->addWidget(button);
   return *button;
 }
 
@@ -94,12 +98,33 @@ void FindBar::end() {
 }
 
 void FindBar::layOut() {
-  constexpr int widest = 460;  // pixels
+  constexpr int usual = 460;  // pixels
   constexpr int margin = 6;
   const QRect inside = pane_.viewport()->geometry();
-  const int width = std::min(widest, inside.width() - 2 * margin);
+  const int room = inside.width() - 2 * margin;
+  row_->invalidate();  // the toolkit tells it of another text only with a later event
+  layout()->invalidate();
+  placeCount(room);
+  // With a large font of the desktop it takes as much more as there is.
+  const int width = std::min(std::max(usual, sizeHint().width()), room);
   setGeometry(inside.right() - margin - width, inside.top() + margin, width, sizeHint().height());
+  find_->setCovered(height() + margin);
   raise();
+}
+
+void FindBar::placeCount(int room) {
+  const bool isBeside = row_->indexOf(count_) >= 0;
+  int needed = minimumSizeHint().width();
+  if (!isBeside)
+    needed += count_->minimumSizeHint().width() + row_->spacing();
+  const bool goesBeside = needed <= room;
+  if (isBeside == goesBeside)
+    return;
+  layout()->removeWidget(count_);
+  if (goesBeside)
+    row_->insertWidget(1, count_);
+  else
+    static_cast<QVBoxLayout*>(layout())->addWidget(count_);
 }
 
 bool FindBar::eventFilter(QObject* watched, QEvent* event) {
@@ -166,6 +191,7 @@ void FindBar::tellCount() {
     count_->setText(tr("%1 of many").arg(find_->current()));
   else
     count_->setText(tr("%1 of %2").arg(find_->current()).arg(find_->count()));
+  layOut();
 }
 
 }  // namespace kelmora::terminal

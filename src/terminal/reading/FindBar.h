@@ -7,6 +7,7 @@
 #include "terminal/reading/PaneFind.h"
 #include "terminal/speech/Announcer.h"
 
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QTextBrowser;
@@ -43,6 +44,8 @@ class FindBar : public QFrame {
   QToolButton& addOption(const QString& text, const QString& name);
   void goToOlder();
   void goToNewer();
+  /// Beside the words, or below them where there is not so much room, in pixels.
+  void placeCount(int room);
   void look();
   void tellCount();
   void speakLater();
@@ -54,6 +57,7 @@ class FindBar : public QFrame {
   QTimer speaks_;
   QLineEdit* words_;
   QLabel* count_;
+  QHBoxLayout* row_;
   QToolButton* matchCase_ = nullptr;
   QToolButton* wholeWords_ = nullptr;
   QToolButton* expression_ = nullptr;

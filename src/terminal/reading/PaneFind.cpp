@@ -192,9 +192,9 @@ std::size_t PaneFind::current() const {
 void PaneFind::makeCurrent(const Place& place) {
   current_.setPosition(place.start);
   current_.setPosition(place.start + place.length, QTextCursor::KeepAnchor);
-  // The bar that asks covers the uppermost lines, and half a line is not read.
+  // Some lines before the hit are to be read as well, and half a line is not.
   const int line = QFontMetrics(pane_.font()).lineSpacing();
-  const Place sight = inSight(reader(), 3 * line, line);
+  const Place sight = inSight(reader(), std::max(3 * line, covered_), line);
   if (place.start < sight.start || place.start + place.length > sight.start + sight.length)
     readBack_.goTo(place.start);
   showLater();

@@ -34,6 +34,8 @@ class PaneFind : public QObject {
   /// Looks for other words. If no hit of theirs is in sight, the nearest one above
   /// comes into sight, or else the nearest one below.
   void look(TextFinder finder);
+  /// So many pixels at the upper edge are out of sight, behind what stands there.
+  void setCovered(int pixels) { covered_ = pixels; }
   // To the next hit, from the last one to the first and the other way round.
   void goToOlder();
   void goToNewer();
@@ -84,6 +86,7 @@ class PaneFind : public QObject {
   Places hits_;
   int looked_ = 0;  ///< up to here the hits are known
   bool choosesNearest_ = false;
+  int covered_ = 0;
   QTextCursor current_;  ///< selects the current hit
   QTimer turn_;
   QTimer shows_;

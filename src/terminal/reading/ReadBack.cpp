@@ -34,11 +34,16 @@ bool ReadBack::eventFilter(QObject* watched, QEvent* event) {
   return QObject::eventFilter(watched, event);
 }
 
-void ReadBack::raise() const {
+void ReadBack::raise() {
   if (!view_)
     return;
   view_->raise();
   handle_->raise();
+  Q_EMIT raised();
+}
+
+QWidget* ReadBack::border() const {
+  return handle_;
 }
 
 void ReadBack::beforeText() {

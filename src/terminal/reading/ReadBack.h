@@ -4,6 +4,7 @@
 
 class QTextBrowser;
 class QTextDocument;
+class QWidget;
 
 namespace kelmora::terminal {
 
@@ -40,6 +41,8 @@ class ReadBack : public QObject {
   [[nodiscard]] bool isOpen() const { return view_ != nullptr; }
   /// Null while it is closed.
   [[nodiscard]] ReadBackView* view() const { return view_; }
+  /// The border below the view. Null while it is closed.
+  [[nodiscard]] QWidget* border() const;
   /// The view's part of the pane's height, from 0 to 1. It is kept for the session.
   /// With less than two lines for it, the view never opens.
   [[nodiscard]] double share() const { return share_; }
@@ -50,6 +53,8 @@ class ReadBack : public QObject {
  Q_SIGNALS:
   void opened();
   void closed();
+  /// The view is now above all that the pane shows.
+  void raised();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -57,7 +62,7 @@ class ReadBack : public QObject {
  private:
   void open();
   /// Above the pane's bar, too.
-  void raise() const;
+  void raise();
   /// Pixels of the pane's height for the view.
   [[nodiscard]] int coveredHeight() const;
   [[nodiscard]] int leastHeight() const;

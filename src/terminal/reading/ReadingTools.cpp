@@ -53,6 +53,10 @@ ReadingTools::ReadingTools(QTextBrowser& pane, PaneSight& sight, QWidget& inputB
           [this] { find(); });
 }
 
+  connect(&readBack_, &ReadBack::raised, this, [this] {
+    if (findBar_)
+      findBar_->raise();
+  });
 ReadingTools::~ReadingTools() = default;
 
 void ReadingTools::layOut() {
