@@ -940,8 +940,12 @@ Mehr dazu mit „kelmora --help“.
 <context>
     <name>kelmora::terminal::SplitHandle</name>
     <message>
-        <source>Drag to divide the pane; Escape closes the upper part</source>
-        <translation>Zum Teilen der Ausgabe ziehen; Esc schließt den oberen Teil</translation>
+        <source>Drag or use the arrow keys to divide the pane; Escape closes the upper part</source>
+        <translation>Zum Teilen der Ausgabe ziehen oder die Pfeiltasten verwenden; Esc schließt den oberen Teil</translation>
+    </message>
+    <message>
+        <source>Border of the earlier game text</source>
+        <translation>Grenze des früheren Spieltexts</translation>
     </message>
 </context>
 </TS>

@@ -1,10 +1,12 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QDebug>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
@@ -21,6 +23,7 @@
 #include "terminal/reading/BarMarks.h"
 #include "terminal/reading/FindBar.h"
 #include "terminal/reading/ReadBackView.h"
+#include "terminal/reading/SplitHandle.h"
 #include "terminal/view/InputWidget.h"
 #include "terminal/view/OutputWidget.h"
 
@@ -50,6 +53,12 @@ class TestPaneFind : public QObject {
   void nothingIsLeftWhenItCloses();
   void aFloodOfHitsIsCutShort();
   void escapeInTheBarLeavesTheViewOfEarlierText();
+  void theBarIsAboveTheViewOfEarlierText();
+  void nothingInTheBarIsCut_data();
+  void nothingInTheBarIsCut();
+  void aHitBehindTheBarComesOut();
+  void aKeyAsksForTheMenu_data();
+  void aKeyAsksForTheMenu();
   void theMenuOffersWhatIsThere();
   void aTriggerIsMadeOfTheLine_data();
   void aTriggerIsMadeOfTheLine();
@@ -346,6 +355,139 @@ void TestPaneFind::escapeInTheBarLeavesTheViewOfEarlierText() {
   QTest::keyClick(inputBar_, Qt::Key_Escape);
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   QVERIFY(!pane_->findChild<ReadBackView*>());
+}
+
+void TestPaneFind::theBarIsAboveTheViewOfEarlierText() {
+  const auto isOnTop = [this] {
+    const QWidget* const there = pane_->childAt(bar()->geometry().center());
+    return there == bar() || bar()->isAncestorOf(there);
+  };
+  find("Line 20:");
+  QVERIFY(isOnTop());
+  say(100, 3);
+  QVERIFY(pane_->findChild<ReadBackView*>());
+  QVERIFY(isOnTop());
+  QTest::keyClick(&words(), Qt::Key_Escape);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  find("Line 21:");
+  QVERIFY(isOnTop());
+  say(103, 3);
+  QVERIFY(isOnTop());
+  QTest::keyClick(pane_->findChild<SplitHandle*>(), Qt::Key_Up);
+  QVERIFY(isOnTop());
+  pane_->resize(580, 380);
+  say(106, 1);
+  QVERIFY(isOnTop());
+}
+
+void TestPaneFind::nothingInTheBarIsCut_data() {
+  QTest::addColumn<int>("percent");  // of the desktop's font
+  QTest::addColumn<int>("width");    // of the pane
+  QTest::newRow("usual font, usual width") << 100 << 780;
+  QTest::newRow("usual font, narrow") << 100 << 360;
+  QTest::newRow("large font, usual width") << 200 << 780;
+  QTest::newRow("large font, narrow") << 200 << 600;
+}
+
+void TestPaneFind::nothingInTheBarIsCut() {
+  QFETCH(const int, percent);
+  QFETCH(const int, width);
+  const QFont usual = QApplication::font();
+  const auto back = qScopeGuard([&] { QApplication::setFont(usual); });
+  QFont font = usual;
+  font.setPointSizeF(usual.pointSizeF() * percent / 100);
+  QApplication::setFont(font);
+  pane_->resize(width, 400);
+  const auto check = [this] {
+    QCOMPARE(bar()->geometry() & pane_->viewport()->geometry(), bar()->geometry());
+    for (const QWidget* part : bar()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+      const QSize needed = part->minimumSizeHint();
+      const QString seen = QString::fromLatin1(part->metaObject()->className()) +
+                           QDebug::toString(part->geometry()) + QDebug::toString(needed);
+      QVERIFY2(bar()->rect().contains(part->geometry()), qPrintable(seen));
+      QVERIFY2(part->width() >= needed.width() && part->height() >= needed.height(),
+               qPrintable(seen));
+    }
+    constexpr int eight = 8;  // characters of the words are in sight
+    QVERIFY(words().width() > eight * words().fontMetrics().averageCharWidth());
+  };
+  open();
+  check();
+  for (const char* sought : {"orc", "Line 5:", "none of it", "o", ""}) {
+    find(sought);
+    QTRY_VERIFY(count().isEmpty() == words().text().isEmpty());
+    QCoreApplication::processEvents();
+    check();
+  }
+}
+
+void TestPaneFind::aHitBehindTheBarComesOut() {
+  find("Line 40:");
+  bar()->setMinimumHeight(100);
+  pane_->resize(599, 400);
+  pane_->verticalScrollBar()->setValue(
+      pane_->verticalScrollBar()->value() +
+      pane_->cursorRect(pane_->document()->find("Line 36:")).top());
+  QVERIFY(bar()->geometry().contains(
+      pane_->cursorRect(pane_->document()->find("Line 41:")).topRight() + QPoint(400, 0)));
+  find("Line 41:");
+  QVERIFY(pane_->cursorRect(pane_->document()->find("Line 41:")).top() >
+          bar()->geometry().bottom());
+}
+
+void TestPaneFind::aKeyAsksForTheMenu_data() {
+  QTest::addColumn<QString>("selected");
+  QTest::addColumn<QString>("sought");
+  QTest::addColumn<bool>("staysOpen");
+  QTest::addColumn<QString>("line");
+  const QString last = "Line 99: the orc hits you.";
+  const QString sought = "Line 91: the orc hits you.";
+  QTest::newRow("for the hit") << ""
+                               << "Line 91:" << true << sought;
+  QTest::newRow("for the last hit") << ""
+                                    << "Line 91:" << false << sought;
+  QTest::newRow("for what is selected") << "Line 93:"
+                                        << "" << false << "Line 93: the orc hits you.";
+  QTest::newRow("for what is selected, behind a hit")
+      << "Line 93:"
+      << "Line 91:" << false << "Line 93: the orc hits you.";
+  QTest::newRow("for the last line") << ""
+                                     << "" << false << last;
+  QTest::newRow("for the last line, with a selection out of sight") << "Line 3:"
+                                                                    << "" << false << last;
+}
+
+void TestPaneFind::aKeyAsksForTheMenu() {
+  QFETCH(const QString, selected);
+  QFETCH(const QString, sought);
+  QFETCH(const bool, staysOpen);
+  QString line;
+  pane_->setTriggerMaker([&line](const QString& made) { line = made; });
+  if (!sought.isEmpty()) {
+    find(sought);
+    if (!staysOpen)
+      QTest::keyClick(&words(), Qt::Key_Escape);
+  }
+  if (!selected.isEmpty())
+    pane_->setTextCursor(pane_->document()->find(selected));
+  pane_->verticalScrollBar()->setValue(pane_->verticalScrollBar()->maximum());
+  QPoint place;
+  QTimer::singleShot(0, this, [&] {
+    auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    if (!menu)
+      return;
+    place = menu->pos();
+    for (QAction* action : menu->actions())
+      if (action->text().contains("Trigger"))
+        action->trigger();
+    menu->close();
+  });
+  QContextMenuEvent event(QContextMenuEvent::Keyboard, {-50, -9000}, {-50, -9000});
+  QCoreApplication::sendEvent(pane_, &event);
+  QTEST(line, "line");
+  QCOMPARE(pane_->verticalScrollBar()->value(), pane_->verticalScrollBar()->maximum());
+  QVERIFY2(pane_->rect().contains(pane_->mapFromGlobal(place)),
+           qPrintable(QDebug::toString(place)));
 }
 
 QStringList TestPaneFind::offered(const QString& words, const QString& chosen) {

@@ -53,6 +53,8 @@ class TestReadBack : public QObject {
   void aWheelAtItsTopIsNotForThePane();
   void escapeClosesItAndLeavesTheInput();
   void theBorderIsDragged();
+  void theBorderIsMovedByKeys();
+  void theTabKeyGoesFromTheTopDown();
   void theShareIsKept();
   void aPlaceFurtherUpIsTaken();
   void whereAllFitsItCloses();
@@ -281,6 +283,44 @@ void TestReadBack::theBorderIsDragged() {
   QVERIFY(view()->height() < pane_->viewport()->height() - SplitHandle::thickness);
   drag(-1000);
   QVERIFY(!isOpen());
+}
+
+void TestReadBack::theBorderIsMovedByKeys() {
+  open();
+  auto* const handle = pane_->findChild<SplitHandle*>();
+  const int line = QFontMetrics(pane_->font()).lineSpacing();
+  const int before = view()->height();
+  QTest::keyClick(handle, Qt::Key_Up);
+  QCOMPARE(view()->height(), before - line);
+  QTest::keyClick(handle, Qt::Key_Down);
+  QTest::keyClick(handle, Qt::Key_Down);
+  QCOMPARE(view()->height(), before + line);
+  for (int press = 0; press < 50; ++press)
+    QTest::keyClick(handle, Qt::Key_Down);
+  QVERIFY(view()->height() < pane_->viewport()->height() - 2 * line);
+  for (int press = 0; press < 50; ++press)
+    QTest::keyClick(handle, Qt::Key_Up);
+  QVERIFY(isOpen());
+  QCOMPARE(view()->height(), 2 * line);
+  QTest::keyClick(handle, Qt::Key_Left);
+  QCOMPARE(view()->height(), 2 * line);
+  // Whoever looks for the keyboard sees it.
+  const QImage without = handle->grab().toImage();
+  handle->setFocus(Qt::TabFocusReason);
+  QVERIFY(handle->grab().toImage() != without);
+  QTest::keyClick(handle, Qt::Key_Escape);
+  QVERIFY(!isOpen());
+  QCOMPARE(QApplication::focusWidget(), bar_);
+}
+
+void TestReadBack::theTabKeyGoesFromTheTopDown() {
+  open();
+  bar_->setFocus();
+  const QList<QWidget*> order{view(), pane_->findChild<SplitHandle*>(), pane_, bar_, view()};
+  for (QWidget* next : order) {
+    QTest::keyClick(window_->windowHandle(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), next);
+  }
 }
 
 void TestReadBack::theShareIsKept() {

@@ -29,6 +29,8 @@ class FindBar : public QFrame {
   void begin(const QString& words);
   /// Hides it and takes the marks away, for as long as it still lives.
   void end();
+  /// Selects the hit to which the reader has come; selects nothing without one.
+  [[nodiscard]] const QTextCursor& currentHit() const { return find_->currentHit(); }
   /// To be called when the pane's size has changed.
   void layOut();
 
@@ -42,10 +44,10 @@ class FindBar : public QFrame {
  private:
   QToolButton& addButton(const QString& text, const QString& name, const QString& toolTip);
   QToolButton& addOption(const QString& text, const QString& name);
-  void goToOlder();
-  void goToNewer();
   /// Beside the words, or below them where there is not so much room, in pixels.
   void placeCount(int room);
+  void goToOlder();
+  void goToNewer();
   void look();
   void tellCount();
   void speakLater();
@@ -55,9 +57,9 @@ class FindBar : public QFrame {
   std::unique_ptr<PaneFind> find_;
   Announcer announcer_;
   QTimer speaks_;
+  QHBoxLayout* row_;
   QLineEdit* words_;
   QLabel* count_;
-  QHBoxLayout* row_;
   QToolButton* matchCase_ = nullptr;
   QToolButton* wholeWords_ = nullptr;
   QToolButton* expression_ = nullptr;

@@ -43,6 +43,8 @@ class PaneFind : public QObject {
   [[nodiscard]] std::size_t count() const { return hits_.size(); }
   /// From 1, the oldest; 0 while there is none.
   [[nodiscard]] std::size_t current() const;
+  /// Selects the current hit; selects nothing without one.
+  [[nodiscard]] const QTextCursor& currentHit() const { return current_; }
   /// The line of the game in which the current hit is.
   [[nodiscard]] QString currentLine() const;
   /// Whether the whole document has been looked through.
@@ -84,9 +86,9 @@ class PaneFind : public QObject {
   QPointer<QTextDocument> document_;
   TextFinder finder_;
   Places hits_;
+  int covered_ = 0;
   int looked_ = 0;  ///< up to here the hits are known
   bool choosesNearest_ = false;
-  int covered_ = 0;
   QTextCursor current_;  ///< selects the current hit
   QTimer turn_;
   QTimer shows_;

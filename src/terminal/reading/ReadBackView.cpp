@@ -6,6 +6,8 @@
 #include <QScrollBar>
 #include <algorithm>
 
+#include "terminal/reading/MenuKey.h"
+
 namespace kelmora::terminal {
 
 ReadBackView::ReadBackView(QTextBrowser& pane, PaneSight& paneSight)
@@ -63,6 +65,14 @@ bool ReadBackView::isAtEnd() const {
   return verticalScrollBar()->value() >= pane_.verticalScrollBar()->maximum();
 }
 
+bool ReadBackView::event(QEvent* event) {
+  if (asksForMenuByKey(*event)) {
+    contextMenuEvent(static_cast<QContextMenuEvent*>(event));
+    return true;
+  }
+  return QTextBrowser::event(event);
+}
+
 void ReadBackView::paintEvent(QPaintEvent* event) {
   sight_.layOutForPaint();
   QTextBrowser::paintEvent(event);
@@ -94,7 +104,7 @@ void ReadBackView::scrollContentsBy(int dx, int dy) {
 }
 
 void ReadBackView::contextMenuEvent(QContextMenuEvent* event) {
-  Q_EMIT menuWanted(event->pos(), event->globalPos());
+  Q_EMIT menuWanted(*event);
 }
 
 void ReadBackView::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {}

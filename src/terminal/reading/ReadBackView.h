@@ -35,10 +35,10 @@ class ReadBackView : public QTextBrowser {
  Q_SIGNALS:
   /// The reader has scrolled down to where the pane begins.
   void endReached();
-  /// The places are in pixels, of the viewport and of the screen.
-  void menuWanted(const QPoint& place, const QPoint& onScreen);
+  void menuWanted(const QContextMenuEvent& event);
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;

@@ -1,9 +1,10 @@
 #include "terminal/reading/ReadingTools.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QDesktopServices>
-#include <QGuiApplication>
+#include <QFontMetrics>
 #include <QMenu>
 #include <QPointer>
 #include <QShortcut>
@@ -14,6 +15,7 @@
 
 #include "terminal/reading/DesktopPalette.h"
 #include "terminal/reading/FindBar.h"
+#include "terminal/reading/MenuKey.h"
 #include "terminal/reading/ReadBackView.h"
 
 namespace kelmora::terminal {
@@ -39,24 +41,26 @@ ReadingTools::ReadingTools(QTextBrowser& pane, PaneSight& sight, QWidget& inputB
   connect(&readBack_, &ReadBack::opened, this, [this] {
     ReadBackView& view = *readBack_.view();
     connect(&view, &ReadBackView::menuWanted, this,
-            [this, &view](const QPoint& place, const QPoint& onScreen) {
-              menuFor(view, place)->exec(onScreen);
-            });
+            [this, &view](const QContextMenuEvent& event) { showMenu(view, event); });
+    // The Tab key goes from the top to the bottom, and then to the bar to find words.
+    QWidget::setTabOrder(&view, readBack_.border());
+    QWidget::setTabOrder(readBack_.border(), &pane_);
+    QWidget::setTabOrder(&pane_, &inputBar_);
     if (findBar_)
       findBar_->layOut();
   });
   connect(&readBack_, &ReadBack::closed, this, [this] {
-    if (!findBar_)
+    if (!findBar_ || !findBar_->isAncestorOf(QApplication::focusWidget()))
       inputBar_.setFocus(Qt::OtherFocusReason);
+  });
+  connect(&readBack_, &ReadBack::raised, this, [this] {
+    if (findBar_)
+      findBar_->raise();
   });
   connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_F), &pane), &QShortcut::activated, this,
           [this] { find(); });
 }
 
-  connect(&readBack_, &ReadBack::raised, this, [this] {
-    if (findBar_)
-      findBar_->raise();
-  });
 ReadingTools::~ReadingTools() = default;
 
 void ReadingTools::layOut() {
@@ -83,6 +87,7 @@ void ReadingTools::find() {
 void ReadingTools::closeFindBar() {
   // It is on its way through an event of its own.
   FindBar* const bar = findBar_.release();
+  lastHit_ = bar->currentHit();
   bar->end();
   bar->deleteLater();
   inputBar_.setFocus(Qt::OtherFocusReason);
@@ -90,6 +95,28 @@ void ReadingTools::closeFindBar() {
 
 void ReadingTools::setTriggerMaker(std::function<void(const QString& line)> make) {
   makeTrigger_ = std::move(make);
+}
+
+void ReadingTools::showMenu(QTextBrowser& view, const QContextMenuEvent& event) {
+  const bool isByKey = asksForMenuByKey(event);
+  const QPoint place = isByKey ? placeForKeys(view) : event.pos();
+  menuFor(view, place)->exec(isByKey ? view.viewport()->mapToGlobal(place) : event.globalPos());
+}
+
+QPoint ReadingTools::placeForKeys(const QTextBrowser& view) const {
+  const QRect sight = view.viewport()->rect();
+  for (const QTextCursor& cursor :
+       {findBar_ ? findBar_->currentHit() : QTextCursor(), view.textCursor(), lastHit_})
+    if (cursor.hasSelection() && cursor.document() == view.document()) {
+      const QPoint place = view.cursorRect(cursor).center();
+      if (sight.contains(place))
+        return place;
+    }
+  const int step = QFontMetrics(view.font()).lineSpacing();
+  QPoint place = sight.bottomLeft();
+  while (place.y() > step && lineAt(view, place).isEmpty())
+    place.ry() -= step;
+  return place;
 }
 
 std::unique_ptr<QMenu> ReadingTools::menuFor(QTextBrowser& view, const QPoint& place) {
@@ -108,7 +135,7 @@ std::unique_ptr<QMenu> ReadingTools::menuFor(QTextBrowser& view, const QPoint& p
   });
   if (!link.isEmpty()) {
     add(tr("&Open Link"), true, [link] { QDesktopServices::openUrl(QUrl(link)); });
-    add(tr("Copy &Link Address"), true, [link] { QGuiApplication::clipboard()->setText(link); });
+    add(tr("Copy &Link Address"), true, [link] { QApplication::clipboard()->setText(link); });
   }
   add(tr("Select &All"), !view.document()->isEmpty(), [shown = QPointer(&view)] {
     if (shown)

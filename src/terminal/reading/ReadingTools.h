@@ -1,11 +1,13 @@
 #pragma once
 
 #include <QObject>
+#include <QTextCursor>
 #include <functional>
 #include <memory>
 
 #include "terminal/reading/ReadBack.h"
 
+class QContextMenuEvent;
 class QMenu;
 class QPoint;
 
@@ -35,18 +37,23 @@ class ReadingTools : public QObject {
   /// What is done with a line for which the reader wants a trigger. Without it the
   /// menu does not offer that.
   void setTriggerMaker(std::function<void(const QString& line)> make);
-  /// The context menu for a place in the pane or in the view of earlier text, in
-  /// pixels of its viewport.
-  [[nodiscard]] std::unique_ptr<QMenu> menuFor(QTextBrowser& view, const QPoint& place);
+  /// Shows the context menu for a place in the pane or in the view of earlier text. A
+  /// key asks for it at the hit of the bar to find words, if that is open, or at what is
+  /// selected, or at the last hit of a closed bar, or else at the last line in sight.
+  void showMenu(QTextBrowser& view, const QContextMenuEvent& event);
 
  private:
   void closeFindBar();
+  [[nodiscard]] std::unique_ptr<QMenu> menuFor(QTextBrowser& view, const QPoint& place);
+  /// In pixels of the view's viewport.
+  [[nodiscard]] QPoint placeForKeys(const QTextBrowser& view) const;
 
   QTextBrowser& pane_;
   PaneSight& sight_;
   QWidget& inputBar_;
   ReadBack readBack_;
   std::unique_ptr<FindBar> findBar_;
+  QTextCursor lastHit_;  ///< of a bar that has been closed
   std::function<void(const QString& line)> makeTrigger_;
 };
 

@@ -1,8 +1,11 @@
 #include "terminal/reading/SplitHandle.h"
 
 #include <QAbstractScrollArea>
+#include <QFontMetrics>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <algorithm>
 #include <utility>
 
 #include "terminal/reading/DesktopPalette.h"
@@ -14,7 +17,9 @@ SplitHandle::SplitHandle(QAbstractScrollArea& pane, std::function<void(int heigh
   hide();
   setPalette(desktopPalette());
   setCursor(Qt::SplitVCursor);
-  setToolTip(tr("Drag to divide the pane; Escape closes the upper part"));
+  setFocusPolicy(Qt::TabFocus);
+  setToolTip(tr("Drag or use the arrow keys to divide the pane; Escape closes the upper part"));
+  setAccessibleName(tr("Border of the earlier game text"));
 }
 
 void SplitHandle::place(int height) {
@@ -24,7 +29,7 @@ void SplitHandle::place(int height) {
 
 void SplitHandle::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  painter.fillRect(rect(), palette().color(QPalette::Button));
+  painter.fillRect(rect(), palette().color(hasFocus() ? QPalette::Highlight : QPalette::Button));
   painter.setPen(palette().color(QPalette::Mid));
   painter.drawLine(0, 0, width(), 0);
   painter.drawLine(0, height() - 1, width(), height() - 1);
@@ -37,6 +42,17 @@ void SplitHandle::mousePressEvent(QMouseEvent* event) {
 void SplitHandle::mouseMoveEvent(QMouseEvent* event) {
   const int inPane = mapTo(&pane_, event->position().toPoint()).y();
   dragged_(inPane - grip_ - pane_.viewport()->y());
+}
+
+void SplitHandle::keyPressEvent(QKeyEvent* event) {
+  const int line = QFontMetrics(pane_.font()).lineSpacing();
+  const int height = y() - pane_.viewport()->y();
+  if (event->key() == Qt::Key_Up)
+    dragged_(std::max(height - line, 2 * line));  // with less the view would close
+  else if (event->key() == Qt::Key_Down)
+    dragged_(height + line);
+  else
+    QWidget::keyPressEvent(event);
 }
 
 }  // namespace kelmora::terminal

@@ -8,7 +8,7 @@ class QAbstractScrollArea;
 namespace kelmora::terminal {
 
 /// The strip between the view of earlier text and the newest lines, by which the
-/// border between them is dragged.
+/// border between them is dragged, or moved by the arrow keys.
 class SplitHandle : public QWidget {
   Q_OBJECT
 
@@ -26,6 +26,7 @@ class SplitHandle : public QWidget {
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   QAbstractScrollArea& pane_;

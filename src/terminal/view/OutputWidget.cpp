@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "terminal/core/Log.h"
+#include "terminal/reading/MenuKey.h"
 #include "terminal/view/InputWidget.h"
 
 using namespace kelmora;
@@ -106,6 +107,14 @@ QVariant OutputWidget::loadResource(int /*type*/, const QUrl& /*name*/) {
   return QByteArray("");
 }
 
+bool OutputWidget::event(QEvent* event) {
+  if (asksForMenuByKey(*event)) {
+    contextMenuEvent(static_cast<QContextMenuEvent*>(event));
+    return true;
+  }
+  return QTextBrowser::event(event);
+}
+
 void OutputWidget::paintEvent(QPaintEvent* event) {
   sight_.layOutForPaint();
   QTextBrowser::paintEvent(event);
@@ -141,7 +150,7 @@ void OutputWidget::scrollContentsBy(int dx, int dy) {
 }
 
 void OutputWidget::contextMenuEvent(QContextMenuEvent* event) {
-  tools_.menuFor(*this, event->pos())->exec(event->globalPos());
+  tools_.showMenu(*this, *event);
 }
 
 void OutputWidget::setTriggerMaker(std::function<void(const QString& line)> make) {
