@@ -1,11 +1,10 @@
 #include "Dialogs.h"
 
-#include <QApplication>
 #include <QDialog>
+#include <QFile>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QTimer>
 
 #include "Hands.h"
 #include "Studio.h"
@@ -14,23 +13,17 @@ namespace kelmora::tools {
 
 namespace {
 
+/// The button is called as the dialog has it in its own language.
 void click(Studio& studio, const QDialog& dialog, const QString& text) {
-  QPushButton* button = buttonOf(dialog, text);
+  QPushButton* button = buttonOf(dialog, wordsOf(dialog, text));
   if (button == nullptr || !button->isEnabled())
     return studio.fail(QStringLiteral("no button can be pressed that is called ") + text);
   button->click();
 }
 
-/// While `open` waits for a dialog to be closed.
-void meanwhile(const std::function<void(QDialog&)>& act, const std::function<void()>& open) {
-  QTimer::singleShot(100, qApp, [act] {
-    if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
-      settle();
-      act(*dialog);
-      dialog->close();
-    }
-  });
-  open();
+/// Keeps a picture of the box that comes when something is done.
+void keepBox(Studio& studio, const QString& name, const std::function<void()>& act) {
+  meanwhile([&](QDialog& box) { studio.keep(name, box); }, act);
 }
 
 void edit(Studio& studio, QDialog& dialog, const QString& word, const Entry& entry) {
@@ -118,6 +111,28 @@ void keepDeleteQuestion(Studio& studio) {
       [&](QDialog& dialog) {
         meanwhile(answer, [&] { click(studio, dialog, QStringLiteral("Delete alias")); });
       });
+}
+
+void keepRefusals(Studio& studio) {
+  studio.withDialog(
+      QStringLiteral("Aliases"), [&] { studio.window().editAliases(); },
+      [&](QDialog& dialog) {
+        const auto add = [&] { click(studio, dialog, QStringLiteral("Add alias")); };
+        add();
+        keepBox(studio, QStringLiteral("refused-alias.png"), add);
+        click(studio, dialog, QStringLiteral("Edit alias"));
+        dialog.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly)->clear();
+        keepBox(studio, QStringLiteral("refused-name.png"),
+                [&] { click(studio, dialog, QStringLiteral("Save alias")); });
+      });
+}
+
+void keepStartFailure(Studio& studio) {
+  QFile file(QStringLiteral("macros.txt"));
+  if (!file.open(QIODevice::WriteOnly) || file.write("no sense\n") < 0)
+    return studio.fail(QStringLiteral("the macros cannot be written"));
+  file.close();
+  keepBox(studio, QStringLiteral("failure.png"), [&] { studio.startAnother(); });
 }
 
 }  // namespace kelmora::tools

@@ -27,5 +27,9 @@ void keepTriggers(Studio& studio, const Entry& entry);
 void keepMacros(Studio& studio, const QString& commands);
 /// The question before an alias is deleted.
 void keepDeleteQuestion(Studio& studio);
+/// The boxes that say why an alias cannot be added or saved.
+void keepRefusals(Studio& studio);
+/// The box of a start with a file that cannot be read.
+void keepStartFailure(Studio& studio);
 
 }  // namespace kelmora::tools

@@ -4,6 +4,7 @@
 
 #include "Dialogs.h"
 #include "Hands.h"
+#include "Reading.h"
 #include "Studio.h"
 #include "terminal/view/InputWidget.h"
 
@@ -120,9 +121,14 @@ void takeDialogPictures(Studio& studio) {
   keepAliases(studio, greeting());
   keepDeleteQuestion(studio);
   keepTriggers(studio, answerToBob());
+  keepRefusals(studio);
   keepMacros(studio, QStringLiteral("score"));
   enterAsRobin(studio);
   studio.keep(QStringLiteral("window.png"), studio.window());
+  keepFindBar(studio);
+  keepReadingBack(studio);
+  keepMenu(studio);
+  keepStartFailure(studio);
 }
 
 QStringList dialogPictures() {
@@ -133,9 +139,19 @@ QStringList dialogPictures() {
           QStringLiteral("help.png"),
           QStringLiteral("aliases.png"),
           QStringLiteral("delete-alias.png"),
+          QStringLiteral("refused-alias.png"),
+          QStringLiteral("refused-name.png"),
           QStringLiteral("triggers.png"),
           QStringLiteral("key.png"),
-          QStringLiteral("macros.png")};
+          QStringLiteral("macros.png"),
+          QStringLiteral("find-empty.png"),
+          QStringLiteral("find.png"),
+          QStringLiteral("find-nothing.png"),
+          QStringLiteral("find-expression.png"),
+          QStringLiteral("read-back.png"),
+          QStringLiteral("read-back-find.png"),
+          QStringLiteral("menu.png"),
+          QStringLiteral("failure.png")};
 }
 
 void takeFilm(Studio& studio) {

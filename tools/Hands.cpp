@@ -2,8 +2,11 @@
 
 #include <QApplication>
 #include <QDeadlineTimer>
+#include <QDialog>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QPushButton>
+#include <QTimer>
 #include <chrono>
 
 #include "terminal/view/InputWidget.h"
@@ -19,6 +22,19 @@ constexpr auto frames = 60ms;  // a few of the pane's and the bars'
 
 void goOn() {
   QApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+}
+
+template <typename Window>
+void whileOpen(QWidget* (*current)(), const std::function<void(Window&)>& act,
+               const std::function<void()>& open) {
+  QTimer::singleShot(100ms, qApp, [current, act] {
+    if (auto* window = qobject_cast<Window*>(current())) {
+      settle();
+      act(*window);
+      window->close();
+    }
+  });
+  open();
 }
 
 }  // namespace
@@ -54,6 +70,18 @@ QPushButton* buttonOf(const QWidget& window, const QString& text) {
     if (button->text() == text)
       return button;
   return nullptr;
+}
+
+QString wordsOf(const QWidget& window, const QString& text) {
+  return QCoreApplication::translate(window.metaObject()->className(), text.toUtf8().constData());
+}
+
+void meanwhile(const std::function<void(QDialog&)>& act, const std::function<void()>& open) {
+  whileOpen(&QApplication::activeModalWidget, act, open);
+}
+
+void meanwhileMenu(const std::function<void(QMenu&)>& act, const std::function<void()>& open) {
+  whileOpen(&QApplication::activePopupWidget, act, open);
 }
 
 }  // namespace kelmora::tools

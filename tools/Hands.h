@@ -5,6 +5,8 @@
 #include <functional>
 
 class InputWidget;
+class QDialog;
+class QMenu;
 class QPushButton;
 class QWidget;
 
@@ -21,5 +23,13 @@ void press(QWidget& widget, int key, const QString& text = {},
 void typeInto(InputWidget& bar, const QString& words);
 /// The button below this widget with exactly this text; null where there is none.
 [[nodiscard]] QPushButton* buttonOf(const QWidget& window, const QString& text);
+
+/// What this text of the window is in the language that it speaks.
+[[nodiscard]] QString wordsOf(const QWidget& window, const QString& text);
+
+/// Does what waits for a dialog to be closed, hands that dialog on, and closes it.
+void meanwhile(const std::function<void(QDialog&)>& act, const std::function<void()>& open);
+/// The same with a menu.
+void meanwhileMenu(const std::function<void(QMenu&)>& act, const std::function<void()>& open);
 
 }  // namespace kelmora::tools

@@ -90,11 +90,16 @@ void Studio::awaitWords(const QString& answer, qsizetype from) {
     fail(QStringLiteral("the pane does not tell: ") + answer);
 }
 
+void Studio::startAnother() {
+  app::Profile profile({.iniFile = own_.filePath(QStringLiteral("store.ini"))});
+  const MainWidget another(profile);
+}
+
 void Studio::withDialog(const QString& title, const std::function<void()>& open,
                         const std::function<void(QDialog&)>& act) {
   open();
   for (QDialog* dialog : window_->findChildren<QDialog*>()) {
-    if (!dialog->isVisible() || dialog->windowTitle() != title)
+    if (!dialog->isVisible() || dialog->windowTitle() != wordsOf(*dialog, title))
       continue;
     settle();
     act(*dialog);

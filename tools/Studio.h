@@ -35,7 +35,10 @@ class Studio {
   /// Sends a line and waits for these words behind what the pane holds now.
   void say(const QString& line, const QString& answer);
   void awaitWords(const QString& answer, qsizetype from);
-  /// Does something that opens a dialog of this title, and hands the dialog on.
+  /// Starts the client a second time and ends it at once.
+  void startAnother();
+  /// Does something that opens a dialog of this title, in English whatever language it
+  /// speaks, and hands the dialog on.
   void withDialog(const QString& title, const std::function<void()>& open,
                   const std::function<void(QDialog&)>& act);
   void keep(const QString& name, QWidget& widget);

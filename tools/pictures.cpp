@@ -9,6 +9,7 @@
 #include "Gallery.h"
 #include "Studio.h"
 #include "app/ApplicationFonts.h"
+#include "app/Translations.h"
 
 using namespace kelmora;
 using namespace kelmora::tools;
@@ -23,6 +24,7 @@ struct Options {
   bool dark = false;
   int fontPercent = 100;
   quint16 port = 5000;
+  QString language;
 };
 
 struct Kind {
@@ -65,6 +67,7 @@ void setDesktop(const Options& options) {
 
 int take(const Kind& kind, const Options& options) {
   setDesktop(options);
+  const app::Translations translations(options.language);
   Studio studio(options.folder, options.port);
   if (studio.isSound())
     kind.take(studio);
@@ -88,7 +91,9 @@ int main(int argc, char** argv) {
   const QCommandLineOption port(QStringLiteral("port"),
                                 QStringLiteral("Where the demo world listens."),
                                 QStringLiteral("N"), QStringLiteral("5000"));
-  parser.addOptions({list, dark, percent, port});
+  const QCommandLineOption language(
+      QStringLiteral("language"), QStringLiteral("What the client speaks."), QStringLiteral("de"));
+  parser.addOptions({list, dark, percent, port, language});
   parser.addPositionalArgument(QStringLiteral("what"), QStringLiteral("guide, dialogs or film"));
   parser.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("where they are put"));
   parser.addHelpOption();
@@ -105,7 +110,8 @@ int main(int argc, char** argv) {
                         .folder = parser.positionalArguments().value(1),
                         .dark = parser.isSet(dark),
                         .fontPercent = parser.value(percent).toInt(),
-                        .port = parser.value(port).toUShort()};
+                        .port = parser.value(port).toUShort(),
+                        .language = parser.value(language)};
   if (options.folder.isEmpty() || options.fontPercent < 50 || options.fontPercent > 400)
     return refuse(QStringLiteral("a folder is needed, and a font of 50 to 400 per cent"));
   return take(*kind, options);
