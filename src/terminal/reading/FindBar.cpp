@@ -112,6 +112,10 @@ void FindBar::layOut() {
   raise();
 }
 
+QWidget* FindBar::lastControl() const {
+  return row_->itemAt(row_->count() - 1)->widget();
+}
+
 void FindBar::placeCount(int room) {
   const bool isBeside = row_->indexOf(count_) >= 0;
   int needed = minimumSizeHint().width();

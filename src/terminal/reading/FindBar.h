@@ -31,6 +31,8 @@ class FindBar : public QFrame {
   void end();
   /// Selects the hit to which the reader has come; selects nothing without one.
   [[nodiscard]] const QTextCursor& currentHit() const { return find_->currentHit(); }
+  /// The last one that the Tab key meets.
+  [[nodiscard]] QWidget* lastControl() const;
   /// To be called when the pane's size has changed.
   void layOut();
 

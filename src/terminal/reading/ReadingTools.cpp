@@ -12,6 +12,7 @@
 #include <QTextBrowser>
 #include <QUrl>
 #include <utility>
+#include <vector>
 
 #include "terminal/reading/DesktopPalette.h"
 #include "terminal/reading/FindBar.h"
@@ -42,10 +43,7 @@ ReadingTools::ReadingTools(QTextBrowser& pane, PaneSight& sight, QWidget& inputB
     ReadBackView& view = *readBack_.view();
     connect(&view, &ReadBackView::menuWanted, this,
             [this, &view](const QContextMenuEvent& event) { showMenu(view, event); });
-    // The Tab key goes from the top to the bottom, and then to the bar to find words.
-    QWidget::setTabOrder(&view, readBack_.border());
-    QWidget::setTabOrder(readBack_.border(), &pane_);
-    QWidget::setTabOrder(&pane_, &inputBar_);
+    orderTabs();
     if (findBar_)
       findBar_->layOut();
   });
@@ -77,11 +75,23 @@ void ReadingTools::find() {
   if (!findBar_) {
     findBar_ = std::make_unique<FindBar>(pane_, sight_, readBack_);
     connect(findBar_.get(), &FindBar::dismissed, this, [this] { closeFindBar(); });
+    orderTabs();
   }
   // Who has selected several lines wants to copy them.
   const bool isOneLine =
       !selected.contains(QChar::ParagraphSeparator) && !selected.contains(QChar::LineSeparator);
   findBar_->begin(isOneLine ? selected : QString());
+}
+
+void ReadingTools::orderTabs() {
+  std::vector<QWidget*> order;
+  if (findBar_)
+    order.push_back(findBar_->lastControl());
+  if (readBack_.isOpen())
+    order.insert(order.end(), {readBack_.view(), readBack_.border()});
+  order.insert(order.end(), {&pane_, &inputBar_});
+  for (std::size_t i = 1; i < order.size(); ++i)
+    QWidget::setTabOrder(order[i - 1], order[i]);
 }
 
 void ReadingTools::closeFindBar() {

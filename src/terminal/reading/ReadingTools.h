@@ -44,6 +44,8 @@ class ReadingTools : public QObject {
 
  private:
   void closeFindBar();
+  /// The Tab key goes from the top to the bottom.
+  void orderTabs();
   [[nodiscard]] std::unique_ptr<QMenu> menuFor(QTextBrowser& view, const QPoint& place);
   /// In pixels of the view's viewport.
   [[nodiscard]] QPoint placeForKeys(const QTextBrowser& view) const;
