@@ -1,8 +1,6 @@
-#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QFile>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -12,9 +10,7 @@
 #include "app/ApplicationFonts.h"
 #include "app/Translations.h"
 #include "automation/editors/AliasWidget.h"
-#include "automation/editors/EditorWidget.h"
 #include "automation/editors/TriggerWidget.h"
-#include "dialogs/HelpWidget.h"
 #include "support/Controls.h"
 #include "support/DialogAnswers.h"
 #include "support/FileText.h"
@@ -25,52 +21,12 @@
 using namespace kelmora;
 using namespace kelmora::app;
 
-namespace {
-
-/// What is wider or higher than its place, of all that is written in the window.
-QStringList cutIn(const QWidget& window) {
-  QStringList cut;
-  const auto check = [&](const QWidget& widget, const QString& text) {
-    const QSize needed = widget.minimumSizeHint();
-    const bool isInside = widget.parentWidget()->rect().contains(widget.geometry());
-    if (!isInside || widget.width() < needed.width() || widget.height() < needed.height())
-      cut << QStringLiteral("%1 \"%2\" needs %3x%4 and has %5x%6")
-                 .arg(QString::fromLatin1(window.metaObject()->className()), text)
-                 .arg(needed.width())
-                 .arg(needed.height())
-                 .arg(widget.width())
-                 .arg(widget.height());
-  };
-  for (const auto* label : window.findChildren<QLabel*>())
-    if (label->window() == &window && label->isVisible() && !label->text().isEmpty())
-      check(*label, label->text());
-  for (const auto* button : window.findChildren<QAbstractButton*>())
-    if (button->window() == &window && button->isVisible() && !button->text().isEmpty() &&
-        !button->inherits("QToolButton"))
-      check(*button, button->text());
-  return cut;
-}
-
-/// Keeps a picture of each window for whoever wants to see them: in the folder that
-/// KELMORA_PICTURES names.
-void keepPicture(QWidget& window, const QString& name) {
-  const QString folder = qEnvironmentVariable("KELMORA_PICTURES");
-  if (!folder.isEmpty())
-    window.grab().save(
-        QStringLiteral("%1/%2-%3.png")
-            .arg(folder, QString::fromLatin1(window.metaObject()->className()), name));
-}
-
-}  // namespace
-
 /// The window and its dialogs in German, against those in English.
 class TestGerman : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
   void initTestCase();
-  void nothingIsCut_data();
-  void nothingIsCut();
   void thePaneSpeaksGerman();
   void keysStayTheSame();
   void filesAreTheSame();
@@ -83,38 +39,6 @@ void TestGerman::initTestCase() {
   if (!QFile::exists(":/translations/kelmora_de.qm"))
     QSKIP("built without lrelease");
   installApplicationFonts();
-}
-
-void TestGerman::nothingIsCut_data() {
-  QTest::addColumn<QString>("language");
-  QTest::addColumn<QString>("apply");
-  QTest::newRow("English") << QString() << "Apply";
-  QTest::newRow("German") << "de"
-                          << "\u00dcbernehmen";
-}
-
-void TestGerman::nothingIsCut() {
-  QFETCH(const QString, language);
-  QFETCH(const QString, apply);
-  const Translations translations(language);
-  const EveryWindow windows;
-  QVERIFY(buttonOf(windows.main(), apply));
-  keepPicture(windows.main(), QTest::currentDataTag());
-  QStringList cut;
-  for (QDialog* dialog : windows.dialogs()) {
-    keepPicture(*dialog, QTest::currentDataTag());
-    cut << cutIn(*dialog);
-    if (dynamic_cast<automation::EditorWidget*>(dialog)) {
-      QCOMPARE(dialog->size(), QSize(520, 440));
-      dialog->resize(dialog->minimumSize());
-      QCoreApplication::processEvents();
-      QCOMPARE(dialog->size(), QSize(420, 360));
-      keepPicture(*dialog, QTest::currentDataTag() + QString("-smallest"));
-      cut << cutIn(*dialog);
-    }
-  }
-  QCOMPARE(windows.dialog<HelpWidget>().size(), QSize(575, 400));
-  QCOMPARE(cut.join(u'\n'), QString());
 }
 
 void TestGerman::thePaneSpeaksGerman() {

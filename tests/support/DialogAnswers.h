@@ -50,6 +50,13 @@ class ExpectedDialog {
             [act = std::move(act)](QDialog& dialog) { act(*qobject_cast<Dialog*>(&dialog)); }};
   }
 
+  /// The same, and before the answer somebody looks at it.
+  [[nodiscard]] ExpectedDialog seenBy(const Act& look) const {
+    return {looks_, [look, act = act_](QDialog& dialog) {
+              look(dialog);
+              act(dialog);
+            }};
+  }
   [[nodiscard]] bool isMeant(const QDialog& dialog) const;
   [[nodiscard]] QString words() const { return looks_.words(); }
   void answer(QDialog& dialog) const { act_(dialog); }
