@@ -9,9 +9,9 @@
 
 #include "Hands.h"
 #include "Studio.h"
-#include "terminal/view/FindBar.h"
+#include "terminal/reading/FindBar.h"
+#include "terminal/reading/ReadBackView.h"
 #include "terminal/view/OutputWidget.h"
-#include "terminal/view/ReadBackView.h"
 
 namespace kelmora::tools {
 

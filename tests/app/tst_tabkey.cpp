@@ -6,9 +6,9 @@
 #include "PlayWindow.h"
 #include "support/Controls.h"
 #include "support/ScratchMain.h"
-#include "terminal/view/FindBar.h"
-#include "terminal/view/ReadBackView.h"
-#include "terminal/view/SplitHandle.h"
+#include "terminal/reading/FindBar.h"
+#include "terminal/reading/ReadBackView.h"
+#include "terminal/reading/SplitHandle.h"
 
 namespace {
 

@@ -20,9 +20,9 @@
 #include "support/DialogAnswers.h"
 #include "support/FileText.h"
 #include "support/ScratchMain.h"
-#include "terminal/view/FindBar.h"
+#include "terminal/reading/FindBar.h"
+#include "terminal/reading/SplitHandle.h"
 #include "terminal/view/OutputWidget.h"
-#include "terminal/view/SplitHandle.h"
 
 using namespace kelmora;
 using namespace kelmora::app;
