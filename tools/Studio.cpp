@@ -47,8 +47,11 @@ Studio::Studio(const QString& folder, quint16 port)
     : folder_(QDir(folder).absolutePath()), world_(quietWorld()) {
   QDir().mkpath(folder_);
   if (!world_.listen(port)) {
-    fail(QStringLiteral("port %1: %2").arg(port).arg(world_.errorString()));
-    return;
+    std::fprintf(stderr, "kelmora-pictures: port %d is taken, so the pictures tell another\n", port);
+    if (!world_.listen(0)) {
+      fail(world_.errorString());
+      return;
+    }
   }
   // The client keeps its automation files in the folder that it is started in.
   const QString licences = QDir::current().absoluteFilePath(QStringLiteral("licenses.txt"));

@@ -20,6 +20,7 @@ namespace kelmora::tools {
 /// and a folder for pictures of them.
 class Studio {
  public:
+  /// The pictures tell the port. Where it is taken, a free one takes its place.
   Studio(const QString& folder, quint16 port);
 
   /// False once anything did not go as it should; the console has been told.
