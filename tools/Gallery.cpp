@@ -1,9 +1,9 @@
 #include "Gallery.h"
 
-#include <QCoreApplication>
-
 #include "Dialogs.h"
+#include "GuidePage.h"
 #include "Hands.h"
+#include "Illustrator.h"
 #include "Reading.h"
 #include "Studio.h"
 #include "terminal/view/InputWidget.h"
@@ -14,14 +14,18 @@ namespace {
 
 const QString kPrompt = QStringLiteral("hp: [");
 
-Entry greeting() {
-  return {QStringLiteral("hi"), QStringLiteral("say Good morning!\nlook")};
+GuidePage firstSteps() {
+  return GuidePage(QStringLiteral(KELMORA_FIRST_STEPS));
 }
 
-Entry answerToBob() {
-  return {QStringLiteral("{*} tells you: {*}"),
-          QStringLiteral("/echo *** {_trigOut0} talks to you ***, FFCC00\n"
-                         "say Hello to you, too!")};
+/// What the page has its reader put into an editor.
+Entry firstEntry(GuideStep::Kind kind) {
+  const GuidePage page = firstSteps();
+  for (const GuideSection& section : page.sections())
+    for (const GuideStep& step : section.steps)
+      if (step.kind == kind)
+        return {step.subject, step.lines.join(u'\n')};
+  return {};
 }
 
 void enterAsRobin(Studio& studio) {
@@ -71,46 +75,11 @@ class Film {
 }  // namespace
 
 void takeGuidePictures(Studio& studio) {
-  const auto keep = [&](const char* name) {
-    studio.keep(QString::fromLatin1(name) + QStringLiteral(".png"), studio.window());
-  };
-  keep("start");
-  keepGeneralSettings(studio);
-  keepInterfaceSettings(studio);
-  keepProxySettings(studio);
-  keepHelp(studio);
-  studio.enter();
-  keep("connected");
-  studio.say(QStringLiteral("Robin"), kPrompt);
-  keep("named");
-  studio.say(QStringLiteral("look fountain"), kPrompt);
-  studio.say(QStringLiteral("map"), kPrompt);
-  keep("map");
-  studio.say(QStringLiteral("north;kill soldier"), QStringLiteral("You hit"));
-  keep("fight");
-  studio.awaitWords(QStringLiteral("You have won!"), 0);
-  keepAliases(studio, greeting());
-  keepTriggers(studio, answerToBob());
-  studio.say(QStringLiteral("bob"), QStringLiteral("You say: Hello to you, too!"));
-  keep("triggered");
-  keepMacros(studio, QStringLiteral("score"));
+  Illustrator(studio).follow(firstSteps());
 }
 
 QStringList guidePictures() {
-  return {QStringLiteral("start.png"),
-          QStringLiteral("connected.png"),
-          QStringLiteral("named.png"),
-          QStringLiteral("map.png"),
-          QStringLiteral("fight.png"),
-          QStringLiteral("triggered.png"),
-          QStringLiteral("general-settings.png"),
-          QStringLiteral("interface-settings.png"),
-          QStringLiteral("proxy-settings.png"),
-          QStringLiteral("help.png"),
-          QStringLiteral("aliases.png"),
-          QStringLiteral("triggers.png"),
-          QStringLiteral("key.png"),
-          QStringLiteral("macros.png")};
+  return Illustrator::pictures(firstSteps());
 }
 
 void takeDialogPictures(Studio& studio) {
@@ -118,11 +87,11 @@ void takeDialogPictures(Studio& studio) {
   keepInterfaceSettings(studio);
   keepProxySettings(studio);
   keepHelp(studio);
-  keepAliases(studio, greeting());
+  keepAliases(studio, firstEntry(GuideStep::Kind::Alias));
   keepDeleteQuestion(studio);
-  keepTriggers(studio, answerToBob());
+  keepTriggers(studio, firstEntry(GuideStep::Kind::Trigger));
   keepRefusals(studio);
-  keepMacros(studio, QStringLiteral("score"));
+  keepMacros(studio, firstEntry(GuideStep::Kind::Macro).commands);
   enterAsRobin(studio);
   studio.keep(QStringLiteral("window.png"), studio.window());
   keepFindBar(studio);

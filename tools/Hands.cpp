@@ -22,6 +22,8 @@ constexpr auto frames = 60ms;  // a few of the pane's and the bars'
 
 void goOn() {
   QApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+  // Outside of any loop nothing else deletes what is to be deleted later.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 template <typename Window>

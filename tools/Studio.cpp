@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
+#include <QPainter>
 #include <QSettings>
 #include <chrono>
 #include <cstdio>
@@ -47,7 +48,8 @@ Studio::Studio(const QString& folder, quint16 port)
     : folder_(QDir(folder).absolutePath()), world_(quietWorld()) {
   QDir().mkpath(folder_);
   if (!world_.listen(port)) {
-    std::fprintf(stderr, "kelmora-pictures: port %d is taken, so the pictures tell another\n", port);
+    std::fprintf(stderr, "kelmora-pictures: port %d is taken, so the pictures tell another\n",
+                 port);
     if (!world_.listen(0)) {
       fail(world_.errorString());
       return;
@@ -113,9 +115,24 @@ void Studio::withDialog(const QString& title, const std::function<void()>& open,
   fail(QStringLiteral("no dialog is called ") + title);
 }
 
-void Studio::keep(const QString& name, QWidget& widget) {
+void Studio::keep(const QString& name, QWidget& widget, QWidget* menu) {
   settle();
-  if (!widget.grab().save(folder_ + u'/' + name, "PNG"))
+  QPixmap picture = widget.grab();
+  if (menu != nullptr) {
+    // A menu may hang out of its window.
+    const QRect place(widget.mapFromGlobal(menu->pos()), menu->size());
+    QPixmap both(picture.deviceIndependentSize().toSize().expandedTo(
+                     {place.right() + 1, place.bottom() + 1}) *
+                 picture.devicePixelRatio());
+    both.setDevicePixelRatio(picture.devicePixelRatio());
+    both.fill(Qt::transparent);
+    QPainter painter(&both);
+    painter.drawPixmap(0, 0, picture);
+    painter.drawPixmap(place.topLeft(), menu->grab());
+    painter.end();
+    picture = both;
+  }
+  if (!picture.save(folder_ + u'/' + name, "PNG"))
     fail(QStringLiteral("the picture cannot be written: ") + name);
   kept_.insert(name);
 }

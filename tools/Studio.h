@@ -42,7 +42,8 @@ class Studio {
   /// speaks, and hands the dialog on.
   void withDialog(const QString& title, const std::function<void()>& open,
                   const std::function<void(QDialog&)>& act);
-  void keep(const QString& name, QWidget& widget);
+  /// Keeps a picture of the widget, and of a menu that is open over it.
+  void keep(const QString& name, QWidget& widget, QWidget* menu = nullptr);
   void fail(const QString& what);
 
  private:

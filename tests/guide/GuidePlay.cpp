@@ -1,14 +1,13 @@
 #include "GuidePlay.h"
 
-#include <QCheckBox>
 #include <QKeySequence>
 #include <QTextDocumentFragment>
 #include <algorithm>
 
-#include "automation/editors/KeyPressInput.h"
-#include "automation/editors/KeyPressWidget.h"
+#include "GuideHands.h"
 #include "support/DialogAnswers.h"
 #include "support/FileText.h"
+#include "terminal/reading/ReadBackView.h"
 
 using namespace kelmora;
 using namespace kelmora::demo;
@@ -26,34 +25,6 @@ DemoOptions quiet() {
   options.roundInterval = 100ms;
   options.seed = 7;
   return options;
-}
-
-QKeyCombination keyOf(const QString& name) {
-  return QKeySequence(name)[0];
-}
-
-void pressIn(QWidget* target, const QString& name) {
-  const QKeyCombination keys = keyOf(name);
-  QTest::keyClick(target, keys.key(), keys.keyboardModifiers());
-}
-
-/// Also letters that the toolkit's own way of typing does not know.
-void typeLine(QWidget* bar, const QString& line) {
-  QTest::keyClick(bar, Qt::Key_Escape);
-  for (const QChar letter : line) {
-    if (letter.unicode() < 128)
-      QTest::keyClick(bar, letter.toLatin1());
-    else
-      QTest::sendKeyEvent(QTest::Click, bar, Qt::Key_unknown, QString(letter), Qt::NoModifier);
-  }
-  QTest::keyClick(bar, Qt::Key_Return);
-}
-
-QAction* actionOf(const PlayWindow& window, const QString& shortcut) {
-  for (QAction* action : window.actions)
-    if (action->isEnabled() && action->shortcut() == QKeySequence(shortcut))
-      return action;
-  return nullptr;
 }
 
 /// The first line that the text does not hold in its turn; empty where it holds all.
@@ -78,9 +49,9 @@ GuidePlay::GuidePlay() : server_(quiet()) {
 }
 
 void GuidePlay::enterAs(const QString& name) {
-  press(QStringLiteral("Ctrl+J"));
+  pressKey(*window_, QStringLiteral("Ctrl+J"));
   see({Kind::See, {}, {QStringLiteral("By what name shall we know you?")}, 0});
-  typeLine(window_->bar, name);
+  typeLine(*window_, name);
   see({Kind::See, {}, {QStringLiteral("Welcome to Kelmora"), QStringLiteral("hp: [")}, 0});
 }
 
@@ -106,6 +77,12 @@ void GuidePlay::playStep(const GuideStep& step) {
       return;
     case Kind::NotGrey:
       return seeGrey(step.subject, false);
+    case Kind::Divided:
+      return seeDivided(true);
+    case Kind::Whole:
+      return seeDivided(false);
+    case Kind::Picture:
+      return;
     default:
       break;
   }
@@ -122,20 +99,26 @@ void GuidePlay::act(const GuideStep& step) {
     case Kind::Type:
       return type(step);
     case Kind::Alias:
-      return addEntry(step, QStringLiteral("alias"));
+      return addEntry(*window_, QStringLiteral("alias"), step);
     case Kind::Trigger:
-      return addEntry(step, QStringLiteral("trigger"));
+      return addEntry(*window_, QStringLiteral("trigger"), step);
     case Kind::Macro:
-      return addEntry(step, QStringLiteral("macro"));
+      return addEntry(*window_, QStringLiteral("macro"), step);
     case Kind::File:
       QVERIFY(put(step.subject, (step.lines.join(u'\n') + u'\n').toLatin1()));
       return;
     case Kind::Edit:
-      return editAlias(step);
+      return editAlias(*window_, step);
     case Kind::Press:
-      return step.detail.isEmpty() ? press(step.subject) : save(step);
+      return step.detail.isEmpty() ? pressKey(*window_, step.subject) : nameFile(*window_, step);
+    case Kind::Wheel:
+      return turnWheelUp(*window_);
+    case Kind::Seek:
+      return findWords(*window_, step);
+    case Kind::Menu:
+      return makeTrigger(*window_, step);
     case Kind::Switch:
-      return switchOption(step.subject);
+      return switchOption(*window_, step.subject);
     case Kind::Restart:
       return restart(step.subject);
     case Kind::Cut:
@@ -151,7 +134,7 @@ void GuidePlay::act(const GuideStep& step) {
 
 void GuidePlay::type(const GuideStep& step) {
   for (const QString& line : step.lines) {
-    typeLine(window_->bar, line);
+    typeLine(*window_, line);
     typed_ << line.split(u';');
   }
   if (cut_.isEmpty())
@@ -160,82 +143,6 @@ void GuidePlay::type(const GuideStep& step) {
   QVERIFY(QTest::qWaitFor([this] { return wire_->isCut() && shown().endsWith(cut_); }, patience));
   cut_.clear();
   wire_->goOn();
-}
-
-void GuidePlay::inEditor(const QString& word,
-                         const std::function<void(const EditorControls&)>& use) {
-  const bool isAlias = word == QLatin1String("alias");
-  const QString many = isAlias ? QStringLiteral("aliases") : word + u's';
-  const QString title = many.at(0).toUpper() + many.sliced(1);
-  QDialog* dialog = window_->dialogTitled(title);
-  QVERIFY(dialog);
-  press(isAlias ? QStringLiteral("Ctrl+L") : QStringLiteral("Ctrl+") + title.at(0));
-  QVERIFY(QTest::qWaitForWindowActive(dialog));
-  const EditorControls controls(*dialog, word);
-  QVERIFY(controls.complete());
-  use(controls);
-  click(controls.close);
-  QVERIFY(QTest::qWaitForWindowActive(window_->window.get()));
-}
-
-void GuidePlay::addEntry(const GuideStep& step, const QString& word) {
-  inEditor(word, [&](const EditorControls& controls) {
-    QList<ExpectedDialog> questions;
-    if (word == QLatin1String("macro"))
-      questions << ExpectedDialog::of<KeyPressWidget>([&](KeyPressWidget& asked) {
-        pressIn(asked.findChild<KeyPressInput*>(), step.subject);
-        click(buttonOf(asked, QStringLiteral("Okay")));
-      });
-    const DialogAnswers answers(questions);
-    click(controls.add);
-    click(controls.edit);
-    if (controls.label)
-      retype(controls.label, step.subject);
-    retype(controls.commands, step.lines.join(u'\n'));
-    click(controls.save);
-    // What the dialog shows now is what the entry holds.
-    QCOMPARE(controls.commands->toPlainText().trimmed(), step.lines.join(u'\n'));
-  });
-}
-
-void GuidePlay::editAlias(const GuideStep& step) {
-  inEditor(QStringLiteral("alias"), [&](const EditorControls& controls) {
-    controls.list->setCurrentText(step.subject);
-    QCOMPARE(controls.list->currentText(), step.subject);
-    click(controls.edit);
-    if (!step.detail.isEmpty())
-      pressIn(controls.commands, step.detail);
-    click(controls.save);
-  });
-}
-
-void GuidePlay::press(const QString& key) {
-  // A shortcut that is switched off leaves its key to the input bar.
-  if (QAction* action = actionOf(*window_, key))
-    action->trigger();
-  else
-    pressIn(window_->bar, key);
-}
-
-void GuidePlay::save(const GuideStep& step) {
-  const DialogAnswers answers{ExpectedDialog::file(step.detail)};
-  press(step.subject);
-}
-
-void GuidePlay::switchOption(const QString& label) {
-  press(QStringLiteral("Ctrl+G"));
-  QDialog* dialog = window_->dialogTitled(QStringLiteral("General Settings"));
-  QVERIFY(dialog && QTest::qWaitForWindowActive(dialog));
-  for (QCheckBox* box : dialog->findChildren<QCheckBox*>()) {
-    if (box->text() == label) {
-      const bool before = box->isChecked();
-      box->click();
-      QCOMPARE(box->isChecked(), !before);
-      click(buttonOf(*dialog, QStringLiteral("Apply")));
-      return;
-    }
-  }
-  QFAIL(qPrintable(QStringLiteral("no box is called ") + label));
 }
 
 void GuidePlay::restart(const QString& box) {
@@ -288,4 +195,9 @@ void GuidePlay::seeGrey(const QString& key, bool grey) const {
   const auto action = std::find_if(window_->actions.begin(), window_->actions.end(), isMeant);
   QVERIFY2(action != window_->actions.end(), qPrintable(key));
   QCOMPARE(!(*action)->isEnabled(), grey);
+}
+
+void GuidePlay::seeDivided(bool divided) const {
+  const auto* upper = window_->pane->findChild<ReadBackView*>();
+  QCOMPARE(upper != nullptr && upper->isVisible(), divided);
 }

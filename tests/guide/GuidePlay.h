@@ -1,14 +1,14 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 
-#include "GuidePage.h"
 #include "Wire.h"
 #include "app/PlayWindow.h"
-#include "automation/EditorControls.h"
 #include "demo/DemoServer.h"
 #include "support/OwnFolder.h"
+#include "tools/GuidePage.h"
+
+using namespace kelmora::tools;
 
 /// Plays the steps of a page in a real window on a demo world, by the same keys and
 /// clicks as its reader.
@@ -28,18 +28,12 @@ class GuidePlay {
   void playStep(const GuideStep& step);
   void act(const GuideStep& step);
   void type(const GuideStep& step);
-  void addEntry(const GuideStep& step, const QString& word);
-  void editAlias(const GuideStep& step);
-  /// Opens an editor by its key, lets it be used and closes it.
-  void inEditor(const QString& word, const std::function<void(const EditorControls&)>& use);
-  void press(const QString& key);
-  void save(const GuideStep& step);
-  void switchOption(const QString& label);
   void restart(const QString& box);
   void see(const GuideStep& step);
   void doNotSee(const GuideStep& step);
   void find(const GuideStep& step) const;
   void seeGrey(const QString& key, bool grey) const;
+  void seeDivided(bool divided) const;
   /// What the pane has shown since the step behind the last look at it.
   [[nodiscard]] QString shown() const { return window_->text().mid(mark_); }
 

@@ -1,6 +1,5 @@
 #include <QApplication>
 
-#include "GuidePage.h"
 #include "GuidePlay.h"
 #include "support/ScratchMain.h"
 

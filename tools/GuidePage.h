@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace kelmora::tools {
+
 /// Something that a page of the guide tells its reader to do or to see.
 struct GuideStep {
   enum class Kind {
@@ -15,6 +17,9 @@ struct GuideStep {
     Edit,      ///< an alias is edited and saved; detail: a key that is pressed in between
     Press,     ///< a key; detail: the name of the file that is asked for
     Switch,    ///< a box of the general settings, which is clicked
+    Wheel,     ///< the mouse wheel, over the pane
+    Seek,      ///< a key that opens the bar for it; detail: the words to find
+    Menu,      ///< a click with the right button on words; detail: what is chosen then
     Restart,   ///< the client is closed and started again; subject: what a box says then
     Cut,       ///< the network lets a line wait behind these words of it
     Silence,   ///< who connects gets no answer any more
@@ -23,6 +28,9 @@ struct GuideStep {
     Find,      ///< lines that a saved page shows, in this order
     Grey,      ///< buttons that cannot be pressed, by their keys
     NotGrey,   ///< one that can
+    Divided,   ///< the pane is in two parts
+    Whole,     ///< it is not
+    Picture,   ///< a picture of what is seen now, by the name of its file
   };
 
   Kind kind;
@@ -57,3 +65,5 @@ class GuidePage {
   QList<GuideSection> sections_;
   QStringList faults_;
 };
+
+}  // namespace kelmora::tools

@@ -5,6 +5,8 @@
 #include <array>
 #include <optional>
 
+namespace kelmora::tools {
+
 namespace {
 
 using Kind = GuideStep::Kind;
@@ -25,6 +27,13 @@ constexpr std::array sentences{
     Sentence{Kind::DoNotSee, "You do not see:", true},
     Sentence{Kind::Find, "You find in `(.+)`:", true},
     Sentence{Kind::Edit, "Edit the alias `([^`]+)`,(?: press `([^`]+)`)? and save it\\.", false},
+    Sentence{Kind::Wheel, "Turn the mouse wheel up over the pane\\.", false},
+    Sentence{Kind::Seek, "Press `([^`]+)` and type `([^`]+)`\\.", false},
+    Sentence{Kind::Menu,
+             "Click on `([^`]+)` with the right button, choose `([^`]+)`, and write:", true},
+    Sentence{Kind::Divided, "The pane is in two parts now\\.", false},
+    Sentence{Kind::Whole, "The pane is whole again\\.", false},
+    Sentence{Kind::Picture, "!\\[[^]]*\\]\\(\\.\\./images/([^)]+)\\)", false},
     Sentence{Kind::Press, "Press `([^`]+)`(?:, and call the file `([^`]+)`)?\\.", false},
     Sentence{Kind::Switch, "In the general settings, click `([^`]+)` and `Apply`\\.", false},
     Sentence{Kind::Restart, "Close the client and start it again\\.(?: A box says `([^`]+)`)?",
@@ -104,3 +113,5 @@ void GuidePage::read(const QStringList& lines) {
   if (open)
     faults_ << QStringLiteral("line %1: a step without its block").arg(open->place);
 }
+
+}  // namespace kelmora::tools
