@@ -30,6 +30,19 @@
 using namespace kelmora;
 using namespace kelmora::terminal;
 
+namespace {
+
+/// The rows of a scroll bar's picture in which there is a mark.
+QList<int> markedRows(const QImage& bar) {
+  QList<int> marked;
+  for (int y = 0; y < bar.height(); ++y)
+    if (bar.pixelColor(bar.width() / 2, y) == QColor(224, 120, 0))
+      marked << y;
+  return marked;
+}
+
+}  // namespace
+
 /// Words are found in the pane while the game goes on, by keys as by the mouse.
 class TestPaneFind : public QObject {
   Q_OBJECT
@@ -45,13 +58,18 @@ class TestPaneFind : public QObject {
   void furtherHits_data();
   void furtherHits();
   void hitsAreMarkedInTheTextAndOnTheBar();
+  void hitsOfOneParagraphHaveTheirOwnMarks();
+  void marksAreAsHighAsTheBar();
   void textThatComesIsLookedThrough();
   void paragraphsThatGoTakeTheirHits();
   void aHitKeepsItsPlaceWhileTextComes();
+  void anotherDocumentHasTheSameHits_data();
   void anotherDocumentHasTheSameHits();
+  void typingAndMendingDoesNotWander();
+  void scrollingIsAnotherPlaceToLookFrom();
   void selectedWordsAreLookedFor();
   void nothingIsLeftWhenItCloses();
-  void aFloodOfHitsIsCutShort();
+  void ofTooManyHitsTheNewestAreFound();
   void escapeInTheBarLeavesTheViewOfEarlierText();
   void theBarIsAboveTheViewOfEarlierText();
   void nothingInTheBarIsCut_data();
@@ -256,12 +274,35 @@ void TestPaneFind::hitsAreMarkedInTheTextAndOnTheBar() {
   QCoreApplication::processEvents();
   QCoreApplication::processEvents();
   const QImage bar = pictureOf(*marks);
-  QList<int> marked;
-  for (int y = 0; y < bar.height(); ++y)
-    if (bar.pixelColor(bar.width() / 2, y) == QColor(224, 120, 0))
-      marked << y;
+  const QList<int> marked = markedRows(bar);
   QCOMPARE(marked.size(), 2);
   QVERIFY(std::abs(marked.first() - bar.height() / 2) < 15);
+}
+
+void TestPaneFind::hitsOfOneParagraphHaveTheirOwnMarks() {
+  QString lines;
+  for (int i = 0; i < 90; ++i)
+    lines += i % 30 == 10 ? "an orc<br>" : "a long and winding road<br>";
+  pane_->clear();
+  insertServerHtml(*pane_, lines);
+  settle();
+  QCOMPARE(pane_->document()->blockCount(), 1);
+  find("orc");
+  QCOMPARE(count(), QString("3 of 3"));
+  const QImage bar = pictureOf(*pane_->verticalScrollBar()->findChild<BarMarks*>());
+  const QList<int> marked = markedRows(bar);
+  QCOMPARE(marked.size(), 6);
+  for (int hit = 0; hit < 3; ++hit) {
+    const int wanted = bar.height() * (10 + 30 * hit) / 90;
+    QVERIFY2(std::abs(marked[2 * hit] - wanted) < 15, qPrintable(QString::number(marked[2 * hit])));
+  }
+}
+
+void TestPaneFind::marksAreAsHighAsTheBar() {
+  find("orc");
+  pane_->resize(600, 300);
+  QCOMPARE(pane_->verticalScrollBar()->findChild<BarMarks*>()->geometry(),
+           pane_->verticalScrollBar()->rect());
 }
 
 void TestPaneFind::textThatComesIsLookedThrough() {
@@ -300,19 +341,67 @@ void TestPaneFind::aHitKeepsItsPlaceWhileTextComes() {
   QCOMPARE(count(), QString("1 of 1"));
   QVERIFY(isOpen());
   QVERIFY(words().hasFocus());
+  // Nothing of the bar is behind the view.
+  QVERIFY(bar()->isAncestorOf(pane_->childAt(bar()->geometry().center())));
+  const int place = view->verticalScrollBar()->value();
+  QTest::keyClick(&words(), Qt::Key_PageUp);
+  QVERIFY(view->verticalScrollBar()->value() < place);
+}
+
+void TestPaneFind::anotherDocumentHasTheSameHits_data() {
+  QTest::addColumn<QString>("words");
+  QTest::addColumn<QString>("text");
+  QTest::addColumn<QStringList>("counts");
+  QTest::newRow("with a current one")
+      << "Line 99:"
+      << "Line 99: again" << QStringList{"1 of 2", "2 of 2", "1 of 2"};
+  QTest::newRow("with none until then") << "zebra"
+                                        << "a zebra" << QStringList{"0 of 1", "1 of 1", "1 of 1"};
 }
 
 void TestPaneFind::anotherDocumentHasTheSameHits() {
-  find("Line 99:");
+  QFETCH(const QString, words);
+  QFETCH(const QString, text);
+  QFETCH(const QStringList, counts);
+  find(words);
   const QTextDocument* const before = pane_->document();
   for (int i = 0; i < 9000; ++i)
-    insertServerHtml(*pane_,
-                     QStringLiteral("<a href=\"http://a/%1\">%1</a><br>").arg(i % 3 ? i : 0));
+    insertServerHtml(*pane_, QStringLiteral("<a href=\"http://a/%1\">%1</a>%2")
+                                 .arg(i % 3 ? i : 0)
+                                 .arg(i % 30 ? "" : "<br>"));
   pane_->settle();
   QTRY_VERIFY_WITH_TIMEOUT(pane_->document() != before, 20'000);
-  insertServerHtml(*pane_, "Line 99: again");
+  insertServerHtml(*pane_, text);
   settle();
-  QTRY_VERIFY2(count().endsWith("of 2") || count().endsWith("of 1"), qPrintable(count()));
+  QTRY_COMPARE(count(), counts[0]);
+  for (const QString& next : counts.sliced(1)) {
+    QTest::keyClick(&this->words(), Qt::Key_F3);
+    QTRY_COMPARE(count(), next);
+    QTRY_VERIFY(!currentLine().isEmpty());
+  }
+}
+
+void TestPaneFind::typingAndMendingDoesNotWander() {
+  const int before = pane_->verticalScrollBar()->value();
+  find("Line 2");
+  QCOMPARE(currentLine().left(8), QString("Line 29:"));
+  QTest::keyClicks(&words(), "0:");
+  QTRY_COMPARE(currentLine().left(8), QString("Line 20:"));
+  for (int i = 0; i < 2; ++i)
+    QTest::keyClick(&words(), Qt::Key_Backspace);
+  QTRY_COMPARE(currentLine().left(8), QString("Line 29:"));
+  QTest::keyClick(&words(), Qt::Key_Backspace);
+  QTRY_COMPARE(currentLine().left(8), QString("Line 99:"));
+  QCOMPARE(pane_->verticalScrollBar()->value(), before);
+}
+
+void TestPaneFind::scrollingIsAnotherPlaceToLookFrom() {
+  find("Line 5");
+  QCOMPARE(currentLine().left(8), QString("Line 59:"));
+  pane_->verticalScrollBar()->triggerAction(QAbstractSlider::SliderToMinimum);
+  QTest::keyClick(&words(), Qt::Key_Backspace);
+  QTRY_VERIFY2(currentLine() < "Line 3", qPrintable(currentLine()));
+  QCOMPARE(pane_->verticalScrollBar()->value(), 0);
 }
 
 void TestPaneFind::selectedWordsAreLookedFor() {
@@ -337,12 +426,21 @@ void TestPaneFind::nothingIsLeftWhenItCloses() {
   QCOMPARE(pictureOf(*pane_), before);
 }
 
-void TestPaneFind::aFloodOfHitsIsCutShort() {
+void TestPaneFind::ofTooManyHitsTheNewestAreFound() {
   for (int i = 0; i < 40; ++i)
-    pane_->printText(QString(3000, u'x'), Qt::white);
+    pane_->printText(QString(600, u'x'), Qt::white);
   settle();
+  const int before = pane_->verticalScrollBar()->value();
   find("x");
-  QTRY_VERIFY2(count().endsWith("of many"), qPrintable(count()));
+  QTRY_COMPARE(count(), QString("10000 of many"));
+  QCOMPARE(pane_->verticalScrollBar()->value(), before);
+  // So they stay, while more text comes and while there is less of it.
+  pane_->printText(QStringLiteral("x and x"), Qt::white);
+  settle();
+  QTRY_COMPARE(count(), QString("9998 of many"));
+  QTest::keyClick(&words(), Qt::Key_Return, Qt::ShiftModifier);
+  QTRY_COMPARE(count(), QString("9999 of many"));
+  QTRY_COMPARE(currentLine(), QString("x and x"));
 }
 
 void TestPaneFind::escapeInTheBarLeavesTheViewOfEarlierText() {

@@ -22,11 +22,22 @@ using namespace kelmora::terminal;
 
 namespace {
 
-void turnWheel(QWidget& over, int steps) {
+void turnWheel(QWidget& over, int steps, Qt::KeyboardModifiers modifiers = {}) {
   const QPointF place(20, 5);
-  QWheelEvent wheel(place, over.mapToGlobal(place), {}, {0, 120 * steps}, Qt::NoButton,
-                    Qt::NoModifier, Qt::NoScrollPhase, false);
+  QWheelEvent wheel(place, over.mapToGlobal(place), {}, {0, 120 * steps}, Qt::NoButton, modifiers,
+                    Qt::NoScrollPhase, false);
   QCoreApplication::sendEvent(&over, &wheel);
+}
+
+/// So many links that a copy of the document takes its place.
+void haveDocumentRenewed(OutputWidget& pane) {
+  const QTextDocument* const before = pane.document();
+  for (int i = 0; i < 9000; ++i)
+    insertServerHtml(pane, QStringLiteral("<a href=\"http://a/%1\">%1</a>%2")
+                               .arg(i % 3 ? i : 0)
+                               .arg(i % 30 ? "" : "<br>"));
+  pane.settle();
+  QTRY_VERIFY_WITH_TIMEOUT(pane.document() != before, 20'000);
 }
 
 QString topLine(const QTextBrowser& view) {
@@ -56,9 +67,16 @@ class TestReadBack : public QObject {
   void theBorderIsMovedByKeys();
   void theTabKeyGoesFromTheTopDown();
   void theShareIsKept();
-  void aPlaceFurtherUpIsTaken();
+  void thePaneScrollsTheView_data();
+  void thePaneScrollsTheView();
+  void pageByPageOneGetsFurtherUp();
+  void theWheelWithCtrlSizesTheLetters_data();
+  void theWheelWithCtrlSizesTheLetters();
   void whereAllFitsItCloses();
+  void whereAllFitsSinceTheScrollNothingOpens();
+  void aSelectionInItStays_data();
   void aSelectionInItStays();
+  void fromRightToLeftTheTextIsAtItsPlace();
   void aFloodIsHardlySlowerWhileItIsOpen();
 
  private:
@@ -194,13 +212,10 @@ void TestReadBack::whatIsReadStaysWhereItIs_data() {
       << Change([](OutputWidget& pane) { pane.resize(500, 250); });
   QTest::newRow("in another font")
       << Change([](OutputWidget& pane) { pane.setFont(layout_contents::fonts()[1].font); });
-  QTest::newRow("where another document takes over") << Change([](OutputWidget& pane) {
-    const QTextDocument* const before = pane.document();
-    for (int i = 0; i < 9000; ++i)
-      insertServerHtml(pane,
-                       QStringLiteral("<a href=\"http://a/%1\">%1</a><br>").arg(i % 3 ? i : 0));
-    pane.settle();
-    QTRY_VERIFY_WITH_TIMEOUT(pane.document() != before, 20'000);
+  QTest::newRow("where another document takes over") << Change(haveDocumentRenewed);
+  QTest::newRow("while the pane's own bar is moved") << Change([](OutputWidget& pane) {
+    pane.verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepSub);
+    pane.printText("one more", Qt::white);
   });
 }
 
@@ -336,16 +351,74 @@ void TestReadBack::theShareIsKept() {
   QVERIFY(isPaneAtEnd());
 }
 
-void TestReadBack::aPlaceFurtherUpIsTaken() {
+void TestReadBack::thePaneScrollsTheView_data() {
+  QTest::addColumn<std::function<void(OutputWidget&)>>("scroll");
+  QTest::addColumn<int>("lines");
+  using Scroll = std::function<void(OutputWidget&)>;
+  const auto press = [](Qt::Key key) {
+    return Scroll([key](OutputWidget& pane) { QTest::keyClick(&pane, key); });
+  };
+  QTest::newRow("the wheel over the newest lines")
+      << Scroll([](OutputWidget& pane) { turnWheel(*pane.viewport(), 1); }) << -3;
+  QTest::newRow("and down") << Scroll([](OutputWidget& pane) { turnWheel(*pane.viewport(), -1); })
+                            << 3;
+  QTest::newRow("arrow up") << press(Qt::Key_Up) << -1;
+  QTest::newRow("arrow down") << press(Qt::Key_Down) << 1;
+  QTest::newRow("to the top") << press(Qt::Key_Home) << -1000;
+  QTest::newRow("other keys do nothing") << press(Qt::Key_F2) << 0;
+}
+
+void TestReadBack::thePaneScrollsTheView() {
+  QFETCH(const std::function<void(OutputWidget&)>, scroll);
+  QFETCH(const int, lines);
   open();
-  for (int i = 0; i < 5; ++i)
-    turnWheel(*pane_->viewport(), 10);
-  const QString further = topLine(*pane_);
-  QVERIFY(further != topLine(*view()));
-  say(1001, 1);
-  QVERIFY(isOpen());
+  const QScrollBar& bar = *view()->verticalScrollBar();
+  const int before = bar.value();
+  scroll(*pane_);
+  QCOMPARE(bar.value(), std::max(before + lines * bar.singleStep(), 0));
   QVERIFY(isPaneAtEnd());
-  QCOMPARE(topLine(*view()), further);
+  // What comes then moves nothing.
+  const QString read = topLine(*view());
+  say(1001, 1);
+  QCOMPARE(topLine(*view()), read);
+  QVERIFY(isPaneAtEnd());
+}
+
+void TestReadBack::pageByPageOneGetsFurtherUp() {
+  pane_->setFocus();
+  QTest::keyClick(pane_, Qt::Key_PageUp);
+  say(1000, 1);
+  int place = view()->verticalScrollBar()->value();
+  int pages = 1;
+  for (; place > 0; ++pages) {
+    QTest::keyClick(pane_, Qt::Key_PageUp);
+    QVERIFY(view()->verticalScrollBar()->value() < place);
+    place = view()->verticalScrollBar()->value();
+    say(1000 + pages, 1);
+    QVERIFY(isOpen());
+  }
+  QVERIFY2(pages > 5, qPrintable(QString::number(pages)));
+  // The view is lower than the pane, and so are its pages.
+  for (int i = 0; i < 3 * pages && isOpen(); ++i)
+    QTest::keyClick(pane_, Qt::Key_PageDown);
+  QVERIFY(!isOpen());
+  QVERIFY(isPaneAtEnd());
+}
+
+void TestReadBack::theWheelWithCtrlSizesTheLetters_data() {
+  QTest::addColumn<bool>("isOverView");
+  QTest::newRow("over the view") << true;
+  QTest::newRow("over the pane") << false;
+}
+
+void TestReadBack::theWheelWithCtrlSizesTheLetters() {
+  QFETCH(const bool, isOverView);
+  open();
+  const qreal before = pane_->font().pointSizeF();
+  turnWheel(*(isOverView ? view()->viewport() : pane_->viewport()), 2, Qt::ControlModifier);
+  QVERIFY(pane_->font().pointSizeF() > before);
+  QCOMPARE(view()->font().pointSizeF(), pane_->font().pointSizeF());
+  QVERIFY(isPaneAtEnd());
 }
 
 void TestReadBack::whereAllFitsItCloses() {
@@ -355,15 +428,54 @@ void TestReadBack::whereAllFitsItCloses() {
   QVERIFY(!isOpen());
 }
 
+void TestReadBack::whereAllFitsSinceTheScrollNothingOpens() {
+  turnWheel(*pane_->viewport(), 3);
+  pane_->resize(500, 8000);
+  QCoreApplication::processEvents();
+  say(1000, 1);
+  QVERIFY(!view());
+  // Nor later, when not all fits again.
+  pane_->resize(500, 400);
+  say(1001, 1);
+  QVERIFY(!view());
+  QVERIFY(isPaneAtEnd());
+}
+
+void TestReadBack::aSelectionInItStays_data() {
+  QTest::addColumn<std::function<void(OutputWidget&)>>("change");
+  using Change = std::function<void(OutputWidget&)>;
+  QTest::newRow("while text comes")
+      << Change([](OutputWidget& pane) { pane.printText("one more", Qt::white); });
+  QTest::newRow("where another document takes over") << Change(haveDocumentRenewed);
+}
+
 void TestReadBack::aSelectionInItStays() {
+  QFETCH(const std::function<void(OutputWidget&)>, change);
   open();
   QTextCursor cursor = view()->cursorForPosition({5, 3});
   cursor.select(QTextCursor::LineUnderCursor);
   view()->setTextCursor(cursor);
   const QString selected = cursor.selectedText();
-  say(1001, 20);
-  QCOMPARE(view()->textCursor().selectedText(), selected);
   QVERIFY(!selected.isEmpty());
+  const QString read = topLine(*view());
+  change(*pane_);
+  pane_->settle();
+  QCOMPARE(view()->textCursor().selectedText(), selected);
+  QCOMPARE(topLine(*view()), read);
+}
+
+void TestReadBack::fromRightToLeftTheTextIsAtItsPlace() {
+  window_->setLayoutDirection(Qt::RightToLeft);
+  QCoreApplication::processEvents();
+  open();
+  const auto inPane = [this](const QAbstractScrollArea& area) {
+    return area.viewport()->mapTo(pane_, QPoint(0, 0)).x();
+  };
+  QVERIFY(inPane(*pane_) > pane_->frameWidth());
+  QCOMPARE(inPane(*view()), inPane(*pane_));
+  const auto* const handle = pane_->findChild<SplitHandle*>();
+  QCOMPARE(handle->x(), pane_->frameWidth());
+  QCOMPARE(handle->width(), pane_->width() - 2 * pane_->frameWidth());
 }
 
 void TestReadBack::aFloodIsHardlySlowerWhileItIsOpen() {

@@ -51,6 +51,10 @@ void TestTextFinder::finds_data() {
   QTest::newRow("no overlap") << "aa" << Options{} << "aaaa" << Hits{"0+2", "2+2"};
   QTest::newRow("a hard blank as a blank")
       << "a  b" << Options{} << QString("x a \u00a0b") << Hits{"2+4"};
+  QTest::newRow("beside half a surrogate pair")
+      << "orc" << Options{} << QChar(0xD800) + QString("an orc") + QChar(0xDC00) << Hits{"4+3"};
+  QTest::newRow("a whole pair") << QString::fromUtf8("\U0001F600") << Options{}
+                                << QString::fromUtf8("a \U0001F600") << Hits{"2+2"};
   QTest::newRow("letters of all kinds") << QString::fromUtf8("\u00dcber") << Options{}
                                         << QString::fromUtf8("\u00fcber alles") << Hits{"0+4"};
 }

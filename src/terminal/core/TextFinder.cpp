@@ -2,6 +2,22 @@
 
 namespace kelmora::terminal {
 
+namespace {
+
+/// In place of each half of a surrogate pair without its other half.
+void mendSurrogates(QString& text) {
+  for (qsizetype i = 0; i < text.size(); ++i) {
+    const bool isPair =
+        text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+    if (isPair)
+      ++i;
+    else if (text[i].isSurrogate())
+      text[i] = QChar::ReplacementCharacter;
+  }
+}
+
+}  // namespace
+
 TextFinder::TextFinder(const QString& words, Options options) {
   if (words.isEmpty())
     return;
@@ -28,6 +44,9 @@ std::vector<TextFinder::Hit> TextFinder::hitsIn(const QString& paragraph) const 
     return hits;
   QString text = paragraph;
   text.replace(QChar::LineSeparator, u'\n').replace(QChar::Nbsp, u' ');
+  // Nothing would be found in a text with half a surrogate pair.
+  if (!text.isValidUtf16())
+    mendSurrogates(text);
   for (auto matches = expression_.globalMatch(text); matches.hasNext();) {
     const QRegularExpressionMatch match = matches.next();
     if (match.capturedLength() > 0)

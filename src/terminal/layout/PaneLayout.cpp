@@ -185,6 +185,14 @@ qreal PaneLayout::topOf(const QTextBlock& block) const {
   return isReady() && block.isValid() ? rows_.rowOf(block).top : 0;
 }
 
+qreal PaneLayout::topOf(const QTextBlock& block, int place) const {
+  if (!isReady() || !block.isValid())
+    return 0;
+  const BlockRows::Row row = rows_.rowOf(block);
+  const QTextLine line = block.layout()->lineForTextPosition(place);
+  return row.top + (line.isValid() ? line.y() : (row.bottom - row.top) * place / block.length());
+}
+
 qreal PaneLayout::bottom() const {
   return isReady() ? rows_.last().bottom : 0;
 }

@@ -45,6 +45,9 @@ class PaneLayout : public QAbstractTextDocumentLayout {
 
   // The following break nothing into lines.
   [[nodiscard]] qreal topOf(const QTextBlock& block) const;
+  /// The top of the line with a place in the block, counted in characters; an estimate
+  /// if the block is not broken into lines.
+  [[nodiscard]] qreal topOf(const QTextBlock& block, int place) const;
   /// The height at which the last block ends.
   [[nodiscard]] qreal bottom() const;
   /// The block at a height; above or below all blocks, the nearest one.

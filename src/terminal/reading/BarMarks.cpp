@@ -1,5 +1,6 @@
 #include "terminal/reading/BarMarks.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyle>
@@ -11,11 +12,17 @@ namespace kelmora::terminal {
 BarMarks::BarMarks(QScrollBar& bar) : QWidget(&bar), bar_(bar) {
   setAttribute(Qt::WA_TransparentForMouseEvents);
   setGeometry(bar_.rect());
+  bar_.installEventFilter(this);
   show();
 }
 
+bool BarMarks::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Resize)
+    setGeometry(bar_.rect());
+  return QWidget::eventFilter(watched, event);
+}
+
 void BarMarks::setPlaces(std::vector<double> places) {
-  setGeometry(bar_.rect());
   if (places == places_)
     return;
   places_ = std::move(places);

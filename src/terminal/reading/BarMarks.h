@@ -19,6 +19,7 @@ class BarMarks : public QWidget {
   void setPlaces(std::vector<double> places);
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:

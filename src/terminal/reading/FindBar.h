@@ -33,6 +33,8 @@ class FindBar : public QFrame {
   [[nodiscard]] const QTextCursor& currentHit() const { return find_->currentHit(); }
   /// The last one that the Tab key meets.
   [[nodiscard]] QWidget* lastControl() const;
+  /// To be called with a document that is about to take the place of the pane's.
+  void beforeDocument(QTextDocument& document) { find_->takeDocument(document); }
   /// To be called when the pane's size has changed.
   void layOut();
 

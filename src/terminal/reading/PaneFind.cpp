@@ -50,41 +50,47 @@ PaneFind::PaneFind(QTextBrowser& pane, PaneSight& sight, ReadBack& readBack)
   connect(&readBack_, &ReadBack::closed, this, [this] { showLater(); });
   if (readBack_.isOpen())
     watchBar(*readBack_.view());
-  watchDocument();
+  watchDocument(*pane_.document());
 }
 
 PaneFind::~PaneFind() {
   delete marks_;
-  pane_.setExtraSelections({});
-  if (readBack_.isOpen())
-    readBack_.view()->setExtraSelections({});
+  unmark();
 }
 
 void PaneFind::watchBar(const QTextBrowser& view) {
-  connect(view.verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { showLater(); });
+  const QScrollBar* const bar = view.verticalScrollBar();
+  connect(bar, &QScrollBar::valueChanged, this, [this] { showLater(); });
+  connect(bar, &QScrollBar::rangeChanged, this, [this] { showLater(); });
+  // Wheel, bar and keys; not what the program moves.
+  connect(bar, &QScrollBar::actionTriggered, this, [this] { origin_.reset(); });
 }
 
-void PaneFind::watchDocument() {
-  if (document_ == pane_.document())
-    return;
-  // What has taken the place of the last one has the same text.
-  const int anchor = current_.anchor();
-  const int position = current_.position();
-  const bool hadOne = document_ && current_.hasSelection();
-  document_ = pane_.document();
-  current_ = QTextCursor(document_);
-  if (hadOne) {
-    current_.setPosition(anchor);
-    current_.setPosition(position, QTextCursor::KeepAnchor);
-  }
+void PaneFind::watchDocument(QTextDocument& document) {
+  document_ = &document;
   connect(document_, &QTextDocument::contentsChange, this, &PaneFind::takeChange);
+}
+
+void PaneFind::takeDocument(QTextDocument& document) {
+  // The toolkit would look for the marks in a document that is gone.
+  unmark();
+  // It has the same text.
+  QTextCursor current(&document);
+  if (current_.hasSelection()) {
+    current.setPosition(current_.anchor());
+    current.setPosition(current_.position(), QTextCursor::KeepAnchor);
+  }
+  current_ = current;
+  disconnect(document_, nullptr, this, nullptr);
+  watchDocument(document);
+  showLater();
 }
 
 void PaneFind::look(TextFinder finder) {
   finder_ = std::move(finder);
   hits_.clear();
-  looked_ = 0;
-  current_.clearSelection();
+  lookedFrom_ = lookedTo_ = document_->lastBlock().position();
+  current_ = QTextCursor(document_);
   choosesNearest_ = true;
   turn_.start();
   takeTurn();
@@ -97,33 +103,58 @@ void PaneFind::takeChange(int from, int removed, int added) {
       hits_.pop_front();
     for (Place& hit : hits_)
       hit.start -= removed;
-    looked_ = std::max(looked_ - removed, 0);
+    for (int* const place : {&lookedFrom_, &lookedTo_})
+      *place = std::max(*place - removed, 0);
+    if (origin_)
+      origin_ = std::max(*origin_ - removed, 0);
   } else {
     const int start = document_->findBlock(from).position();
     while (!hits_.empty() && hits_.back().start >= start)
       hits_.pop_back();
-    looked_ = std::min(looked_, start);
+    lookedTo_ = std::min(lookedTo_, start);
+    lookedFrom_ = std::min(lookedFrom_, start);
   }
   if (!turn_.isActive())
     turn_.start();
 }
 
+bool PaneFind::lookDown() {
+  // The end of the last paragraph is where the next text comes.
+  const int end = document_->characterCount() - 1;
+  if (lookedTo_ >= end)
+    return false;
+  const QTextBlock block = document_->findBlock(lookedTo_);
+  for (const TextFinder::Hit& hit : finder_.hitsIn(block.text()))
+    hits_.push_back({.start = block.position() + static_cast<int>(hit.start),
+                     .length = static_cast<int>(hit.length)});
+  lookedTo_ = block.next().isValid() ? block.next().position() : end;
+  while (hits_.size() > mostHits) {
+    hits_.pop_front();
+    lookedFrom_ = hits_.front().start;
+  }
+  return true;
+}
+
+bool PaneFind::lookUp() {
+  if (lookedFrom_ == 0 || hits_.size() >= mostHits)
+    return false;
+  const QTextBlock block = document_->findBlock(lookedFrom_ - 1);
+  const std::vector<TextFinder::Hit> found = finder_.hitsIn(block.text());
+  for (auto hit = found.rbegin(); hit != found.rend() && hits_.size() < mostHits; ++hit) {
+    const int start = block.position() + static_cast<int>(hit->start);
+    if (start < lookedFrom_)
+      hits_.push_front({.start = start, .length = static_cast<int>(hit->length)});
+  }
+  lookedFrom_ = hits_.size() < mostHits ? block.position() : hits_.front().start;
+  return true;
+}
+
 void PaneFind::takeTurn() {
-  watchDocument();
   QElapsedTimer timer;
   timer.start();
-  QTextBlock block = document_->findBlock(looked_);
-  while (block.isValid() && hits_.size() < mostHits && timer.elapsed() < turnLength) {
-    for (const TextFinder::Hit& hit : finder_.hitsIn(block.text()))
-      if (hits_.size() < mostHits)
-        hits_.push_back({.start = block.position() + static_cast<int>(hit.start),
-                         .length = static_cast<int>(hit.length)});
-    block = block.next();
-    // The end of the last paragraph is where the next text comes.
-    looked_ = block.isValid() ? block.position() : document_->characterCount() - 1;
-  }
-  if (block.isValid() && hits_.size() < mostHits)
-    return;
+  while (lookDown() || lookUp())
+    if (timer.elapsed() >= turnLength)
+      return;
   turn_.stop();
   if (std::exchange(choosesNearest_, false))
     chooseNearest();
@@ -142,6 +173,14 @@ PaneFind::Place PaneFind::inSight(const QTextBrowser& view, int above, int below
   return {.start = start, .length = std::max(end - start, 0)};
 }
 
+PaneFind::Place PaneFind::readable() const {
+  // Some lines before a hit are to be read as well, and half a line is not. At the end
+  // the last line is whole.
+  const int line = QFontMetrics(pane_.font()).lineSpacing();
+  const QScrollBar& bar = *reader().verticalScrollBar();
+  return inSight(reader(), std::max(3 * line, covered_), bar.value() == bar.maximum() ? 0 : line);
+}
+
 PaneFind::Places::const_iterator PaneFind::firstFrom(int position) const {
   return std::partition_point(hits_.begin(), hits_.end(),
                               [position](const Place& hit) { return hit.start < position; });
@@ -150,8 +189,11 @@ PaneFind::Places::const_iterator PaneFind::firstFrom(int position) const {
 void PaneFind::chooseNearest() {
   if (hits_.empty())
     return;
-  const Place sight = inSight(reader());
-  const auto behind = firstFrom(sight.start + sight.length);
+  if (!origin_) {
+    const Place sight = readable();
+    origin_ = sight.start + sight.length;
+  }
+  const auto behind = firstFrom(*origin_);
   makeCurrent(behind == hits_.begin() ? *behind : *std::prev(behind));
 }
 
@@ -169,6 +211,7 @@ QString PaneFind::currentLine() const {
 void PaneFind::goToOlder() {
   if (hits_.empty())
     return;
+  origin_.reset();
   const bool hasOne = current_.hasSelection();
   const auto here = firstFrom(hasOne ? current_.selectionStart() : document_->characterCount());
   makeCurrent(here == hits_.begin() ? hits_.back() : *std::prev(here));
@@ -177,6 +220,7 @@ void PaneFind::goToOlder() {
 void PaneFind::goToNewer() {
   if (hits_.empty())
     return;
+  origin_.reset();
   const auto next = firstFrom(current_.hasSelection() ? current_.selectionEnd() : 0);
   makeCurrent(next == hits_.end() ? hits_.front() : *next);
 }
@@ -192,9 +236,7 @@ std::size_t PaneFind::current() const {
 void PaneFind::makeCurrent(const Place& place) {
   current_.setPosition(place.start);
   current_.setPosition(place.start + place.length, QTextCursor::KeepAnchor);
-  // Some lines before the hit are to be read as well, and half a line is not.
-  const int line = QFontMetrics(pane_.font()).lineSpacing();
-  const Place sight = inSight(reader(), std::max(3 * line, covered_), line);
+  const Place sight = readable();
   if (place.start < sight.start || place.start + place.length > sight.start + sight.length)
     readBack_.goTo(place.start);
   showLater();
@@ -207,23 +249,31 @@ void PaneFind::showLater() {
 }
 
 void PaneFind::show() {
-  if (document_ != pane_.document())
-    return;  // until the next turn
   showHitsIn(pane_);
   if (readBack_.isOpen())
     showHitsIn(*readBack_.view());
   showMarks();
 }
 
+void PaneFind::unmark() {
+  pane_.setExtraSelections({});
+  if (readBack_.isOpen())
+    readBack_.view()->setExtraSelections({});
+}
+
 void PaneFind::showHitsIn(QTextBrowser& view) const {
   const Place sight = inSight(view);
   QList<QTextEdit::ExtraSelection> selections;
+  // The current one above all, and even where there are too many.
+  std::optional<Place> current;
   for (auto hit = firstFrom(sight.start);
-       hit != hits_.end() && hit->start <= sight.start + sight.length &&
-       selections.size() < mostMarked;
-       ++hit)
-    selections << marked(*document_, hit->start, hit->start + hit->length,
-                         current_.hasSelection() && hit->start == current_.selectionStart());
+       hit != hits_.end() && hit->start <= sight.start + sight.length; ++hit)
+    if (current_.hasSelection() && hit->start == current_.selectionStart())
+      current = *hit;
+    else if (selections.size() < mostMarked)
+      selections << marked(*document_, hit->start, hit->start + hit->length, false);
+  if (current)
+    selections << marked(*document_, current->start, current->start + current->length, true);
   const auto isSame = [](const QTextEdit::ExtraSelection& one,
                          const QTextEdit::ExtraSelection& other) {
     return one.cursor == other.cursor && one.cursor.anchor() == other.cursor.anchor() &&
@@ -243,11 +293,11 @@ void PaneFind::showMarks() {
   const auto& layout = *static_cast<const PaneLayout*>(document_->documentLayout());
   const double whole = std::max(layout.documentSize().height(), 1.0);
   std::vector<double> places;
-  int lastBlock = -1;
+  QTextBlock block;
   for (const Place& hit : hits_) {
-    const QTextBlock block = document_->findBlock(hit.start);
-    if (std::exchange(lastBlock, block.blockNumber()) != block.blockNumber())
-      places.push_back(layout.topOf(block) / whole);
+    if (!block.contains(hit.start))
+      block = document_->findBlock(hit.start);
+    places.push_back(layout.topOf(block, hit.start - block.position()) / whole);
   }
   marks_->setPlaces(std::move(places));
 }

@@ -5,6 +5,7 @@
 #include <QTextCursor>
 #include <QTimer>
 #include <deque>
+#include <optional>
 
 #include "terminal/core/TextFinder.h"
 
@@ -18,13 +19,13 @@ class ReadBack;
 
 /// Finds words in a pane while text keeps coming: marks every hit on the scroll bar
 /// and those in sight in the text, and goes from one to the next. It looks through
-/// the document for a few milliseconds at a time, and again only through what has
-/// changed.
+/// the document for a few milliseconds at a time, from its end to its beginning, and
+/// again only through what has changed.
 class PaneFind : public QObject {
   Q_OBJECT
 
  public:
-  /// More are not looked for.
+  /// Of more, the newest.
   static constexpr std::size_t mostHits = 10'000;
 
   /// All three outlive this.
@@ -32,10 +33,15 @@ class PaneFind : public QObject {
   ~PaneFind() override;
 
   /// Looks for other words. If no hit of theirs is in sight, the nearest one above
-  /// comes into sight, or else the nearest one below.
+  /// comes into sight, or else the nearest one below. That is seen from where the reader
+  /// was before the first words, so that while they are typed and mended the place does
+  /// not wander.
   void look(TextFinder finder);
   /// So many pixels at the upper edge are out of sight, behind what stands there.
   void setCovered(int pixels) { covered_ = pixels; }
+  /// To be called with every document that takes the place of the pane's, while both
+  /// views still have the old one.
+  void takeDocument(QTextDocument& document);
   // To the next hit, from the last one to the first and the other way round.
   void goToOlder();
   void goToNewer();
@@ -64,9 +70,14 @@ class PaneFind : public QObject {
 
   /// Shows the hits anew whenever this view scrolls.
   void watchBar(const QTextBrowser& view);
-  void watchDocument();
+  void watchDocument(QTextDocument& document);
   void takeChange(int from, int removed, int added);
   void takeTurn();
+  /// Looks through the next paragraph towards the document's end. Returns whether there
+  /// was one.
+  bool lookDown();
+  /// The same towards its beginning, if there are not too many hits.
+  bool lookUp();
   void chooseNearest();
   void makeCurrent(const Place& place);
   /// The view in which the reader reads.
@@ -74,9 +85,13 @@ class PaneFind : public QObject {
   /// The document's characters that are in sight, but for so many pixels at the upper
   /// and the lower edge.
   [[nodiscard]] static Place inSight(const QTextBrowser& view, int above = 0, int below = 0);
+  /// Where a hit can be read without scrolling.
+  [[nodiscard]] Place readable() const;
   [[nodiscard]] Places::const_iterator firstFrom(int position) const;
   void showLater();
   void show();
+  /// Takes the marks in the text away.
+  void unmark();
   void showHitsIn(QTextBrowser& view) const;
   void showMarks();
 
@@ -87,7 +102,12 @@ class PaneFind : public QObject {
   TextFinder finder_;
   Places hits_;
   int covered_ = 0;
-  int looked_ = 0;  ///< up to here the hits are known
+  // Between these two places all hits are known.
+  int lookedFrom_ = 0;
+  int lookedTo_ = 0;
+  /// The place behind the last one that was in sight before words were looked for. None
+  /// if the reader has moved since.
+  std::optional<int> origin_;
   bool choosesNearest_ = false;
   QTextCursor current_;  ///< selects the current hit
   QTimer turn_;

@@ -147,6 +147,9 @@ void PaneSight::end() {
     keeps_ = Keeps::Nothing;
   bar.setValue(static_cast<int>(std::lround(top)));
   shown_ = bar.value();
+  // In a pane that shows all, the newest line is in sight.
+  if (bar.maximum() == 0)
+    follows_ = true;
   repaint(shown_);
   keepNear();
 }

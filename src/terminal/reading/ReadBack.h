@@ -14,7 +14,8 @@ class SplitHandle;
 
 /// Reading back while the game goes on. A pane moves to its end with each new text;
 /// if its reader has scrolled up before, a second view opens over its upper part and
-/// stays at the reader's place. It closes with Escape, and when the reader has come
+/// stays at the reader's place. Then wheel and keys scroll the view, also over the pane,
+/// which stays at its end. The view closes with Escape, and when the reader has come
 /// down to where the pane begins. While it is closed there is no second view.
 class ReadBack : public QObject {
   Q_OBJECT
@@ -60,7 +61,10 @@ class ReadBack : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  [[nodiscard]] bool canOpen() const;
   void open();
+  /// Whether the event was for the pane but has scrolled the view.
+  bool takesOver(QObject* watched, QEvent* event);
   /// Above the pane's bar, too.
   void raise();
   /// Pixels of the pane's height for the view.

@@ -2,8 +2,10 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QScrollBar>
+#include <QWheelEvent>
 #include <algorithm>
 
 #include "terminal/reading/MenuKey.h"
@@ -46,7 +48,17 @@ void ReadBackView::showDocument(QTextDocument& document) {
   // says the width that the pane has.
   setLineWrapMode(QTextEdit::FixedPixelWidth);
   setLineWrapColumnOrWidth(pane_.viewport()->width());
+  const QTextCursor before = textCursor();
+  const int anchor = before.anchor();
+  const int position = before.position();
+  const bool hasSelection = before.hasSelection();
   setDocument(&document);
+  if (!hasSelection)
+    return;
+  QTextCursor selected(&document);
+  selected.setPosition(anchor);
+  selected.setPosition(position, QTextCursor::KeepAnchor);
+  setTextCursor(selected);
 }
 
 void ReadBackView::takePlaceOfPane() {
@@ -58,7 +70,8 @@ void ReadBackView::cover(int height) {
   const QWidget& viewport = *pane_.viewport();
   const QRect inside(viewport.geometry());
   const int bar = verticalScrollBar()->sizeHint().width();
-  setGeometry(inside.left(), inside.top(), inside.width() + bar, height);
+  const int left = isRightToLeft() ? inside.left() - bar : inside.left();
+  setGeometry(left, inside.top(), inside.width() + bar, height);
 }
 
 bool ReadBackView::isAtEnd() const {
@@ -96,6 +109,14 @@ void ReadBackView::changeEvent(QEvent* event) {
   // The font of the document is the pane's to set.
   if (event->type() != QEvent::FontChange)
     QTextBrowser::changeEvent(event);
+}
+
+void ReadBackView::wheelEvent(QWheelEvent* event) {
+  // With Ctrl it is for the size of the letters, which is the pane's to set.
+  if (event->modifiers().testFlag(Qt::ControlModifier))
+    QCoreApplication::sendEvent(pane_.viewport(), event);
+  else
+    QTextBrowser::wheelEvent(event);
 }
 
 void ReadBackView::scrollContentsBy(int dx, int dy) {

@@ -21,7 +21,7 @@ class ReadBackView : public QTextBrowser {
   /// Shows the document from the line on that is at the top of the pane.
   void takePlaceOfPane();
   /// To be called with every document that takes the place of the pane's, while the
-  /// old one is still there.
+  /// old one is still there. What is selected stays selected.
   void showDocument(QTextDocument& document);
   /// Hides it, and deletes it when the events on their way have passed.
   void retire();
@@ -42,6 +42,7 @@ class ReadBackView : public QTextBrowser {
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;

@@ -67,6 +67,12 @@ void ReadingTools::layOut() {
     findBar_->layOut();
 }
 
+void ReadingTools::beforeDocument(QTextDocument& document) {
+  if (findBar_)
+    findBar_->beforeDocument(document);
+  readBack_.beforeDocument(document);
+}
+
 void ReadingTools::find() {
   const QTextBrowser& read = readBack_.isOpen() && readBack_.view()->textCursor().hasSelection()
                                  ? *readBack_.view()

@@ -28,7 +28,7 @@ class ReadingTools : public QObject {
   /// To be called before new text moves the pane to its end.
   void beforeText() { readBack_.beforeText(); }
   /// To be called with a document that is about to take the place of the pane's.
-  void beforeDocument(QTextDocument& document) { readBack_.beforeDocument(document); }
+  void beforeDocument(QTextDocument& document);
   /// To be called when the pane's size or font has changed.
   void layOut();
 

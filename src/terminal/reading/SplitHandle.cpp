@@ -23,8 +23,9 @@ SplitHandle::SplitHandle(QAbstractScrollArea& pane, std::function<void(int heigh
 }
 
 void SplitHandle::place(int height) {
-  const QRect inside = pane_.viewport()->geometry();
-  setGeometry(inside.left(), inside.top() + height, pane_.width() - 2 * inside.left(), thickness);
+  // The pane's bar is at the viewport's left or right.
+  const int frame = pane_.frameWidth();
+  setGeometry(frame, pane_.viewport()->y() + height, pane_.width() - 2 * frame, thickness);
 }
 
 void SplitHandle::paintEvent(QPaintEvent* /*event*/) {
