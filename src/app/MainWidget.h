@@ -96,6 +96,7 @@ class MainWidget : public QWidget,
 
   kelmora::app::Profile& profile_;
   kelmora::terminal::InputHistory inputHistory_;
+  QPoint posAtStart_;
 
   // Children of the window.
   QToolBar* toolbar_ = nullptr;

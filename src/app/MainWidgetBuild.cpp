@@ -84,7 +84,8 @@ void MainWidget::loadStoredSettings() {
   }
   const QSize size = settings::usableWindowSize(place.size, largest);
   resize(size);
-  move(settings::usableWindowPos(place.pos, size, screens));
+  posAtStart_ = settings::usableWindowPos(place.pos, size, screens);
+  move(posAtStart_);
 }
 
 void MainWidget::createWidgets() {

@@ -73,7 +73,8 @@ void MainWidget::takeEffect(settings::Effect effect) {
 void MainWidget::storeSettings() {
   // Whether the file took the variables is not told: the next save tries again.
   (void)profile_.files.writeVariables(profile_.variables.entries());
-  profile_.store.save(profile_.settings, {.size = size(), .pos = pos()});
+  const QPoint place = settings::posToStore(pos(), posAtStart_, QGuiApplication::platformName());
+  profile_.store.save(profile_.settings, {.size = size(), .pos = place});
 }
 
 void MainWidget::saveSettings() {

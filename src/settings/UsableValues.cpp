@@ -34,6 +34,10 @@ QPoint usableWindowPos(QPoint stored, QSize size, const QList<QRect>& screens) {
   return seen ? stored : defaultWindowPos;
 }
 
+QPoint posToStore(QPoint now, QPoint atStart, const QString& platform) {
+  return platform.startsWith(QLatin1String("wayland")) ? atStart : now;
+}
+
 QSize usableIconSize(QSize stored) {
   if (!stored.isValid())
     return stored;

@@ -29,6 +29,11 @@ inline constexpr int largestFontPixels = 400;
 /// would be on any of the screens.
 [[nodiscard]] QPoint usableWindowPos(QPoint stored, QSize size, const QList<QRect>& screens);
 
+/// The position to store, on the platform of that name. On Wayland a window is not told
+/// where it stands: its own position is the size of its border, with the title above the
+/// screen. There it stays what it was at the start.
+[[nodiscard]] QPoint posToStore(QPoint now, QPoint atStart, const QString& platform);
+
 /// A width or height above largestIcon becomes 48. A size with a negative width
 /// or height stays as it is: the toolkit takes it as "the size that is usual in
 /// this style".

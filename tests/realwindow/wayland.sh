@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Plays the client on Wayland: a compositor in a virtual display, whose keys reach the
 # client as those of a keyboard would. Each dialog is shown and closed, then a line is
-# typed, and the demo world's answer is in the saved session.
+# typed, and the demo world's answer is in the saved session. What is saved leaves the
+# window's place as it was stored, and the next start on X11 shows the window there.
 #
 #   wayland.sh CLIENT DEMO-WORLD [PICTURES]     77: skipped, a tool is missing
 #
@@ -70,4 +71,22 @@ xdotool key Return
 until_true 10 holds "$scratch/session.html" 'You say: hello' ||
   fail "the saved session lacks the answer: $(cat "$scratch/session.html" 2> /dev/null | tail -c 300)"
 kill -0 "$client_pid" || fail "the client is gone"
-echo "PASSED: showed every dialog, connected, spoke, saved"
+
+store="$XDG_CONFIG_HOME/Dunmere Works/Kelmora Client v3.9b.conf"
+holds "$store" splitString && fail "the settings were saved before anybody asked for it"
+sleep 1  # until the file dialog has faded away
+before=$(grep -c 'wl_keyboard[@#][0-9]*\.enter' ../client.log)
+xdotool key ctrl+g
+until_true 10 handed_on $((before + 1)) || fail "no keys for the general settings"
+xdotool key Return
+until_true 10 holds "$store" splitString || fail "Apply did not save the settings"
+holds "$store" 'pos=@Point(20 20)' || fail "another place is stored: $(grep pos= "$store")"
+kill "$client_pid"
+wait "$client_pid" 2> /dev/null
+QT_QPA_PLATFORM=xcb "$client" > ../x11.log 2>&1 &
+pids+=($!)
+there() { xdotool search --onlyvisible --name "$main" > ../x11-window 2> /dev/null; }
+until_true 20 there || fail "no window on X11: $(cat ../x11.log)"
+place=$(xdotool getwindowgeometry --shell "$(tail -n 1 ../x11-window)" | grep -E '^[XY]=' | paste -sd ' ')
+[ "$place" = "X=20 Y=20" ] || fail "on X11 the window is at $place"
+echo "PASSED: showed every dialog, connected, spoke, saved, and started on X11"

@@ -23,6 +23,8 @@ class TestUsableValues : public QObject {
   void windowSize();
   void windowPos_data();
   void windowPos();
+  void posThatIsStored_data();
+  void posThatIsStored();
   void iconSize_data();
   void iconSize();
   void font_data();
@@ -85,6 +87,24 @@ void TestUsableValues::windowPos() {
                                 QRect(-1000, 0, 1000, 1000)};
   QCOMPARE(settings::usableWindowPos(stored, size, screens), used);
   QCOMPARE(settings::usableWindowPos(stored, size, {}), QPoint(200, 200));
+}
+
+void TestUsableValues::posThatIsStored_data() {
+  QTest::addColumn<QString>("platform");
+  QTest::addColumn<QPoint>("stored");
+  const QPoint now(-3, -30);
+  const QPoint atStart(200, 100);
+  QTest::newRow("on X11") << "xcb" << now;
+  QTest::newRow("on Windows") << "windows" << now;
+  QTest::newRow("on macOS") << "cocoa" << now;
+  QTest::newRow("without a screen") << "offscreen" << now;
+  QTest::newRow("on Wayland") << "wayland" << atStart;
+  QTest::newRow("on Wayland with another buffer") << "wayland-egl" << atStart;
+}
+
+void TestUsableValues::posThatIsStored() {
+  QFETCH(const QString, platform);
+  QTEST(settings::posToStore({-3, -30}, {200, 100}, platform), "stored");
 }
 
 void TestUsableValues::iconSize_data() {
