@@ -74,6 +74,21 @@ xdotool type --delay 5 'wave'
 xdotool key Return
 sleep 0.3
 
+# Two keys ask for the menu in the pane, to which Tab leads; a letter chooses in it.
+for key in Menu shift+F10; do
+  focus "$main"
+  xdotool key Tab
+  xdotool key "$key"
+  sleep 0.3
+  xdotool key t
+  until_true 5 there "Triggers" || fail "$key opened no menu"
+  focus "Triggers"
+  xdotool key Escape
+  until_true 5 eval '! there Triggers' || fail "Escape did not close the triggers"
+done
+focus "$main"
+xdotool key Escape  # the last line stands in the bar and is no longer selected
+
 # What the trigger caught of the words, on their way from the keys to the world
 # and back, goes into the saved session.
 focus "$main"
@@ -89,4 +104,4 @@ holds "$scratch/session.html" 'wave' ||
   fail "behind the help the keys went astray"
 holds "$scratch/session.html" 'You say: hello' || fail "the saved session lacks the answer"
 kill -0 "$client_pid" || fail "the client is gone"
-echo "PASSED: connected, spoke, added an alias, opened the help, saved"
+echo "PASSED: connected, spoke, added an alias, opened the help, asked for menus, saved"

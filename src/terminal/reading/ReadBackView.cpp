@@ -80,7 +80,9 @@ bool ReadBackView::isAtEnd() const {
 
 bool ReadBackView::event(QEvent* event) {
   if (asksForMenuByKey(*event)) {
-    contextMenuEvent(static_cast<QContextMenuEvent*>(event));
+    QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, {});
+    contextMenuEvent(&asked);
+    event->accept();
     return true;
   }
   return QTextBrowser::event(event);

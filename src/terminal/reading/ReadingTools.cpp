@@ -16,7 +16,6 @@
 
 #include "terminal/reading/DesktopPalette.h"
 #include "terminal/reading/FindBar.h"
-#include "terminal/reading/MenuKey.h"
 #include "terminal/reading/ReadBackView.h"
 
 namespace kelmora::terminal {
@@ -114,7 +113,7 @@ void ReadingTools::setTriggerMaker(std::function<void(const QString& line)> make
 }
 
 void ReadingTools::showMenu(QTextBrowser& view, const QContextMenuEvent& event) {
-  const bool isByKey = asksForMenuByKey(event);
+  const bool isByKey = event.reason() == QContextMenuEvent::Keyboard;
   const QPoint place = isByKey ? placeForKeys(view) : event.pos();
   menuFor(view, place)->exec(isByKey ? view.viewport()->mapToGlobal(place) : event.globalPos());
 }

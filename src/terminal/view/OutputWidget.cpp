@@ -109,7 +109,9 @@ QVariant OutputWidget::loadResource(int /*type*/, const QUrl& /*name*/) {
 
 bool OutputWidget::event(QEvent* event) {
   if (asksForMenuByKey(*event)) {
-    contextMenuEvent(static_cast<QContextMenuEvent*>(event));
+    QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, {});
+    contextMenuEvent(&asked);
+    event->accept();
     return true;
   }
   return QTextBrowser::event(event);
