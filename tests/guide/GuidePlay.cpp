@@ -194,7 +194,10 @@ void GuidePlay::seeGrey(const QString& key, bool grey) const {
   };
   const auto action = std::find_if(window_->actions.begin(), window_->actions.end(), isMeant);
   QVERIFY2(action != window_->actions.end(), qPrintable(key));
-  QCOMPARE(!(*action)->isEnabled(), grey);
+  // Grey for a moment is every button that connects or disconnects.
+  const bool becomesEnabled =
+      QTest::qWaitFor([&] { return (*action)->isEnabled(); }, grey ? 500 : patience);
+  QCOMPARE(becomesEnabled, !grey);
 }
 
 void GuidePlay::seeDivided(bool divided) const {
