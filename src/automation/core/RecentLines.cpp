@@ -1,0 +1,119 @@
+#include "automation/core/RecentLines.h"
+
+#include <QStringView>
+#include <optional>
+#include <utility>
+
+#include "automation/core/LinePattern.h"
+
+namespace kelmora::automation {
+
+namespace {
+
+/// Where a line is in a text, in characters.
+struct Extent {
+  qsizetype start;
+  qsizetype end;
+
+  [[nodiscard]] bool covers(qsizetype place) const { return start <= place && place <= end; }
+  [[nodiscard]] qsizetype size() const { return end - start; }
+};
+
+/// Whether the pane may show a text in another way than letter by letter.
+bool mayBeShownOtherwise(QStringView text) {
+  return text.contains(u'&') || text.contains(u"ww.") || text.contains(u"://");
+}
+
+/// Without tags, and without a tag's end at the beginning of the text or a tag's
+/// beginning at its end: a tag may be divided by the end of a line.
+QString withoutTags(QString text) {
+  qsizetype start = text.indexOf(u'<');
+  while (start >= 0) {
+    const qsizetype end = text.indexOf(u'>', start);
+    text.remove(start, (end < 0 ? text.size() : end + 1) - start);
+    start = text.indexOf(u'<', start);
+  }
+  return text;
+}
+
+/// The place of a text in what is shown, preferably where it covers a certain place.
+std::optional<Extent> placeOf(QStringView text, QStringView shown, qsizetype place) {
+  qsizetype start = shown.lastIndexOf(text, place);
+  if (start < 0)
+    start = shown.indexOf(text, place);
+  return start < 0 ? std::nullopt : std::optional(Extent{start, start + text.size()});
+}
+
+/// The place of a text of which some words may be shown in another way: from its
+/// first word that is not to its last.
+std::optional<Extent> placeOfWords(QStringView text, QStringView shown) {
+  std::optional<Extent> extent;
+  for (const QStringView word : text.tokenize(u' ', Qt::SkipEmptyParts)) {
+    if (mayBeShownOtherwise(word))
+      continue;
+    const qsizetype start = shown.indexOf(word, extent ? extent->end : 0);
+    if (start < 0)
+      return std::nullopt;
+    extent = Extent{extent ? extent->start : start, start + word.size()};
+  }
+  return extent;
+}
+
+std::optional<Extent> find(const QByteArray& line, QStringView shown, qsizetype place) {
+  QString text = QString::fromUtf8(line).replace(tabOfLine, QStringLiteral(" ")).simplified();
+  if (text.isEmpty())
+    return std::nullopt;
+  std::optional<Extent> extent = placeOf(text, shown, place);
+  if (!extent && text.contains(u'<')) {
+    text = withoutTags(std::move(text)).simplified();
+    if (!text.isEmpty())
+      extent = placeOf(text, shown, place);
+  }
+  if (!extent && mayBeShownOtherwise(text))
+    extent = placeOfWords(text, shown);
+  return extent;
+}
+
+}  // namespace
+
+void RecentLines::add(const QByteArray& line) {
+  if (line.isEmpty())
+    return;
+  QByteArray kept = line;
+  if (kept.size() > longestLine) {
+    kept = kept.first(longestLine);
+    // Preferably not within a character, which would not be found in what is shown.
+    if (const qsizetype blank = kept.lastIndexOf(' '); blank > 0)
+      kept.truncate(blank);
+  }
+  bytes_ += kept.size();
+  lines_.push_back(std::move(kept));
+  while (bytes_ > mostBytes || lines_.size() > std::size_t{mostLines}) {
+    bytes_ -= lines_.front().size();
+    lines_.pop_front();
+  }
+}
+
+QByteArray RecentLines::shownAt(const QString& shown, qsizetype place) const {
+  if (shown.size() > longestShown)
+    return {};
+  // Rows of blanks count as one: where the colour changes, the pane shows fewer than
+  // came.
+  const QString text = shown.simplified();
+  const qsizetype at = shown.first(place).simplified().size();
+  QByteArray best;
+  std::pair<bool, qsizetype> bestRank(false, 0);
+  for (auto line = lines_.rbegin(); line != lines_.rend(); ++line) {
+    const auto extent = find(*line, text, at);
+    if (!extent)
+      continue;
+    const std::pair rank(extent->covers(at), extent->size());
+    if (rank > bestRank) {
+      bestRank = rank;
+      best = *line;
+    }
+  }
+  return best;
+}
+
+}  // namespace kelmora::automation
