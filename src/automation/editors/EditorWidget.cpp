@@ -84,6 +84,9 @@ EditorWidget::EditorWidget(EditorTexts texts, QWidget* parent)
 }
 
 void EditorWidget::showEditor() {
+  // Without entries the list would not say that another one is selected.
+  if (isDraft_)
+    showEntry(-1);
   listEntries();
   setState(State::Browsing);
   makeRoom();
@@ -212,6 +215,7 @@ bool EditorWidget::isEntry(int position) const {
 }
 
 void EditorWidget::showEntry(int position) {
+  isDraft_ = false;
   QString text;
   QString label;
   if (isEntry(position)) {
@@ -236,12 +240,15 @@ void EditorWidget::saveEntry() {
     refuse(texts_.labelField->emptyRefused);
     return;
   }
+  const QString commands = commands_->toPlainText();
+  if (isDraft_)
+    appendDraft(label);
   setState(State::Browsing);
   const int position = list_->currentIndex();
   if (isEntry(position)) {
     // A quirk kept on purpose: the field shows a line break behind the last
     // command, too, so that saving adds an empty command.
-    setCommandsAt(position, commands_->toPlainText().split(u'\n'));
+    setCommandsAt(position, commands.split(u'\n'));
     if (label_ && label_->text() != labelAt(position)) {
       setLabelAt(position, label);
       list_->setItemText(position, label);
@@ -252,6 +259,8 @@ void EditorWidget::saveEntry() {
 }
 
 void EditorWidget::cancelEntry() {
+  if (isDraft_)
+    list_->setCurrentIndex(list_->count() > 0 ? 0 : -1);
   setState(State::Browsing);
   showEntry(list_->currentIndex());
 }
@@ -281,6 +290,22 @@ void EditorWidget::editEntryAt(qsizetype position) {
   editEntry();
 }
 
+void EditorWidget::beginDraft(const QString& label) {
+  list_->setCurrentIndex(-1);
+  showEntry(-1);
+  label_->setText(label);
+  isDraft_ = true;
+  editEntry();
+}
+
+/// Lists it as well, and selects it.
+void EditorWidget::appendDraft(const QString& label) {
+  appendEntry(label);
+  list_->addItem(label);
+  list_->setCurrentIndex(list_->count() - 1);
+  showEntry(list_->currentIndex());
+}
+
 void EditorWidget::refuse(const Notice& notice) {
   QMessageBox::information(this, notice.title, notice.text, QMessageBox::Ok);
 }
@@ -294,6 +319,8 @@ void EditorWidget::showAppended() {
 }
 
 void EditorWidget::setLabelAt(qsizetype /*position*/, const QString& /*label*/) {}
+
+void EditorWidget::appendEntry(const QString& /*label*/) {}
 
 // Since no button is a default button, Enter would not press the button that has
 // the focus either.

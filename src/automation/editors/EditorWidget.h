@@ -60,6 +60,8 @@ class EditorWidget : public QDialog {
   virtual void setCommandsAt(qsizetype position, QStringList commands) = 0;
   /// Only called in editors with a label field.
   virtual void setLabelAt(qsizetype position, const QString& label);
+  /// Adds an entry without commands at the end. Only called after beginDraft().
+  virtual void appendEntry(const QString& label);
   virtual void removeAt(qsizetype position) = 0;
   /// Writes the table to its file. The player is not told where that fails.
   virtual void writeFile() = 0;
@@ -75,6 +77,8 @@ class EditorWidget : public QDialog {
   /// Of the first entry with that label; -1 if there is none.
   [[nodiscard]] qsizetype positionOf(const QString& label) const;
   void editEntryAt(qsizetype position);
+  /// Begins to edit an entry that is not in the table, nor listed, until it is saved.
+  void beginDraft(const QString& label);
   void refuse(const Notice& notice);
   /// Lists and selects the entry that was added at the end of the table, and writes
   /// the file.
@@ -96,8 +100,10 @@ class EditorWidget : public QDialog {
   void setState(State state);
   void listEntries();
   [[nodiscard]] bool isEntry(int position) const;
+  void appendDraft(const QString& label);
 
   const EditorTexts texts_;
+  bool isDraft_ = false;  // whether what is edited is not in the table yet
   // Children of the dialog. The label field is null where labels cannot be changed.
   QPlainTextEdit* commands_ = nullptr;
   QLineEdit* label_ = nullptr;

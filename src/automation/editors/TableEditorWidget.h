@@ -40,14 +40,14 @@ template <typename Table, auto Label, auto SetLabel>
 class LabelEditorWidget : public TableEditorWidget<Table> {
  public:
   /// Shows the editor with the first entry of that label, ready to be edited. If
-  /// there is none, one is added as by the Add button.
+  /// there is none, a new one is ready, which gets into table and file when it is
+  /// saved.
   void showEditorFor(const QString& label) {
     this->showEditor();
-    if (this->positionOf(label) < 0) {
-      this->table().append({label});
-      this->showAppended();
-    }
-    this->editEntryAt(this->positionOf(label));
+    if (const qsizetype position = this->positionOf(label); position >= 0)
+      this->editEntryAt(position);
+    else
+      this->beginDraft(label);
   }
 
  protected:
@@ -59,6 +59,7 @@ class LabelEditorWidget : public TableEditorWidget<Table> {
   void setLabelAt(qsizetype position, const QString& label) override {
     (this->table().*SetLabel)(position, label);
   }
+  void appendEntry(const QString& label) override { this->table().append({label}); }
 
   /// Adds an entry with the placeholder as its label and no commands.
   void addEntry() {
