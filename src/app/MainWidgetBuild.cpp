@@ -112,7 +112,9 @@ void MainWidget::createDialogs() {
   triggerEditor_ = new TriggerWidget(profile_.triggers, profile_.files, this);
   aliasEditor_ = new AliasWidget(profile_.aliases, profile_.files, this);
   outputPane_->setTriggerMaker(
-      [this](const QString& line) { triggerEditor_->showEditorFor(line); });
+      {.patternFor = [this](const QString& line,
+                            qsizetype place) { return play_->patternFor(line, place); },
+       .make = [this](const QString& pattern) { triggerEditor_->showEditorFor(pattern); }});
   for (QDialog* dialog : findChildren<QDialog*>())
     dialog->installEventFilter(this);  // see eventFilter()
 }

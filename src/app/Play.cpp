@@ -65,6 +65,7 @@ void Play::parseVitals(const char* line) {
 }
 
 void Play::checkTriggers(const QByteArray& line) {
+  recentLines_.add(line);
   profile_.triggers.check(line, *this);
 }
 

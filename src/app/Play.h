@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 
+#include "automation/core/LinePattern.h"
+#include "automation/core/RecentLines.h"
 #include "automation/core/TriggerTable.h"
 #include "net/GameLink.h"
 #include "net/LinkHost.h"
@@ -57,6 +59,12 @@ class Play final : private terminal::PipelineHost,
   /// takes effect at the next start.
   [[nodiscard]] bool echoEnabled() const { return echoEnabled_; }
 
+  /// A trigger's pattern for the line of the server that is at a place in a line of
+  /// the pane; empty where there is none.
+  [[nodiscard]] QString patternFor(const QString& shown, qsizetype place) const {
+    return automation::patternFor(recentLines_.shownAt(shown, place));
+  }
+
   /// Takes the sixteen colours of the options; the next text of the server begins in
   /// the reset colours.
   void takeColours();
@@ -95,6 +103,7 @@ class Play final : private terminal::PipelineHost,
   OutputWidget& pane_;
   QObject& window_;
   const bool echoEnabled_;
+  automation::RecentLines recentLines_;
   terminal::OutputPipeline pipeline_;
   script::Interpreter interpreter_;
   net::GameLink link_;

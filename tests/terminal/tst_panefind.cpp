@@ -80,6 +80,7 @@ class TestPaneFind : public QObject {
   void theMenuOffersWhatIsThere();
   void aTriggerIsMadeOfTheLine_data();
   void aTriggerIsMadeOfTheLine();
+  void aLineWithoutAPatternOffersNoTrigger();
   void whatIsCopiedKeepsLinesAndBlanks();
 
  private:
@@ -560,7 +561,8 @@ void TestPaneFind::aKeyAsksForTheMenu() {
   QFETCH(const QString, sought);
   QFETCH(const bool, staysOpen);
   QString line;
-  pane_->setTriggerMaker([&line](const QString& made) { line = made; });
+  pane_->setTriggerMaker({.patternFor = [](const QString& shown, qsizetype) { return shown; },
+                          .make = [&line](const QString& made) { line = made; }});
   if (!sought.isEmpty()) {
     find(sought);
     if (!staysOpen)
@@ -625,7 +627,8 @@ QStringList TestPaneFind::offered(const QString& words, const QString& chosen) {
 void TestPaneFind::theMenuOffersWhatIsThere() {
   const QString divide = "Divide the Pane While Reading Back";
   QCOMPARE(offered("Line 99"), (QStringList{"Copy (off)", "Select All", "Find\u2026", divide}));
-  pane_->setTriggerMaker([](const QString&) {});
+  pane_->setTriggerMaker({.patternFor = [](const QString& line, qsizetype) { return line; },
+                          .make = [](const QString&) {}});
   insertServerHtml(*pane_, "see <a href=\"http://kelmora.example/a\">the map</a>");
   settle();
   pane_->setTextCursor(pane_->document()->find("orc"));
@@ -668,11 +671,25 @@ void TestPaneFind::aTriggerIsMadeOfTheLine() {
   QFETCH(const QString, html);
   QFETCH(const QString, word);
   QString line;
-  pane_->setTriggerMaker([&line](const QString& made) { line = made; });
+  qsizetype at = -1;
+  pane_->setTriggerMaker({.patternFor =
+                              [&at](const QString& shown, qsizetype place) {
+                                at = place;
+                                return shown;
+                              },
+                          .make = [&line](const QString& made) { line = made; }});
   insertServerHtml(*pane_, html);
   settle();
   (void)offered(word, "Make a Trigger");
   QTEST(line, "line");
+  const qsizetype start = line.indexOf(word);
+  QVERIFY2(at > start && at <= start + word.size(), qPrintable(QString::number(at)));
+}
+
+void TestPaneFind::aLineWithoutAPatternOffersNoTrigger() {
+  pane_->setTriggerMaker({.patternFor = [](const QString&, qsizetype) { return QString(); },
+                          .make = [](const QString&) { QFAIL("was made"); }});
+  QVERIFY(offered("Line 99", "Make").contains("Make a Trigger of This Line\u2026 (off)"));
 }
 
 void TestPaneFind::whatIsCopiedKeepsLinesAndBlanks() {

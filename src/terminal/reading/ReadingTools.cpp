@@ -11,6 +11,7 @@
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <QUrl>
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -22,8 +23,14 @@ namespace kelmora::terminal {
 
 namespace {
 
-/// The line of the game at a place, without blanks around it. A paragraph has many.
-QString lineAt(const QTextBrowser& view, const QPoint& place) {
+/// A line of the pane, without blanks around it, and a place in it.
+struct ShownLine {
+  QString text;
+  qsizetype place;
+};
+
+/// The line of the game at a place. A paragraph has many.
+ShownLine lineAt(const QTextBrowser& view, const QPoint& place) {
   const QTextCursor cursor = view.cursorForPosition(place);
   const QString paragraph = cursor.block().text();
   const qsizetype before = paragraph.lastIndexOf(
@@ -31,7 +38,10 @@ QString lineAt(const QTextBrowser& view, const QPoint& place) {
   const qsizetype behind = paragraph.indexOf(QChar::LineSeparator, cursor.positionInBlock());
   const qsizetype start = cursor.positionInBlock() == 0 ? 0 : before + 1;
   const qsizetype end = behind < 0 ? paragraph.size() : behind;
-  return paragraph.sliced(start, end - start).replace(QChar::Nbsp, u' ').trimmed();
+  const QString line = paragraph.sliced(start, end - start).replace(QChar::Nbsp, u' ');
+  const QString text = line.trimmed();
+  const qsizetype blanks = line.indexOf(text);
+  return {text, std::clamp<qsizetype>(cursor.positionInBlock() - start - blanks, 0, text.size())};
 }
 
 }  // namespace
@@ -108,10 +118,6 @@ void ReadingTools::closeFindBar() {
   inputBar_.setFocus(Qt::OtherFocusReason);
 }
 
-void ReadingTools::setTriggerMaker(std::function<void(const QString& line)> make) {
-  makeTrigger_ = std::move(make);
-}
-
 void ReadingTools::showMenu(QTextBrowser& view, const QContextMenuEvent& event) {
   const bool isByKey = event.reason() == QContextMenuEvent::Keyboard;
   const QPoint place = isByKey ? placeForKeys(view) : event.pos();
@@ -129,7 +135,7 @@ QPoint ReadingTools::placeForKeys(const QTextBrowser& view) const {
     }
   const int step = QFontMetrics(view.font()).lineSpacing();
   QPoint place = sight.bottomLeft();
-  while (place.y() > step && lineAt(view, place).isEmpty())
+  while (place.y() > step && lineAt(view, place).text.isEmpty())
     place.ry() -= step;
   return place;
 }
@@ -143,7 +149,6 @@ std::unique_ptr<QMenu> ReadingTools::menuFor(QTextBrowser& view, const QPoint& p
     return action;
   };
   const QString link = view.anchorAt(place);
-  const QString line = lineAt(view, place);
   add(tr("&Copy"), view.textCursor().hasSelection(), [shown = QPointer(&view)] {
     if (shown)
       shown->copy();
@@ -158,8 +163,12 @@ std::unique_ptr<QMenu> ReadingTools::menuFor(QTextBrowser& view, const QPoint& p
   });
   menu->addSeparator();
   add(tr("&Find…"), true, [this] { find(); })->setShortcut(Qt::CTRL | Qt::Key_F);
-  if (makeTrigger_)
-    add(tr("Make a &Trigger of This Line…"), !line.isEmpty(), [this, line] { makeTrigger_(line); });
+  if (triggerMaker_.make) {
+    const ShownLine line = lineAt(view, place);
+    const QString pattern = triggerMaker_.patternFor(line.text, line.place);
+    add(tr("Make a &Trigger of This Line…"), !pattern.isEmpty(),
+        [this, pattern] { triggerMaker_.make(pattern); });
+  }
   menu->addSeparator();
   QAction* const divides = add(tr("&Divide the Pane While Reading Back"), true, [this] {
     readBack_.setShare(readBack_.isWanted() ? 0 : ReadBack::usualShare);

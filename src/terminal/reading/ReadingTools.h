@@ -4,6 +4,7 @@
 #include <QTextCursor>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "terminal/reading/ReadBack.h"
 
@@ -14,6 +15,14 @@ class QPoint;
 namespace kelmora::terminal {
 
 class FindBar;
+
+/// What a trigger is made with.
+struct TriggerMaker {
+  /// The pattern for a line as it is shown and a place in it; empty if it has none.
+  std::function<QString(const QString& line, qsizetype place)> patternFor;
+  /// Lets the reader make a trigger with a pattern.
+  std::function<void(const QString& pattern)> make;
+};
 
 /// What a reader of a pane has beside its text: the view of earlier text, the bar to
 /// find words, and the context menu. None of them exists before it is used.
@@ -34,9 +43,8 @@ class ReadingTools : public QObject {
 
   /// Opens the bar to find words, with the words that are selected.
   void find();
-  /// What is done with a line for which the reader wants a trigger. Without it the
-  /// menu does not offer that.
-  void setTriggerMaker(std::function<void(const QString& line)> make);
+  /// Without it the menu does not offer to make a trigger.
+  void setTriggerMaker(TriggerMaker maker) { triggerMaker_ = std::move(maker); }
   /// Shows the context menu for a place in the pane or in the view of earlier text. A
   /// key asks for it at the hit of the bar to find words, if that is open, or at what is
   /// selected, or at the last hit of a closed bar, or else at the last line in sight.
@@ -56,7 +64,7 @@ class ReadingTools : public QObject {
   ReadBack readBack_;
   std::unique_ptr<FindBar> findBar_;
   QTextCursor lastHit_;  ///< of a bar that has been closed
-  std::function<void(const QString& line)> makeTrigger_;
+  TriggerMaker triggerMaker_;
 };
 
 }  // namespace kelmora::terminal

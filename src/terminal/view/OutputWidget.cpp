@@ -155,8 +155,8 @@ void OutputWidget::contextMenuEvent(QContextMenuEvent* event) {
   tools_.showMenu(*this, *event);
 }
 
-void OutputWidget::setTriggerMaker(std::function<void(const QString& line)> make) {
-  tools_.setTriggerMaker(std::move(make));
+void OutputWidget::setTriggerMaker(TriggerMaker maker) {
+  tools_.setTriggerMaker(std::move(maker));
 }
 
 void OutputWidget::doSetSource(const QUrl& /*name*/, QTextDocument::ResourceType /*type*/) {

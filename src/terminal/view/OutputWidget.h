@@ -3,7 +3,6 @@
 #include <QDeadlineTimer>
 #include <QTextBrowser>
 #include <QTimer>
-#include <functional>
 
 #include "terminal/reading/PaneSight.h"
 #include "terminal/reading/ReadingTools.h"
@@ -52,8 +51,8 @@ class OutputWidget : public QTextBrowser {
 
   /// Opens the bar to find words, with the words that are selected.
   void find() { tools_.find(); }
-  /// What is done with a line of the game for which the player wants a trigger.
-  void setTriggerMaker(std::function<void(const QString& line)> make);
+  /// What makes a trigger of a line of the game for the player.
+  void setTriggerMaker(kelmora::terminal::TriggerMaker maker);
 
   /// Loads nothing: the server must not make the client read files, pictures or
   /// style sheets.
