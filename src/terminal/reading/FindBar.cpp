@@ -14,10 +14,10 @@
 
 namespace kelmora::terminal {
 
-FindBar::FindBar(QTextBrowser& pane, PaneSight& sight, ReadBack& readBack)
+FindBar::FindBar(QTextBrowser& pane, ReadBack& readBack)
     : QFrame(&pane),
       pane_(pane),
-      find_(std::make_unique<PaneFind>(pane, sight, readBack)),
+      find_(std::make_unique<PaneFind>(pane, readBack)),
       announcer_(pane),
       row_(new QHBoxLayout) {
   // It is no part of the game's text, so it looks as the desktop has it.
@@ -191,7 +191,7 @@ void FindBar::tellCount() {
     count_->clear();
   else if (find_->count() == 0)
     count_->setText(find_->isDone() ? tr("No hit") : QString());
-  else if (find_->count() == PaneFind::mostHits)
+  else if (find_->count() == PaneHits::most)
     count_->setText(tr("%1 of many").arg(find_->current()));
   else
     count_->setText(tr("%1 of %2").arg(find_->current()).arg(find_->count()));

@@ -22,8 +22,8 @@ class FindBar : public QFrame {
   Q_OBJECT
 
  public:
-  /// A child of the pane, shown at once. Pane, sight and readBack outlive it.
-  FindBar(QTextBrowser& pane, PaneSight& sight, ReadBack& readBack);
+  /// A child of the pane, shown at once. Pane and readBack outlive it.
+  FindBar(QTextBrowser& pane, ReadBack& readBack);
 
   /// Takes the keyboard. Words are put in, unless there are none.
   void begin(const QString& words);

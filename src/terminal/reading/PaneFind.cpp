@@ -11,7 +11,6 @@
 
 #include "terminal/layout/PaneLayout.h"
 #include "terminal/reading/BarMarks.h"
-#include "terminal/reading/PaneSight.h"
 #include "terminal/reading/ReadBack.h"
 #include "terminal/reading/ReadBackView.h"
 
@@ -24,11 +23,12 @@ constexpr int turnLength = 5;
 /// Hits in one view that are marked in the text; nobody sees more.
 constexpr int mostMarked = 500;
 
-QTextEdit::ExtraSelection marked(QTextDocument& document, int start, int end, bool isCurrent) {
+QTextEdit::ExtraSelection marked(QTextDocument& document, const PaneHits::Place& place,
+                                 bool isCurrent) {
   QTextEdit::ExtraSelection selection;
   selection.cursor = QTextCursor(&document);
-  selection.cursor.setPosition(start);
-  selection.cursor.setPosition(end, QTextCursor::KeepAnchor);
+  selection.cursor.setPosition(place.start);
+  selection.cursor.setPosition(place.end(), QTextCursor::KeepAnchor);
   selection.format.setBackground(isCurrent ? QColor(255, 150, 0) : QColor(110, 90, 0));
   selection.format.setForeground(isCurrent ? Qt::black : Qt::white);
   return selection;
@@ -36,8 +36,8 @@ QTextEdit::ExtraSelection marked(QTextDocument& document, int start, int end, bo
 
 }  // namespace
 
-PaneFind::PaneFind(QTextBrowser& pane, PaneSight& sight, ReadBack& readBack)
-    : pane_(pane), sight_(sight), readBack_(readBack) {
+PaneFind::PaneFind(QTextBrowser& pane, ReadBack& readBack)
+    : pane_(pane), readBack_(readBack), hits_(*pane.document()) {
   turn_.setInterval(0);
   connect(&turn_, &QTimer::timeout, this, [this] { takeTurn(); });
   shows_.setSingleShot(true);
@@ -68,13 +68,13 @@ void PaneFind::watchBar(const QTextBrowser& view) {
 
 void PaneFind::watchDocument(QTextDocument& document) {
   document_ = &document;
+  hits_.watch(document);
   connect(document_, &QTextDocument::contentsChange, this, &PaneFind::takeChange);
 }
 
 void PaneFind::takeDocument(QTextDocument& document) {
   // The toolkit would look for the marks in a document that is gone.
   unmark();
-  // It has the same text.
   QTextCursor current(&document);
   if (current_.hasSelection()) {
     current.setPosition(current_.anchor());
@@ -87,9 +87,7 @@ void PaneFind::takeDocument(QTextDocument& document) {
 }
 
 void PaneFind::look(TextFinder finder) {
-  finder_ = std::move(finder);
-  hits_.clear();
-  lookedFrom_ = lookedTo_ = document_->lastBlock().position();
+  hits_.look(std::move(finder));
   current_ = QTextCursor(document_);
   choosesNearest_ = true;
   turn_.start();
@@ -97,62 +95,17 @@ void PaneFind::look(TextFinder finder) {
 }
 
 void PaneFind::takeChange(int from, int removed, int added) {
-  if (from == 0 && added == 0) {
-    // Paragraphs dropped at the top; the others have moved up.
-    while (!hits_.empty() && hits_.front().start < removed)
-      hits_.pop_front();
-    for (Place& hit : hits_)
-      hit.start -= removed;
-    for (int* const place : {&lookedFrom_, &lookedTo_})
-      *place = std::max(*place - removed, 0);
-    if (origin_)
-      origin_ = std::max(*origin_ - removed, 0);
-  } else {
-    const int start = document_->findBlock(from).position();
-    while (!hits_.empty() && hits_.back().start >= start)
-      hits_.pop_back();
-    lookedTo_ = std::min(lookedTo_, start);
-    lookedFrom_ = std::min(lookedFrom_, start);
-  }
+  hits_.takeChange(from, removed, added);
+  if (origin_ && from == 0 && added == 0)
+    origin_ = std::max(*origin_ - removed, 0);
   if (!turn_.isActive())
     turn_.start();
-}
-
-bool PaneFind::lookDown() {
-  // The end of the last paragraph is where the next text comes.
-  const int end = document_->characterCount() - 1;
-  if (lookedTo_ >= end)
-    return false;
-  const QTextBlock block = document_->findBlock(lookedTo_);
-  for (const TextFinder::Hit& hit : finder_.hitsIn(block.text()))
-    hits_.push_back({.start = block.position() + static_cast<int>(hit.start),
-                     .length = static_cast<int>(hit.length)});
-  lookedTo_ = block.next().isValid() ? block.next().position() : end;
-  while (hits_.size() > mostHits) {
-    hits_.pop_front();
-    lookedFrom_ = hits_.front().start;
-  }
-  return true;
-}
-
-bool PaneFind::lookUp() {
-  if (lookedFrom_ == 0 || hits_.size() >= mostHits)
-    return false;
-  const QTextBlock block = document_->findBlock(lookedFrom_ - 1);
-  const std::vector<TextFinder::Hit> found = finder_.hitsIn(block.text());
-  for (auto hit = found.rbegin(); hit != found.rend() && hits_.size() < mostHits; ++hit) {
-    const int start = block.position() + static_cast<int>(hit->start);
-    if (start < lookedFrom_)
-      hits_.push_front({.start = start, .length = static_cast<int>(hit->length)});
-  }
-  lookedFrom_ = hits_.size() < mostHits ? block.position() : hits_.front().start;
-  return true;
 }
 
 void PaneFind::takeTurn() {
   QElapsedTimer timer;
   timer.start();
-  while (lookDown() || lookUp())
+  while (hits_.advance())
     if (timer.elapsed() >= turnLength)
       return;
   turn_.stop();
@@ -181,20 +134,13 @@ PaneFind::Place PaneFind::readable() const {
   return inSight(reader(), std::max(3 * line, covered_), bar.value() == bar.maximum() ? 0 : line);
 }
 
-PaneFind::Places::const_iterator PaneFind::firstFrom(int position) const {
-  return std::partition_point(hits_.begin(), hits_.end(),
-                              [position](const Place& hit) { return hit.start < position; });
-}
-
 void PaneFind::chooseNearest() {
-  if (hits_.empty())
+  if (count() == 0)
     return;
-  if (!origin_) {
-    const Place sight = readable();
-    origin_ = sight.start + sight.length;
-  }
-  const auto behind = firstFrom(*origin_);
-  makeCurrent(behind == hits_.begin() ? *behind : *std::prev(behind));
+  if (!origin_)
+    origin_ = readable().end();
+  const auto behind = hits_.firstFrom(*origin_);
+  makeCurrent(behind == hits_.places().begin() ? *behind : *std::prev(behind));
 }
 
 QString PaneFind::currentLine() const {
@@ -209,35 +155,36 @@ QString PaneFind::currentLine() const {
 }
 
 void PaneFind::goToOlder() {
-  if (hits_.empty())
+  if (count() == 0)
     return;
   origin_.reset();
   const bool hasOne = current_.hasSelection();
-  const auto here = firstFrom(hasOne ? current_.selectionStart() : document_->characterCount());
-  makeCurrent(here == hits_.begin() ? hits_.back() : *std::prev(here));
+  const auto here =
+      hits_.firstFrom(hasOne ? current_.selectionStart() : document_->characterCount());
+  makeCurrent(here == hits_.places().begin() ? hits_.places().back() : *std::prev(here));
 }
 
 void PaneFind::goToNewer() {
-  if (hits_.empty())
+  if (count() == 0)
     return;
   origin_.reset();
-  const auto next = firstFrom(current_.hasSelection() ? current_.selectionEnd() : 0);
-  makeCurrent(next == hits_.end() ? hits_.front() : *next);
+  const auto next = hits_.firstFrom(current_.hasSelection() ? current_.selectionEnd() : 0);
+  makeCurrent(next == hits_.places().end() ? hits_.places().front() : *next);
 }
 
 std::size_t PaneFind::current() const {
   if (!current_.hasSelection())
     return 0;
-  const auto here = firstFrom(current_.selectionStart());
-  const bool isHit = here != hits_.end() && here->start == current_.selectionStart();
-  return isHit ? static_cast<std::size_t>(here - hits_.begin()) + 1 : 0;
+  const auto here = hits_.firstFrom(current_.selectionStart());
+  const bool isHit = here != hits_.places().end() && here->start == current_.selectionStart();
+  return isHit ? static_cast<std::size_t>(here - hits_.places().begin()) + 1 : 0;
 }
 
 void PaneFind::makeCurrent(const Place& place) {
   current_.setPosition(place.start);
-  current_.setPosition(place.start + place.length, QTextCursor::KeepAnchor);
+  current_.setPosition(place.end(), QTextCursor::KeepAnchor);
   const Place sight = readable();
-  if (place.start < sight.start || place.start + place.length > sight.start + sight.length)
+  if (place.start < sight.start || place.end() > sight.end())
     readBack_.goTo(place.start);
   showLater();
   Q_EMIT counted();
@@ -266,14 +213,14 @@ void PaneFind::showHitsIn(QTextBrowser& view) const {
   QList<QTextEdit::ExtraSelection> selections;
   // The current one above all, and even where there are too many.
   std::optional<Place> current;
-  for (auto hit = firstFrom(sight.start);
-       hit != hits_.end() && hit->start <= sight.start + sight.length; ++hit)
+  for (auto hit = hits_.firstFrom(sight.start);
+       hit != hits_.places().end() && hit->start <= sight.end(); ++hit)
     if (current_.hasSelection() && hit->start == current_.selectionStart())
       current = *hit;
     else if (selections.size() < mostMarked)
-      selections << marked(*document_, hit->start, hit->start + hit->length, false);
+      selections << marked(*document_, *hit, false);
   if (current)
-    selections << marked(*document_, current->start, current->start + current->length, true);
+    selections << marked(*document_, *current, true);
   const auto isSame = [](const QTextEdit::ExtraSelection& one,
                          const QTextEdit::ExtraSelection& other) {
     return one.cursor == other.cursor && one.cursor.anchor() == other.cursor.anchor() &&
@@ -294,7 +241,7 @@ void PaneFind::showMarks() {
   const double whole = std::max(layout.documentSize().height(), 1.0);
   std::vector<double> places;
   QTextBlock block;
-  for (const Place& hit : hits_) {
+  for (const Place& hit : hits_.places()) {
     if (!block.contains(hit.start))
       block = document_->findBlock(hit.start);
     places.push_back(layout.topOf(block, hit.start - block.position()) / whole);

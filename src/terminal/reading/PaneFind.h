@@ -4,17 +4,16 @@
 #include <QPointer>
 #include <QTextCursor>
 #include <QTimer>
-#include <deque>
 #include <optional>
 
 #include "terminal/core/TextFinder.h"
+#include "terminal/reading/PaneHits.h"
 
 class QTextBrowser;
 
 namespace kelmora::terminal {
 
 class BarMarks;
-class PaneSight;
 class ReadBack;
 
 /// Finds words in a pane while text keeps coming: marks every hit on the scroll bar
@@ -25,11 +24,8 @@ class PaneFind : public QObject {
   Q_OBJECT
 
  public:
-  /// Of more, the newest.
-  static constexpr std::size_t mostHits = 10'000;
-
-  /// All three outlive this.
-  PaneFind(QTextBrowser& pane, PaneSight& sight, ReadBack& readBack);
+  /// Both outlive this.
+  PaneFind(QTextBrowser& pane, ReadBack& readBack);
   ~PaneFind() override;
 
   /// Looks for other words. If no hit of theirs is in sight, the nearest one above
@@ -46,7 +42,8 @@ class PaneFind : public QObject {
   void goToOlder();
   void goToNewer();
 
-  [[nodiscard]] std::size_t count() const { return hits_.size(); }
+  /// At most PaneHits::most.
+  [[nodiscard]] std::size_t count() const { return hits_.places().size(); }
   /// From 1, the oldest; 0 while there is none.
   [[nodiscard]] std::size_t current() const;
   /// Selects the current hit; selects nothing without one.
@@ -61,23 +58,13 @@ class PaneFind : public QObject {
   void counted();
 
  private:
-  /// In the document's characters.
-  struct Place {
-    int start;
-    int length;
-  };
-  using Places = std::deque<Place>;
+  using Place = PaneHits::Place;
 
   /// Shows the hits anew whenever this view scrolls.
   void watchBar(const QTextBrowser& view);
   void watchDocument(QTextDocument& document);
   void takeChange(int from, int removed, int added);
   void takeTurn();
-  /// Looks through the next paragraph towards the document's end. Returns whether there
-  /// was one.
-  bool lookDown();
-  /// The same towards its beginning, if there are not too many hits.
-  bool lookUp();
   void chooseNearest();
   void makeCurrent(const Place& place);
   /// The view in which the reader reads.
@@ -87,7 +74,6 @@ class PaneFind : public QObject {
   [[nodiscard]] static Place inSight(const QTextBrowser& view, int above = 0, int below = 0);
   /// Where a hit can be read without scrolling.
   [[nodiscard]] Place readable() const;
-  [[nodiscard]] Places::const_iterator firstFrom(int position) const;
   void showLater();
   void show();
   /// Takes the marks in the text away.
@@ -96,15 +82,10 @@ class PaneFind : public QObject {
   void showMarks();
 
   QTextBrowser& pane_;
-  PaneSight& sight_;
   ReadBack& readBack_;
   QPointer<QTextDocument> document_;
-  TextFinder finder_;
-  Places hits_;
+  PaneHits hits_;
   int covered_ = 0;
-  // Between these two places all hits are known.
-  int lookedFrom_ = 0;
-  int lookedTo_ = 0;
   /// The place behind the last one that was in sight before words were looked for. None
   /// if the reader has moved since.
   std::optional<int> origin_;

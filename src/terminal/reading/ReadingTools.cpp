@@ -47,7 +47,7 @@ ShownLine lineAt(const QTextBrowser& view, const QPoint& place) {
 }  // namespace
 
 ReadingTools::ReadingTools(QTextBrowser& pane, PaneSight& sight, QWidget& inputBar)
-    : pane_(pane), sight_(sight), inputBar_(inputBar), readBack_(pane, sight) {
+    : pane_(pane), inputBar_(inputBar), readBack_(pane, sight) {
   connect(&readBack_, &ReadBack::opened, this, [this] {
     ReadBackView& view = *readBack_.view();
     connect(&view, &ReadBackView::menuWanted, this,
@@ -88,7 +88,7 @@ void ReadingTools::find() {
                                  : pane_;
   const QString selected = read.textCursor().selectedText().replace(QChar::Nbsp, u' ');
   if (!findBar_) {
-    findBar_ = std::make_unique<FindBar>(pane_, sight_, readBack_);
+    findBar_ = std::make_unique<FindBar>(pane_, readBack_);
     connect(findBar_.get(), &FindBar::dismissed, this, [this] { closeFindBar(); });
     orderTabs();
   }

@@ -59,7 +59,6 @@ class ReadingTools : public QObject {
   [[nodiscard]] QPoint placeForKeys(const QTextBrowser& view) const;
 
   QTextBrowser& pane_;
-  PaneSight& sight_;
   QWidget& inputBar_;
   ReadBack readBack_;
   std::unique_ptr<FindBar> findBar_;
