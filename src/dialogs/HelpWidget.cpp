@@ -1,6 +1,7 @@
 #include "dialogs/HelpWidget.h"
 
 #include <QFocusEvent>
+#include <QFontMetrics>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -95,6 +96,8 @@ QTextEdit* licenceBox(QWidget* parent) {
   box->setTabChangesFocus(true);
   box->setUndoRedoEnabled(false);
   box->setFont(courierNew(8));
+  constexpr int fewestLines = 8;  // however large the desktop's font above it is
+  box->setMinimumHeight(fewestLines * QFontMetrics(box->font()).lineSpacing());
   box->setPlainText(licenceText());
   box->moveCursor(QTextCursor::Start);
   return box;
