@@ -887,6 +887,10 @@ Mehr dazu mit „kelmora --help“.
         <translation>Schließen (Esc)</translation>
     </message>
     <message>
+        <source>No expression</source>
+        <translation>Kein Ausdruck</translation>
+    </message>
+    <message>
         <source>No hit</source>
         <translation>Kein Treffer</translation>
     </message>

@@ -186,7 +186,7 @@ void TestPaneFind::theCountFollowsTheWords_data() {
                                  << "9 of 9";
   QTest::newRow("no expression") << "("
                                  << "Regular expression"
-                                 << "No hit";
+                                 << "No expression";
   QTest::newRow("no words") << ""
                             << ""
                             << "";

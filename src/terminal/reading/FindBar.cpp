@@ -9,6 +9,7 @@
 #include <QTextBrowser>
 #include <QToolButton>
 #include <algorithm>
+#include <utility>
 
 #include "terminal/reading/DesktopPalette.h"
 
@@ -165,9 +166,11 @@ void FindBar::goToNewer() {
 }
 
 void FindBar::look() {
-  find_->look(TextFinder(words_->text(), {.matchCase = matchCase_->isChecked(),
-                                          .wholeWords = wholeWords_->isChecked(),
-                                          .expression = expression_->isChecked()}));
+  TextFinder finder(words_->text(), {.matchCase = matchCase_->isChecked(),
+                                     .wholeWords = wholeWords_->isChecked(),
+                                     .expression = expression_->isChecked()});
+  isNoExpression_ = expression_->isChecked() && !finder.isUsable();
+  find_->look(std::move(finder));
   tellCount();
   speakLater();
 }
@@ -189,6 +192,8 @@ void FindBar::speak() {
 void FindBar::tellCount() {
   if (words_->text().isEmpty())
     count_->clear();
+  else if (isNoExpression_)
+    count_->setText(tr("No expression"));
   else if (find_->count() == 0)
     count_->setText(find_->isDone() ? tr("No hit") : QString());
   else if (find_->count() == PaneHits::most)

@@ -61,6 +61,7 @@ class FindBar : public QFrame {
   std::unique_ptr<PaneFind> find_;
   Announcer announcer_;
   QTimer speaks_;
+  bool isNoExpression_ = false;
   QHBoxLayout* row_;
   QLineEdit* words_;
   QLabel* count_;
