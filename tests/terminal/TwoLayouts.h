@@ -27,7 +27,7 @@ inline bool layOut(QTextBrowser& browser, qreal top, qreal bottom) {
   if (!layout)
     return false;
   const bool changed = layout->layOut(top, bottom);
-  layout->tellSize();
+  layout->emitSizeChange();
   // The caller of layOut() has to have the changes painted.
   if (changed)
     browser.viewport()->update();

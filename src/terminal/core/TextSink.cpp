@@ -40,7 +40,7 @@ qsizetype TextSink::takeRun(QByteArrayView rest) {
   if (isWide(first)) {
     const auto end = std::find_if_not(rest.begin(), rest.end(), isWide);
     const QByteArrayView run = rest.first(end - rest.begin());
-    wide_.append(run);
+    undecoded_.append(run);
     lines += run;
     return run.size();
   }
@@ -147,11 +147,11 @@ void TextSink::addBlank() {
 }
 
 void TextSink::addWide() {
-  if (wide_.isEmpty())
+  if (undecoded_.isEmpty())
     return;
-  wide_.prepend(HtmlSink::markGuard);
-  addDecoded(QString::fromUtf8(wide_).sliced(1));
-  wide_.clear();
+  undecoded_.prepend(HtmlSink::markGuard);
+  addDecoded(QString::fromUtf8(undecoded_).sliced(1));
+  undecoded_.clear();
 }
 
 void TextSink::addDecoded(QStringView text) {

@@ -75,7 +75,7 @@ class TextSink final : public ReadSink {
   bool inPair_ = false;
   /// Bytes outside ASCII that are not decoded yet: bytes that are dropped, such as
   /// carriage returns, may divide a character.
-  QByteArray wide_;
+  QByteArray undecoded_;
   Segment segment_;
   std::vector<qsizetype> tabs_;  ///< where the segment's tabs are in the plain lines
   /// Whether only the importer can find out what some part of the read shows.

@@ -49,7 +49,7 @@ QRectF PaneLayout::blockBoundingRect(const QTextBlock& block) const {
   auto& self = const_cast<PaneLayout&>(*this);
   const bool isPlaced = !rows_.isWriting() && !isStepOfWalk(block);
   if (isPlaced && rows_.place(block))
-    self.tellChange(rows_.rowOf(block).top);
+    self.emitChange(rows_.rowOf(block).top);
   const BlockRows::Row& row = rows_.rowOf(block);
   const QPointF corner(document()->documentMargin(), row.top);
   if (isPlaced)
@@ -75,7 +75,7 @@ int PaneLayout::hitTest(const QPointF& point, Qt::HitTestAccuracy accuracy) cons
     return accuracy == Qt::ExactHit ? -1 : 0;
   auto& self = const_cast<PaneLayout&>(*this);
   if (self.layOut(point.y(), point.y() + 1))
-    self.tellChange(rows_.rowOf(rows_.blockAt(point.y())).top);
+    self.emitChange(rows_.rowOf(rows_.blockAt(point.y())).top);
   nextStep_ = accuracy == Qt::ExactHit ? 0 : -1;
   const QTextBlock block = rows_.blockAt(point.y());
   const QPointF inside = point - QPointF(document()->documentMargin(), rows_.rowOf(block).top);
@@ -100,7 +100,7 @@ void PaneLayout::draw(QPainter* painter, const PaintContext& context) {
   const qreal top = context.clip.isValid() ? context.clip.top() : 0;
   const qreal bottom = context.clip.isValid() ? context.clip.bottom() : documentSize().height();
   if (layOut(top, bottom))
-    tellSizeLater();
+    emitChangeLater();
   // A selection that goes on behind the end of a line is not painted in the margin.
   PaintContext inside = context;
   const qreal margin = document()->documentMargin();
@@ -112,7 +112,7 @@ void PaneLayout::draw(QPainter* painter, const PaintContext& context) {
     if (row.top > bottom)
       break;
     if (rows_.place(block))
-      tellSizeLater();
+      emitChangeLater();
     blocklines::paint(*painter, block, {margin, row.top}, inside);
   }
 }
@@ -123,7 +123,7 @@ void PaneLayout::documentChanged(int from, int /*oldLength*/, int length) {
   rows_.noteChange(from, length);
   if (rows_.isWriting())
     return;
-  tellChange(topOf(document()->findBlock(from)));
+  emitChange(topOf(document()->findBlock(from)));
 }
 
 // ---- what is laid out -------------------------------------------------------
@@ -151,31 +151,31 @@ void PaneLayout::keepNear(const std::vector<Stretch>& seen) {
   rows_.keepNear(seen);
 }
 
-void PaneLayout::tellSize() {
-  // When the size is told, a scroll bar may appear or disappear. That changes the
+void PaneLayout::emitSizeChange() {
+  // At that signal a scroll bar may appear or disappear. That changes the
   // width, and so the size again.
   constexpr int rounds = 4;
-  if (std::exchange(isTelling_, true))
+  if (std::exchange(isEmitting_, true))
     return;
-  for (int round = 0; round < rounds && documentSize() != toldSize_; ++round) {
-    toldSize_ = documentSize();
-    Q_EMIT documentSizeChanged(toldSize_);
+  for (int round = 0; round < rounds && documentSize() != emittedSize_; ++round) {
+    emittedSize_ = documentSize();
+    Q_EMIT documentSizeChanged(emittedSize_);
   }
-  isTelling_ = false;
+  isEmitting_ = false;
 }
 
-void PaneLayout::tellSizeLater() {
-  if (std::exchange(tellsLater_, true))
+void PaneLayout::emitChangeLater() {
+  if (std::exchange(emitsLater_, true))
     return;
   const auto tell = [this] {
-    tellsLater_ = false;
-    tellChange(0);
+    emitsLater_ = false;
+    emitChange(0);
   };
   QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
 }
 
-void PaneLayout::tellChange(qreal top) {
-  tellSize();
+void PaneLayout::emitChange(qreal top) {
+  emitSizeChange();
   // Far beyond the end, because text below the end may have been removed.
   constexpr qreal everything = 1e9;
   Q_EMIT update(QRectF(0, top, everything, everything));

@@ -41,7 +41,7 @@ class PaneLayout : public QAbstractTextDocumentLayout {
   /// Frees the lines of blocks that are near none of these parts, if there are many.
   void keepNear(const std::vector<Stretch>& seen);
   /// Emits documentSizeChanged() if the size has changed since it was last emitted.
-  void tellSize();
+  void emitSizeChange();
 
   // The following break nothing into lines.
   [[nodiscard]] qreal topOf(const QTextBlock& block) const;
@@ -61,15 +61,15 @@ class PaneLayout : public QAbstractTextDocumentLayout {
  private:
   [[nodiscard]] bool isReady() const;
   [[nodiscard]] bool isStepOfWalk(const QTextBlock& block) const;
-  void tellSizeLater();
+  void emitChangeLater();
   /// Emits that the size may have changed, and all that is below a height.
-  void tellChange(qreal top);
+  void emitChange(qreal top);
 
   /// Mutable because questions to a layout are const, and have it measure blocks.
   mutable BlockRows rows_;
-  QSizeF toldSize_;
-  bool isTelling_ = false;
-  bool tellsLater_ = false;
+  QSizeF emittedSize_;
+  bool isEmitting_ = false;
+  bool emitsLater_ = false;
   mutable int nextStep_ = -1;  ///< the next block of a walk, see isStepOfWalk(); -1 for none
 };
 

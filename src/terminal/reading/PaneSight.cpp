@@ -126,7 +126,7 @@ void PaneSight::end() {
     takeCursors();
     topLine_.setPosition(topPosition_);
   }
-  // Telling the size may show or hide a scroll bar, which changes the width.
+  // The signal of a new size may show or hide a scroll bar, which changes the width.
   constexpr int rounds = 3;
   qreal top = 0;
   for (int round = 0; round < rounds; ++round) {
@@ -135,7 +135,7 @@ void PaneSight::end() {
       top = wantedTop();
     while (layout().layOut(top, top + height));
     const QSize before = pane_.viewport()->size();
-    layout().tellSize();
+    layout().emitSizeChange();
     if (pane_.viewport()->size() == before)
       break;
     keeps_ = Keeps::Nothing;
@@ -223,7 +223,7 @@ void PaneSight::layOutForPaint() {
   constexpr int rounds = 8;
   for (int round = 0; round < rounds && layout().layOut(bar.value(), bar.value() + height);
        ++round) {
-    layout().tellSize();
+    layout().emitSizeChange();
     const qreal shift = drawn.isValid() ? layout().topOf(drawn) - drawnTop : 0;
     wanted = std::lround(before + shift);
     bar.setValue(follows_ ? bar.maximum() : static_cast<int>(wanted));

@@ -23,7 +23,7 @@ class Alphabet {
     for (const QChar letter : text)
       seen_[letter.unicode()] = true;
   }
-  [[nodiscard]] bool isTeachable() const {
+  [[nodiscard]] bool isLearnable() const {
     return std::none_of(unteachable.begin(), unteachable.end(),
                         [this](char16_t letter) { return seen_[letter]; });
   }
@@ -65,9 +65,9 @@ class Looks {
 
 /// Finds out which characters and formats a document has, lets the toolkit write a
 /// sample of each, and takes their HTML from that.
-class HtmlForms::Teacher {
+class HtmlForms::Learner {
  public:
-  Teacher(const QTextDocument& document, const DocumentRuns& content)
+  Learner(const QTextDocument& document, const DocumentRuns& content)
       : formats_(document.allFormats()), samples_(document) {
     for (const DocumentRuns::Paragraph& paragraph : content.paragraphs) {
       inTexts_.add(paragraph.text);
@@ -79,8 +79,8 @@ class HtmlForms::Teacher {
         use = useOf(formats_.at(run.format).toCharFormat());
   }
 
-  [[nodiscard]] std::optional<HtmlForms> teach() {
-    if (!inTexts_.isTeachable() || !inTargets_.isTeachable())
+  [[nodiscard]] std::optional<HtmlForms> learn() {
+    if (!inTexts_.isLearnable() || !inTargets_.isLearnable())
       return std::nullopt;
     addSamples();
     if (!samples_.write() || !learnLetters() || !learnTargetLetters() || !learnRuns() ||
@@ -212,7 +212,7 @@ class HtmlForms::Teacher {
 
 std::optional<HtmlForms> HtmlForms::learn(const QTextDocument& document,
                                           const DocumentRuns& content) {
-  return Teacher(document, content).teach();
+  return Learner(document, content).learn();
 }
 
 QByteArray HtmlForms::bytesOf(const QString& html) {

@@ -47,7 +47,7 @@ class HtmlForms {
   [[nodiscard]] const Letters& letters() const { return letters_; }
 
  private:
-  class Teacher;
+  class Learner;
   using ParagraphKind = std::pair<std::pair<int, int>, bool>;
 
   [[nodiscard]] static ParagraphKind kindOf(const DocumentRuns::Paragraph& paragraph);
