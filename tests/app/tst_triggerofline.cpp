@@ -4,6 +4,9 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <array>
+#include <random>
+#include <string_view>
 
 #include "../automation/EditorControls.h"
 #include "PlayWindow.h"
@@ -47,6 +50,27 @@ Entry makeTriggerAt(PlayWindow& play, const QString& words) {
   return entry;
 }
 
+/// A line with everything that is shown or stored in another way than it came, and with
+/// a word of its own that stands alone.
+QByteArray randomLine(std::mt19937& random, const QByteArray& word) {
+  static constexpr std::array<std::string_view, 26> pieces{
+      "\"",       "{*}",      "%s",      "\t",        "  ",         " ",        " ",
+      "\xc3\xbc", "\x1b[31m", "\x1b[0m", "&lt;",      "&",          "<b>",      "</b>",
+      "<",        ">",        "You",     "dies. Bob", "www.a.test", "http://b", "\xe2\x80\x9c",
+      "\xfc",     "&nbsp;",   "\x01",    "(x, y)",    "Www.w"};
+  const auto addSome = [&random](QByteArray& line) {
+    for (auto length = random() % 8; length > 0; --length) {
+      const std::string_view piece = pieces.at(random() % pieces.size());
+      line.append(piece.data(), static_cast<qsizetype>(piece.size()));
+    }
+  };
+  QByteArray line;
+  addSome(line);
+  line += ' ' + word + ' ';
+  addSome(line);
+  return line;
+}
+
 [[nodiscard]] bool hasShown(PlayWindow& play, const QString& words) {
   return QTest::qWaitFor([&] { return play.text().contains(words); });
 }
@@ -60,6 +84,8 @@ class TestTriggerOfLine : public QObject {
   void init();
   void theTriggerFiresNowAndAfterANewStart_data();
   void theTriggerFiresNowAndAfterANewStart();
+  void triggersOfRandomLinesFire_data();
+  void triggersOfRandomLinesFire();
   void whatIsCancelledLeavesNoTrace();
   void linesOfTheClientOfferNoTrigger();
   void aPromptAndWhatIsBehindItAreTwo();
@@ -132,6 +158,39 @@ void TestTriggerOfLine::theTriggerFiresNowAndAfterANewStart() {
   QVERIFY(play.connectTo(server));
   server.send(read);
   QTRY_COMPARE(server.received(), QByteArray("smile\r\n"));
+}
+
+void TestTriggerOfLine::triggersOfRandomLinesFire_data() {
+  QTest::addColumn<bool>("html");
+  QTest::newRow("tags are shown") << false;
+  QTest::newRow("tags are parsed") << true;
+}
+
+void TestTriggerOfLine::triggersOfRandomLinesFire() {
+  QFETCH(const bool, html);
+  const DialogAnswers none;
+  GameServer server;
+  PlayWindow play(server.port(), {{"parseHtml", int{html}}, {"displayURLs", 1}});
+  QVERIFY(play.connectTo(server));
+  const EditorControls controls(*play.window->findChild<TriggerWidget*>(), "trigger");
+  std::mt19937 random(7);  // NOLINT(*-msc51-cpp,cert-msc32-c): the same lines in every run
+  for (int turn = 0; turn < 40; ++turn) {
+    const QByteArray word = "word" + QByteArray::number(turn) + 'e';
+    const QByteArray line = randomLine(random, word);
+    // Tags of one line are not to hide the next ones.
+    const QByteArray read = "\x1b[0m" + line + (html ? "></b>\r\n" : "\r\n");
+    const QByteArray behind = "Behind " + QByteArray::number(turn) + '.';
+    server.send(read + behind + "\r\n");
+    QVERIFY(hasShown(play, behind));
+    QVERIFY2(makeTriggerAt(play, word) == Entry::Triggered, line.toPercentEncoding().constData());
+    retype(controls.commands, word);
+    click(controls.save);
+    click(controls.close);
+    server.forget();
+    server.send(read);
+    QVERIFY2(QTest::qWaitFor([&] { return server.received().contains(word + "\r\n"); }),
+             (line.toPercentEncoding() + " -> " + controls.label->text().toUtf8()).constData());
+  }
 }
 
 void TestTriggerOfLine::whatIsCancelledLeavesNoTrace() {

@@ -90,6 +90,10 @@ void TestLinePattern::thePatternOfALine_data() {
       "aus");
   row("typographic quotation marks belong to no word", "\xe2\x80\x9cHello,\xe2\x80\x9d says Bob",
       "says Bob");
+  row("the words next to a word with an umlaut stay",
+      "Das \xc3\xbc"
+      "ble Ding",
+      "Ding");
   row("words at a dash are whole", "An old\xe2\x80\x94very old\xe2\x80\x94orc", "very old");
   row("a tab is left out", "Name:&nbsp;&nbsp;&nbsp;&nbsp;Bob the Great", "Bob the Great");
   row("an entity alone stands for itself", "Bob&nbsp;&amp; Al", "Bob&nbsp;&amp; Al");
@@ -139,7 +143,8 @@ void TestLinePattern::everyPatternFiresOnItsLineBeforeAndAfterLoading() {
     ++offered;
     QVERIFY2(fires(pattern, line), line.toPercentEncoding().constData());
     const QStringList loaded = savedAndLoaded(pattern);
-    QVERIFY2(loaded == QStringList({"before", pattern, "behind"}), line.toPercentEncoding().constData());
+    QVERIFY2(loaded == QStringList({"before", pattern, "behind"}),
+             line.toPercentEncoding().constData());
     QVERIFY2(fires(loaded.at(1), line), line.toPercentEncoding().constData());
   }
   QVERIFY2(offered > 20'000, QByteArray::number(offered).constData());

@@ -1,4 +1,5 @@
 #include "automation/core/RecentLines.h"
+#include "support/ProcessorClock.h"
 #include "support/ScratchMain.h"
 
 using namespace kelmora;
@@ -12,7 +13,9 @@ class TestRecentLines : public QObject {
   void theLineThatIsShown();
   void oldLinesAreForgotten();
   void ofALongLineTheBeginningIsKept();
-  void whatIsShownAndTooLongIsNotLookedUp();
+  void ofALongLineOfThePaneTheNeighbourhoodIsLookedUp();
+  void noLineTakesLongToLookUp_data();
+  void noLineTakesLongToLookUp();
 };
 
 void TestRecentLines::theLineThatIsShown_data() {
@@ -57,6 +60,10 @@ void TestRecentLines::theLineThatIsShown_data() {
       "The orc dies. <img");
   row("entities are resolved", {"Bob &amp; Al rest."}, "Bob & Al rest.", "rest",
       "Bob &amp; Al rest.");
+  row("tags and entities", {"<b>&lt; The orc</b> dies."}, "<b>< The orc</b> dies.", "dies",
+      "<b>&lt; The orc</b> dies.");
+  row("tags that are not shown and entities", {"<b>&lt; The orc</b> dies."}, "< The orc dies.",
+      "dies", "<b>&lt; The orc</b> dies.");
   row("a message of the client is none", {"The orc dies.", ""}, "++ Variable set", "set", "");
   row("nothing is shown in an empty line", {"The orc dies.", ""}, "", "", "");
   row("nothing came", {}, "The orc dies.", "orc", "");
@@ -103,12 +110,42 @@ void TestRecentLines::ofALongLineTheBeginningIsKept() {
   QCOMPARE(recent.shownAt(oneWord, 3), oneWord.first(RecentLines::longestLine));
 }
 
-void TestRecentLines::whatIsShownAndTooLongIsNotLookedUp() {
+void TestRecentLines::ofALongLineOfThePaneTheNeighbourhoodIsLookedUp() {
   RecentLines recent;
   recent.add("The orc dies.");
-  const QString shown = "The orc dies." + QString(RecentLines::longestShown, u'x');
-  QCOMPARE(recent.shownAt(shown, 0), QByteArray());
-  QCOMPARE(recent.shownAt(shown.first(RecentLines::longestShown), 0), QByteArray("The orc dies."));
+  recent.add("You win.");
+  const QString shown = "The orc dies." + QString(RecentLines::longestShown, u' ') + "You win.";
+  QCOMPARE(recent.shownAt(shown, 5), QByteArray("The orc dies."));
+  QCOMPARE(recent.shownAt(shown, shown.size() - 2), QByteArray("You win."));
+  QCOMPARE(recent.shownAt(shown, shown.size() / 2), QByteArray());
+}
+
+void TestRecentLines::noLineTakesLongToLookUp_data() {
+  QTest::addColumn<QByteArray>("line");
+  QTest::addColumn<QString>("shown");
+  const QByteArray many(RecentLines::longestLine - 4, 'a');
+  const QString shown(RecentLines::longestShown, u'a');
+  QTest::newRow("one that differs at its beginning") << 'b' + many << shown;
+  QTest::newRow("one that differs at its end") << many + 'b' << shown;
+  QTest::newRow("one with an entity and a word that differs at its beginning")
+      << "& b" + many.chopped(2) << shown;
+  QTest::newRow("one of tags") << QByteArray("<>a").repeated(many.size() / 3) << shown;
+  QTest::newRow("one of beginnings of tags") << QByteArray(many.size(), '<') << shown;
+  QTest::newRow("one of entities")
+      << QByteArray("& a ").repeated(many.size() / 4) << QString("b ").repeated(shown.size() / 2);
+}
+
+void TestRecentLines::noLineTakesLongToLookUp() {
+  QFETCH(const QByteArray, line);
+  QFETCH(const QString, shown);
+  RecentLines recent;
+  for (qsizetype bytes = 0; bytes < RecentLines::mostBytes; bytes += line.size())
+    recent.add(line);
+  for (const qsizetype place : {qsizetype{0}, shown.size()}) {
+    const ProcessorClock clock;
+    (void)recent.shownAt(shown, place);
+    QVERIFY2(clock.elapsed() < 2000, QByteArray::number(clock.elapsed()).constData());
+  }
 }
 
 KELMORA_TEST_MAIN(TestRecentLines)

@@ -44,10 +44,10 @@ class BestPart {
   explicit BestPart(QStringView line) : line_(line) {}
 
   void add(qsizetype start, qsizetype end) {
-    const bool goesOnBefore = start > 0 && isOfWord(line_[start - 1]);
-    bool goesOnBehind = end < line_.size() && isOfWord(line_[end]);
     while (start < end && line_[start] == u' ')
       ++start;
+    const bool goesOnBefore = start > 0 && isOfWord(line_[start - 1]);
+    bool goesOnBehind = end < line_.size() && isOfWord(line_[end]);
     if (end - start > longestPattern) {
       end = start + longestPattern;
       goesOnBehind = isOfWord(line_[end]);

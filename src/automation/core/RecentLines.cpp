@@ -1,6 +1,7 @@
 #include "automation/core/RecentLines.h"
 
 #include <QStringView>
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -24,8 +25,8 @@ bool mayBeShownOtherwise(QStringView text) {
   return text.contains(u'&') || text.contains(u"ww.") || text.contains(u"://");
 }
 
-/// Without tags, and without a tag's end at the beginning of the text or a tag's
-/// beginning at its end: a tag may be divided by the end of a line.
+/// Without tags, and without the beginning of one at its end: a tag may be divided by
+/// the end of a line.
 QString withoutTags(QString text) {
   qsizetype start = text.indexOf(u'<');
   while (start >= 0) {
@@ -37,19 +38,22 @@ QString withoutTags(QString text) {
 }
 
 /// The place of a text in what is shown, preferably where it covers a certain place.
+/// The search from the end stays quick for any text.
 std::optional<Extent> placeOf(QStringView text, QStringView shown, qsizetype place) {
   qsizetype start = shown.lastIndexOf(text, place);
   if (start < 0)
-    start = shown.indexOf(text, place);
+    start = shown.lastIndexOf(text);
   return start < 0 ? std::nullopt : std::optional(Extent{start, start + text.size()});
 }
 
 /// The place of a text of which some words may be shown in another way: from its
-/// first word that is not to its last.
+/// first word that is not to its last. Very long words are left out, as the search
+/// for some of them takes very long.
 std::optional<Extent> placeOfWords(QStringView text, QStringView shown) {
+  constexpr qsizetype longestWord = 200;
   std::optional<Extent> extent;
   for (const QStringView word : text.tokenize(u' ', Qt::SkipEmptyParts)) {
-    if (mayBeShownOtherwise(word))
+    if (mayBeShownOtherwise(word) || word.size() > longestWord)
       continue;
     const qsizetype start = shown.indexOf(word, extent ? extent->end : 0);
     if (start < 0)
@@ -60,18 +64,19 @@ std::optional<Extent> placeOfWords(QStringView text, QStringView shown) {
 }
 
 std::optional<Extent> find(const QByteArray& line, QStringView shown, qsizetype place) {
-  QString text = QString::fromUtf8(line).replace(tabOfLine, QStringLiteral(" ")).simplified();
+  const QString text = QString::fromUtf8(line).replace(tabOfLine, QStringLiteral(" ")).simplified();
   if (text.isEmpty())
     return std::nullopt;
   std::optional<Extent> extent = placeOf(text, shown, place);
-  if (!extent && text.contains(u'<')) {
-    text = withoutTags(std::move(text)).simplified();
-    if (!text.isEmpty())
-      extent = placeOf(text, shown, place);
-  }
   if (!extent && mayBeShownOtherwise(text))
     extent = placeOfWords(text, shown);
-  return extent;
+  if (extent || !text.contains(u'<'))
+    return extent;
+  const QString bare = withoutTags(text).simplified();
+  if (bare.isEmpty())
+    return std::nullopt;
+  extent = placeOf(bare, shown, place);
+  return extent || !mayBeShownOtherwise(bare) ? extent : placeOfWords(bare, shown);
 }
 
 }  // namespace
@@ -95,12 +100,13 @@ void RecentLines::add(const QByteArray& line) {
 }
 
 QByteArray RecentLines::shownAt(const QString& shown, qsizetype place) const {
-  if (shown.size() > longestShown)
-    return {};
+  const qsizetype excess = std::max<qsizetype>(shown.size() - longestShown, 0);
+  const qsizetype start = std::clamp<qsizetype>(place - longestShown / 2, 0, excess);
+  const QString near = shown.sliced(start, shown.size() - excess);
   // Rows of blanks count as one: where the colour changes, the pane shows fewer than
   // came.
-  const QString text = shown.simplified();
-  const qsizetype at = shown.first(place).simplified().size();
+  const QString text = near.simplified();
+  const qsizetype at = near.first(place - start).simplified().size();
   QByteArray best;
   std::pair<bool, qsizetype> bestRank(false, 0);
   for (auto line = lines_.rbegin(); line != lines_.rend(); ++line) {

@@ -16,8 +16,8 @@ class RecentLines {
   static constexpr qsizetype mostLines = 1 << 14;
   /// In bytes. Of a longer line the beginning is kept.
   static constexpr qsizetype longestLine = 1 << 11;
-  /// In characters. What is shown and longer is not looked up.
-  static constexpr qsizetype longestShown = 1 << 14;
+  /// In characters. Of a longer line of the pane what is around the place is looked up.
+  static constexpr qsizetype longestShown = 1 << 12;
 
   void add(const QByteArray& line);
 
