@@ -13,7 +13,6 @@
 #include <QUrl>
 #include <algorithm>
 #include <utility>
-#include <vector>
 
 #include "terminal/reading/DesktopPalette.h"
 #include "terminal/reading/FindBar.h"
@@ -99,14 +98,18 @@ void ReadingTools::find() {
 }
 
 void ReadingTools::orderTabs() {
-  std::vector<QWidget*> order;
-  if (findBar_)
-    order.push_back(findBar_->lastControl());
-  if (readBack_.isOpen())
-    order.insert(order.end(), {readBack_.view(), readBack_.border()});
-  order.insert(order.end(), {&pane_, &inputBar_});
-  for (std::size_t i = 1; i < order.size(); ++i)
-    QWidget::setTabOrder(order[i - 1], order[i]);
+  QWidget* last = findBar_ ? findBar_->lastControl() : nullptr;
+  const auto follow = [&last](QWidget* next) {
+    if (last)
+      QWidget::setTabOrder(last, next);
+    last = next;
+  };
+  if (readBack_.isOpen()) {
+    follow(readBack_.view());
+    follow(readBack_.border());
+  }
+  follow(&pane_);
+  follow(&inputBar_);
 }
 
 void ReadingTools::closeFindBar() {
