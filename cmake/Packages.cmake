@@ -39,7 +39,8 @@ dialogs and kept in plain text files of your own.
 
 The package kelmora-demo has a small world to try it in.")
 set(CPACK_DEBIAN_DEMO_PACKAGE_NAME kelmora-demo)
-set(CPACK_DEBIAN_DEMO_PACKAGE_SUGGESTS kelmora)
+# Its entry in the menu opens the client, too.
+set(CPACK_DEBIAN_DEMO_PACKAGE_RECOMMENDS kelmora)
 set(CPACK_DEBIAN_DEMO_DESCRIPTION "small game world for the Kelmora client
 Serves a small world with a tutorial, in which the client's colours, bars,
 triggers and scripts can be tried without the game itself.

@@ -25,6 +25,9 @@ class DemoServer : public QObject, private DemoHost {
   [[nodiscard]] bool listen(quint16 port);
   [[nodiscard]] quint16 port() const { return listener_.serverPort(); }
   [[nodiscard]] QString errorString() const { return listener_.errorString(); }
+  [[nodiscard]] bool isPortTaken() const {
+    return listener_.serverError() == QAbstractSocket::AddressInUseError;
+  }
   /// Connections that are open now, named or not.
   [[nodiscard]] int sessionCount() const { return static_cast<int>(sessions_.size()); }
 

@@ -1,6 +1,8 @@
+#include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTcpSocket>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include "demo/DemoServer.h"
@@ -96,6 +98,7 @@ class TestDemoServer : public QObject {
   void listensOnThisComputerOnly();
   void aPortInUseIsRefusedWithAReason();
   void theProgramTellsItsPort();
+  void theProgramOpensTheClientAndEndsWithIt();
   void theProgramAnswersItsArguments_data();
   void theProgramAnswersItsArguments();
   void everyResponseArrivesInOnePiece();
@@ -158,6 +161,38 @@ void TestDemoServer::theProgramTellsItsPort() {
       "kelmora-demo: cannot listen on 127.0.0.1 port " + said.captured(1).toUtf8()));
   program.terminate();
   QVERIFY(program.waitForFinished(20000));
+}
+
+void TestDemoServer::theProgramOpensTheClientAndEndsWithIt() {
+  const QTemporaryDir folder;
+  QFile client(folder.filePath(QStringLiteral("kelmora")));
+  QVERIFY(client.open(QIODevice::WriteOnly));
+  client.write("#!/bin/sh\necho a client plays\nexit 7\n");
+  client.close();
+  QVERIFY(client.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+  QProcess program;
+  auto environment = QProcessEnvironment::systemEnvironment();
+  environment.insert(QStringLiteral("PATH"), folder.path() + ":/usr/bin:/bin");
+  program.setProcessEnvironment(environment);
+  const QStringList play{QStringLiteral("--play"), QStringLiteral("--port")};
+  program.start(QStringLiteral(KELMORA_DEMO_PROGRAM), play + QStringList{QStringLiteral("0")});
+  QVERIFY(program.waitForFinished(20000));
+  QCOMPARE(program.exitCode(), 7);
+  QVERIFY(program.readAllStandardOutput().endsWith("a client plays\n"));
+
+  DemoServer first(quick());
+  QVERIFY(first.listen(0));
+  program.start(QStringLiteral(KELMORA_DEMO_PROGRAM),
+                play + QStringList{QString::number(first.port())});
+  QVERIFY(program.waitForFinished(20000));
+  QCOMPARE(program.exitCode(), 7);
+  QVERIFY(program.readAllStandardOutput().endsWith("a client plays\n"));
+
+  QVERIFY(client.remove());
+  program.start(QStringLiteral(KELMORA_DEMO_PROGRAM), play + QStringList{QStringLiteral("0")});
+  QVERIFY(program.waitForFinished(20000));
+  QCOMPARE(program.exitCode(), 1);
+  QVERIFY(program.readAllStandardError().startsWith("kelmora-demo: cannot start the client"));
 }
 
 void TestDemoServer::theProgramAnswersItsArguments_data() {

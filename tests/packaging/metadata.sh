@@ -7,7 +7,7 @@ set -euo pipefail
 sources=$1 built=$2
 ran=0
 if command -v desktop-file-validate > /dev/null; then
-  told=$(desktop-file-validate "$sources/kelmora.desktop" 2>&1) || true
+  told=$(desktop-file-validate "$sources"/*.desktop 2>&1) || true
   [ -z "$told" ] || { echo "FAILED: $told"; exit 1; }
   ran=$((ran + 1))
 fi
