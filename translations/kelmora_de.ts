@@ -563,6 +563,25 @@ Mehr dazu mit „kelmora --help“.
     </message>
 </context>
 <context>
+    <name>PlayersFolder</name>
+    <message>
+        <source>The folder for your files cannot be made or entered:
+%1
+Is the disk full, or is a folder in its path write-protected?</source>
+        <translation>Der Ordner für die eigenen Dateien kann nicht angelegt oder betreten werden:
+%1
+Ist der Datenträger voll oder ein Ordner im Pfad schreibgeschützt?</translation>
+    </message>
+    <message>
+        <source>Nothing can be written in the folder of your files:
+%1
+It is write-protected, or the disk is full. You can play, but what you change in aliases, triggers and variables will be lost.</source>
+        <translation>Im Ordner der eigenen Dateien kann nichts geschrieben werden:
+%1
+Er ist schreibgeschützt oder der Datenträger voll. Spielen ist möglich, aber Änderungen an Aliassen, Triggern und Variablen gehen verloren.</translation>
+    </message>
+</context>
+<context>
     <name>ProxyWidget</name>
     <message>
         <source>Socks5</source>

@@ -2,10 +2,12 @@
 #include <QLocale>
 #include <QPixmap>
 #include <cstdio>
+#include <cstdlib>
 
 #include "app/ApplicationFonts.h"
 #include "app/CommandLine.h"
 #include "app/MainWidget.h"
+#include "app/PlayersFolder.h"
 #include "app/Profile.h"
 #include "app/StartSplash.h"
 #include "app/Translations.h"
@@ -32,6 +34,8 @@ int main(int argc, char** argv) {
 
   const QApplication application(argc, argv);
   const Translations translations(language);
+  if (!checkPlayersFolder())
+    return EXIT_FAILURE;
 
   StartSplash splash(QPixmap(QStringLiteral(":/icons/splash.png")));
   splash.show();

@@ -54,6 +54,17 @@ ln -sf "$scratch/moved/licenses.txt" "$mine/licenses.txt"
 "$kelmora" > /dev/null
 cmp "$licences" "$mine/licenses.txt" || fail "a link that led nowhere was not mended"
 
+# What hinders it is for the program to tell, and nothing is put where it was started.
+printf '#!/bin/sh\npwd -P\necho "<$KELMORA_FOLDER>"\n' > "$scratch/usr/libexec/kelmora/kelmora"
+[ "$("$kelmora")" = "$mine
+<$mine>" ] || fail "the program is not told its folder"
+: > "$scratch/no folder"
+[ "$(XDG_DATA_HOME="$scratch/no folder" "$kelmora" 2> told)" = "$PWD
+<$scratch/no folder/kelmora>" ] || fail "a folder that cannot be made is not left to the program"
+grep -q 'no folder' told || fail "a terminal is not told why: $(cat told)"
+rm told
+[ -z "$(ls -A)" ] || fail "left files where it was started: $(ls -A)"
+
 XDG_DATA_HOME="$scratch/data of mine" "$kelmora" > told
 grep -qx "$scratch/data of mine/kelmora" told || fail "XDG_DATA_HOME is not followed: $(cat told)"
 XDG_DATA_HOME=relative "$kelmora" > told
