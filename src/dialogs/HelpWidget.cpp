@@ -1,11 +1,15 @@
 #include "dialogs/HelpWidget.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QFocusEvent>
 #include <QFontMetrics>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QTextEdit>
+#include <QUrl>
 
 #include "files/Files.h"
 
@@ -90,6 +94,18 @@ constexpr LinkRow linkRows[] = {
      QT_TRANSLATE_NOOP("HelpWidget", "Kelmora's community wiki")},
 };
 
+/// The address of a row: of the tutorial the guide that is installed with the program,
+/// where there is one.
+QString addressOf(const LinkRow& link) {
+  if (&link == &linkRows[0] && *KELMORA_GUIDE) {
+    const QFileInfo guide(QDir(QCoreApplication::applicationDirPath()),
+                          QStringLiteral(KELMORA_GUIDE));
+    if (guide.isFile())
+      return QUrl::fromLocalFile(guide.canonicalFilePath()).toString(QUrl::FullyEncoded);
+  }
+  return QString::fromUtf8(link.address);
+}
+
 QTextEdit* licenceBox(QWidget* parent) {
   auto* box = new QTextEdit(parent);
   box->setReadOnly(true);
@@ -133,7 +149,7 @@ void HelpWidget::addHead(QGridLayout& grid) {
   addCentred(grid, 1, new QLabel(tr("Made by the Kelmora client authors"), this))
       ->setFont(courierNew(14));
   for (const LinkRow& link : linkRows) {
-    const QString target = QString::fromUtf8(link.address);
+    const QString target = addressOf(link);
     const QString html = QStringLiteral("<a href=\"%1\">%2</a> - %3")
                              .arg(target.toHtmlEscaped(), tr(link.words), tr(link.description));
     addCentred(grid, link.row, new LinkLabel(html, this))->setToolTip(target);

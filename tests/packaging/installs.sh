@@ -20,7 +20,7 @@ for file in bin/kelmora libexec/kelmora/kelmora share/kelmora/licenses.txt share
   share/metainfo/example.kelmora.kelmora.metainfo.xml share/doc/kelmora/copyright; do
   has "$scratch/client/$file"
 done
-for file in bin/kelmora-demo share/doc/kelmora-demo/copyright; do has "$scratch/demo/$file"; done
+for file in bin/kelmora-demo share/applications/kelmora-demo.desktop share/doc/kelmora-demo/copyright; do has "$scratch/demo/$file"; done
 compgen -G "$scratch/client/share/man/man6/kelmora.6*" > /dev/null || fail "no manual page of the client"
 compgen -G "$scratch/demo/share/man/man6/kelmora-demo.6*" > /dev/null || fail "no manual page of the demo world"
 for size in 16 22 24 32 48 64 128 256; do
@@ -30,6 +30,17 @@ for size in 16 22 24 32 48 64 128 256; do
   told=$(od -An -tu1 -j16 -N8 "$icon" | tr -s ' ')
   [ "$told" = " 0 0 $((size / 256)) $((size % 256)) 0 0 $((size / 256)) $((size % 256))" ] ||
     fail "$icon has another size: $told"
+done
+
+if command -v awk > /dev/null; then
+  for page in guide.html guide/first-steps.html images/start.png; do has "$scratch/client/share/doc/kelmora/html/$page"; done
+fi
+# Each entry of the menu starts a command that is there.
+for part in client demo; do
+  for entry in "$scratch/$part"/share/applications/*.desktop; do
+    command=$(sed -n 's/^Exec=\([^ ]*\).*/\1/p' "$entry")
+    [ -x "$scratch/$part/bin/$command" ] || fail "$entry starts $command, which is not there"
+  done
 done
 
 # What is installed without a choice is both packages, and no file is in two.
