@@ -6,10 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "automation/editors/EditorForm.h"
 #include "automation/editors/EditorTexts.h"
-
-class QLineEdit;
-class QPlainTextEdit;
 
 namespace kelmora::automation {
 
@@ -44,13 +42,13 @@ class EditorWidget : public QDialog {
 
   template <typename Editor>
   void connectSlots(Editor* editor, const Slots<Editor>& to) {
-    connect(list_, &QComboBox::currentIndexChanged, editor, to.selectionChanged);
-    connect(addButton_, &QPushButton::clicked, editor, to.addEntry);
-    connect(deleteButton_, &QPushButton::clicked, editor, to.deleteEntry);
-    connect(editButton_, &QPushButton::clicked, editor, to.editEntry);
-    connect(saveButton_, &QPushButton::clicked, editor, to.saveEntry);
-    connect(cancelButton_, &QPushButton::clicked, editor, to.cancelEntry);
-    connect(closeButton_, &QPushButton::clicked, editor, to.closeDialog);
+    connect(form_.list, &QComboBox::currentIndexChanged, editor, to.selectionChanged);
+    connect(form_.addButton, &QPushButton::clicked, editor, to.addEntry);
+    connect(form_.deleteButton, &QPushButton::clicked, editor, to.deleteEntry);
+    connect(form_.editButton, &QPushButton::clicked, editor, to.editEntry);
+    connect(form_.saveButton, &QPushButton::clicked, editor, to.saveEntry);
+    connect(form_.cancelButton, &QPushButton::clicked, editor, to.cancelEntry);
+    connect(form_.closeButton, &QPushButton::clicked, editor, to.closeDialog);
   }
 
   // Access to the table. The positions are always those of entries.
@@ -90,30 +88,13 @@ class EditorWidget : public QDialog {
   void changeEvent(QEvent* event) override;
 
  private:
-  enum class State { Browsing, Editing };
-
-  void createControls();
-  void layOutControls();
-  void makeRoom();
-  void nameControls();
-  void setFieldColours();
-  void setState(State state);
   void listEntries();
   [[nodiscard]] bool isEntry(int position) const;
   void appendDraft(const QString& label);
 
   const EditorTexts texts_;
   bool isDraft_ = false;  // whether what is edited is not in the table yet
-  // Children of the dialog. The label field is null where labels cannot be changed.
-  QPlainTextEdit* commands_ = nullptr;
-  QLineEdit* label_ = nullptr;
-  QPushButton* editButton_ = nullptr;
-  QPushButton* saveButton_ = nullptr;
-  QPushButton* cancelButton_ = nullptr;
-  QComboBox* list_ = nullptr;
-  QPushButton* addButton_ = nullptr;
-  QPushButton* deleteButton_ = nullptr;
-  QPushButton* closeButton_ = nullptr;
+  EditorForm form_;
 };
 
 }  // namespace kelmora::automation
