@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Plays with the installed commands on a virtual display, as somebody who has just
 # installed both packages: starts the demo world and the client, connects, says a
-# line, saves the session, makes an alias.
+# line, saves the session, makes an alias and a trigger, which fires.
 set -uo pipefail
 scratch=$(mktemp -d)
 mine=$HOME/.local/share/kelmora
@@ -38,6 +38,14 @@ line() {
   xdotool key Return
   sleep 0.5
 }
+# saved FILE: the session as it is now.
+saved() {
+  xdotool key ctrl+s
+  focus "Save Game Session To File"
+  line "$scratch/$1"
+  until_true 10 test -s "$1" || fail "$1 was not saved"
+  focus "$main"
+}
 
 cd "$scratch" || exit 1
 Xvfb -displayfd 3 -screen 0 1200x1000x24 -nolisten tcp 3> display > xvfb.log 2>&1 &
@@ -61,12 +69,9 @@ xdotool key ctrl+j
 sleep 1
 line Robin
 line 'say hello'
-xdotool key ctrl+s
-focus "Save Game Session To File"
-line "$scratch/session.html"
-until_true 10 holds session.html 'You say: hello' || fail "the world's answer is not in the saved session"
+saved session.html
+holds session.html 'You say: hello' || fail "the world's answer is not in the saved session"
 
-focus "$main"
 xdotool key ctrl+l
 focus "Aliases"
 for _ in 1 2 3 4 5 6 7 8; do
@@ -78,8 +83,29 @@ done
 holds "$mine/aliases.txt" '<Enter your alias here>' || fail "no alias in $mine"
 xdotool key Escape
 sleep 0.5
+
 focus "$main"
-test "$(ls -A)" = "$(printf '%s\n' client.log display session.html world.log xvfb.log)" ||
+xdotool key ctrl+t
+focus "Triggers"
+# From the list to "Add trigger", back to "Edit trigger", into the commands, on to the
+# pattern, on to "Save trigger".
+xdotool key Tab space
+until_true 5 holds "$mine/triggers.txt" '<Enter your trigger pattern here>' || fail "no trigger in $mine"
+xdotool key shift+Tab shift+Tab space
+sleep 0.5
+xdotool type --delay 5 'say pong'
+xdotool key Tab ctrl+a
+xdotool type --delay 5 'You say: ping'
+xdotool key Tab space
+until_true 5 holds "$mine/triggers.txt" 'You say: ping' || fail "the trigger was not saved"
+xdotool key Escape
+sleep 0.5
+focus "$main"
+line 'say ping'
+sleep 1
+saved triggered.html
+holds triggered.html 'You say: pong' || fail "the trigger did not answer"
+test "$(ls -A)" = "$(printf '%s\n' client.log display session.html triggered.html world.log xvfb.log)" ||
   fail "the client left files where it was started: $(ls -A)"
 grep -q '^KELMORA CLIENT - LICENSES' "$mine/licenses.txt" || fail "no licences in $mine"
 kill -0 "$client" || fail "the client is gone"
