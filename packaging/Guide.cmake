@@ -1,20 +1,78 @@
-# Installs what docs/ has for players as web pages, to which the help leads. On a
-# system without awk there are none, and the help leads to the web.
-find_program(KELMORA_AWK awk)
+# Installs what docs/ has for players as web pages, to which the help leads. Without
+# cmark-gfm, which converts them, there are none, and the help leads to the web.
+find_program(KELMORA_CMARK cmark-gfm DOC "Makes web pages of the guide; OFF installs none")
 set(docs ${PROJECT_SOURCE_DIR}/docs)
 file(GLOB pages RELATIVE ${docs} CONFIGURE_DEPENDS
   ${docs}/guide.md ${docs}/guide/*.md ${docs}/accessibility.md ${docs}/reference.md ${docs}/reference/*.md)
-if(KELMORA_AWK AND NOT WIN32)
-  set(converter ${CMAKE_CURRENT_SOURCE_DIR}/guide.awk)
+
+# with_anchors(HTML RESULT): each heading has the name that GitHub gives it: its words
+# in small letters, blanks as hyphens, no other marks, a number behind one that was
+# there before.
+function(with_anchors html result)
+  set(done "")
+  set(names "")
+  while(html MATCHES "<h([1-6])>([^\n]*)</h[1-6]>")
+    set(heading "${CMAKE_MATCH_0}")
+    set(level ${CMAKE_MATCH_1})
+    set(words "${CMAKE_MATCH_2}")
+    string(REGEX REPLACE "<[^>]*>|&[a-z]+;" "" name "${words}")
+    string(TOLOWER "${name}" name)
+    string(REGEX REPLACE "[^a-z0-9 _-]" "" name "${name}")
+    string(REPLACE " " "-" name "${name}")
+    set(first "${name}")
+    set(number 0)
+    while(name IN_LIST names)
+      math(EXPR number "${number} + 1")
+      set(name "${first}-${number}")
+    endwhile()
+    list(APPEND names "${name}")
+    string(FIND "${html}" "${heading}" begin)
+    string(LENGTH "${heading}" length)
+    math(EXPR end "${begin} + ${length}")
+    string(SUBSTRING "${html}" 0 ${begin} before)
+    string(SUBSTRING "${html}" ${end} -1 html)
+    string(APPEND done "${before}<h${level} id=\"${name}\">${words}</h${level}>")
+  endwhile()
+  set(${result} "${done}${html}" PARENT_SCOPE)
+endfunction()
+
+# with_links(HTML PAGE RESULT): the links of the page lead to the installed pages; one
+# to any other file becomes plain words.
+function(with_links html page result)
+  get_filename_component(folder ${docs}/${page} DIRECTORY)
+  string(REGEX REPLACE "<a href=(\"#|\"[a-z]+:)" "<a to=\\1" html "${html}")
+  foreach(other IN LISTS pages)
+    file(RELATIVE_PATH path ${folder} ${docs}/${other})
+    string(REGEX REPLACE "[.]md$" ".html" made ${path})
+    foreach(end IN ITEMS "#" "\"")
+      string(REPLACE "<a href=\"${path}${end}" "<a to=\"${made}${end}" html "${html}")
+    endforeach()
+  endforeach()
+  # One character for the end of a link, so that an expression can stop before it.
+  string(ASCII 1 stop)
+  string(REPLACE "</a>" "${stop}" html "${html}")
+  string(REGEX REPLACE "<a href=[^>]*>([^${stop}]*)${stop}" "\\1" html "${html}")
+  string(REPLACE "${stop}" "</a>" html "${html}")
+  string(REPLACE "<a to=" "<a href=" html "${html}")
+  set(${result} "${html}" PARENT_SCOPE)
+endfunction()
+
+if(NOT KELMORA_CMARK)
+  message(STATUS "cmark-gfm was not found (Debian: cmark-gfm): the guide is not installed, the help leads to the web")
+elseif(NOT WIN32)
   set(guide ${CMAKE_CURRENT_BINARY_DIR}/html)
-  list(JOIN pages " " known)
+  file(REMOVE_RECURSE ${guide})
   foreach(page IN LISTS pages)
-    string(REGEX REPLACE "[.]md$" ".html" made ${guide}/${page})
-    get_filename_component(folder ${made} DIRECTORY)
-    file(MAKE_DIRECTORY ${folder})
-    execute_process(COMMAND ${CMAKE_COMMAND} -E env LC_ALL=C ${KELMORA_AWK} -v "pages= ${known} " -v here=${page} -f ${converter} ${docs}/${page}
-      OUTPUT_FILE ${made} COMMAND_ERROR_IS_FATAL ANY)
-    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${docs}/${page} ${converter})
+    # As it does unless told otherwise, it leaves out HTML that a page has as such.
+    execute_process(COMMAND ${KELMORA_CMARK} --to html --extension table ${docs}/${page}
+      OUTPUT_VARIABLE KELMORA_PAGE COMMAND_ERROR_IS_FATAL ANY)
+    with_anchors("${KELMORA_PAGE}" KELMORA_PAGE)
+    with_links("${KELMORA_PAGE}" ${page} KELMORA_PAGE)
+    string(REGEX MATCH "<h1[^>]*>([^\n]*)</h1>" heading "${KELMORA_PAGE}")
+    string(REGEX REPLACE "<[^>]*>" "" KELMORA_TITLE "${CMAKE_MATCH_1}")
+    string(REGEX REPLACE "[.]md$" ".html" made ${page})
+    configure_file(page.html.in ${guide}/${made} @ONLY)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${docs}/${page})
   endforeach()
   set(html ${CMAKE_INSTALL_DATAROOTDIR}/doc/kelmora/html)
   install(DIRECTORY ${guide}/ DESTINATION ${html} COMPONENT client)

@@ -1,8 +1,8 @@
 # Sourced by setup.sh: what the project needs of a machine, and how to get it.
 
-# The names are Debian's. The last brings lrelease and lupdate, for the client in
-# other languages than English.
-build_packages="build-essential cmake ninja-build qt6-base-dev qt6-multimedia-dev libgl-dev qt6-l10n-tools"
+# The names are Debian's. qt6-l10n-tools brings lrelease and lupdate, for the client
+# in other languages than English, and cmark-gfm makes web pages of the guide.
+build_packages="build-essential cmake ninja-build qt6-base-dev qt6-multimedia-dev libgl-dev qt6-l10n-tools cmark-gfm"
 # Tests that miss one of these are skipped. Qt Test comes with qt6-base-dev. The
 # three proxies are real peers for the connection tests; xvfb and xdotool give
 # those of the window a real display, weston and qt6-wayland one for Wayland; dbus
@@ -90,7 +90,8 @@ go_on_by_hand() {
     The client needs
       a C++20 compiler, CMake 3.22 or later, Ninja
       Qt 6.4 or later, with its headers: Core, Gui, Widgets, Network, Multimedia
-      and, to speak more than English, Qt's lrelease
+      and, to speak more than English, Qt's lrelease,
+      and, to install the guide as web pages, cmark-gfm
     and its tests also
       Qt Test, and for some of them, which are skipped otherwise: microsocks,
       Dante, tinyproxy, Xvfb, xdotool, D-Bus, AT-SPI, desktop-file-validate,

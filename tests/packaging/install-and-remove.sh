@@ -11,6 +11,7 @@ say "Installing the packages"
 apt-get update > /dev/null
 apt-get install -y --no-install-recommends "$PWD"/*.deb > install.log 2>&1 || { tail -n 20 install.log; exit 1; }
 dpkg-query -W -f='${Package} ${Version} ${Status}\n' kelmora kelmora-demo
+test -s /usr/share/doc/kelmora/html/guide.html || { echo "FAILED: the guide is not installed"; exit 1; }
 
 say "Asking for version and help, which makes no folder"
 useradd --create-home player

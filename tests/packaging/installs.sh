@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Installs into a scratch folder: all is there, and each package has its part.
 #
-#   installs.sh CMAKE BUILD-FOLDER
+#   installs.sh CMAKE BUILD-FOLDER GUIDE (1: with its web pages, 0: without)
 set -euo pipefail
-cmake=$1 build=$2
+cmake=$1 build=$2 guide=$3
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 fail() {
@@ -32,7 +32,7 @@ for size in 16 22 24 32 48 64 128 256; do
     fail "$icon has another size: $told"
 done
 
-if command -v awk > /dev/null; then
+if [ "$guide" -eq 1 ]; then
   for page in guide.html guide/first-steps.html images/start.png; do has "$scratch/client/share/doc/kelmora/html/$page"; done
 fi
 # Each entry of the menu starts a command that is there.
