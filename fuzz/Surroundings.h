@@ -12,11 +12,11 @@ namespace fuzz {
 template <typename Application>
 class Surroundings {
  public:
-  /// Made at the first call, gone at the end of the process.
+  /// Made at the first call. The folder is gone at the end of the process.
   static void provide() { static Surroundings only; }
 
  private:
-  Surroundings() : app_(count_, words_) {
+  Surroundings() : app_(*new Application(count_, words_)) {
     // The scratch folder also is the home of others, who keep files there.
     require(scratch_.isValid() && QDir().mkdir(QStringLiteral("here")) &&
                 QDir::setCurrent(QStringLiteral("here")),
@@ -35,7 +35,9 @@ class Surroundings {
   char name_[5] = "fuzz";
   char* words_[2] = {name_, nullptr};
   int count_ = 1;
-  Application app_;
+  /// Never taken down: at the end of a process the toolkit does that after what it
+  /// needs for it.
+  Application& app_;
 };
 
 }  // namespace fuzz
