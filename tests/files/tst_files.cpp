@@ -19,8 +19,6 @@ const QString path = u"./table.txt"_s;
 
 }  // namespace
 
-Q_DECLARE_METATYPE(std::function<bool(const QString&)>)
-
 class TestFiles : public OwnFolderTest {
   Q_OBJECT
 
@@ -341,7 +339,7 @@ void TestFiles::aFileIsEmptied() {
 }
 
 void TestFiles::whatFailsIsLogged_data() {
-  using Act = std::function<bool(const QString&)>;
+  using Act = std::function<bool(QString)>;
   QTest::addColumn<QString>("place");
   QTest::addColumn<Act>("act");
   QTest::addColumn<QString>("beginning");
@@ -372,7 +370,7 @@ void TestFiles::whatFailsIsLogged_data() {
 }
 
 void TestFiles::whatFailsIsLogged() {
-  using Act = std::function<bool(const QString&)>;
+  using Act = std::function<bool(QString)>;
   QFETCH(QString, place);
   QFETCH(Act, act);
   QFETCH(QString, beginning);
