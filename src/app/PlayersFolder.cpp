@@ -4,7 +4,9 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QMessageBox>
-#include <QStorageInfo>
+#include <cstdint>
+#include <filesystem>
+#include <system_error>
 
 namespace kelmora::app {
 
@@ -14,7 +16,15 @@ struct Words {
   Q_DECLARE_TR_FUNCTIONS(PlayersFolder)
 };
 
-constexpr qint64 leastSpace = 64 * 1024;  // bytes
+constexpr std::uintmax_t leastSpace = 64 * 1024;  // bytes
+
+// Asks for the folder itself. The toolkit would look for it in the table of mounts,
+// where the root of a container need not stand.
+bool isFull(const QFileInfo& folder) {
+  std::error_code unknown;
+  const auto space = std::filesystem::space(folder.filesystemFilePath(), unknown);
+  return !unknown && space.available < leastSpace;
+}
 
 }  // namespace
 
@@ -27,7 +37,7 @@ std::optional<FolderTrouble> troubleWith(const QString& folder) {
                   "disk full, or is a folder in its path write-protected?")
             .arg(shown),
         false};
-  if (!info.isWritable() || QStorageInfo(folder).bytesAvailable() < leastSpace)
+  if (!info.isWritable() || isFull(info))
     return FolderTrouble{
         Words::tr("Nothing can be written in the folder of your files:\n%1\nIt is "
                   "write-protected, or the disk is full. You can play, but what you "
