@@ -51,6 +51,7 @@ Q_DECLARE_METATYPE(Accessible)
 
 /// Numbers of states on the bus.
 namespace state {
+constexpr int checked = 4;
 constexpr int focusable = 11;
 constexpr int showing = 25;
 constexpr int visible = 30;

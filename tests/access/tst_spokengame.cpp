@@ -237,6 +237,12 @@ void TestSpokenGame::whatIsFoundIsSpoken() {
   press({"search", "--onlyvisible", "--name", "Kelmora - The", "windowfocus", "--sync"});
   press({"key", "ctrl+f"});
   QTRY_VERIFY(!named("text", "Find in the game text").isNull());
+  for (const char* const button : {"Older hit", "Newer hit", "Close"})
+    QVERIFY2(!named("push button", button).isNull(), button);
+  for (const char* const option : {"Upper and lower case", "Whole words", "Regular expression"}) {
+    const Accessible button = named("push button", option);
+    QVERIFY2(button.is(state::focusable) && !button.is(state::checked), option);
+  }
   client_->forget();
   press({"type", "--delay", "5", "troll"});
   QTRY_VERIFY(!client_->spoken().isEmpty());

@@ -175,6 +175,9 @@ void GuidePlay::see(const GuideStep& step) {
 
 void GuidePlay::doNotSee(const GuideStep& step) {
   looked_ = true;
+  // What should not come is given the time to come.
+  constexpr int answerComes = 250;  // milliseconds
+  QTest::qWait(answerComes);
   for (const QString& line : step.lines)
     QVERIFY2(!shown().contains(line),
              qPrintable(

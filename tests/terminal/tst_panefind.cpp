@@ -51,6 +51,7 @@ class TestPaneFind : public QObject {
   void init();
   void cleanup();
   void theKeyOpensTheBarAndEscapeGoesBackToTheInput();
+  void whatIsTypedNextTakesThePlaceOfTheSentLine();
   void theCountFollowsTheWords_data();
   void theCountFollowsTheWords();
   void theNewestHitComesFirst();
@@ -163,6 +164,16 @@ void TestPaneFind::theKeyOpensTheBarAndEscapeGoesBackToTheInput() {
   QVERIFY(!isOpen());
   QVERIFY(inputBar_->hasFocus());
   QCOMPARE(inputBar_->text(), QString("say hel"));
+}
+
+void TestPaneFind::whatIsTypedNextTakesThePlaceOfTheSentLine() {
+  inputBar_->setText("say hello");
+  inputBar_->selectAll();
+  find("orc");
+  QTest::keyClick(&words(), Qt::Key_Escape);
+  QCOMPARE(inputBar_->selectedText(), QString("say hello"));
+  QTest::keyClicks(inputBar_, "look");
+  QCOMPARE(inputBar_->text(), QString("look"));
 }
 
 void TestPaneFind::theCountFollowsTheWords_data() {

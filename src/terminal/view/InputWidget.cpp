@@ -1,5 +1,6 @@
 #include "terminal/view/InputWidget.h"
 
+#include <QFocusEvent>
 #include <QKeyEvent>
 
 #include "terminal/view/InputHost.h"
@@ -42,6 +43,17 @@ void InputWidget::keyPressEvent(QKeyEvent* event) {
     default:
       QLineEdit::keyPressEvent(event);
   }
+}
+
+void InputWidget::focusOutEvent(QFocusEvent* event) {
+  // A line that was sent stays selected, so that the next one takes its place. A key
+  // that leads elsewhere for a moment, such as to the bar to find words, changes
+  // nothing of that.
+  const int start = selectionStart();
+  const int length = selectionLength();
+  QLineEdit::focusOutEvent(event);
+  if (event->reason() == Qt::ShortcutFocusReason && length > 0)
+    setSelection(start, length);
 }
 
 bool InputWidget::browsesOrMoves(QKeyEvent* event) {

@@ -18,6 +18,7 @@ class InputWidget : public QLineEdit {
  protected:
   bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
 
  private:
   bool browsesOrMoves(QKeyEvent* event);
