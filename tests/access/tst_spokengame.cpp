@@ -240,7 +240,7 @@ void TestSpokenGame::whatIsFoundIsSpoken() {
   for (const char* const button : {"Older hit", "Newer hit", "Close"})
     QVERIFY2(!named("push button", button).isNull(), button);
   for (const char* const option : {"Upper and lower case", "Whole words", "Regular expression"}) {
-    const Accessible button = named("push button", option);
+    const Accessible button = named("check box", option);
     QVERIFY2(button.is(state::focusable) && !button.is(state::checked), option);
   }
   client_->forget();
