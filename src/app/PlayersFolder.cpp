@@ -16,7 +16,7 @@ struct Words {
   Q_DECLARE_TR_FUNCTIONS(PlayersFolder)
 };
 
-constexpr std::uintmax_t leastSpace = 64 * 1024;  // bytes
+constexpr std::uintmax_t leastSpace = std::uintmax_t{64} * 1024;  // bytes
 
 // Asks for the folder itself. The toolkit would look for it in the table of mounts,
 // where the root of a container need not stand.

@@ -304,8 +304,8 @@ void TestPaneFind::hitsOfOneParagraphHaveTheirOwnMarks() {
   const QImage bar = pictureOf(*pane_->verticalScrollBar()->findChild<BarMarks*>());
   const QList<int> marked = markedRows(bar);
   QCOMPARE(marked.size(), 6);
-  for (int hit = 0; hit < 3; ++hit) {
-    const int wanted = bar.height() * (10 + 30 * hit) / 90;
+  for (qsizetype hit = 0; hit < 3; ++hit) {
+    const qsizetype wanted = bar.height() * (10 + 30 * hit) / 90;
     QVERIFY2(std::abs(marked[2 * hit] - wanted) < 15, qPrintable(QString::number(marked[2 * hit])));
   }
 }
