@@ -5,20 +5,10 @@
 #   on-a-bus.sh PROGRAM [ARGUMENTS]      77: skipped, something is not installed
 set -uo pipefail
 
-for tool in Xvfb dbus-run-session; do
-  command -v "$tool" > /dev/null || { echo "SKIPPED: $tool is not installed"; exit 77; }
-done
+. "$(dirname "$0")/../realwindow/display.sh"
+need Xvfb dbus-run-session
 [ -e /usr/share/dbus-1/services/org.a11y.Bus.service ] ||
   { echo "SKIPPED: at-spi2-core is not installed"; exit 77; }
-
-scratch=$(mktemp -d)
-pids=()
-finish() {
-  for pid in "${pids[@]}"; do kill "$pid" 2> /dev/null; done
-  wait 2> /dev/null
-  rm -rf "$scratch"
-}
-trap finish EXIT
 
 # The bus has its socket here, and dbus does without the settings of a desktop.
 mkdir -m 700 "$scratch/run" "$scratch/home"
@@ -32,11 +22,7 @@ unset LANGUAGE WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS AT_SPI_BUS_ADDRESS
 Xvfb -displayfd 3 -screen 0 1200x1000x24 -nolisten tcp -noreset 3> "$scratch/display" \
   > "$scratch/xvfb.log" 2>&1 &
 pids+=($!)
-for _ in $(seq 200); do
-  [ -s "$scratch/display" ] && break
-  sleep 0.05
-done
-[ -s "$scratch/display" ] || { echo "no display: $(cat "$scratch/xvfb.log")"; exit 1; }
+until_true 10 test -s "$scratch/display" || fail "no display: $(cat "$scratch/xvfb.log")"
 DISPLAY=:$(cat "$scratch/display")
 export DISPLAY
 

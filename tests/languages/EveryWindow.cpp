@@ -2,11 +2,15 @@
 
 #include <QAction>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QMetaProperty>
 #include <QScrollBar>
 #include <QSet>
 
+#include "automation/editors/AliasWidget.h"
 #include "automation/editors/KeyPressWidget.h"
+#include "automation/editors/MacroWidget.h"
+#include "automation/editors/TriggerWidget.h"
 #include "dialogs/StyleWidget.h"
 #include "support/Settled.h"
 #include "terminal/view/OutputWidget.h"
@@ -62,6 +66,27 @@ EveryWindow::EveryWindow() {
   dialog<StyleWidget>().showDialog();
   dialog<KeyPressWidget>().show();
   QCoreApplication::processEvents();
+}
+
+void EveryWindow::makeMistakesInEditors() const {
+  auto& macros = dialog<MacroWidget>();
+  macros.showEditor();
+  macros.addMacro();
+  macros.deleteMacro();
+  auto& triggers = dialog<TriggerWidget>();
+  triggers.showEditor();
+  triggers.addTrigger();
+  triggers.addTrigger();
+  triggers.findChild<QLineEdit*>()->clear();
+  triggers.saveTrigger();
+  triggers.deleteTrigger();
+  auto& aliases = dialog<AliasWidget>();
+  aliases.showEditor();
+  aliases.addAlias();
+  aliases.addAlias();
+  aliases.findChild<QLineEdit*>()->clear();
+  aliases.saveAlias();
+  aliases.deleteAlias();
 }
 
 OutputWidget& EveryWindow::pane() const {

@@ -26,6 +26,10 @@ class EveryWindow {
   [[nodiscard]] Dialog& dialog() const {
     return *window_->findChild<Dialog*>();
   }
+  /// Adds an entry in each editor that is not taken, and deletes one. The boxes that
+  /// follow: for a key, an information and a question, then twice two informations and
+  /// a question.
+  void makeMistakesInEditors() const;
   /// The settings store, as it stands in its file.
   [[nodiscard]] QByteArray storeText() const { return contentsOf(store_.place().iniFile); }
   [[nodiscard]] kelmora::app::Profile& profile() { return profile_; }

@@ -9,12 +9,9 @@
 #include "EveryWindow.h"
 #include "app/ApplicationFonts.h"
 #include "app/Translations.h"
-#include "automation/editors/AliasWidget.h"
 #include "automation/editors/EditorWidget.h"
 #include "automation/editors/KeyPressInput.h"
 #include "automation/editors/KeyPressWidget.h"
-#include "automation/editors/MacroWidget.h"
-#include "automation/editors/TriggerWidget.h"
 #include "dialogs/HelpWidget.h"
 #include "support/Controls.h"
 #include "support/DialogAnswers.h"
@@ -221,24 +218,7 @@ void TestCutTexts::allBoxes(CutTexts& cut) {
                               ask};
   windows.main().saveSettings();
   windows.main().loadSettings();
-  auto& macros = windows.dialog<MacroWidget>();
-  macros.showEditor();
-  macros.addMacro();
-  macros.deleteMacro();
-  auto& triggers = windows.dialog<TriggerWidget>();
-  triggers.showEditor();
-  triggers.addTrigger();
-  triggers.addTrigger();
-  triggers.findChild<QLineEdit*>()->clear();
-  triggers.saveTrigger();
-  triggers.deleteTrigger();
-  auto& aliases = windows.dialog<AliasWidget>();
-  aliases.showEditor();
-  aliases.addAlias();
-  aliases.addAlias();
-  aliases.findChild<QLineEdit*>()->clear();
-  aliases.saveAlias();
-  aliases.deleteAlias();
+  windows.makeMistakesInEditors();
 }
 
 void TestCutTexts::boxesOfTheStart(CutTexts& cut) {

@@ -16,11 +16,8 @@
 #include "EveryWindow.h"
 #include "TranslationFile.h"
 #include "app/CommandLine.h"
-#include "automation/editors/AliasWidget.h"
 #include "automation/editors/KeyPressInput.h"
 #include "automation/editors/KeyPressWidget.h"
-#include "automation/editors/MacroWidget.h"
-#include "automation/editors/TriggerWidget.h"
 #include "net/StatusLines.h"
 #include "script/CommandTable.h"
 #include "support/DialogAnswers.h"
@@ -217,28 +214,8 @@ void TestMarkedTexts::boxesAndFileDialogs() {
     windows.main().loadSettings();
   }
   {
-    const DialogAnswers answers{key, box, ask};
-    auto& macros = windows.dialog<MacroWidget>();
-    macros.showEditor();
-    macros.addMacro();
-    macros.deleteMacro();
-  }
-  {
-    const DialogAnswers answers{box, box, ask, box, box, ask};
-    auto& triggers = windows.dialog<TriggerWidget>();
-    triggers.showEditor();
-    triggers.addTrigger();
-    triggers.addTrigger();
-    triggers.findChild<QLineEdit*>()->clear();
-    triggers.saveTrigger();
-    triggers.deleteTrigger();
-    auto& aliases = windows.dialog<AliasWidget>();
-    aliases.showEditor();
-    aliases.addAlias();
-    aliases.addAlias();
-    aliases.findChild<QLineEdit*>()->clear();
-    aliases.saveAlias();
-    aliases.deleteAlias();
+    const DialogAnswers answers{key, box, ask, box, box, ask, box, box, ask};
+    windows.makeMistakesInEditors();
   }
   QCOMPARE(unmarkedIn(seen.texts()), QString());
   QCOMPARE(seen.texts().size(), 26);

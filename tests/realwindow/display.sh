@@ -1,4 +1,4 @@
-# Sourced by the scripts that play in a real window: a scratch folder that goes with
+# Sourced by the scripts that need a display: a scratch folder that goes with
 # everything started, a display of its own, and ways to wait.
 
 # need TOOL...: ends as skipped where one is missing.

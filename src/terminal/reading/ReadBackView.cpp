@@ -8,8 +8,6 @@
 #include <QWheelEvent>
 #include <algorithm>
 
-#include "terminal/reading/MenuKey.h"
-
 namespace kelmora::terminal {
 
 ReadBackView::ReadBackView(QTextBrowser& pane, PaneSight& paneSight)
@@ -76,16 +74,6 @@ void ReadBackView::cover(int height) {
 
 bool ReadBackView::isAtEnd() const {
   return verticalScrollBar()->value() >= pane_.verticalScrollBar()->maximum();
-}
-
-bool ReadBackView::event(QEvent* event) {
-  if (asksForMenuByKey(*event)) {
-    QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, {});
-    contextMenuEvent(&asked);
-    event->accept();
-    return true;
-  }
-  return QTextBrowser::event(event);
 }
 
 void ReadBackView::paintEvent(QPaintEvent* event) {

@@ -38,7 +38,6 @@ class ReadBackView : public QTextBrowser {
   void menuWanted(const QContextMenuEvent& event);
 
  protected:
-  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;

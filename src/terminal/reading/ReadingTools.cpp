@@ -5,6 +5,7 @@
 #include <QContextMenuEvent>
 #include <QDesktopServices>
 #include <QFontMetrics>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QPointer>
 #include <QShortcut>
@@ -43,12 +44,28 @@ ShownLine lineAt(const QTextBrowser& view, const QPoint& place) {
   return {text, std::clamp<qsizetype>(cursor.positionInBlock() - start - blanks, 0, text.size())};
 }
 
+/// Whether the event asks for the context menu by a key. Of the menu key, the toolkit's
+/// text editor scrolls to its text cursor first, and in a text that is only read that is
+/// far from what the reader sees. Shift+F10 it knows on Windows alone.
+bool asksForMenuByKey(const QEvent& event) {
+#ifndef Q_OS_WIN
+  if (event.type() == QEvent::KeyPress) {
+    const auto& press = static_cast<const QKeyEvent&>(event);
+    return press.key() == Qt::Key_F10 && press.modifiers() == Qt::ShiftModifier;
+  }
+#endif
+  return event.type() == QEvent::ContextMenu &&
+         static_cast<const QContextMenuEvent&>(event).reason() == QContextMenuEvent::Keyboard;
+}
+
 }  // namespace
 
 ReadingTools::ReadingTools(QTextBrowser& pane, PaneSight& sight, QWidget& inputBar)
     : pane_(pane), inputBar_(inputBar), readBack_(pane, sight) {
+  pane_.installEventFilter(this);
   connect(&readBack_, &ReadBack::opened, this, [this] {
     ReadBackView& view = *readBack_.view();
+    view.installEventFilter(this);
     connect(&view, &ReadBackView::menuWanted, this,
             [this, &view](const QContextMenuEvent& event) { showMenu(view, event); });
     orderTabs();
@@ -121,10 +138,19 @@ void ReadingTools::closeFindBar() {
   inputBar_.setFocus(Qt::OtherFocusReason);
 }
 
+bool ReadingTools::eventFilter(QObject* watched, QEvent* event) {
+  // Only the views are watched.
+  if (!asksForMenuByKey(*event))
+    return QObject::eventFilter(watched, event);
+  event->accept();
+  auto& view = *static_cast<QTextBrowser*>(watched);
+  const QPoint place = placeForKeys(view);
+  menuFor(view, place)->exec(view.viewport()->mapToGlobal(place));
+  return true;
+}
+
 void ReadingTools::showMenu(QTextBrowser& view, const QContextMenuEvent& event) {
-  const bool isByKey = event.reason() == QContextMenuEvent::Keyboard;
-  const QPoint place = isByKey ? placeForKeys(view) : event.pos();
-  menuFor(view, place)->exec(isByKey ? view.viewport()->mapToGlobal(place) : event.globalPos());
+  menuFor(view, event.pos())->exec(event.globalPos());
 }
 
 QPoint ReadingTools::placeForKeys(const QTextBrowser& view) const {

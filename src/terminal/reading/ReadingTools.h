@@ -45,10 +45,14 @@ class ReadingTools : public QObject {
   void find();
   /// Without it the menu does not offer to make a trigger.
   void setTriggerMaker(TriggerMaker maker) { triggerMaker_ = std::move(maker); }
-  /// Shows the context menu for a place in the pane or in the view of earlier text. A
-  /// key asks for it at the hit of the bar to find words, if that is open, or at what is
-  /// selected, or at the last hit of a closed bar, or else at the last line in sight.
+  /// Shows the context menu where the mouse asks for it, in the pane or in the view of
+  /// earlier text. For a key it comes by itself: at the hit of the bar to find words, if
+  /// that is open, or at what is selected, or at the last hit of a closed bar, or else
+  /// at the last line in sight.
   void showMenu(QTextBrowser& view, const QContextMenuEvent& event);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void closeFindBar();

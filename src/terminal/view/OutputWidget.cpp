@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "terminal/core/Log.h"
-#include "terminal/reading/MenuKey.h"
 #include "terminal/view/InputWidget.h"
 
 using namespace kelmora;
@@ -105,16 +104,6 @@ QVariant OutputWidget::loadResource(int /*type*/, const QUrl& /*name*/) {
   // Empty but not null: given a null answer, the document would read the file
   // itself.
   return QByteArray("");
-}
-
-bool OutputWidget::event(QEvent* event) {
-  if (asksForMenuByKey(*event)) {
-    QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, {});
-    contextMenuEvent(&asked);
-    event->accept();
-    return true;
-  }
-  return QTextBrowser::event(event);
 }
 
 void OutputWidget::paintEvent(QPaintEvent* event) {

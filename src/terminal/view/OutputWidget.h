@@ -59,7 +59,6 @@ class OutputWidget : public QTextBrowser {
   QVariant loadResource(int type, const QUrl& name) override;
 
  protected:
-  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
